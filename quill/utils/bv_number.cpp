@@ -1,0 +1,40 @@
+// Powers of two, by a machine shift where the result fits and by GMP elsewhere.
+
+#include "quill/utils/bv_number.h"
+
+#include <gmp.h>
+
+#include <limits>
+#include <new>
+
+namespace quill {
+
+namespace {
+
+// GMP counts limbs in an int, and one limb more may be touched while a number is shifted.
+constexpr std::uint64_t max_shift =
+    (std::uint64_t{std::numeric_limits<int>::max()} - 1) * GMP_NUMB_BITS - 1;
+
+}  // namespace
+
+void BVNumber::pow2(std::uint64_t n, QNumber* out) {
+  if (n < 62) {
+    *out = QNumber(std::int64_t{1} << n);
+    return;
+  }
+  if (n > max_shift) throw std::bad_alloc();
+  mpz_ptr power = QNumber::gmp_tmp;
+  mpz_set_ui(power, 1);
+  mpz_mul_2exp(power, power, n);
+  if (mpz_fits_slong_p(power) != 0) {
+    *out = QNumber(power);
+    return;
+  }
+  GmpInteger one;
+  mpz_set_ui(one, 1);
+  QNumber result(power, one);
+  result.normalize();
+  *out = result;
+}
+
+}  // namespace quill

@@ -1,0 +1,21 @@
+// Powers of two as exact numbers, the bounds of bit-vector values.
+
+#ifndef QUILL_UTILS_BV_NUMBER_H
+#define QUILL_UTILS_BV_NUMBER_H
+
+#include <cstdint>
+
+#include "quill/utils/qnumber.h"
+
+namespace quill {
+
+struct BVNumber {
+  // Stores 2^n in `out`. A small target stays small up to n = 62; a big one stays big. Takes time
+  // and space linear in n. Throws std::bad_alloc when 2^n is longer than any GMP integer, which
+  // would otherwise end the process.
+  static void pow2(std::uint64_t n, QNumber* out);
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,26 @@
+// Greatest common divisors of machine words, those of small numbers from a table.
+//
+// The table has an entry for every pair of numbers below 1024, 8 MiB in all, of which only the
+// pages that are used take memory. It belongs to the process and is never reset: an entry, once
+// known, is true for ever. Threads may fill it at the same time, since all of them would store the
+// same value in an entry; they read and write entries atomically, in no particular order.
+
+#ifndef QUILL_UTILS_GCD_CACHE_H
+#define QUILL_UTILS_GCD_CACHE_H
+
+#include <cstdint>
+
+namespace quill {
+
+inline constexpr std::uint64_t gcd_cache_side = 1024;
+
+// gcd(a, b) at [a * gcd_cache_side + b], or 0 while it is not known. Words and not atomics, so that
+// every compiler lays the table out as zero pages without code that runs at start.
+extern std::int64_t gcd_cache[gcd_cache_side * gcd_cache_side];
+
+// gcd(0, b) is b. `b` is not 0.
+std::uint64_t gcd(std::uint64_t a, std::uint64_t b);
+
+}  // namespace quill
+
+#endif

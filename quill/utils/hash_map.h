@@ -1,0 +1,45 @@
+// A map from keys to values: the chained table with pairs as elements.
+//
+//   hsh::HashMap<unsigned long, const Symbol*> symbols;
+//   symbols[width] = symbol;
+//   auto it = symbols.find(width);
+//   if (it != symbols.end()) use(it->second);
+//   for (const auto& [key, value] : symbols) ...
+//
+// insert({key, value}) leaves a value that is there untouched. Cost, iterators, order and errors:
+// see Hashtable.
+
+#ifndef QUILL_UTILS_HASH_MAP_H
+#define QUILL_UTILS_HASH_MAP_H
+
+#include <cstdint>
+#include <functional>
+#include <tuple>
+#include <utility>
+
+#include "quill/utils/hash.h"
+#include "quill/utils/hash_table.h"
+
+namespace quill::hsh {
+
+template <class Key, class Mapped, class Hash = hash<Key>, class Equal = std::equal_to<Key>>
+class HashMap : public Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal> {
+  using Table = Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal>;
+
+ public:
+  using Table::Table;
+
+  // The value of `key`. A key that is missing is added first, with null, zero or a
+  // default-constructed value.
+  Mapped& operator[](const Key& key) {
+    std::uint64_t index;
+    typename Table::Bucket* node;
+    this->do_insert(key, index, node, std::piecewise_construct, std::forward_as_tuple(key),
+                    std::tuple<>());
+    return node->value.second;
+  }
+};
+
+}  // namespace quill::hsh
+
+#endif

@@ -1,0 +1,288 @@
+// The separately chained hash table below HashMap and HashSet.
+//
+//   Hashtable
+//     pool      nodes of the chains, from chunks of this table's own
+//     buckets   vector of chain heads, its length always one of bucket_counts
+//                 [0] null
+//                 [1] -> {next, value} -> {next, value} -> null
+//     count     stored elements
+//
+// A node holds its link, then the value. It is made when its key is inserted, stays at its address
+// until it is erased, and is then the first one to be used again. Nothing shrinks.
+//
+// Use. insert adds a value unless its key is there; find gives an iterator or end(). An iterator
+// stays usable until the table grows (any insert or operator[] may do that, even of a present key)
+// or its element is erased; pointers and references to values outlive growth. Hash and Equal throw
+// nothing.
+//
+// Order. A walk visits the buckets in index order and each chain from its most recently linked
+// node. Growth pops each old chain from its head and pushes onto the new ones, which reverses nodes
+// that stay together. The order is part of the behaviour: it depends on the hashes and the history
+// of insertions, and on nothing else.
+//
+// Cost. All operations are expected constant time; a walk takes time in the number of buckets as
+// well.
+//
+// Errors. insert may throw std::bad_alloc, std::length_error or what copying the value throws. The
+// table then holds what it held; it may have grown, unless growing is what failed.
+
+#ifndef QUILL_UTILS_HASH_TABLE_H
+#define QUILL_UTILS_HASH_TABLE_H
+
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "quill/utils/bucket_growth.h"
+#include "quill/utils/memory_pool.h"
+
+namespace quill::hsh {
+
+struct GetKey_pair {
+  template <class Key, class Mapped>
+  const Key& operator()(const std::pair<Key, Mapped>& value) const noexcept {
+    return value.first;
+  }
+};
+
+struct GetKey_identity {
+  template <class Key>
+  const Key& operator()(const Key& value) const noexcept {
+    return value;
+  }
+};
+
+// Whether To is From with const added.
+template <class From, class To>
+concept ConstAdded = !std::is_const_v<From> && std::is_same_v<const From, To>;
+
+template <class Value, class GetKey, class Key, class Hash, class Equal>
+class Hashtable {
+ public:
+  struct Bucket {
+    Bucket* next;
+    Value value;
+  };
+
+  static_assert(alignof(Bucket) <= alignof(void*), "the pool aligns its nodes for pointers");
+
+  // A position in the walk. Item is Value or const Value. At the end the node is null and the index
+  // is the bucket count.
+  template <class Item>
+  class BasicIter {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = Value;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Item*;
+    using reference = Item&;
+
+    BasicIter() = default;
+    BasicIter(const std::vector<Bucket*>* heads, std::uint64_t at, Bucket* first)
+        : table(heads), bucket_count(heads->size()), index(at), node(first) {}
+
+    // From an iterator that may change its element to one that may not.
+    template <ConstAdded<Item> Other>
+    BasicIter(const BasicIter<Other>& other)
+        : table(other.table),
+          bucket_count(other.bucket_count),
+          index(other.index),
+          node(other.node) {}
+
+    reference operator*() const {
+      assert(node != nullptr && "the end of a table has no element");
+      return node->value;
+    }
+    pointer operator->() const { return &**this; }
+
+    BasicIter& operator++() {
+      assert(node != nullptr && "an iterator was moved past the end of its table");
+      node = node->next;
+      adjust();
+      return *this;
+    }
+    BasicIter operator++(int) {
+      BasicIter before = *this;
+      ++*this;
+      return before;
+    }
+
+    // A null node stands for the end of the chain at `index`: moves on to the head of the next
+    // chain.
+    void adjust() {
+      assert(bucket_count == table->size() && "an iterator was used after its table grew");
+      while (node == nullptr && index < bucket_count) {
+        if (++index < bucket_count) node = (*table)[index];
+      }
+    }
+
+    friend bool operator==(const BasicIter& a, const BasicIter& b) {
+      assert(a.table == b.table && "iterators of different tables were compared");
+      return a.node == b.node;
+    }
+
+    const std::vector<Bucket*>* table = nullptr;
+    std::uint64_t bucket_count = 0;
+    std::uint64_t index = 0;
+    Bucket* node = nullptr;
+  };
+
+  // The elements of a set are keys and never change. The key of a pair must not be changed either.
+  using Iter = BasicIter<std::conditional_t<std::is_same_v<Value, Key>, const Value, Value>>;
+  using ConstIter = BasicIter<const Value>;
+
+  explicit Hashtable(const Hash& hash_functor = Hash(), const Equal& equality = Equal())
+      : hasher(hash_functor), equal(equality), buckets(bucket_counts.front(), nullptr) {}
+
+  Hashtable(const Hashtable&) = delete;
+  Hashtable& operator=(const Hashtable&) = delete;
+
+  ~Hashtable() {
+    if constexpr (!std::is_trivially_destructible_v<Value>) {
+      for (Bucket* node : buckets) {
+        while (node != nullptr) {
+          Bucket* next = node->next;
+          release(node);
+          node = next;
+        }
+      }
+    }
+  }
+
+  Iter begin() { return first<Iter>(); }
+  Iter end() { return Iter(&buckets, buckets.size(), nullptr); }
+  ConstIter begin() const { return first<ConstIter>(); }
+  ConstIter end() const { return ConstIter(&buckets, buckets.size(), nullptr); }
+
+  // On an empty table the key is not hashed, so it need not be one that can be.
+  Iter find(const Key& key) { return lookup<Iter>(key); }
+  ConstIter find(const Key& key) const { return lookup<ConstIter>(key); }
+
+  // Whether the value was added; an element of the same key stays as it is.
+  bool insert(const Value& value) {
+    std::uint64_t index;
+    Bucket* node;
+    return do_insert(get_key(value), index, node, value);
+  }
+
+  // Removes the element at `position` and returns where a walk is to look next, before it moves on:
+  // at the predecessor in the chain, which the walk has seen already, or, when the element was the
+  // head of its chain, at the node that is now first at or after its bucket, or at the end. A loop
+  // that erases thus examines the returned element before it increments:
+  //
+  //   auto it = table.begin();
+  //   while (it != table.end()) {
+  //     if (doomed(*it)) {
+  //       it = table.erase(it);
+  //     } else {
+  //       ++it;
+  //     }
+  //   }
+  Iter erase(Iter position) {
+    assert(position.table == &buckets && "an element was erased through another table");
+    assert(position.bucket_count == buckets.size() && "an iterator was used after its table grew");
+    assert(position.node != nullptr && "the end of a table cannot be erased");
+    Bucket* node = position.node;
+    Bucket*& head = buckets[position.index];
+    if (head == node) {
+      head = node->next;
+      position.node = head;
+    } else {
+      Bucket* predecessor = head;
+      assert(predecessor != nullptr && "an element was erased twice");
+      while (predecessor->next != node) {
+        predecessor = predecessor->next;
+        assert(predecessor != nullptr && "an element was erased twice");
+      }
+      predecessor->next = node->next;
+      position.node = predecessor;
+    }
+    release(node);
+    --count;
+    position.adjust();
+    return position;
+  }
+
+  MemoryPool<sizeof(Bucket), false> pool;
+  Hash hasher;
+  Equal equal;
+  std::vector<Bucket*> buckets;
+  std::uint64_t count = 0;
+
+ protected:
+  // The node of `key`, found or made from `arguments`, which must make a value of that key. Returns
+  // whether it was made.
+  template <class... Arguments>
+  bool do_insert(const Key& key, std::uint64_t& index, Bucket*& node, Arguments&&... arguments) {
+    if (load_exceeded(count, buckets.size())) grow();
+    index = hasher(key) % buckets.size();
+    for (node = buckets[index]; node != nullptr; node = node->next) {
+      if (equal(get_key(node->value), key)) return false;
+    }
+    void* memory = pool.allocate();
+    try {
+      node = ::new (memory) Bucket{nullptr, Value(std::forward<Arguments>(arguments)...)};
+    } catch (...) {
+      pool.deallocate(memory);
+      throw;
+    }
+    node->next = buckets[index];
+    buckets[index] = node;
+    ++count;
+    return true;
+  }
+
+ private:
+  static const Key& get_key(const Value& value) noexcept { return GetKey()(value); }
+
+  template <class Position>
+  Position first() const {
+    Position position(&buckets, 0, buckets.front());
+    position.adjust();
+    return position;
+  }
+
+  template <class Position>
+  Position lookup(const Key& key) const {
+    if (count != 0) {
+      const std::uint64_t index = hasher(key) % buckets.size();
+      for (Bucket* node = buckets[index]; node != nullptr; node = node->next) {
+        if (equal(get_key(node->value), key)) return Position(&buckets, index, node);
+      }
+    }
+    return Position(&buckets, buckets.size(), nullptr);
+  }
+
+  // Past the largest bucket count only the chains lengthen.
+  void grow() {
+    const std::uint64_t new_count = bucket_count_for(buckets.size() + 1);
+    if (new_count <= buckets.size()) return;
+    // The only step that can fail comes before anything is touched.
+    std::vector<Bucket*> rehashed(new_count, nullptr);
+    for (Bucket* node : buckets) {
+      while (node != nullptr) {
+        Bucket* next = node->next;
+        Bucket*& head = rehashed[hasher(get_key(node->value)) % new_count];
+        node->next = head;
+        head = node;
+        node = next;
+      }
+    }
+    buckets.swap(rehashed);
+  }
+
+  void release(Bucket* node) noexcept {
+    std::destroy_at(node);
+    pool.deallocate(node);
+  }
+};
+
+}  // namespace quill::hsh
+
+#endif

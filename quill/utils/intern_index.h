@@ -1,0 +1,128 @@
+// The index of a store that keeps each object once: from a hash to the handles of the objects that
+// may be meant.
+//
+// The store numbers its objects with 32-bit handles and looks one up by a hash and a test; the
+// index knows neither keys nor objects. Open addressing with linear probing over a power of two of
+// slots:
+//
+//   slot := { hash : 32 bits, handle : 32 bits }        handle == none: free
+//
+// The hash beside the handle rejects nearly all wrong candidates without touching their objects,
+// and is all that growth and removal need: no object is ever read for them. At most two thirds of
+// the slots are taken. Removal shifts the rest of the probe run back, so there are no tombstones.
+//
+// Costs: a look-up reads one or two cache lines; 8 bytes a slot. Handles must be below none.
+
+#ifndef QUILL_UTILS_INTERN_INDEX_H
+#define QUILL_UTILS_INTERN_INDEX_H
+
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <vector>
+
+namespace quill {
+
+class InternIndex {
+ public:
+  static constexpr uint32_t none = UINT32_MAX;
+
+  // Every hash function of a store computes 64 bits; the index keeps the half that the last
+  // multiplication mixed best.
+  static uint32_t fold(uint64_t hash) {
+    return static_cast<uint32_t>(hash >> 32) ^ static_cast<uint32_t>(hash);
+  }
+
+  // The handle with this hash for which equal(handle) holds, or none.
+  template <class Equal>
+  uint32_t find(uint32_t hash, Equal&& equal) const {
+    if (slots.empty()) return none;
+    const size_t mask = slots.size() - 1;
+    for (size_t i = hash & mask; slots[i].handle != none; i = (i + 1) & mask) {
+      if (slots[i].hash == hash && equal(slots[i].handle)) return slots[i].handle;
+    }
+    return none;
+  }
+
+  // Makes room for one more entry; the only operation that allocates. Fails without a change.
+  void reserve_one() {
+    if (3 * (taken + 1) > 2 * slots.size()) grow();
+  }
+
+  // Enters a handle that is not there yet; needs a reserve_one() since the last insert.
+  void insert(uint32_t hash, uint32_t handle) noexcept {
+    assert(handle != none && 3 * (taken + 1) <= 2 * slots.size());
+    place(slots, {hash, handle});
+    taken++;
+  }
+
+  // Takes out an entry that is there.
+  void erase(uint32_t hash, uint32_t handle) noexcept {
+    const size_t mask = slots.size() - 1;
+    size_t hole = locate(hash, handle);
+    // An entry behind the hole moves into it unless its own home lies behind the hole.
+    for (size_t i = (hole + 1) & mask; slots[i].handle != none; i = (i + 1) & mask) {
+      const size_t home = slots[i].hash & mask;
+      if (((i - home) & mask) >= ((i - hole) & mask)) {
+        slots[hole] = slots[i];
+        hole = i;
+      }
+    }
+    slots[hole].handle = none;
+    taken--;
+  }
+
+  // Renames an entry that is there; used when the store moves an object to another handle.
+  void rename(uint32_t hash, uint32_t handle, uint32_t new_handle) noexcept {
+    slots[locate(hash, handle)].handle = new_handle;
+  }
+
+  // Empties the index and keeps its room, so that as many entries as before fit without allocation.
+  void clear() noexcept {
+    for (Slot& slot : slots) slot.handle = none;
+    taken = 0;
+  }
+
+  size_t size() const { return taken; }
+  size_t capacity() const { return slots.size(); }
+
+ private:
+  struct Slot {
+    uint32_t hash = 0;
+    uint32_t handle = none;
+  };
+
+  static void place(std::vector<Slot>& into, Slot entry) noexcept {
+    const size_t mask = into.size() - 1;
+    size_t i = entry.hash & mask;
+    while (into[i].handle != none) i = (i + 1) & mask;
+    into[i] = entry;
+  }
+
+  size_t locate(uint32_t hash, uint32_t handle) const noexcept {
+    const size_t mask = slots.size() - 1;
+    size_t i = hash & mask;
+    while (slots[i].handle != handle) {
+      assert(slots[i].handle != none && "the entry is not in the index");
+      i = (i + 1) & mask;
+    }
+    return i;
+  }
+
+  void grow() {
+    if (taken + 1 >= none) throw std::bad_alloc();  // out of handles
+    std::vector<Slot> larger(slots.empty() ? 64 : 2 * slots.size());
+    for (const Slot& slot : slots) {
+      if (slot.handle != none) place(larger, slot);
+    }
+    slots.swap(larger);
+  }
+
+  std::vector<Slot> slots;  // a power of two, or none at all
+  size_t taken = 0;
+};
+
+}  // namespace quill
+
+#endif

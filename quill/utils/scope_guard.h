@@ -1,0 +1,49 @@
+// Runs an action when a scope is left, unless it was dismissed.
+//
+// The undo half of "all or nothing": set up right after a step that must not remain when a later
+// one throws, dismissed when nothing can fail any more. The action must not throw.
+
+#ifndef QUILL_UTILS_SCOPE_GUARD_H
+#define QUILL_UTILS_SCOPE_GUARD_H
+
+#include <utility>
+
+namespace quill {
+
+template <class Action>
+class ScopeGuard {
+ public:
+  explicit ScopeGuard(Action undo) : action(std::move(undo)) {}
+  ScopeGuard(const ScopeGuard&) = delete;
+  ScopeGuard& operator=(const ScopeGuard&) = delete;
+  ~ScopeGuard() {
+    if (armed) action();
+  }
+
+  void dismiss() { armed = false; }
+
+ private:
+  Action action;
+  bool armed = true;
+};
+
+// Sets a variable for the length of a scope and gives it back the value that was found, on every
+// way out.
+template <class T>
+class ScopedValue {
+ public:
+  ScopedValue(T& target, T value) : variable(target), found(std::move(target)) {
+    variable = std::move(value);
+  }
+  ScopedValue(const ScopedValue&) = delete;
+  ScopedValue& operator=(const ScopedValue&) = delete;
+  ~ScopedValue() { variable = std::move(found); }
+
+ private:
+  T& variable;
+  T found;
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,35 @@
+// operator new and operator delete over malloc and free, with a countdown.
+
+#include "tests/unit/utils/failing_allocation.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+constexpr long never_fails = -1;
+thread_local long successes_left = never_fails;
+
+}  // namespace
+
+namespace quill::testing {
+
+FailingAllocation::FailingAllocation(long successes) { successes_left = successes; }
+FailingAllocation::~FailingAllocation() { successes_left = never_fails; }
+
+}  // namespace quill::testing
+
+void* operator new(std::size_t size) {
+  if (successes_left == 0) throw std::bad_alloc();
+  if (successes_left > 0) --successes_left;
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+// The address sanitizer otherwise ends the program when malloc is asked for more than there can be.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
