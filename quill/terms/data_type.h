@@ -1,0 +1,68 @@
+// A type (SMT-LIB 2.6: sort): either simple, made from a name, or compound, made from a list of
+// component types.
+//
+// Representation: one allocation that holds the header and the components. Types are unique within
+// their universe (see type_universe.h, which makes and frees them), so that two types are equal
+// exactly when their addresses are. Types form shared graphs: nothing here recurses over
+// components.
+
+#ifndef QUILL_TERMS_DATA_TYPE_H
+#define QUILL_TERMS_DATA_TYPE_H
+
+#include <cassert>
+#include <cstddef>
+#include <string>
+
+namespace quill {
+
+class DataType {
+ public:
+  DataType(const DataType&) = delete;
+  DataType& operator=(const DataType&) = delete;
+
+  bool is_simple() const { return name != nullptr; }
+
+  // 0 for a simple type.
+  size_t num_components() const { return count; }
+
+  // The i-th component of a compound type; component 0 is its head (the application type of a
+  // function type, the heads named "Array", "BitVec" and "FP" of the parametric types).
+  const DataType* get_component(size_t i) const {
+    assert(i < count && "a type has no such component");
+    return components[i];
+  }
+
+  // The name of a simple type; the empty string for a compound one.
+  const std::string& get_name() const;
+
+  // The printed form. It depends on the structure of the type alone, and different types of one
+  // universe print differently:
+  //
+  //   simple    its name, when that is made of letters and digits only and is neither "rat" nor
+  //   "int" (which stand for
+  //             Real and Int in names of symbols); any other name between bars, with \ before a bar
+  //             or a backslash and \0 for the NUL byte. The application type prints as ->
+  //   compound  its components between parentheses, separated by one space: (BitVec 8), (-> Int Int
+  //   Bool)
+  //
+  // A compound with a compound component that occurs again is printed once, as #1=(...), and as #1#
+  // from then on, so that the text is linear in the number of edges of the graph of types below.
+  std::string to_str() const;
+
+ private:
+  friend class TypeUniverse;
+
+  DataType(const std::string* simple_name, size_t length) : name(simple_name), count(length) {}
+  ~DataType() = default;
+
+  // The name of the application type, told from a user's type of the same name by its address.
+  static const std::string& application_name();
+
+  const std::string* name;  // owned, but for the application type's; null marks a compound type
+  size_t count;
+  __extension__ const DataType* components[];
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,78 @@
+// Operators that SMT-LIB 2.6 has and the term manager has no symbol for, each built from those that
+// it has.
+//
+// Every function makes exactly the term that its comment shows, without simplification, and throws
+// what the builders of the manager throw. Lists are folded from the left: (a, b, c) gives ((a op b)
+// op c).
+
+#ifndef QUILL_TERMS_DERIVED_H
+#define QUILL_TERMS_DERIVED_H
+
+#include <initializer_list>
+#include <span>
+
+#include "quill/terms/term.h"
+
+namespace quill {
+
+class TermManager;
+
+using TermSpan = std::span<const Term_* const>;
+
+// a => b is (not a) or b.
+const Term_* make_implies(TermManager& m, const Term_* a, const Term_* b);
+
+// a xor b is not (a iff b).
+const Term_* make_xor(TermManager& m, const Term_* a, const Term_* b);
+
+// iff for Bool, the equality of their type for all others.
+const Term_* make_equals(TermManager& m, const Term_* a, const Term_* b);
+
+// The conjunction of not (a_i = a_j) for all i < j, in this order; true for fewer than two terms.
+// Quadratic.
+const Term_* make_distinct(TermManager& m, TermSpan terms);
+
+// For Bool branches ((not cond) or then_term) and (cond or else_term), the if-then-else of their
+// type for all others.
+const Term_* make_ite(TermManager& m, const Term_* cond, const Term_* then_term,
+                      const Term_* else_term);
+
+// a >= b is b <= a;  a < b is not (b <= a);  a > b is not (a <= b).
+const Term_* make_geq(TermManager& m, const Term_* a, const Term_* b);
+const Term_* make_lt(TermManager& m, const Term_* a, const Term_* b);
+const Term_* make_gt(TermManager& m, const Term_* a, const Term_* b);
+
+// -a is (-1) * a;  a - b is a + ((-1) * b).
+const Term_* make_minus(TermManager& m, const Term_* a);
+const Term_* make_minus(TermManager& m, const Term_* a, const Term_* b);
+
+// Whether a Real is an integer: a = floor(a), over Real.
+const Term_* make_is_int(TermManager& m, const Term_* a);
+
+// The binary builders over a list. The list of one term gives the term; the empty one true, false,
+// 0 and 1.
+const Term_* make_and(TermManager& m, TermSpan terms);
+const Term_* make_or(TermManager& m, TermSpan terms);
+const Term_* make_plus(TermManager& m, TermSpan terms);
+const Term_* make_times(TermManager& m, TermSpan terms);
+
+// The same for lists written in place: make_and(m, {a, b, c}).
+inline const Term_* make_distinct(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_distinct(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_and(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_and(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_or(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_or(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_plus(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_plus(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_times(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_times(m, TermSpan(terms.begin(), terms.size()));
+}
+
+}  // namespace quill
+
+#endif

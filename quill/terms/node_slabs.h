@@ -1,0 +1,95 @@
+// Memory for term nodes: slabs of nodes of one size, addressed by 32-bit handles.
+//
+// Representation: a slab is one allocation that serves nodes of one arity, filled from its start; a
+// directory lists the slabs in the order in which they were made. The handle of a node is
+//
+//   handle := slab number << 13 | offset within the slab in words of 8 bytes
+//
+// so that a handle is turned into an address by one look at the directory, and memory is bounded by
+// 2^19 slabs (32 GiB of nodes in full slabs). The slabs of one arity double in size up to 64 KiB. A
+// large node, of more than max_slab_arity arguments, has a slab of its own.
+//
+// Free nodes keep their place: their symbol is null and their id field is the handle of the next
+// free node of the same arity. A slab of one large node is freed with its node, all others together
+// with the store.
+
+#ifndef QUILL_TERMS_NODE_SLABS_H
+#define QUILL_TERMS_NODE_SLABS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace quill {
+
+class NodeSlabs {
+ public:
+  // What a node begins with; its arguments follow.
+  struct Header {
+    uint64_t id;
+    const void* symbol;  // null: the node is free
+  };
+
+  static constexpr uint32_t none = UINT32_MAX;
+
+  NodeSlabs() = default;
+  ~NodeSlabs();
+  NodeSlabs(const NodeSlabs&) = delete;
+  NodeSlabs& operator=(const NodeSlabs&) = delete;
+
+  // A node of this arity, its fields not set. Throws std::bad_alloc without a change.
+  uint32_t allocate(uint64_t arity);
+
+  // Takes a node back.
+  void free(uint32_t handle) noexcept;
+
+  void* address(uint32_t handle) const {
+    return directory[handle >> offset_bits].memory + size_t{handle & offset_mask} * word;
+  }
+
+  // The first live node at or after this handle in the order of slabs and offsets, or none. Start
+  // with 0.
+  uint32_t first_live(uint32_t handle) const;
+
+  // The handle to go on with after a live one.
+  uint32_t next(uint32_t handle) const;
+
+ private:
+  static constexpr size_t word = 8;
+  static constexpr uint32_t offset_bits = 13;
+  static constexpr uint32_t offset_mask = (1u << offset_bits) - 1;
+  static constexpr size_t max_slabs = size_t{1} << (32 - offset_bits);
+  static constexpr size_t first_slab_bytes = 1024;
+  static constexpr size_t max_slab_bytes = word << offset_bits;
+  static constexpr uint64_t max_slab_arity = 1022;  // nodes of 8 KiB
+
+  struct Slab {
+    char* memory;
+    uint64_t arity;
+    uint32_t used;      // words handed out so far, free nodes included
+    uint32_t capacity;  // words in all
+    // The slab of a large node counts as one word; without its node it has no memory, and its
+    // capacity is the next such slab.
+  };
+  struct SizeClass {
+    uint32_t free_list = none;
+    uint32_t current = none;  // the slab that is being filled
+    size_t next_bytes = first_slab_bytes;
+  };
+
+  static uint32_t words_of(uint64_t arity) {
+    return arity > max_slab_arity ? 1 : static_cast<uint32_t>(sizeof(Header) / word + arity);
+  }
+  Header* header(uint32_t handle) const { return static_cast<Header*>(address(handle)); }
+  uint32_t add_slab(uint64_t arity, size_t bytes, uint32_t capacity);
+  uint32_t allocate_large(uint64_t arity);
+  void free_large(uint32_t slab) noexcept;
+
+  std::vector<Slab> directory;
+  std::vector<SizeClass> classes;  // by arity, up to the largest one asked for
+  uint32_t vacant = none;          // the first slab that lost its large node
+};
+
+}  // namespace quill
+
+#endif

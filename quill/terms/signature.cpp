@@ -1,0 +1,135 @@
+#include "quill/terms/signature.h"
+
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "quill/utils/exception.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+namespace {
+
+uint32_t hash_name(std::string_view name) { return InternIndex::fold(NameHash()(name)); }
+
+}  // namespace
+
+Signature::~Signature() {
+  for (Symbol* symbol : symbols) release(symbol);
+}
+
+void Signature::release(Symbol* symbol) {
+  symbol->~Symbol();
+  ::operator delete(symbol);
+}
+
+uint32_t Signature::find(uint32_t hash, std::string_view name) const {
+  return index.find(hash, [&](uint32_t handle) { return name == symbols[handle]->name; });
+}
+
+const Symbol* Signature::add_symbol(const char* name, const DataType* type) {
+  const size_t length = std::strlen(name);
+  const uint32_t hash = hash_name({name, length});
+  const uint32_t found = find(hash, {name, length});
+  if (found != InternIndex::none) {
+    const Symbol* present = symbols[found];
+    if (present->type == type) return present;
+    throw Exception("the symbol ")
+        << name << " already exists with type " << present->type->to_str()
+        << ", it can't be declared with type " << type->to_str();
+  }
+
+  const size_t count = type->num_components();
+  const bool is_application =
+      count >= 2 && type->get_component(0) == universe->get_application_type();
+  const uint64_t arity = is_application ? count - 2 : 0;
+  const DataType* output_type = is_application ? type->get_component(count - 1) : type;
+
+  index.reserve_one();
+  char* memory = static_cast<char*>(::operator new(sizeof(Symbol) + length + 1));
+  char* copy = memory + sizeof(Symbol);
+  std::memcpy(copy, name, length + 1);
+  Symbol* symbol = new (memory) Symbol(copy, arity, type, output_type);
+  ScopeGuard undo([&] { release(symbol); });
+  symbols.push_back(symbol);
+  undo.dismiss();
+  index.insert(hash, static_cast<uint32_t>(symbols.size() - 1));
+  return symbol;
+}
+
+const Symbol* Signature::get_symbol(const char* name) const {
+  const uint32_t found = find(hash_name(name), name);
+  return found != InternIndex::none ? symbols[found] : nullptr;
+}
+
+void Signature::remove_symbol(const char* name) {
+  const uint32_t hash = hash_name(name);
+  const uint32_t found = find(hash, name);
+  if (found == InternIndex::none) return;
+  forget_suffix(name);
+  index.erase(hash, found);
+}
+
+int32_t Signature::lowest_free_suffix(const std::string& base) {
+  int32_t& next = next_suffix[base];
+  std::string candidate = base + '_';
+  for (int32_t k = next;; k++) {
+    candidate.resize(base.size() + 1);
+    candidate += std::to_string(k);
+    if (get_symbol(candidate.c_str()) == nullptr) return next = k;
+  }
+}
+
+// A name base_k becomes free: the search on its base must not start above k.
+void Signature::forget_suffix(std::string_view name) {
+  const size_t bar = name.rfind('_');
+  if (bar == std::string_view::npos || next_suffix.count == 0) return;
+  const std::string_view digits = name.substr(bar + 1);
+  // Only what lowest_free_suffix composes: no empty text, no leading zero, an int32_t.
+  if (digits.empty() || digits.size() > 10 || (digits[0] == '0' && digits.size() > 1)) return;
+  int64_t k = 0;
+  for (const char c : digits) {
+    if (c < '0' || c > '9') return;
+    k = 10 * k + (c - '0');
+  }
+  if (k > std::numeric_limits<int32_t>::max()) return;
+  const auto found = next_suffix.find(std::string(name.substr(0, bar)));
+  if (found != next_suffix.end() && k < found->second) found->second = static_cast<int32_t>(k);
+}
+
+void Signature::gc(const hsh::HashSet<const Symbol*>& keep) {
+  // Which records hold their name must be known before the first one goes: the index reads the
+  // records.
+  std::vector<bool> named(symbols.size());
+  for (size_t i = 0; i < symbols.size(); i++) {
+    const std::string_view name = symbols[i]->name;
+    named[i] = find(hash_name(name), name) == i;
+  }
+  for (auto& [base, next] : next_suffix) next = 0;
+  index.clear();
+  size_t used = 0;
+  for (size_t i = 0; i < symbols.size(); i++) {
+    Symbol* symbol = symbols[i];
+    if (keep.find(symbol) == keep.end()) {
+      release(symbol);
+      continue;
+    }
+    if (named[i]) index.insert(hash_name(symbol->name), static_cast<uint32_t>(used));
+    symbols[used++] = symbol;
+  }
+  symbols.resize(used);
+}
+
+void Signature::rollback(size_t former_size) noexcept {
+  while (symbols.size() > former_size) {
+    Symbol* symbol = symbols.back();
+    const uint32_t handle = static_cast<uint32_t>(symbols.size() - 1);
+    const uint32_t hash = hash_name(symbol->name);
+    if (find(hash, symbol->name) == handle) index.erase(hash, handle);
+    symbols.pop_back();
+    release(symbol);
+  }
+}
+
+}  // namespace quill

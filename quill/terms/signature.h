@@ -1,0 +1,74 @@
+// Maps names to symbols, and owns the symbols of one term manager.
+//
+// Representation: the records in order of creation, and an index over them by name. Names are byte
+// strings without a NUL. A name can be taken away from its symbol (remove_symbol); the record then
+// lives on without a name in the index, because terms may still use it, until a collection or
+// destruction.
+//
+// Costs: one hash look-up a call; the hash spreads numbered names (x0, x1, ...) as well as any.
+
+#ifndef QUILL_TERMS_SIGNATURE_H
+#define QUILL_TERMS_SIGNATURE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "quill/terms/symbol.h"
+#include "quill/terms/type_universe.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
+#include "quill/utils/intern_index.h"
+#include "quill/utils/name_hash.h"
+
+namespace quill {
+
+class Signature {
+ public:
+  // The universe tells function types from others; it must outlive the signature.
+  explicit Signature(TypeUniverse* types) : universe(types) {}
+  ~Signature();
+  Signature(const Signature&) = delete;
+  Signature& operator=(const Signature&) = delete;
+
+  // The symbol of this name and type, made if the name is free. Its arity is the number of argument
+  // types of a function type (application type, arguments ..., result), 0 for any other type.
+  // Throws Exception, and changes nothing, when the name belongs to a symbol of another type.
+  const Symbol* add_symbol(const char* name, const DataType* type);
+
+  // The symbol registered under exactly this name, or null.
+  const Symbol* get_symbol(const char* name) const;
+
+  // Takes the name away from its symbol, so that it can be given again. Ignores an unknown name.
+  void remove_symbol(const char* name);
+
+  // The least k for which no symbol is named base_k. Remembered from call to call, so that asking
+  // for many unique names on one base costs the same each time.
+  int32_t lowest_free_suffix(const std::string& base);
+
+  // Frees every symbol that is not in keep, named or not.
+  void gc(const hsh::HashSet<const Symbol*>& keep);
+
+  // The number of symbols held, named or not.
+  size_t size() const { return symbols.size(); }
+
+  // Frees every symbol made since size() was what is given, provided that none was freed in
+  // between. For undoing a request that failed half-way.
+  void rollback(size_t former_size) noexcept;
+
+ private:
+  uint32_t find(uint32_t hash, std::string_view name) const;
+  void forget_suffix(std::string_view name);
+  static void release(Symbol* symbol);
+
+  TypeUniverse* universe;
+  std::vector<Symbol*> symbols;
+  InternIndex index;
+  hsh::HashMap<std::string, int32_t, NameHash> next_suffix;  // base_0 ... base_(k-1) are all taken
+};
+
+}  // namespace quill
+
+#endif

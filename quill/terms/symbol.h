@@ -1,0 +1,48 @@
+// A symbol: a named constant or function symbol with its type.
+//
+// Representation: one allocation that holds the record and a copy of the name. Symbols are made and
+// freed by the signature (see signature.h) and never change. Interpreted symbols have a backquote
+// before and after their name, fresh variables an apostrophe before it.
+
+#ifndef QUILL_TERMS_SYMBOL_H
+#define QUILL_TERMS_SYMBOL_H
+
+#include <cstdint>
+
+#include "quill/terms/data_type.h"
+
+namespace quill {
+
+class Symbol {
+ private:
+  const DataType*
+      output_type;  // cached for typechecking, which asks for nothing else of most symbols
+
+ public:
+  Symbol(const Symbol&) = delete;
+  Symbol& operator=(const Symbol&) = delete;
+
+  const char* const name;  // zero-terminated
+
+  // The number of arguments of the terms that the symbol heads; 0 for constants.
+  const uint64_t arity;
+
+  // For a constant its own type, for a function symbol the compound type (application type,
+  // arguments ..., result).
+  const DataType* const type;
+
+  // The type of the terms that the symbol heads.
+  const DataType* get_output_type() const { return output_type; }
+
+ private:
+  friend class Signature;
+
+  Symbol(const char* own_name, uint64_t num_arguments, const DataType* own_type,
+         const DataType* result)
+      : output_type(result), name(own_name), arity(num_arguments), type(own_type) {}
+  ~Symbol() = default;
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,105 @@
+#include "quill/terms/term.h"
+
+#include <vector>
+
+#include "quill/utils/hash_map.h"
+
+namespace quill {
+
+namespace {
+
+constexpr uint64_t max_shallow_arguments = 8;
+
+struct Occurrence {
+  bool repeated = false;
+  bool printed = false;
+};
+using OccurrenceMap = hsh::HashMap<const Term_*, Occurrence>;
+
+// Finds the non-constant subterms that occur more than once, looking into each of them once.
+void find_repeated(const Term_* root, OccurrenceMap& occurrences) {
+  std::vector<const Term_*> work{root};
+  while (!work.empty()) {
+    const Term_* term = work.back();
+    work.pop_back();
+    for (uint64_t i = 0; i < term->symbol->arity; i++) {
+      const Term_* argument = term->args[i];
+      if (argument->symbol->arity == 0) continue;
+      if (occurrences.insert({argument, {}})) {
+        work.push_back(argument);
+      } else {
+        occurrences[argument].repeated = true;
+      }
+    }
+  }
+}
+
+void append_reference(std::string& out, const Term_* term) {
+  out += '#';
+  out += std::to_string(term->id);
+}
+
+}  // namespace
+
+std::string Term_::to_str() const {
+  std::string out;
+  OccurrenceMap occurrences;
+  find_repeated(this, occurrences);
+
+  struct Frame {
+    const Term_* term;
+    uint64_t next;  // the argument to print next
+  };
+  std::vector<Frame> open;  // the applications around the current position
+  const auto print = [&](const Term_* term) {
+    if (term->symbol->arity == 0) {
+      out += term->symbol->name;
+      return;
+    }
+    const auto found = occurrences.find(term);
+    if (found != occurrences.end() && found->second.repeated) {
+      append_reference(out, term);
+      if (found->second.printed) return;
+      found->second.printed = true;
+      out += '=';
+    }
+    out += '(';
+    out += term->symbol->name;
+    open.push_back({term, 0});
+  };
+
+  print(this);
+  while (!open.empty()) {
+    Frame& frame = open.back();
+    if (frame.next == frame.term->symbol->arity) {
+      out += ')';
+      open.pop_back();
+      continue;
+    }
+    out += ' ';
+    print(frame.term->args[frame.next++]);
+  }
+  return out;
+}
+
+std::string Term_::to_shallow_str() const {
+  if (symbol->arity == 0) return symbol->name;
+  std::string out = "(";
+  out += symbol->name;
+  for (uint64_t i = 0; i < symbol->arity; i++) {
+    out += ' ';
+    if (i == max_shallow_arguments) {
+      out += "...";
+      break;
+    }
+    if (args[i]->symbol->arity == 0) {
+      out += args[i]->symbol->name;
+    } else {
+      append_reference(out, args[i]);
+    }
+  }
+  out += ')';
+  return out;
+}
+
+}  // namespace quill

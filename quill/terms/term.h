@@ -1,0 +1,56 @@
+// A term: one node of the shared graph, a symbol applied to argument terms.
+//
+// Representation: one allocation that holds the header and the arguments. Terms are unique within
+// their bank (see term_bank.h, which makes and frees them) and never change, so that two terms are
+// equal exactly when their addresses are.
+
+#ifndef QUILL_TERMS_TERM_H
+#define QUILL_TERMS_TERM_H
+
+#include <cstdint>
+#include <string>
+
+#include "quill/terms/symbol.h"
+#include "quill/utils/hash.h"
+
+namespace quill {
+
+class Term_ {
+ public:
+  Term_(const Term_&) = delete;
+  Term_& operator=(const Term_&) = delete;
+
+  // Unique among the live terms of one bank, dense from 0, and the same for as long as the term
+  // lives.
+  uint64_t id;
+
+  const Symbol* symbol;
+
+  // As many as the symbol's arity.
+  __extension__ const Term_* args[];
+
+  // The whole term in prefix notation with the names of its symbols as they are stored; a constant
+  // prints its name. A non-constant subterm that occurs again is printed once, as #ID=(...), and as
+  // #ID from then on: the text is linear in the number of distinct subterms and their arguments.
+  std::string to_str() const;
+
+  // One level: arguments that are constants by name, others as #ID; after eight arguments three
+  // dots.
+  std::string to_shallow_str() const;
+
+ private:
+  friend class TermBank;
+
+  Term_(uint64_t own_id, const Symbol* head) : id(own_id), symbol(head) {}
+  ~Term_() = default;
+};
+
+// Terms hash by their id, so that the order of tables keyed by terms does not depend on addresses.
+template <>
+struct hsh::hash<const Term_*> {
+  uint64_t operator()(const Term_* t) const { return t->id; }
+};
+
+}  // namespace quill
+
+#endif

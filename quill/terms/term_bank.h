@@ -1,0 +1,93 @@
+// The hash-consing store of terms: asked twice for the same symbol and arguments, it returns the
+// same node.
+//
+// Representation: nodes live in slabs (node_slabs.h) and never move; an index (intern_index.h)
+// leads from the hash of a symbol and its arguments to the handle of the node. A look-up hashes the
+// request and builds nothing until the term is known to be new. Ids are dense: an id freed by
+// remove_unseen is given again, the lowest first, so that vectors indexed by id stay as long as the
+// largest number of terms alive, and ids do not depend on addresses.
+//
+// The bank decides nothing: whether the arguments fit the symbol is checked before a request gets
+// here. It owns the terms; it does not own the symbols, which must outlive them.
+//
+// Limits: 2^32 - 1 terms, 32 GiB of nodes; beyond them make_term throws std::bad_alloc.
+
+#ifndef QUILL_TERMS_TERM_BANK_H
+#define QUILL_TERMS_TERM_BANK_H
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <vector>
+
+#include "quill/terms/node_slabs.h"
+#include "quill/terms/term.h"
+#include "quill/utils/intern_index.h"
+
+namespace quill {
+
+class TermBank {
+ public:
+  TermBank() = default;
+  ~TermBank() = default;
+  TermBank(const TermBank&) = delete;
+  TermBank& operator=(const TermBank&) = delete;
+
+  // The term of this symbol and its first arity arguments; args may be null when the arity is 0.
+  // Checks no types. Throws std::bad_alloc without a change; a failed request uses up no id.
+  const Term_* make_term(const Symbol* symbol, const Term_* const* args);
+
+  // Visits every term held, in an order that does not depend on addresses. Making or removing terms
+  // ends the validity of iterators.
+  class const_iterator {
+   public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = const Term_*;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Term_* const*;
+    using reference = const Term_*;
+
+    const Term_* operator*() const { return static_cast<const Term_*>(nodes->address(handle)); }
+    const_iterator& operator++() {
+      handle = nodes->first_live(nodes->next(handle));
+      return *this;
+    }
+    const_iterator operator++(int) {
+      const const_iterator before = *this;
+      ++*this;
+      return before;
+    }
+    bool operator==(const const_iterator& other) const { return handle == other.handle; }
+
+   private:
+    friend class TermBank;
+    const_iterator(const NodeSlabs* slabs, uint32_t start) : nodes(slabs), handle(start) {}
+
+    const NodeSlabs* nodes;
+    uint32_t handle;
+  };
+
+  const_iterator begin() const { return {&nodes, nodes.first_live(0)}; }
+  const_iterator end() const { return {&nodes, NodeSlabs::none}; }
+
+  // Frees every term whose id is not marked; an id beyond the vector is not marked. The others stay
+  // where they are and keep their ids. Linear in the number of terms held.
+  void remove_unseen(const std::vector<bool>& seen);
+
+  // The number of terms held, and a bound above every id in use.
+  size_t size() const { return index.size(); }
+  uint64_t id_bound() const { return next_id; }
+
+ private:
+  static uint32_t hash_of(const Symbol* symbol, const Term_* const* args);
+  Term_* node(uint32_t handle) const { return static_cast<Term_*>(nodes.address(handle)); }
+
+  NodeSlabs nodes;
+  InternIndex index;
+  uint64_t next_id = 0;
+  std::vector<uint64_t> free_ids;  // descending, all below next_id - 1
+};
+
+}  // namespace quill
+
+#endif

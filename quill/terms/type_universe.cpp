@@ -1,0 +1,152 @@
+#include "quill/terms/type_universe.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+#include "quill/utils/name_hash.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+namespace {
+
+uint32_t hash_name(const std::string& name) { return InternIndex::fold(NameHash()(name)); }
+
+// Addresses of components decide only where the index looks first; no order depends on them.
+uint32_t hash_components(const DataType* const* components, size_t count) {
+  uint64_t h = count;
+  for (size_t i = 0; i < count; i++) {
+    h = (h ^ reinterpret_cast<uintptr_t>(components[i])) * 0x9e3779b97f4a7c15;
+    h ^= h >> 29;
+  }
+  return InternIndex::fold(h * 0xd1b54a32d192ed03);
+}
+
+}  // namespace
+
+TypeUniverse::TypeUniverse() : application_type(nullptr) {
+  DataType* type = allocate(&DataType::application_name(), 0);
+  ScopeGuard undo([&] { release(type); });
+  types.push_back(type);
+  undo.dismiss();
+  application_type = type;  // not entered in the index, so that no name leads to it
+}
+
+TypeUniverse::~TypeUniverse() {
+  for (DataType* type : types) release(type);
+}
+
+DataType* TypeUniverse::allocate(const std::string* name, size_t count) {
+  void* memory = ::operator new(sizeof(DataType) + count * sizeof(const DataType*));
+  return new (memory) DataType(name, count);
+}
+
+void TypeUniverse::release(DataType* type) {
+  if (type->name != &DataType::application_name()) delete type->name;
+  type->~DataType();
+  ::operator delete(type);
+}
+
+uint32_t TypeUniverse::hash_of(const DataType* type) {
+  return type->is_simple() ? hash_name(*type->name)
+                           : hash_components(type->components, type->count);
+}
+
+// Takes the type over once nothing can fail any more.
+const DataType* TypeUniverse::add(uint32_t hash, DataType* type) {
+  ScopeGuard undo([&] { release(type); });
+  index.reserve_one();
+  types.push_back(type);
+  undo.dismiss();
+  index.insert(hash, static_cast<uint32_t>(types.size() - 1));
+  return type;
+}
+
+const DataType* TypeUniverse::make_type(const std::string& name) {
+  const uint32_t hash = hash_name(name);
+  const uint32_t found = index.find(hash, [&](uint32_t handle) {
+    const DataType* type = types[handle];
+    return type->is_simple() && *type->name == name;
+  });
+  if (found != InternIndex::none) return types[found];
+  auto copy = std::make_unique<const std::string>(name);
+  DataType* type = allocate(copy.get(), 0);
+  copy.release();
+  return add(hash, type);
+}
+
+const DataType* TypeUniverse::make_type(const std::vector<const DataType*>& components) {
+  const size_t count = components.size();
+  const uint32_t hash = hash_components(components.data(), count);
+  const uint32_t found = index.find(hash, [&](uint32_t handle) {
+    const DataType* type = types[handle];
+    return !type->is_simple() && type->count == count &&
+           std::equal(components.begin(), components.end(), type->components);
+  });
+  if (found != InternIndex::none) return types[found];
+  DataType* type = allocate(nullptr, count);
+  std::copy(components.begin(), components.end(), type->components);
+  return add(hash, type);
+}
+
+bool TypeUniverse::is_declared_subtype(const DataType* a, const DataType* b) const {
+  for (const auto& [sub, super] : subtypes) {
+    if (sub == a && super == b) return true;
+  }
+  return false;
+}
+
+void TypeUniverse::set_subtype(const DataType* sub, const DataType* super) {
+  if (!is_subtype(sub, super)) subtypes.emplace_back(sub, super);
+}
+
+void TypeUniverse::remove_type(const DataType* type) {
+  assert(type != application_type && "the application type is never freed");
+  const uint32_t hash = hash_of(type);
+  const uint32_t handle = index.find(hash, [&](uint32_t h) { return types[h] == type; });
+  assert(handle != InternIndex::none &&
+         "the type is not one of this universe, or was freed before");
+  if (handle == InternIndex::none) return;
+  std::erase_if(subtypes,
+                [&](const auto& pair) { return pair.first == type || pair.second == type; });
+  index.erase(hash, handle);
+  const uint32_t last = static_cast<uint32_t>(types.size() - 1);
+  DataType* victim = types[handle];
+  if (handle != last) {
+    index.rename(hash_of(types[last]), last, handle);
+    types[handle] = types[last];
+  }
+  types.pop_back();
+  release(victim);
+}
+
+void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) {
+  const auto kept = [&](const DataType* type) { return keep.find(type) != keep.end(); };
+  assert(kept(application_type) && "a collection keeps the application type");
+  std::erase_if(subtypes,
+                [&](const auto& pair) { return !kept(pair.first) || !kept(pair.second); });
+  index.clear();
+  size_t used = 0;
+  for (DataType* type : types) {
+    if (!kept(type)) {
+      release(type);
+      continue;
+    }
+    if (type != application_type) index.insert(hash_of(type), static_cast<uint32_t>(used));
+    types[used++] = type;
+  }
+  types.resize(used);
+}
+
+void TypeUniverse::rollback(size_t former_size) noexcept {
+  while (types.size() > former_size) {
+    DataType* type = types.back();
+    index.erase(hash_of(type), static_cast<uint32_t>(types.size() - 1));
+    types.pop_back();
+    release(type);
+  }
+}
+
+}  // namespace quill

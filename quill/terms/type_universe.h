@@ -1,0 +1,78 @@
+// Makes and owns the types of one term manager, each once, and keeps the subtype relation.
+//
+// Representation: the types in order of creation, and an index over them by name (simple types) or
+// by component list (compound types). Types are found by hashing the request, so nothing is built
+// for a type that exists. Freeing a type moves the last one into its place.
+//
+// The universe checks nothing: which shapes make sense is the manager's business. It frees what it
+// is told to free; that nothing refers to a freed type is the caller's promise.
+
+#ifndef QUILL_TERMS_TYPE_UNIVERSE_H
+#define QUILL_TERMS_TYPE_UNIVERSE_H
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "quill/terms/data_type.h"
+#include "quill/utils/hash_set.h"
+#include "quill/utils/intern_index.h"
+
+namespace quill {
+
+class TypeUniverse {
+ public:
+  TypeUniverse();
+  ~TypeUniverse();
+  TypeUniverse(const TypeUniverse&) = delete;
+  TypeUniverse& operator=(const TypeUniverse&) = delete;
+
+  // The simple type of a name, made on the first request.
+  const DataType* make_type(const std::string& name);
+
+  // The compound type of exactly these components in this order, made on the first request.
+  const DataType* make_type(const std::vector<const DataType*>& components);
+
+  // The type that heads every function type: (application type, arguments ..., result). No name
+  // yields it.
+  const DataType* get_application_type() const { return application_type; }
+
+  // Whether a equals b or was declared a subtype of b. Not transitive.
+  bool is_subtype(const DataType* a, const DataType* b) const {
+    return a == b || is_declared_subtype(a, b);
+  }
+  void set_subtype(const DataType* sub, const DataType* super);
+
+  // Forgets and frees one type, with the subtype pairs that mention it. Not for the application
+  // type, nor for a type that another type or a symbol still uses.
+  void remove_type(const DataType* type);
+
+  // Frees every type that is not in keep. The caller sees to it that keep holds all components of
+  // its types, and the application type.
+  void gc(const hsh::HashSet<const DataType*>& keep);
+
+  // The number of types held.
+  size_t size() const { return types.size(); }
+
+  // Frees every type made since size() was what is given, provided that none was freed in between.
+  // For undoing a request that failed half-way.
+  void rollback(size_t former_size) noexcept;
+
+ private:
+  bool is_declared_subtype(const DataType* a, const DataType* b) const;
+  static uint32_t hash_of(const DataType* type);
+  static DataType* allocate(const std::string* name, size_t count);
+  static void release(DataType* type);
+  const DataType* add(uint32_t hash, DataType* type);
+
+  std::vector<DataType*> types;
+  InternIndex index;
+  std::vector<std::pair<const DataType*, const DataType*>>
+      subtypes;  // (sub, super); one pair in practice
+  const DataType* application_type;
+};
+
+}  // namespace quill
+
+#endif
