@@ -1,0 +1,45 @@
+// Interpreted symbols, and what kind of symbol a symbol is.
+//
+// The first character of a name tells the name spaces apart: a backquote for symbols of the
+// theories, an apostrophe for variables. Numerals have neither and are known by their recorded
+// values.
+
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataType* type,
+                                                  SymbolTag::tag tag) {
+  name_buffer = '`';
+  name_buffer += name;
+  name_buffer += '`';
+  const size_t before = signature->size();
+  const Symbol* s = signature->add_symbol(name_buffer.c_str(), type);
+  ScopeGuard undo([&] { signature->rollback(before); });
+  tags[s] = tag;
+  undo.dismiss();
+  return s;
+}
+
+bool TermManager::is_interpreted(const Symbol* s) const {
+  if (s->name[0] == '`') return true;
+  return s->arity == 0 && number_values.find(s) != number_values.end();
+}
+
+bool TermManager::is_uninterpreted_function(const Symbol* s) const {
+  return s->arity != 0 && !is_interpreted(s);
+}
+
+bool TermManager::is_variable(const Symbol* s) const { return s->arity == 0 && s->name[0] == '\''; }
+
+bool TermManager::is_constant(const Symbol* s) const {
+  return s->arity == 0 && !is_interpreted(s) && !is_variable(s);
+}
+
+SymbolTag::tag TermManager::get_tag(const Symbol* s) const {
+  const auto found = tags.find(s);
+  return found != tags.end() ? found->second : SymbolTag::NONE;
+}
+
+}  // namespace quill

@@ -1,0 +1,168 @@
+// Construction and typechecking of terms, and the builders of the Boolean and arithmetic core.
+
+#include <cassert>
+#include <cstring>
+
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Term_*>& args) {
+  typecheck(s, args);
+  if (delegate_enabled && delegate != nullptr) {
+    if (const Term_* t = delegate->make_term(s, args)) return t;
+  }
+  return do_make_term(s, args);
+}
+
+const Term_* TermManager::do_make_term(const Symbol* s, const std::vector<const Term_*>& args) {
+  assert(args.size() == s->arity && "wrong number of arguments for a symbol");
+  return bank->make_term(s, args.empty() ? nullptr : args.data());
+}
+
+bool TermManager::typecheck(const Term_* t, const DataType* expected, const char* where) const {
+  const DataType* actual = t->symbol->get_output_type();
+  if (universe->is_subtype(actual, expected)) return true;
+  throw error("type error. term ")
+      << t->to_shallow_str() << " has type " << actual->to_str() << ", but " << expected->to_str()
+      << " was expected. (" << where << ")";
+}
+
+void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& args) {
+  if (!typecheck_enabled) return;
+  if (s->arity != args.size()) {
+    throw error("wrong arity for symbol ")
+        << s->name << ". expected " << s->arity << ", got " << args.size();
+  }
+  // A request that comes from no builder is named after its symbol. If it fails the name stays, so
+  // it must not be the symbol's own text, which may be freed.
+  const bool from_builder = *current_operation != '\0';
+  for (size_t i = 0; i < args.size(); i++) {
+    const DataType* expected = s->type->get_component(i + 1);
+    if (universe->is_subtype(args[i]->symbol->get_output_type(), expected)) continue;
+    if (!from_builder) {
+      stale_operation = s->name;
+      current_operation = stale_operation.c_str();
+    }
+    typecheck(args[i], expected, current_operation);
+  }
+  current_operation = "";
+}
+
+const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
+                                   const char* opname) {
+  scratch_args.clear();
+  scratch_args.push_back(a);
+  scratch_args.push_back(b);
+  current_operation = opname;
+  return make_term(s, scratch_args);
+}
+
+const Term_* TermManager::make_and(const Term_* a, const Term_* b) {
+  return make_bin(and_symbol, a, b, "make_and");
+}
+
+const Term_* TermManager::make_or(const Term_* a, const Term_* b) {
+  return make_bin(or_symbol, a, b, "make_or");
+}
+
+const Term_* TermManager::make_iff(const Term_* a, const Term_* b) {
+  return make_bin(iff_symbol, a, b, "make_iff");
+}
+
+const Term_* TermManager::make_not(const Term_* a) {
+  scratch_args.clear();
+  scratch_args.push_back(a);
+  current_operation = "make_not";
+  return make_term(not_symbol, scratch_args);
+}
+
+const Term_* TermManager::make_floor(const Term_* a) {
+  scratch_args.clear();
+  scratch_args.push_back(a);
+  current_operation = "make_floor";
+  return make_term(floor_symbol, scratch_args);
+}
+
+bool TermManager::both_int(const Term_* a, const Term_* b) const {
+  return a->symbol->get_output_type() == int_type && b->symbol->get_output_type() == int_type;
+}
+
+const Term_* TermManager::make_leq(const Term_* a, const Term_* b) {
+  return make_bin(both_int(a, b) ? int_leq_symbol : rat_leq_symbol, a, b, "make_leq");
+}
+
+const Term_* TermManager::make_plus(const Term_* a, const Term_* b) {
+  return make_bin(both_int(a, b) ? int_plus_symbol : rat_plus_symbol, a, b, "make_plus");
+}
+
+const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
+  return make_bin(both_int(a, b) ? int_times_symbol : rat_times_symbol, a, b, "make_times");
+}
+
+// The symbol of a type in a family with one symbol for each type; its own type is put together in
+// scratch_types.
+const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
+                                                  const char* prefix, SymbolTag::tag tag) {
+  std::string name = prefix;
+  name += t == rat_type ? "rat" : t == int_type ? "int" : t->to_str();
+  const size_t types_before = universe->size();
+  const size_t symbols_before = signature->size();
+  const Symbol* s = nullptr;
+  ScopeGuard undo([&] {
+    if (s != nullptr && signature->size() != symbols_before) tags.erase(tags.find(s));
+    signature->rollback(symbols_before);
+    universe->rollback(types_before);
+  });
+  s = add_interpreted_symbol(name.c_str(), universe->make_type(scratch_types), tag);
+  table.insert(t, s);
+  undo.dismiss();
+  return s;
+}
+
+const Symbol* TermManager::make_equality_symbol(const DataType* t) {
+  if (t == bool_type) throw error("Equality arguments can't be Boolean");
+  if (const Symbol* present = equality_symbols.find(t)) return present;
+  scratch_types = {universe->get_application_type(), t, t, bool_type};
+  return make_type_keyed_symbol(equality_symbols, t, "=_", SymbolTag::EQUAL);
+}
+
+const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
+  const DataType* type = a->symbol->get_output_type();
+  const Symbol* s;
+  if (is_real_or_int(type)) {
+    s = both_int(a, b) ? int_equal_symbol : rat_equal_symbol;
+  } else {
+    s = make_equality_symbol(type);
+  }
+  return make_bin(s, a, b, "make_equal");
+}
+
+const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
+  if (t == bool_type) throw error("Term-ITE arguments can't be Boolean");
+  if (const Symbol* present = term_ite_symbols.find(t)) return present;
+  scratch_types = {universe->get_application_type(), bool_type, t, t, t};
+  return make_type_keyed_symbol(term_ite_symbols, t, "ite_", SymbolTag::TERM_ITE);
+}
+
+const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_term,
+                                        const Term_* else_term) {
+  const DataType* type = then_term->symbol->get_output_type();
+  if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
+  const Symbol* s = make_term_ite_symbol(type);
+  scratch_args.clear();
+  scratch_args.push_back(cond);
+  scratch_args.push_back(then_term);
+  scratch_args.push_back(else_term);
+  current_operation = "make_term_ite";
+  return make_term(s, scratch_args);
+}
+
+bool TermManager::is_term_ite(const Symbol* s, const DataType** out_type) const {
+  if (!term_ite_symbols.contains(s)) return false;
+  if (out_type != nullptr) *out_type = s->type->get_component(2);
+  return true;
+}
+
+}  // namespace quill

@@ -1,0 +1,66 @@
+// The user's symbols: declaration, fresh names, the terms of constants and applications, and giving
+// names back.
+
+#include <string>
+
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+const Symbol* TermManager::make_symbol(const std::string& name, const DataType* type) {
+  if (name.empty()) throw error("Empty name for symbol");
+  if (name[0] == '`') throw error("Symbols can't start with the \"`\" character");
+  // Names end at the first NUL: what is behind it would be lost, and two names would become one.
+  if (name.find('\0') != std::string::npos) throw error("Symbols can't contain the NUL character");
+  return signature->add_symbol(name.c_str(), type);
+}
+
+const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  if (signature->get_symbol(name.c_str()) == nullptr) return make_symbol(name, type);
+  const int32_t k = signature->lowest_free_suffix(name);
+  name_buffer = name;
+  name_buffer += '_';
+  name_buffer += std::to_string(k);
+  return make_symbol(name_buffer, type);
+}
+
+const Term_* TermManager::make_fresh_variable(const DataType* type) {
+  name_buffer = '\'';
+  name_buffer += std::to_string(fresh_counter++);
+  if (signature->get_symbol(name_buffer.c_str()) != nullptr) {
+    throw error("impossible to create variable ")
+        << name_buffer << ", because there's already a symbol with the same name";
+  }
+  if (is_function_type(type, nullptr, nullptr))
+    throw error("Higher-order variables are not supported");
+  const size_t before = signature->size();
+  const Symbol* s = signature->add_symbol(name_buffer.c_str(), type);
+  ScopeGuard undo([&] { signature->rollback(before); });
+  const Term_* variable = bank->make_term(s, nullptr);
+  undo.dismiss();
+  return variable;
+}
+
+const Term_* TermManager::make_constant(const Symbol* s) {
+  current_operation = "make_constant";
+  scratch_args.clear();
+  return make_term(s, scratch_args);
+}
+
+const Term_* TermManager::make_uninterpreted_function(const Symbol* s,
+                                                      const std::vector<const Term_*>& args) {
+  current_operation = "make_uninterpreted_function";
+  return make_term(s, args);
+}
+
+void TermManager::free_symbol(const Symbol* s) { signature->remove_symbol(s->name); }
+
+const Term_* TermManager::debug_get_term(unsigned long id) const {
+  for (const Term_* t : *bank) {
+    if (t->id == id) return t;
+  }
+  return nullptr;
+}
+
+}  // namespace quill

@@ -1,0 +1,27 @@
+// What builds a term from a symbol and its arguments: a term manager, or a delegate that stands
+// before one.
+
+#ifndef QUILL_TERMS_TERMMANAGER_TERM_FACTORY_H
+#define QUILL_TERMS_TERMMANAGER_TERM_FACTORY_H
+
+#include <vector>
+
+#include "quill/terms/term.h"
+
+namespace quill {
+
+// A delegate set in a TermManager gets every request that passed the typecheck. It returns the term
+// to use, or null to let the manager build the plain term.
+//
+// Rules for a delegate: `args` may be the manager's own scratch vector, which every builder of that
+// manager overwrites, so copy what is needed before calling one. The plain term is had from
+// TermManager::do_make_term; make_term of the same manager would call the delegate again.
+class TermFactory {
+ public:
+  virtual ~TermFactory() = default;
+  virtual const Term_* make_term(const Symbol* symbol, const std::vector<const Term_*>& args) = 0;
+};
+
+}  // namespace quill
+
+#endif

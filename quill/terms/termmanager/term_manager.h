@@ -1,0 +1,375 @@
+// The term manager: the one owner and factory of the types, symbols and terms of a solver instance.
+//
+//   TermManager m;
+//   const Term_* x = m.make_constant(m.make_symbol("x", m.get_int_type()));
+//   const Term_* bound = m.make_leq(x, m.make_number(7));
+//   assert(bound == m.make_leq(x, m.make_number(7)));  // terms are shared
+//   std::cout << outterm(&m, bound) << '\n';           // (<= x 7)
+//
+// What it returns it owns: pointers stay valid until the manager is destroyed, and equal requests
+// give equal pointers. Destruction frees the terms, then the symbols, then the types, and then the
+// tables. A manager is neither copied nor moved.
+//
+// Requests are checked before anything changes. A request that is ill-typed or out of range throws
+// TermManager::error with the whole story in its text; a failed request, also one that ran out of
+// memory, leaves all stores and tables as they were. Builders do not simplify: they pick the symbol
+// and pass the arguments on in the given order.
+//
+// A manager is used by one thread at a time and is not re-entrant: builders share scratch vectors,
+// the name buffer and the name of the running operation.
+
+#ifndef QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
+#define QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "quill/terms/data_type.h"
+#include "quill/terms/signature.h"
+#include "quill/terms/symbol.h"
+#include "quill/terms/term.h"
+#include "quill/terms/term_bank.h"
+#include "quill/terms/termmanager/family_keys.h"
+#include "quill/terms/termmanager/symbol_tag.h"
+#include "quill/terms/termmanager/term_factory.h"
+#include "quill/terms/termmanager/type_keyed_symbols.h"
+#include "quill/terms/termmanager/type_table.h"
+#include "quill/terms/type_universe.h"
+#include "quill/utils/exception.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/ieee_float.h"
+#include "quill/utils/qnumber.h"
+
+namespace quill {
+
+class TermManager : public TermFactory {
+ public:
+  // An ill-typed or unsupported request.
+  class error : public Exception {
+   public:
+    using Exception::Exception;
+  };
+
+  using BVIndex1 = FamilyKeys::BVIndex1;
+  using BVIndex2 = FamilyKeys::BVIndex2;
+  using ArrIndex = FamilyKeys::ArrIndex;
+  using FPFormatCast = FamilyKeys::FPFormatCast;
+
+  // Hash and equality of tables keyed by pointers to numbers: by value.
+  struct NumberCache_hash_eq {
+    uint64_t operator()(const QNumber* q) const { return q->hash(); }
+    bool operator()(const QNumber* a, const QNumber* b) const { return *a == *b; }
+  };
+
+  //---------------------------------------------------------------------------------------------
+  // Construction, stores and switches, in 'construction.cpp'
+
+  // Makes the standard signature: the types Bool, Real and Int (a subtype of Real), the
+  // connectives, linear arithmetic and the rounding modes.
+  TermManager();
+  ~TermManager() override;
+  TermManager(const TermManager&) = delete;
+  TermManager& operator=(const TermManager&) = delete;
+
+  const TypeUniverse* get_universe() const { return universe.get(); }
+  const Signature* get_signature() const { return signature.get(); }
+  const TermBank* get_bank() const { return bank.get(); }
+
+  // Whether requests are checked (initially they are). Without checks an ill-typed term is built as
+  // asked, and numerals and formats may be out of range; that the number of arguments fits is then
+  // the caller's duty.
+  void set_typecheck_enabled(bool enabled) { typecheck_enabled = enabled; }
+  bool get_typecheck_enabled() const { return typecheck_enabled; }
+
+  // A factory to be asked before a term is built (see TermFactory), and whether it is (initially it
+  // is not). Not owned.
+  void set_delegate(TermFactory* factory) { delegate = factory; }
+  TermFactory* get_delegate() const { return delegate; }
+  void set_delegate_enabled(bool enabled) { delegate_enabled = enabled; }
+  bool get_delegate_enabled() const { return delegate_enabled; }
+
+  // Whether get_function_type refuses Bool arguments (initially it does).
+  void set_reject_bool_arguments(bool reject) { reject_bool_arguments = reject; }
+  bool get_reject_bool_arguments() const { return reject_bool_arguments; }
+
+  //---------------------------------------------------------------------------------------------
+  // Interpreted symbols and classification, in 'classification.cpp'
+
+  // Registers `name`, between backquotes, as a symbol of the theories. A second registration
+  // overwrites the tag.
+  const Symbol* add_interpreted_symbol(const char* name, const DataType* type, SymbolTag::tag tag);
+
+  // Whether the symbol has a fixed meaning: a symbol of the theories or a numeral.
+  bool is_interpreted(const Symbol* s) const;
+  bool is_uninterpreted_function(const Symbol* s) const;
+
+  // Whether it is of arity 0 and its name begins with an apostrophe, interpreted or not.
+  bool is_variable(const Symbol* s) const;
+  // Whether it is of arity 0, and neither interpreted nor a variable.
+  bool is_constant(const Symbol* s) const;
+
+  // NONE for a symbol without a tag of its own.
+  SymbolTag::tag get_tag(const Symbol* s) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Types, in 'types.cpp'
+  //
+  // Equal requests give the same object, so that types are compared by address.
+
+  const DataType* get_bool_type() const { return bool_type; }
+  const DataType* get_rat_type() const { return rat_type; }  // SMT-LIB: Real
+  const DataType* get_int_type() const { return int_type; }
+  const DataType* get_fprounding_type() const { return fprounding_type; }
+
+  // The simple type of this name; with only_existing, null when get_simple_type has not made it
+  // before.
+  const DataType* get_simple_type(const std::string& name, bool only_existing);
+
+  // The simple type that stands for a width in bit-vector types, named by the width in decimal.
+  const DataType* get_type_from_width(size_t w);
+  // The width of a type made by get_type_from_width; 0 for any other type.
+  size_t get_width_from_type(const DataType* t) const;
+
+  // Bit-vectors of w bits.
+  const DataType* get_bv_type(size_t w);
+
+  // Binary floating-point values with e exponent bits and m significand bits without the hidden bit
+  // (IEEE 754-2019; in SMT-LIB (_ FloatingPoint e m+1)). Throws when checks are on and e or m is
+  // below 2.
+  const DataType* get_fp_type(size_t e, size_t m);
+
+  // Throws for Bool and for function types.
+  const DataType* get_array_type(const DataType* index, const DataType* element);
+
+  // Throws for a function type among the arguments or as the result, and for Bool arguments while
+  // they are rejected. With no arguments the type is not a function type to is_function_type, and
+  // symbols of it are constants of the result type.
+  const DataType* get_function_type(const std::vector<const DataType*>& args,
+                                    const DataType* result);
+
+  // Any other compound of types. Throws for a component that is Bool or a function type.
+  const DataType* get_compound_type(const std::vector<const DataType*>& components);
+
+  // Recognisers. Outputs may be null; they are not written when the answer is false, nor, but for 0
+  // instead of a width, for a compound that only looks like the type.
+  bool is_function_type(const DataType* t, std::vector<const DataType*>* args,
+                        const DataType** result) const;
+  bool is_bv_type(const DataType* t, size_t* width) const;
+  bool is_fp_type(const DataType* t, size_t* e, size_t* m) const;
+  bool is_array_type(const DataType* t, const DataType** index, const DataType** element) const;
+
+  bool is_subtype(const DataType* a, const DataType* b) const { return universe->is_subtype(a, b); }
+  // The larger of two related types; throws for unrelated ones.
+  const DataType* get_supertype(const DataType* a, const DataType* b) const;
+
+  // Whether the type has finitely many values, and how many: Bool, bit-vectors, rounding modes. For
+  // floating-point types the number of bit patterns is written although the answer is false.
+  bool is_finite_domain_type(const DataType* t, QNumber* size) const;
+
+  // Frees a type that nothing uses any more.
+  void free_type(const DataType* t);
+
+  //---------------------------------------------------------------------------------------------
+  // The user's symbols and their terms, in 'symbols.cpp'
+
+  // Throws for the empty name, a name that begins with a backquote or holds a NUL byte, and (as
+  // Exception, see Signature::add_symbol) for a name that is taken by a symbol of another type.
+  const Symbol* make_symbol(const std::string& name, const DataType* type);
+
+  // A symbol of a name that is not taken: the first free one of name, name_0, name_1 and so on.
+  const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
+
+  // A constant with a new name: an apostrophe and a number that is never used again, even when the
+  // request fails. Neither checked nor offered to the delegate.
+  const Term_* make_fresh_variable(const DataType* type);
+
+  const Term_* make_constant(const Symbol* s);
+  const Term_* make_uninterpreted_function(const Symbol* s, const std::vector<const Term_*>& args);
+
+  // Gives the name of the symbol back. The symbol itself, and the terms that it heads, live on.
+  void free_symbol(const Symbol* s);
+
+  // The term with this id, or null. A linear search, for debugging.
+  const Term_* debug_get_term(unsigned long id) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Terms of the core and of arithmetic, in 'core_terms.cpp'
+
+  // The way of every term into the bank, but for numerals and fresh variables: checks the request,
+  // asks the delegate if one is enabled, and builds the term. Throws on a wrong number of arguments
+  // or an argument of a wrong type.
+  const Term_* make_term(const Symbol* s, const std::vector<const Term_*>& args) override;
+
+  // The last step of make_term: neither checks nor delegate.
+  const Term_* do_make_term(const Symbol* s, const std::vector<const Term_*>& args);
+
+  // Throws, naming the operation `where`, unless the type of t is `expected` or a subtype of it.
+  bool typecheck(const Term_* t, const DataType* expected, const char* where) const;
+  // The same for all arguments of an application, and for their number. Does nothing when checks
+  // are off.
+  void typecheck(const Symbol* s, const std::vector<const Term_*>& args);
+
+  // An application of any binary symbol; opname is the operation that type errors name, and must
+  // outlive the call.
+  const Term_* make_bin(const Symbol* s, const Term_* a, const Term_* b, const char* opname);
+
+  const Term_* make_true() const { return true_term; }
+  const Term_* make_false() const { return false_term; }
+  const Term_* make_and(const Term_* a, const Term_* b);
+  const Term_* make_or(const Term_* a, const Term_* b);
+  const Term_* make_iff(const Term_* a, const Term_* b);
+  const Term_* make_not(const Term_* a);
+
+  // Over Int when both arguments are Int, over Real otherwise.
+  const Term_* make_leq(const Term_* a, const Term_* b);
+  const Term_* make_plus(const Term_* a, const Term_* b);
+  const Term_* make_times(const Term_* a, const Term_* b);
+  // The greatest integer that is not above a (SMT-LIB: to_int).
+  const Term_* make_floor(const Term_* a);
+
+  // Equality has one symbol for each type but Bool, which has make_iff. The type of `a` decides;
+  // Int beside Real is compared over Real.
+  const Symbol* make_equality_symbol(const DataType* t);
+  const Term_* make_equal(const Term_* a, const Term_* b);
+
+  // If-then-else has one symbol for each type but Bool, which has the connectives. The type of
+  // then_term decides; Int beside Real is taken over Real.
+  const Symbol* make_term_ite_symbol(const DataType* t);
+  const Term_* make_term_ite(const Term_* cond, const Term_* then_term, const Term_* else_term);
+  bool is_term_ite(const Symbol* s, const DataType** out_type) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Numerals, in 'numbers.cpp'
+  //
+  // A numeral is a constant whose name spells its value. A symbol of the user's that has the name
+  // and a fitting type is taken for the numeral from then on; one of another type makes the request
+  // fail.
+
+  // An integer has type Int, any other rational Real.
+  const Term_* make_number(const QNumber& value);
+
+  // The bit-vector of `width` bits whose value as an unsigned number is `value`. Throws error for a
+  // fraction and for a negative number, Exception for a number of more bits.
+  const Term_* make_bv_number(const QNumber& value, size_t width);
+
+  // Whether the symbol is a numeral, and its value.
+  bool is_number(const Symbol* s, QNumber* value) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Substitution, in 'substitution.cpp'
+
+  using TermMap = hsh::HashMap<const Term_*, const Term_*>;
+
+  // Replaces in t each key of subst by its value, all at once, and rebuilds what is above through
+  // make_term. A replacement must be of the type of what it replaces or of a subtype. On return
+  // subst holds the image of every subterm visited, so that passing it again reuses the work.
+  // `marks` is all clear on entry and on return. `check` turns both the check of the pairs and
+  // typechecking during the rebuild on or off.
+  const Term_* substitute(const Term_* t, TermMap& subst, std::vector<bool>& marks, bool check);
+
+  // Replaces from[i] by to[i]; of two pairs for one term the later one counts. The pairs are
+  // checked while checks are on; those before an offending one stay in the cache.
+  const Term_* substitute(const Term_* t, const std::vector<const Term_*>& from,
+                          const std::vector<const Term_*>& to, TermMap& cache,
+                          std::vector<bool>& marks);
+  const Term_* substitute(const Term_* t, const std::vector<const Term_*>& from,
+                          const std::vector<const Term_*>& to);
+
+  //---------------------------------------------------------------------------------------------
+  // Text for messages, in 'shallow_literal.cpp'
+
+  // The term on one line, cut off at depth 10 and at the connectives and, or and iff.
+  std::string to_shallow_str_literal(const Term_* t) const;
+
+  //---------------------------------------------------------------------------------------------
+
+ private:
+  void initialize_standard_signature();
+  const Symbol* add_function_symbol(const char* name, SymbolTag::tag tag);
+  const Symbol* make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
+                                       const char* prefix, SymbolTag::tag tag);
+  bool both_int(const Term_* a, const Term_* b) const;
+  bool is_real_or_int(const DataType* t) const { return universe->is_subtype(t, rat_type); }
+  void require_bits(const QNumber& value, uint64_t bits, const char* kind) const;
+  const Term_* make_numeral(const Symbol* present, const DataType* type, const QNumber& value,
+                            bool enter_in_cache);
+
+  // The stores. Terms point to symbols and symbols to types, so they are freed in the opposite
+  // order.
+  std::unique_ptr<TypeUniverse> universe;
+  std::unique_ptr<Signature> signature;
+  std::unique_ptr<TermBank> bank;
+
+  // Types that every manager has; the heads are component 0 of the parametric types.
+  const DataType* bool_type = nullptr;
+  const DataType* rat_type = nullptr;
+  const DataType* int_type = nullptr;
+  const DataType* array_type_head = nullptr;
+  const DataType* bv_type_head = nullptr;
+  const DataType* fprounding_type = nullptr;
+  const DataType* fp_type_head = nullptr;
+
+  // Parameter types, and the named types that get_simple_type made.
+  TypeTable<size_t> bv_widths;
+  TypeTable<IEEEFloat::format> fp_formats;
+  hsh::HashMap<std::string, const DataType*> simple_types;
+
+  // The tag of every symbol that add_interpreted_symbol registered.
+  hsh::HashMap<const Symbol*, SymbolTag::tag> tags;
+
+  // The standard signature.
+  const Symbol* true_symbol = nullptr;
+  const Symbol* false_symbol = nullptr;
+  const Symbol* and_symbol = nullptr;
+  const Symbol* or_symbol = nullptr;
+  const Symbol* not_symbol = nullptr;
+  const Symbol* iff_symbol = nullptr;
+  const Symbol* rat_equal_symbol = nullptr;
+  const Symbol* rat_leq_symbol = nullptr;
+  const Symbol* rat_plus_symbol = nullptr;
+  const Symbol* rat_times_symbol = nullptr;
+  const Symbol* int_equal_symbol = nullptr;
+  const Symbol* int_leq_symbol = nullptr;
+  const Symbol* int_plus_symbol = nullptr;
+  const Symbol* int_times_symbol = nullptr;
+  const Symbol* floor_symbol = nullptr;
+  const Term_* true_term = nullptr;
+  const Term_* false_term = nullptr;
+  TypeKeyedSymbols equality_symbols;
+  TypeKeyedSymbols term_ite_symbols;
+
+  // The value of every numeral, and arithmetic numerals by value. The keys of the cache point at
+  // the values: nodes of the table never move.
+  hsh::HashMap<const Symbol*, QNumber> number_values;
+  hsh::HashMap<const QNumber*, const Term_*, NumberCache_hash_eq, NumberCache_hash_eq> number_cache;
+
+  // The rounding-mode constants: to nearest with ties to even, toward zero, toward plus and toward
+  // minus infinity.
+  const Symbol* rounding_symbols[4] = {};
+
+  // Scratch space, kept so that building a term or a name allocates nothing beyond what the stores
+  // keep. Cleared before use, never after.
+  std::vector<const DataType*> scratch_types;
+  std::vector<const Term_*> scratch_args;
+  // The public builder that is running, for type errors; "" between builders. A type error leaves
+  // it as it was.
+  const char* current_operation = "";
+  std::string stale_operation;  // keeps a symbol's name that a failed request left there
+  std::string name_buffer;
+
+  bool typecheck_enabled = true;
+  bool delegate_enabled = false;
+  bool reject_bool_arguments = true;
+  TermFactory* delegate = nullptr;
+  uint32_t fresh_counter = 1;  // the number of the next fresh variable
+
+  std::vector<bool>
+      marks;  // lent to one walk at a time, to reuse its storage; all clear in between
+};
+
+}  // namespace quill
+
+#endif

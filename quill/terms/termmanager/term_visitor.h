@@ -1,0 +1,135 @@
+// A walk over the graph below a term, without recursion.
+//
+// The callback is asked twice about each term, before its arguments and after them:
+//
+//   int visit(const Term_* t, bool preorder)
+//
+//   answer    at the pre-visit                                       at the post-visit
+//   0         stop the whole walk                                    stop the whole walk
+//   1         leave out the arguments; the post-visit follows        go on
+//   other     go on with the arguments                               go on
+//
+// In dag mode each term is visited once however many parents it has; otherwise once for every path
+// that leads to it. Arguments are finished in reverse order, each before its parents.
+//
+// Representation: two bits per term id in a mark vector, done (2 id) and entered (2 id + 1); a bit
+// beyond the end reads as clear. The list of visited terms is all that is needed to clear the marks
+// again, so that a walk costs as much as the part of the graph that it reaches. Marks can be lent
+// by the user, to reuse their storage from walk to walk.
+
+#ifndef QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
+#define QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "quill/terms/term.h"
+
+namespace quill {
+
+// A base for callbacks that are chosen at run time. TermVisitor calls C::visit directly and needs
+// no base class.
+class TermVisitorCallback {
+ public:
+  virtual ~TermVisitorCallback() = default;
+  virtual int visit(const Term_*, bool /*preorder*/) { return 2; }
+};
+
+// Clears the marks of the visited terms, and the list, when it goes out of scope.
+class CacheCleaner {
+ public:
+  CacheCleaner(std::vector<bool>* marked, std::vector<const Term_*>* reached)
+      : marks(marked), visited(reached) {}
+  CacheCleaner(const CacheCleaner&) = delete;
+  CacheCleaner& operator=(const CacheCleaner&) = delete;
+  ~CacheCleaner() {
+    if (marks == nullptr) return;
+    for (const Term_* t : *visited) {
+      for (const size_t bit : {2 * t->id, 2 * t->id + 1}) {
+        if (bit < marks->size()) (*marks)[bit] = false;
+      }
+    }
+    visited->clear();
+  }
+
+ private:
+  std::vector<bool>* marks;  // null: not armed
+  std::vector<const Term_*>* visited;
+};
+
+template <class C>
+class TermVisitor {
+ public:
+  TermVisitor(C* receiver, bool visit_once)
+      : callback(receiver), dag_mode(visit_once), marks(&own_marks) {}
+  TermVisitor(const TermVisitor&) = delete;
+  TermVisitor& operator=(const TermVisitor&) = delete;
+
+  // Marks to use instead of the visitor's own; to be set before the first walk, and all clear. Not
+  // owned.
+  void set_marks(std::vector<bool>* lent) { marks = lent; }
+
+  // Walks what is below root. With clear_marks the next walk starts afresh, also when this one was
+  // stopped or the callback threw; without it, in dag mode, a later walk leaves out the terms that
+  // are done.
+  void visit(const Term_* root, bool clear_marks) {
+    const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
+    std::vector<const Term_*> stack{root};
+    while (!stack.empty()) {
+      const Term_* t = stack.back();
+      if (dag_mode && is_marked(done_bit(t))) {
+        stack.pop_back();
+        continue;
+      }
+      if (!is_marked(entered_bit(t))) {
+        const int answer = callback->visit(t, true);
+        mark(entered_bit(t));
+        visited.push_back(t);
+        if (answer == 0) return;
+        if (answer != 1 && push_arguments(t, stack)) continue;
+      }
+      stack.pop_back();
+      const int answer = callback->visit(t, false);
+      if (dag_mode) {
+        mark(done_bit(t));
+      } else {
+        (*marks)[entered_bit(t)] = false;
+      }
+      if (answer == 0) return;
+    }
+  }
+
+ private:
+  static size_t done_bit(const Term_* t) { return 2 * t->id; }
+  static size_t entered_bit(const Term_* t) { return 2 * t->id + 1; }
+
+  bool is_marked(size_t bit) const { return bit < marks->size() && (*marks)[bit]; }
+
+  // Grows to hold both bits of the term, doubling, so that marking is constant time on average.
+  void mark(size_t bit) {
+    if (bit >= marks->size()) marks->resize(std::max((bit | 1) + 1, 2 * marks->size()));
+    (*marks)[bit] = true;
+  }
+
+  // Pushes the arguments that a walk still has to visit; false if there are none.
+  bool push_arguments(const Term_* t, std::vector<const Term_*>& stack) const {
+    const size_t before = stack.size();
+    for (uint64_t i = 0; i < t->symbol->arity; i++) {
+      if (!dag_mode || !is_marked(done_bit(t->args[i]))) stack.push_back(t->args[i]);
+    }
+    return stack.size() != before;
+  }
+
+  C* callback;
+  bool dag_mode;
+  std::vector<bool> own_marks;
+  std::vector<bool>* marks;
+  std::vector<const Term_*>
+      visited;  // since the marks were last cleared, in the order of pre-visits
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,47 @@
+// The types that stand for a parameter, such as the simple type "32" for the width 32, and the
+// parameter of each.
+//
+// Invariant: both maps hold exactly the same pairs. Recognisers read the parameter back from the
+// type, so an entry goes from both maps or from none.
+
+#ifndef QUILL_TERMS_TERMMANAGER_TYPE_TABLE_H
+#define QUILL_TERMS_TERMMANAGER_TYPE_TABLE_H
+
+#include "quill/terms/data_type.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+template <class Key>
+class TypeTable {
+ public:
+  // The type of this parameter, or null.
+  const DataType* find(const Key& key) const {
+    const auto found = types.find(key);
+    return found != types.end() ? found->second : nullptr;
+  }
+
+  // The parameter of this type, or null when the type is none of the table's.
+  const Key* find_key(const DataType* type) const {
+    const auto found = keys.find(type);
+    return found != keys.end() ? &found->second : nullptr;
+  }
+
+  // Enters a pair; a type that stood for another parameter stands for this one from now on. All or
+  // nothing.
+  void insert(const Key& key, const DataType* type) {
+    types.insert({key, type});
+    ScopeGuard undo([&] { types.erase(types.find(key)); });
+    keys[type] = key;
+    undo.dismiss();
+  }
+
+ private:
+  hsh::HashMap<Key, const DataType*> types;
+  hsh::HashMap<const DataType*, Key> keys;
+};
+
+}  // namespace quill
+
+#endif

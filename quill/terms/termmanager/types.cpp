@@ -1,0 +1,188 @@
+// Parametric types and their recognisers.
+//
+//   bit-vectors of width w        (BitVec w)      w is the simple type named by the width
+//   floating point of (e, m)      (FP e:m)        e:m is the simple type named so
+//   arrays                        (Array I E)
+//   functions                     (-> A1 ... An R)
+
+#include <string>
+
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/bv_number.h"
+#include "quill/utils/scope_guard.h"
+
+namespace quill {
+
+const DataType* TermManager::get_simple_type(const std::string& name, bool only_existing) {
+  const auto found = simple_types.find(name);
+  if (found != simple_types.end()) return found->second;
+  if (only_existing) return nullptr;
+  const size_t before = universe->size();
+  const DataType* type = universe->make_type(name);
+  ScopeGuard undo([&] { universe->rollback(before); });
+  simple_types.insert({name, type});
+  undo.dismiss();
+  return type;
+}
+
+const DataType* TermManager::get_type_from_width(size_t w) {
+  if (const DataType* present = bv_widths.find(w)) return present;
+  name_buffer = std::to_string(w);
+  const size_t before = universe->size();
+  const DataType* type = universe->make_type(name_buffer);
+  ScopeGuard undo([&] { universe->rollback(before); });
+  bv_widths.insert(w, type);
+  undo.dismiss();
+  return type;
+}
+
+size_t TermManager::get_width_from_type(const DataType* t) const {
+  const size_t* width = bv_widths.find_key(t);
+  return width != nullptr ? *width : 0;
+}
+
+const DataType* TermManager::get_bv_type(size_t w) {
+  scratch_types.clear();
+  scratch_types.push_back(bv_type_head);
+  scratch_types.push_back(get_type_from_width(w));
+  return universe->make_type(scratch_types);
+}
+
+const DataType* TermManager::get_fp_type(size_t e, size_t m) {
+  if (typecheck_enabled && (m < 2 || e < 2)) {
+    throw error("too small exponent and/or mantissa width for FP numbers: ")
+        << e << ", " << m << " (min is 2, 2)";
+  }
+  const IEEEFloat::format format{e, m};
+  const DataType* parameter = fp_formats.find(format);
+  if (parameter == nullptr) {
+    name_buffer = std::to_string(e);
+    name_buffer += ':';
+    name_buffer += std::to_string(m);
+    const size_t before = universe->size();
+    parameter = universe->make_type(name_buffer);
+    ScopeGuard undo([&] { universe->rollback(before); });
+    fp_formats.insert(format, parameter);
+    undo.dismiss();
+  }
+  scratch_types.clear();
+  scratch_types.push_back(fp_type_head);
+  scratch_types.push_back(parameter);
+  return universe->make_type(scratch_types);
+}
+
+const DataType* TermManager::get_array_type(const DataType* index, const DataType* element) {
+  if (index == bool_type || element == bool_type) {
+    throw error("Arrays with Bool as argument are not supported");
+  }
+  if (is_function_type(index, nullptr, nullptr) || is_function_type(element, nullptr, nullptr)) {
+    throw error("Arrays with functions as arguments are not supported");
+  }
+  scratch_types.clear();
+  scratch_types.push_back(array_type_head);
+  scratch_types.push_back(index);
+  scratch_types.push_back(element);
+  return universe->make_type(scratch_types);
+}
+
+const DataType* TermManager::get_function_type(const std::vector<const DataType*>& args,
+                                               const DataType* result) {
+  scratch_types.clear();
+  scratch_types.push_back(universe->get_application_type());
+  for (const DataType* arg : args) {
+    if (is_function_type(arg, nullptr, nullptr))
+      throw error("Higher-order functions not supported");
+    if (reject_bool_arguments && arg == bool_type) {
+      throw error("Functions with Bool arguments not supported");
+    }
+    scratch_types.push_back(arg);
+  }
+  if (is_function_type(result, nullptr, nullptr))
+    throw error("Higher-order functions not supported");
+  scratch_types.push_back(result);
+  return universe->make_type(scratch_types);
+}
+
+const DataType* TermManager::get_compound_type(const std::vector<const DataType*>& components) {
+  for (const DataType* component : components) {
+    if (component == bool_type || is_function_type(component, nullptr, nullptr)) {
+      throw error("Higher-order compound types not supported");
+    }
+  }
+  return universe->make_type(components);
+}
+
+bool TermManager::is_function_type(const DataType* t, std::vector<const DataType*>* args,
+                                   const DataType** result) const {
+  const size_t count = t->num_components();
+  if (count < 3 || t->get_component(0) != universe->get_application_type()) return false;
+  if (args != nullptr) {
+    args->clear();
+    for (size_t i = 1; i + 1 < count; i++) args->push_back(t->get_component(i));
+  }
+  if (result != nullptr) *result = t->get_component(count - 1);
+  return true;
+}
+
+bool TermManager::is_bv_type(const DataType* t, size_t* width) const {
+  if (t->num_components() != 2 || t->get_component(0) != bv_type_head) return false;
+  if (width != nullptr) *width = get_width_from_type(t->get_component(1));
+  return true;
+}
+
+bool TermManager::is_fp_type(const DataType* t, size_t* e, size_t* m) const {
+  if (t->num_components() != 2 || t->get_component(0) != fp_type_head) return false;
+  const IEEEFloat::format* format = fp_formats.find_key(t->get_component(1));
+  if (e != nullptr) *e = format != nullptr ? format->e : 0;
+  if (m != nullptr) *m = format != nullptr ? format->m : 0;
+  return true;
+}
+
+bool TermManager::is_array_type(const DataType* t, const DataType** index,
+                                const DataType** element) const {
+  if (t->num_components() != 3 || t->get_component(0) != array_type_head) return false;
+  if (index != nullptr) *index = t->get_component(1);
+  if (element != nullptr) *element = t->get_component(2);
+  return true;
+}
+
+const DataType* TermManager::get_supertype(const DataType* a, const DataType* b) const {
+  if (is_subtype(a, b)) return b;
+  if (is_subtype(b, a)) return a;
+  throw error("unrelated types: ") << a->to_str() << " and " << b->to_str();
+}
+
+bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const {
+  size_t width;
+  size_t e;
+  size_t m;
+  if (t == bool_type) {
+    if (size != nullptr) *size = QNumber(2);
+    return true;
+  }
+  if (is_bv_type(t, &width)) {
+    if (size != nullptr) BVNumber::pow2(width, size);
+    return true;
+  }
+  if (t == fprounding_type) {
+    if (size != nullptr) *size = QNumber(4);
+    return true;
+  }
+  if (is_fp_type(t, &e, &m)) {
+    // Callers that treat the type as a finite domain would enumerate it, NaN patterns and all;
+    // those that need the number of patterns read the size.
+    if (size != nullptr) BVNumber::pow2(e + m + 1, size);
+    return false;
+  }
+  return false;
+}
+
+void TermManager::free_type(const DataType* t) {
+  if (t->is_simple()) {
+    const auto found = simple_types.find(t->get_name());
+    if (found != simple_types.end()) simple_types.erase(found);
+  }
+  universe->remove_type(t);
+}
+
+}  // namespace quill
