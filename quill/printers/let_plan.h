@@ -1,0 +1,58 @@
+// Which subterms of a printed term are bound by let, and in which order.
+//
+// A subterm is bound when it occurs often enough to be worth a name and is not tiny. Bindings are
+// put into groups, one let for each: group 0 refers to no binding, group n + 1 to some binding of
+// group n, so that the lets nest no deeper than they must. Within a group the order is that of a
+// walk from the left, and depends on the term alone.
+//
+// Cost: time and memory linear in the number of distinct subterms and their arguments.
+
+#ifndef QUILL_PRINTERS_LET_PLAN_H
+#define QUILL_PRINTERS_LET_PLAN_H
+
+#include <cstdint>
+#include <vector>
+
+#include "quill/printers/configuration.h"
+#include "quill/terms/term.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/hash_map.h"
+
+namespace quill {
+
+class LetPlan {
+ public:
+  LetPlan(const TermManager& manager, const Term_* root,
+          const Configuration::Printer& configuration);
+
+  // The bound terms, group by group; the number of a binding is its position here plus one.
+  const std::vector<const Term_*>& bindings() const { return bound; }
+
+  // The position behind the last binding of each group.
+  const std::vector<size_t>& group_ends() const { return ends; }
+
+  // The number of the binding, 0 if the term is not bound.
+  uint64_t binding_number(const Term_* t) const {
+    const auto found = nodes.find(t);
+    return found != nodes.end() ? found->second.number : 0;
+  }
+
+ private:
+  struct Node {
+    uint64_t occurrences = 0;
+    uint64_t number = 0;
+    size_t level = 0;
+  };
+
+  void collect(const TermManager& manager, const Term_* root);
+  void bind(const TermManager& manager, const Term_* root, uint64_t min_occurrences);
+
+  hsh::HashMap<const Term_*, Node> nodes;  // every subterm that is not a constant
+  std::vector<const Term_*> post_order;
+  std::vector<const Term_*> bound;
+  std::vector<size_t> ends;
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,46 @@
+// Stream adaptors for terms:
+//
+//   out << outterm(&manager, t);                  the term in SMT-LIB 2.6, see SmtLib2TermPrinter
+//   out << outshallowterm(&manager, t);           the same
+//   out << outtermlist(&manager, &terms);         [ t1 t2 t3 ]
+//
+// They hold the pointers that they were given and nothing else; each output makes a printer of its
+// own.
+
+#ifndef QUILL_PRINTERS_OUTTERM_H
+#define QUILL_PRINTERS_OUTTERM_H
+
+#include <iosfwd>
+#include <vector>
+
+#include "quill/terms/term.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+struct outterm {
+  outterm(TermManager* owner, const Term_* t) : manager(owner), term(t) {}
+  TermManager* manager;
+  const Term_* term;
+};
+
+struct outshallowterm {
+  outshallowterm(TermManager* owner, const Term_* t) : manager(owner), term(t) {}
+  TermManager* manager;
+  const Term_* term;
+};
+
+struct outtermlist {
+  outtermlist(TermManager* owner, const std::vector<const Term_*>* list)
+      : manager(owner), terms(list) {}
+  TermManager* manager;
+  const std::vector<const Term_*>* terms;
+};
+
+std::ostream& operator<<(std::ostream& os, const outterm& x);
+std::ostream& operator<<(std::ostream& os, const outshallowterm& x);
+std::ostream& operator<<(std::ostream& os, const outtermlist& x);
+
+}  // namespace quill
+
+#endif

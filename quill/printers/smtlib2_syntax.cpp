@@ -1,0 +1,275 @@
+#include "quill/printers/smtlib2_syntax.h"
+
+#include <algorithm>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace quill {
+
+namespace {
+
+// Sorted, for binary search. clang-format off
+constexpr std::string_view reserved_words[] = {"!",
+                                               "BINARY",
+                                               "DECIMAL",
+                                               "HEXADECIMAL",
+                                               "NUMERAL",
+                                               "STRING",
+                                               "_",
+                                               "as",
+                                               "assert",
+                                               "check-sat",
+                                               "check-sat-assuming",
+                                               "declare-const",
+                                               "declare-datatype",
+                                               "declare-datatypes",
+                                               "declare-fun",
+                                               "declare-sort",
+                                               "define-const",
+                                               "define-fun",
+                                               "define-fun-rec",
+                                               "define-funs-rec",
+                                               "define-sort",
+                                               "echo",
+                                               "exists",
+                                               "exit",
+                                               "forall",
+                                               "get-assertions",
+                                               "get-assignment",
+                                               "get-info",
+                                               "get-model",
+                                               "get-option",
+                                               "get-proof",
+                                               "get-unsat-assumptions",
+                                               "get-unsat-core",
+                                               "get-value",
+                                               "lambda",
+                                               "let",
+                                               "match",
+                                               "par",
+                                               "pop",
+                                               "push",
+                                               "reset",
+                                               "reset-assertions",
+                                               "set-info",
+                                               "set-logic",
+                                               "set-option"};
+
+constexpr std::string_view theory_symbols[] = {"*",
+                                               "+",
+                                               "-",
+                                               "/",
+                                               "<",
+                                               "<=",
+                                               "=",
+                                               "=>",
+                                               ">",
+                                               ">=",
+                                               "RNA",
+                                               "RNE",
+                                               "RTN",
+                                               "RTP",
+                                               "RTZ",
+                                               "abs",
+                                               "and",
+                                               "bv2nat",
+                                               "bvadd",
+                                               "bvand",
+                                               "bvashr",
+                                               "bvcomp",
+                                               "bvlshr",
+                                               "bvmul",
+                                               "bvnand",
+                                               "bvneg",
+                                               "bvnor",
+                                               "bvnot",
+                                               "bvor",
+                                               "bvsdiv",
+                                               "bvsge",
+                                               "bvsgt",
+                                               "bvshl",
+                                               "bvsle",
+                                               "bvslt",
+                                               "bvsmod",
+                                               "bvsrem",
+                                               "bvsub",
+                                               "bvudiv",
+                                               "bvuge",
+                                               "bvugt",
+                                               "bvule",
+                                               "bvult",
+                                               "bvurem",
+                                               "bvxnor",
+                                               "bvxor",
+                                               "concat",
+                                               "const",
+                                               "distinct",
+                                               "div",
+                                               "divisible",
+                                               "extract",
+                                               "false",
+                                               "fp",
+                                               "fp.abs",
+                                               "fp.add",
+                                               "fp.div",
+                                               "fp.eq",
+                                               "fp.fma",
+                                               "fp.geq",
+                                               "fp.gt",
+                                               "fp.isInfinite",
+                                               "fp.isNaN",
+                                               "fp.isNegative",
+                                               "fp.isNormal",
+                                               "fp.isPositive",
+                                               "fp.isSubnormal",
+                                               "fp.isZero",
+                                               "fp.leq",
+                                               "fp.lt",
+                                               "fp.max",
+                                               "fp.min",
+                                               "fp.mul",
+                                               "fp.neg",
+                                               "fp.rem",
+                                               "fp.roundToIntegral",
+                                               "fp.sqrt",
+                                               "fp.sub",
+                                               "fp.to_ieee_bv",
+                                               "fp.to_real",
+                                               "fp.to_sbv",
+                                               "fp.to_ubv",
+                                               "int2bv",
+                                               "is_int",
+                                               "ite",
+                                               "mod",
+                                               "not",
+                                               "or",
+                                               "repeat",
+                                               "rotate_left",
+                                               "rotate_right",
+                                               "roundNearestTiesToAway",
+                                               "roundNearestTiesToEven",
+                                               "roundTowardNegative",
+                                               "roundTowardPositive",
+                                               "roundTowardZero",
+                                               "select",
+                                               "sign_extend",
+                                               "store",
+                                               "to_fp",
+                                               "to_fp_unsigned",
+                                               "to_int",
+                                               "to_real",
+                                               "true",
+                                               "xor",
+                                               "zero_extend"};
+
+constexpr std::string_view theory_sorts[] = {
+    "Array", "BitVec", "Bool",   "Float128",     "Float16", "Float32", "Float64", "FloatingPoint",
+    "Int",   "Real",   "RegLan", "RoundingMode", "Seq",     "Set",     "String"};
+// clang-format on
+
+static_assert(std::ranges::is_sorted(reserved_words) && std::ranges::is_sorted(theory_symbols) &&
+                  std::ranges::is_sorted(theory_sorts),
+              "the tables are searched by bisection");
+
+bool is_symbol_char(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+         std::string_view("~!@$%^&*_-+=<>.?/").find(c) != std::string_view::npos;
+}
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+}  // namespace
+
+bool is_simple_symbol(std::string_view name) {
+  if (name.empty() || is_digit(name[0])) return false;
+  if (!std::all_of(name.begin(), name.end(), is_symbol_char)) return false;
+  if ((name[0] == '-' || name[0] == '+') && name.size() > 1 && is_digit(name[1])) return false;
+  return !std::ranges::binary_search(reserved_words, name);
+}
+
+bool is_theory_symbol(std::string_view name) {
+  return std::ranges::binary_search(theory_symbols, name);
+}
+
+bool is_theory_sort(std::string_view name) {
+  return std::ranges::binary_search(theory_sorts, name);
+}
+
+void print_quoted(std::ostream& out, std::string_view name) {
+  if (is_simple_symbol(name)) {
+    out << name;
+  } else {
+    out << '|' << name << '|';
+  }
+}
+
+void print_symbol(std::ostream& out, std::string_view manager_name,
+                  std::string_view escape_prefix) {
+  print_quoted(out, name_to_smtlib(manager_name, NameKind::Symbol, escape_prefix));
+}
+
+void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
+                std::string_view escape_prefix) {
+  struct Frame {
+    const DataType* type;
+    size_t next;  // the component to print next
+  };
+  std::vector<Frame> open;  // the compounds around the current position
+  const auto print = [&](const DataType* t) {
+    size_t width = 0;
+    size_t e = 0;
+    size_t m = 0;
+    if (t == manager.get_bool_type() || t == manager.get_int_type() ||
+        t == manager.get_rat_type()) {
+      out << t->get_name();
+    } else if (t == manager.get_fprounding_type()) {
+      out << "RoundingMode";
+    } else if (t->is_simple()) {
+      print_quoted(out, name_to_smtlib(t->get_name(), NameKind::Sort, escape_prefix));
+    } else if (manager.is_bv_type(t, &width)) {
+      out << "(_ BitVec " << width << ')';
+    } else if (manager.is_fp_type(t, &e, &m)) {
+      out << "(_ FloatingPoint " << e << ' ' << m + 1 << ')';
+    } else {
+      out << '(';
+      open.push_back({t, 0});
+    }
+  };
+
+  print(type);
+  while (!open.empty()) {
+    Frame& frame = open.back();
+    if (frame.next == frame.type->num_components()) {
+      out << ')';
+      open.pop_back();
+      continue;
+    }
+    if (frame.next != 0) out << ' ';
+    const DataType* component = frame.type->get_component(frame.next);
+    // The head of an array type is a name of the standard, not of the user's.
+    if (frame.next++ == 0 && manager.is_array_type(frame.type, nullptr, nullptr)) {
+      out << "Array";
+    } else {
+      print(component);
+    }
+  }
+}
+
+void print_number(std::ostream& out, const QNumber& value, bool as_real) {
+  std::string text = value.to_str();
+  const bool negative = text[0] == '-';
+  if (negative) text.erase(0, 1);
+  if (negative) out << "(- ";
+  const size_t bar = text.find('/');
+  if (bar != std::string::npos) {
+    out << "(/ " << std::string_view(text).substr(0, bar) << ".0 "
+        << std::string_view(text).substr(bar + 1) << ".0)";
+  } else {
+    out << text << (as_real ? ".0" : "");
+  }
+  if (negative) out << ')';
+}
+
+}  // namespace quill

@@ -1,0 +1,89 @@
+// Writes terms in SMT-LIB 2.6.
+//
+//   SmtLib2TermPrinter printer(&manager, nullptr, "", "", /*share=*/true, nullptr);
+//   printer.print_term(std::cout, t);
+//
+// What is written reads back as the same term: operators as the standard names them, chains of one
+// left-associative operator in one pair of parentheses, (- a b) and (- b) for differences and
+// negations, numerals with a point and to_real where Real is asked for. Shared subterms are bound
+// by let, so that the text is linear in the size of the graph; without sharing it is as large as
+// the term written as a tree.
+//
+// Terms can carry annotations, (! t :key value). An annotated term is annotated where it is written
+// first; where a name is among its annotations (:named), the name is written from then on.
+// Annotated terms are never inside a let, which readers refuse: lets are moved below them or beside
+// them.
+//
+// Nothing is recursive, and nothing of the manager is changed.
+
+#ifndef QUILL_PRINTERS_SMTLIB2_TERM_PRINTER_H
+#define QUILL_PRINTERS_SMTLIB2_TERM_PRINTER_H
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "quill/printers/let_plan.h"
+#include "quill/printers/smtlib_term_printer.h"
+#include "quill/printers/written_form.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
+
+namespace quill {
+
+class SmtLib2TermPrinter : public SmtLibTermPrinter {
+ public:
+  // Pairs of key and value for each annotated term; the key with or without its colon.
+  using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
+
+  // `let_names` is the prefix of the names that let binds, `renamed` that of symbols which SMT-LIB
+  // can't name; empty for the defaults. Annotations may be null; they must outlive the printer.
+  SmtLib2TermPrinter(TermManager* owner, Configuration::Printer* choices,
+                     const std::string& let_names, const std::string& renamed, bool share_by_let,
+                     const Annotations* annotations_of_terms);
+
+  // Writes the term; with_annotations false leaves the annotations out.
+  void print_atom(std::ostream& out, const Term_* t, bool with_annotations) override;
+
+  // The same in a place of type `expected`, of which the type of the term may be a subtype.
+  void print_term(std::ostream& out, const Term_* t, const DataType* expected,
+                  bool with_annotations = true);
+  void print_term(std::ostream& out, const Term_* t) {
+    print_atom(out, t, /*with_annotations=*/true);
+  }
+
+ private:
+  // What is still to be written.
+  struct Item {
+    const Term_* term;         // null: only the text
+    const DataType* expected;  // null: whatever the type of the term is
+    std::string_view text;     // before the term
+  };
+  using TermSet = hsh::HashSet<const Term_*>;
+
+  void print_annotated(std::ostream& out, const Term_* root, const DataType* expected);
+  void find_terms_above_annotated(const Term_* root, TermSet& above) const;
+  bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named);
+  void print_annotation_end(std::ostream& out, const Term_* t) const;
+  void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected) const;
+  void print_with_bindings(std::ostream& out, const Term_* root, const DataType* expected,
+                           const LetPlan* plan) const;
+  void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;
+  void print_operator(std::ostream& out, const WrittenForm& form) const;
+  bool needs_to_real(const Term_* t, const DataType* expected) const;
+  bool is_annotated(const Term_* t) const {
+    return annotations != nullptr && annotations->find(t) != annotations->end();
+  }
+
+  template <class MayJoin>
+  void push_operands(std::vector<Item>& work, WrittenForm form, const MayJoin& may_join) const;
+
+  const bool share;
+  const Annotations* const annotations;
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,29 @@
+// What the printers of SMT-LIB notations share: the manager, the choices, and how symbols are
+// named.
+
+#ifndef QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
+#define QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
+
+#include <string>
+
+#include "quill/printers/configuration.h"
+#include "quill/printers/term_printer.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+class SmtLibTermPrinter : public TermPrinter {
+ protected:
+  // Null choices and empty texts stand for the defaults. The manager is only read.
+  SmtLibTermPrinter(const TermManager* owner, const Configuration::Printer* choices,
+                    const std::string& names_of_lets, const std::string& names_of_renamed);
+
+  const TermManager& manager;
+  const Configuration::Printer configuration;
+  const std::string let_prefix;     // of the names that let binds
+  const std::string rename_prefix;  // of symbols that SMT-LIB can't name (see name_escape.h)
+};
+
+}  // namespace quill
+
+#endif

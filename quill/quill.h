@@ -1,0 +1,30 @@
+// The whole library: types, symbols, terms, numbers and printing.
+
+#ifndef QUILL_QUILL_H
+#define QUILL_QUILL_H
+
+#include "quill/printers/configuration.h"
+#include "quill/printers/name_escape.h"
+#include "quill/printers/outterm.h"
+#include "quill/printers/smtlib2_syntax.h"
+#include "quill/printers/smtlib2_term_printer.h"
+#include "quill/terms/data_type.h"
+#include "quill/terms/derived.h"
+#include "quill/terms/signature.h"
+#include "quill/terms/symbol.h"
+#include "quill/terms/term.h"
+#include "quill/terms/term_bank.h"
+#include "quill/terms/termmanager/family_keys.h"
+#include "quill/terms/termmanager/symbol_tag.h"
+#include "quill/terms/termmanager/term_factory.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/term_visitor.h"
+#include "quill/terms/type_universe.h"
+#include "quill/utils/bv_number.h"
+#include "quill/utils/exception.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
+#include "quill/utils/ieee_float.h"
+#include "quill/utils/qnumber.h"
+
+#endif
