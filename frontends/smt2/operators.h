@@ -1,0 +1,52 @@
+// The operators of the theories: one row for each name that a theory gives a meaning, with the
+// function that builds its terms.
+//
+// Names are reserved only where the logic has the theory. A row without a builder reserves a name
+// that is known and not supported.
+
+#ifndef FRONTENDS_SMT2_OPERATORS_H
+#define FRONTENDS_SMT2_OPERATORS_H
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "frontends/smt2/logic.h"
+#include "frontends/smt2/parse_error.h"
+#include "frontends/smt2/value.h"
+
+namespace quill::smt2 {
+
+class TermBuilder;
+struct Operator;
+
+// One use of an operator in an input.
+struct Application {
+  const Operator& op;
+  Position position;
+  std::span<const std::string> indices;
+  std::span<const Value> args;
+};
+
+inline constexpr size_t any_number = ~size_t{0};
+
+struct Operator {
+  const char* name;
+  Theory theory;
+  size_t num_indices;  // of (_ name index ...); 0 for a plain name
+  size_t min_args;
+  size_t max_args;
+  Value (*build)(TermBuilder&, const Application&);  // null: not supported
+
+  bool is_constant() const { return max_args == 0; }
+};
+
+// In ascending order of names, each once.
+std::span<const Operator> operators();
+
+// Checks the numbers of indices and arguments, then builds. Throws ParseError.
+Value apply_operator(TermBuilder& builder, const Application& application);
+
+}  // namespace quill::smt2
+
+#endif

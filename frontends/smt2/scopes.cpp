@@ -1,0 +1,94 @@
+#include "frontends/smt2/scopes.h"
+
+#include <cassert>
+#include <utility>
+
+namespace quill::smt2 {
+
+void Scopes::bind_local(Name& name, const Value& value) {
+  locals.push_back({&name, name.local, value});
+  name.local = static_cast<uint32_t>(locals.size());
+}
+
+void Scopes::unbind_locals(size_t first) {
+  while (locals.size() > first) {
+    locals.back().name->local = locals.back().outer;
+    locals.pop_back();
+  }
+}
+
+void Scopes::bind(Name& name, std::unique_ptr<Binding> binding) {
+  assert(name.global == nullptr);
+  record({&name, nullptr});
+  name.global = std::move(binding);
+}
+
+void Scopes::bind(SortName& name, std::unique_ptr<SortBinding> binding) {
+  assert(name.global == nullptr);
+  record({nullptr, &name});
+  name.global = std::move(binding);
+}
+
+void Scopes::record(Bound bound) { (global_declarations ? permanent : trail).push_back(bound); }
+
+void Scopes::unbind(const Bound& bound) {
+  if (bound.sort != nullptr) {
+    bound.sort->global.reset();
+    return;
+  }
+  const Binding* binding = bound.name->global.get();
+  if (binding != nullptr && binding->owned) manager.free_symbol(binding->symbol);
+  bound.name->global.reset();
+}
+
+void Scopes::unbind_trail(size_t first) {
+  while (trail.size() > first) {
+    unbind(trail.back());
+    trail.pop_back();
+  }
+}
+
+void Scopes::push(uint64_t count) {
+  if (count == 0) return;
+  levels.push_back({trail.size(), count});
+  open_levels += count;
+}
+
+void Scopes::pop(uint64_t count) {
+  assert(count <= open_levels);
+  open_levels -= count;
+  while (count != 0) {
+    Level& level = levels.back();
+    const size_t first = level.first;
+    if (level.count > count) {
+      level.count -= count;
+      count = 0;
+    } else {
+      count -= level.count;
+      levels.pop_back();
+    }
+    unbind_trail(first);
+  }
+}
+
+void Scopes::reset_assertions() {
+  levels.clear();
+  open_levels = 0;
+  if (global_declarations) {
+    permanent.insert(permanent.end(), trail.begin(), trail.end());
+    trail.clear();
+  } else {
+    unbind_trail(0);
+  }
+}
+
+void Scopes::reset() {
+  levels.clear();
+  open_levels = 0;
+  unbind_trail(0);
+  for (const Bound& bound : permanent) unbind(bound);
+  permanent.clear();
+  global_declarations = false;
+}
+
+}  // namespace quill::smt2

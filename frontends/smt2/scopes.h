@@ -1,0 +1,127 @@
+// What each name of a script means at the moment.
+//
+// Symbols and sorts have a table each: a name is stored once, in an entry that holds its meanings,
+// innermost first: local ones (variables of let, parameters), the global one (declared, defined or
+// given by :named), and the operator of a theory, which counts only where the logic has the theory.
+// Entries never move, so that callers keep pointers to them.
+//
+// push and pop delimit global meanings. A symbol declared here gives its name back to the manager
+// (TermManager::free_symbol) when its scope ends; one that the manager already had stays.
+
+#ifndef FRONTENDS_SMT2_SCOPES_H
+#define FRONTENDS_SMT2_SCOPES_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frontends/smt2/value.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/name_hash.h"
+
+namespace quill::smt2 {
+
+struct Operator;
+
+// The global meaning of a symbol.
+struct Binding {
+  enum class Kind { FUNCTION, TERM, MACRO };
+  Kind kind = Kind::TERM;
+  const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
+  bool owned = false;              // whether that symbol's name is to be freed with the scope
+  bool from_annotation = false;    // TERM: from :named rather than from a definition
+  Value value;                     // TERM
+  Macro macro;                     // MACRO
+};
+
+struct Name {
+  const Operator* theory_operator = nullptr;
+  std::unique_ptr<Binding> global;
+  uint32_t local = 0;  // 1 + the index of the innermost local meaning; 0: none
+};
+
+struct SortBinding {
+  const DataType* type =
+      nullptr;  // declared: the sort, or its head if it has an arity; defined: the body
+  uint64_t arity = 0;
+  bool defined = false;
+};
+
+struct SortName {
+  std::unique_ptr<SortBinding> global;
+  const DataType* parameter = nullptr;  // inside a define-sort
+};
+
+class Scopes {
+ public:
+  explicit Scopes(TermManager& term_manager) : manager(term_manager) {}
+  Scopes(const Scopes&) = delete;
+  Scopes& operator=(const Scopes&) = delete;
+
+  // The entry of a name, made on the first request.
+  Name& name(const std::string& text) { return names[text]; }
+  SortName& sort_name(const std::string& text) { return sort_names[text]; }
+
+  // ----- local meanings, innermost last ---------------------------------------------------------
+
+  size_t num_locals() const { return locals.size(); }
+  void bind_local(Name& name, const Value& value);
+  const Value& local_value(const Name& name) const { return locals[name.local - 1].value; }
+  // Ends every local meaning from the given number on.
+  void unbind_locals(size_t first);
+
+  // ----- global meanings ------------------------------------------------------------------------
+
+  // The entry must have no global meaning.
+  void bind(Name& name, std::unique_ptr<Binding> binding);
+  void bind(SortName& name, std::unique_ptr<SortBinding> binding);
+
+  // What is bound from now on outlives pop.
+  void set_global_declarations(bool enabled) { global_declarations = enabled; }
+
+  uint64_t depth() const { return open_levels; }
+  void push(uint64_t count);
+  // Precondition: count is at most depth().
+  void pop(uint64_t count);
+  // Ends all scopes; global meanings end too, unless they are to outlive pop.
+  void reset_assertions();
+  // Ends all scopes and all global meanings.
+  void reset();
+
+ private:
+  struct Local {
+    Name* name;
+    uint32_t outer;
+    Value value;
+  };
+
+  struct Bound {  // exactly one of the two
+    Name* name = nullptr;
+    SortName* sort = nullptr;
+  };
+
+  struct Level {
+    size_t first;    // the length of the trail when it was opened
+    uint64_t count;  // how many levels were opened there at once: an input may ask for very many
+  };
+
+  void record(Bound bound);
+  void unbind(const Bound& bound);
+  void unbind_trail(size_t first);
+
+  TermManager& manager;
+  hsh::HashMap<std::string, Name, NameHash> names;
+  hsh::HashMap<std::string, SortName, NameHash> sort_names;
+  std::vector<Local> locals;
+  std::vector<Bound> trail;      // what ends with a scope, in order
+  std::vector<Level> levels;     // one entry for each push command
+  uint64_t open_levels = 0;      // the sum of their counts
+  std::vector<Bound> permanent;  // what outlives pop
+  bool global_declarations = false;
+};
+
+}  // namespace quill::smt2
+
+#endif

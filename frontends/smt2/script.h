@@ -1,0 +1,83 @@
+// A script as data: its commands in order, with their terms.
+//
+// The terms, symbols and types belong to the TermManager that the script was read into and are
+// valid as long as it lives and does not collect them. Definitions are expanded: no term mentions a
+// defined name. Nothing here depends on addresses.
+
+#ifndef FRONTENDS_SMT2_SCRIPT_H
+#define FRONTENDS_SMT2_SCRIPT_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "frontends/smt2/value.h"
+#include "quill/terms/symbol.h"
+
+namespace quill::smt2 {
+
+enum class CommandKind : uint8_t {
+  ASSERT,
+  CHECK_SAT,
+  CHECK_SAT_ASSUMING,
+  DECLARE_CONST,
+  DECLARE_FUN,
+  DECLARE_SORT,
+  DEFINE_CONST,
+  DEFINE_FUN,
+  DEFINE_SORT,
+  ECHO,
+  EXIT,
+  GET_ASSERTIONS,
+  GET_ASSIGNMENT,
+  GET_INFO,
+  GET_MODEL,
+  GET_OPTION,
+  GET_PROOF,
+  GET_UNSAT_ASSUMPTIONS,
+  GET_UNSAT_CORE,
+  GET_VALUE,
+  POP,
+  PUSH,
+  RESET,
+  RESET_ASSERTIONS,
+  SET_INFO,
+  SET_LOGIC,
+  SET_OPTION,
+};
+
+// A term that a command lists.
+struct ScriptTerm {
+  Value value;
+  // Not empty when the script gives the term only by a name that :named gave it, and that stands in
+  // the named_terms of an earlier command.
+  std::string spelled_name;
+};
+
+struct Command {
+  CommandKind kind = CommandKind::ASSERT;
+
+  // SET_LOGIC: the logic. DECLARE_SORT and the definitions: the name, without bars. SET_INFO,
+  // SET_OPTION, GET_INFO, GET_OPTION: everything behind the command's name. ECHO: the string with
+  // its quotes.
+  std::string text;
+
+  uint64_t count = 0;              // PUSH, POP: levels; DECLARE_SORT: arity
+  const Symbol* symbol = nullptr;  // DECLARE_CONST, DECLARE_FUN
+
+  // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed.
+  std::vector<ScriptTerm> terms;
+
+  // The names that :named gives to subterms of these terms. A name from a definition is listed with
+  // the first assertion that the named term is part of.
+  std::vector<NamedTerm> named_terms;
+};
+
+struct Script {
+  std::string logic;  // the last one set; empty when none was
+  std::vector<Command> commands;
+};
+
+}  // namespace quill::smt2
+
+#endif

@@ -1,0 +1,105 @@
+// Reads the commands of a script. Users include smt2.h.
+
+#ifndef FRONTENDS_SMT2_SCRIPT_READER_H
+#define FRONTENDS_SMT2_SCRIPT_READER_H
+
+#include <cstdint>
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "frontends/smt2/lexer.h"
+#include "frontends/smt2/logic.h"
+#include "frontends/smt2/read_options.h"
+#include "frontends/smt2/scopes.h"
+#include "frontends/smt2/script.h"
+#include "frontends/smt2/sort_reader.h"
+#include "frontends/smt2/term_builder.h"
+#include "frontends/smt2/term_reader.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+class ScriptReader {
+ public:
+  ScriptReader(std::istream& input, TermManager& term_manager, const ReadOptions& read_options);
+  ScriptReader(const ScriptReader&) = delete;
+  ScriptReader& operator=(const ScriptReader&) = delete;
+
+  // Throws ParseError. The names that the script declared are then given back.
+  Script read();
+
+ private:
+  using Handler = void (ScriptReader::*)(Command&);
+  struct CommandRow {
+    const char* name;
+    CommandKind kind;
+    Handler read;  // null: not supported
+  };
+  static const CommandRow rows[];
+  static const CommandRow& find_row(const Token& token);
+
+  void read_commands();
+  Command read_command();
+
+  // One for each shape of command. On entry the current token is the one behind the command's name,
+  // on return the closing parenthesis.
+  void read_nothing(Command& command);
+  void read_assert(Command& command);
+  void read_check_sat_assuming(Command& command);
+  void read_declare_const(Command& command);
+  void read_declare_fun(Command& command);
+  void read_declare_sort(Command& command);
+  void read_define_const(Command& command);
+  void read_define_fun(Command& command);
+  void read_define_sort(Command& command);
+  void read_echo(Command& command);
+  void read_get_value(Command& command);
+  void read_keyword(Command& command);
+  void read_pop(Command& command);
+  void read_push(Command& command);
+  void read_reset(Command& command);
+  void read_reset_assertions(Command& command);
+  void read_set_info(Command& command);
+  void read_set_logic(Command& command);
+  void read_set_option(Command& command);
+
+  void place_names(Command& command, size_t first_own);
+  void forget_unbound_names();
+  bool is_unplaced(const std::string& name) const;
+  ScriptTerm read_script_term();
+  std::vector<ScriptTerm> read_script_terms(const char* what);
+  const DataType* read_result_sort();
+  Name& read_new_name(std::string& text, Position& position);
+  SortName& read_new_sort_name(std::string& text);
+  void require_new_symbol() const;
+  void declare(Command& command, Name& name, const std::string& text, Position position,
+               const std::vector<const DataType*>& argument_sorts, const DataType* result);
+  Macro read_parameters();
+  Value read_body(const DataType* sort);
+  uint64_t read_count(const char* what);
+  std::string read_s_expression();
+
+  void expect_open(const char* what);
+  void expect_end_of_command();
+
+  TermManager& manager;
+  Lexer lexer;
+  const Logic default_logic;
+  Logic logic;  // the one in force
+  Scopes scopes;
+  SortReader sort_reader;
+  TermBuilder builder;
+  TermReader term_reader;
+  Script script;
+  // Terms that have names and were part of no command that is written with its terms: those in
+  // definitions, and in places that leave no trace, such as the binding of an unused variable.
+  std::vector<NamedTerm> unplaced_names;
+  std::string command_name;  // of the command being read
+  bool logic_is_set = false;
+  bool content_seen = false;  // whether a declaration, definition or assertion came since the start
+};
+
+}  // namespace quill::smt2
+
+#endif

@@ -1,0 +1,22 @@
+// Writes a script as SMT-LIB 2.6 text, one command a line.
+//
+// Definitions are not written: the terms have them expanded. Names given by :named, options and
+// information are kept, as are all commands that ask something. Reading the text and writing it
+// again gives the same bytes.
+
+#ifndef FRONTENDS_SMT2_SCRIPT_WRITER_H
+#define FRONTENDS_SMT2_SCRIPT_WRITER_H
+
+#include <ostream>
+
+#include "frontends/smt2/script.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+// The manager must be the one that the script was read into.
+void write(std::ostream& out, TermManager& manager, const Script& script);
+
+}  // namespace quill::smt2
+
+#endif

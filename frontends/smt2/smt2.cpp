@@ -1,0 +1,65 @@
+#include "frontends/smt2/smt2.h"
+
+#include <sstream>
+#include <string>
+
+#include "frontends/smt2/lexer.h"
+#include "frontends/smt2/logic.h"
+#include "frontends/smt2/scopes.h"
+#include "frontends/smt2/script_reader.h"
+#include "frontends/smt2/sort_reader.h"
+#include "frontends/smt2/term_builder.h"
+#include "frontends/smt2/term_reader.h"
+
+namespace quill::smt2 {
+
+namespace {
+
+// Allows functions with Bool arguments, and restores what was found.
+class BoolArgumentsAllowed {
+ public:
+  explicit BoolArgumentsAllowed(TermManager& term_manager)
+      : manager(term_manager), found(term_manager.get_reject_bool_arguments()) {
+    manager.set_reject_bool_arguments(false);
+  }
+  BoolArgumentsAllowed(const BoolArgumentsAllowed&) = delete;
+  BoolArgumentsAllowed& operator=(const BoolArgumentsAllowed&) = delete;
+  ~BoolArgumentsAllowed() { manager.set_reject_bool_arguments(found); }
+
+ private:
+  TermManager& manager;
+  const bool found;
+};
+
+}  // namespace
+
+Script read(std::istream& input, TermManager& manager, const ReadOptions& options) {
+  const BoolArgumentsAllowed allowed(manager);
+  return ScriptReader(input, manager, options).read();
+}
+
+const Term_* read_term(std::string_view text, TermManager& manager) {
+  std::istringstream input{std::string(text)};
+  Lexer lexer(input);
+  const Logic logic;
+  Scopes scopes(manager);
+  SortReader sort_reader(lexer, manager, scopes, logic);
+  TermBuilder builder(manager, logic);
+  TermReader reader(lexer, scopes, sort_reader, builder);
+  reader.use_signature = true;
+  try {
+    lexer.next();
+    const Value value = reader.read();
+    if (lexer.token.kind != TokenKind::END) {
+      throw ParseError(lexer.token.position,
+                       "one term is expected, but " + lexer.token.description() + " follows it");
+    }
+    return value.term;
+  } catch (const ParseError&) {
+    throw;
+  } catch (const Exception& refusal) {  // of the manager
+    throw ParseError(lexer.token.position, refusal.what());
+  }
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,40 @@
+// Reads SMT-LIB 2.6 into a term manager and writes it back.
+//
+//   quill::TermManager manager;
+//   std::ifstream file("problem.smt2");
+//   quill::smt2::Script script = quill::smt2::read(file, manager);
+//   quill::smt2::write(std::cout, manager, script);
+//
+// Supported are the theories Core, Ints, Reals and Reals_Ints, and uninterpreted sorts and
+// functions. Reading is iterative: neither the depth of terms nor that of sorts is limited by the
+// stack.
+
+#ifndef FRONTENDS_SMT2_SMT2_H
+#define FRONTENDS_SMT2_SMT2_H
+
+#include <istream>
+#include <string_view>
+
+#include "frontends/smt2/parse_error.h"
+#include "frontends/smt2/read_options.h"
+#include "frontends/smt2/script.h"
+#include "frontends/smt2/script_stats.h"
+#include "frontends/smt2/script_writer.h"
+#include "quill/terms/term.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+// Reads a script up to its end or to (exit). What it leaves declared stays declared in the manager.
+// Functions with Bool arguments are allowed for the length of the call.
+// Throws ParseError for a fault of the script (no name that it declared is then left in the
+// manager) and InputError when the stream cannot be read.
+Script read(std::istream& input, TermManager& manager, const ReadOptions& options = {});
+
+// Reads one term, over the symbols that the manager's signature has, with the names of all
+// supported theories. Throws ParseError.
+const Term_* read_term(std::string_view text, TermManager& manager);
+
+}  // namespace quill::smt2
+
+#endif

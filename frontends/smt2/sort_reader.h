@@ -1,0 +1,63 @@
+// Reads sorts, without recursion, and keeps the table of the theories' sorts.
+//
+// A sort is a type of the manager. A declared sort of arity 0 is a simple type; one of higher arity
+// applied to arguments is the compound (head, arguments ...), whose head is the simple type of the
+// name. A defined sort is a type over placeholders for its parameters, which a use replaces.
+
+#ifndef FRONTENDS_SMT2_SORT_READER_H
+#define FRONTENDS_SMT2_SORT_READER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "frontends/smt2/lexer.h"
+#include "frontends/smt2/logic.h"
+#include "frontends/smt2/scopes.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+class SortReader {
+ public:
+  SortReader(Lexer& token_source, TermManager& term_manager, Scopes& all_scopes,
+             const Logic& script_logic)
+      : lexer(token_source), manager(term_manager), scopes(all_scopes), logic(script_logic) {}
+
+  // Reads one sort. On entry the current token is its first one, on return the first one behind it.
+  const DataType* read();
+
+  // The type that stands for the parameter of this number while a define-sort is read.
+  const DataType* placeholder(size_t number);
+
+  // Whether a theory of the logic has a sort of this name.
+  bool is_reserved(const std::string& name) const;
+
+ private:
+  struct Head {
+    Position position;
+    std::string name;
+    const SortBinding* binding;
+    size_t first_arg;
+  };
+
+  Head open();
+  const DataType* read_name();
+  const DataType* apply(const Head& head);
+  const DataType* expand(const SortBinding& definition, const DataType* const* actual);
+  const DataType* compound(const std::vector<const DataType*>& components, Position position,
+                           const std::string& name);
+  [[noreturn]] void reject_name(const Token& token) const;
+  void expect_arity(Position position, const std::string& name, uint64_t arity, uint64_t given);
+
+  Lexer& lexer;
+  TermManager& manager;
+  Scopes& scopes;
+  const Logic& logic;
+  std::vector<Head> heads;
+  std::vector<const DataType*> args;
+};
+
+}  // namespace quill::smt2
+
+#endif

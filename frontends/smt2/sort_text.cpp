@@ -1,0 +1,50 @@
+#include "frontends/smt2/sort_text.h"
+
+#include <vector>
+
+#include "quill/printers/name_escape.h"
+
+namespace quill::smt2 {
+
+namespace {
+
+constexpr size_t enough = 60;
+
+}  // namespace
+
+std::string sort_text(const TermManager& manager, const DataType* sort) {
+  std::string text;
+  std::vector<const DataType*> pending = {sort};  // null stands for a closing parenthesis
+  while (!pending.empty() && text.size() < enough) {
+    const DataType* next = pending.back();
+    pending.pop_back();
+    if (next == nullptr) {
+      text += ')';
+      continue;
+    }
+    if (!text.empty() && text.back() != '(') text += ' ';
+    if (!next->is_simple()) {
+      text += '(';
+      pending.push_back(nullptr);
+      for (size_t i = next->num_components(); i-- > 0;) pending.push_back(next->get_component(i));
+    } else if (next == manager.get_bool_type()) {
+      text += "Bool";
+    } else if (next == manager.get_int_type()) {
+      text += "Int";
+    } else if (next == manager.get_rat_type()) {
+      text += "Real";
+    } else {
+      text += name_to_smtlib(next->get_name(), NameKind::Sort);
+    }
+  }
+  if (!pending.empty() || text.size() > 2 * enough) {
+    text.resize(std::min(text.size(), enough));
+    text += "...";
+  }
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 32 || c == 127) c = '?';
+  }
+  return text;
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,81 @@
+// Builds terms from values: the step between SMT-LIB's operators and those of the manager.
+//
+// The manager has an operator of its own for Int and for Real, and its builders choose by the types
+// of the arguments. Here the SMT-LIB sort decides: 1 < 2 in a logic of reals compares reals,
+// although the manager's type of both numerals is Int.
+//
+// Int beside Real is read as Real throughout.
+
+#ifndef FRONTENDS_SMT2_TERM_BUILDER_H
+#define FRONTENDS_SMT2_TERM_BUILDER_H
+
+#include <string>
+
+#include "frontends/smt2/lexer.h"
+#include "frontends/smt2/logic.h"
+#include "frontends/smt2/operators.h"
+#include "frontends/smt2/value.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+class TermBuilder {
+ public:
+  TermBuilder(TermManager& term_manager, const Logic& script_logic);
+  TermBuilder(const TermBuilder&) = delete;
+  TermBuilder& operator=(const TermBuilder&) = delete;
+
+  TermManager& manager;
+  const Logic& logic;  // the one in force, which set-logic and reset change
+  const DataType* const bool_type;
+  const DataType* const int_type;
+  const DataType* const real_type;
+
+  bool is_arithmetic(const DataType* sort) const { return sort == int_type || sort == real_type; }
+
+  // Whether a value of the sort given may stand where the other one is asked for.
+  bool fits(const DataType* given, const DataType* asked) const {
+    return given == asked || (given == int_type && asked == real_type);
+  }
+
+  // ----- checks; they throw ParseError naming the operator and the argument ---------------------
+
+  void expect(const Application& application, size_t index, const DataType* sort) const;
+  void expect_all(const Application& application, const DataType* sort) const;
+  // Int or Real, for all arguments together.
+  const DataType* expect_arithmetic(const Application& application) const;
+  // The sort that the arguments from the given one on have in common.
+  const DataType* expect_common(const Application& application, size_t first) const;
+
+  [[noreturn]] void reject(const Application& application, const std::string& why) const;
+
+  // ----- terms, for arguments of the given sort -------------------------------------------------
+
+  Value boolean(const Term_* term) const { return {term, bool_type}; }
+  const Term_* equal(const Term_* a, const Term_* b, const DataType* sort);
+  const Term_* if_then_else(const Term_* condition, const Term_* a, const Term_* b,
+                            const DataType* sort);
+  const Term_* leq(const Term_* a, const Term_* b, const DataType* sort);
+  const Term_* plus(const Term_* a, const Term_* b, const DataType* sort);
+  const Term_* times(const Term_* a, const Term_* b, const DataType* sort);
+  const Term_* negative(const Term_* a, const DataType* sort);
+
+  // A numeral or decimal of an input.
+  Value number(const Token& token);
+
+ private:
+  // An operator of the manager in its two forms.
+  struct Pair {
+    const Symbol* integer;
+    const Symbol* rational;
+  };
+  Pair standard(const char* base_name) const;
+
+  const Pair leq_symbols;
+  const Pair plus_symbols;
+  const Pair times_symbols;
+};
+
+}  // namespace quill::smt2
+
+#endif

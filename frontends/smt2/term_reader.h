@@ -1,0 +1,109 @@
+// Reads terms, without recursion: the terms that are being read are frames of an explicit stack.
+//
+// The values of finished subterms lie on a stack of their own; each frame knows where its values
+// begin. Definitions are expanded where they are used, let and its variables disappear, and
+// annotations other than :named are read over.
+
+#ifndef FRONTENDS_SMT2_TERM_READER_H
+#define FRONTENDS_SMT2_TERM_READER_H
+
+#include <string>
+#include <vector>
+
+#include "frontends/smt2/lexer.h"
+#include "frontends/smt2/operators.h"
+#include "frontends/smt2/scopes.h"
+#include "frontends/smt2/sort_reader.h"
+#include "frontends/smt2/term_builder.h"
+#include "frontends/smt2/value.h"
+
+namespace quill::smt2 {
+
+class TermReader {
+ public:
+  TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sorts, TermBuilder& terms);
+  TermReader(const TermReader&) = delete;
+  TermReader& operator=(const TermReader&) = delete;
+
+  // Reads one term. On entry the current token is its first one, on return the first one behind it.
+  Value read();
+
+  // Whether the current token is a term of its own that names another one by :named.
+  bool at_named_term() const;
+
+  // Whether a theory of the logic gives the name a meaning.
+  bool is_reserved(const Name& name) const {
+    return name.theory_operator != nullptr && builder.logic.has(name.theory_operator->theory);
+  }
+
+  // The terms named by :named since the caller last emptied this.
+  std::vector<NamedTerm> named_terms;
+
+  // Terms named by :named must not mention these: the placeholders of the definition being read.
+  std::vector<const Term_*> forbidden_in_named;
+
+  // Where names that are unknown here are looked up in addition: the signature of the manager.
+  bool use_signature = false;
+
+ private:
+  enum class FrameKind { OPERATOR, FUNCTION, MACRO, BINDINGS, BODY, ANNOTATION };
+
+  // What stands at the head of an application, or a constant. Exactly one of the pointers is set,
+  // or the value.
+  struct Meaning {
+    Value value;
+    const Operator* op = nullptr;
+    const Symbol* function = nullptr;
+    const Macro* macro = nullptr;
+  };
+
+  struct Frame {
+    FrameKind kind;
+    Position position;
+    size_t first_value = 0;          // of this frame, in values
+    size_t first_extra = 0;          // in indices, in variables (BINDINGS), in the locals (BODY)
+    Meaning head;                    // of an application
+    const DataType* sort = nullptr;  // what (as head sort) demands of an application
+  };
+
+  void open();
+  void open_application(Position position, const Meaning& head, size_t first_index,
+                        const DataType* sort);
+  void open_compound_head(Position position);
+  void open_let(Position position);
+  void open_binding();
+  void close_bindings(Frame& frame);
+  void finish(Value value);
+  void finish_annotation(Position position);
+  void close_application();
+  Value apply_function(const Frame& frame, size_t num_args);
+  Value apply_macro(const Frame& frame, size_t num_args);
+
+  Value read_atom();
+  Meaning read_identifier();
+  Value as_constant(const Meaning& meaning, const std::string& name, Position position,
+                    size_t first_index);
+  const DataType* read_ascribed_sort();
+  void name_term(const Value& value);
+  void skip_attribute_value();
+
+  Meaning meaning_of(const Token& token, bool indexed);
+  void check_ascribed_sort(const Value& value, const DataType* sort, Position position) const;
+  void expect_close(const char* construct);
+  [[noreturn]] void reject_unknown(const Token& token) const;
+
+  Lexer& lexer;
+  Scopes& scopes;
+  SortReader& sort_reader;
+  TermBuilder& builder;
+  TermManager& manager;
+
+  std::vector<Frame> frames;
+  std::vector<Value> values;
+  std::vector<std::string> indices;  // of the indexed heads that are open
+  std::vector<Name*> variables;      // of the lets whose bindings are open
+};
+
+}  // namespace quill::smt2
+
+#endif

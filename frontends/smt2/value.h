@@ -1,0 +1,40 @@
+// A term as SMT-LIB sees it: with its sort.
+//
+// The sort may be Real where the manager's type of the term is Int: the manager has one numeral 3,
+// and an Int term is one of the Real terms. SMT-LIB tells 3 from 3.0 and i from (to_real i), and
+// the operators have to, because the manager has an operator for each.
+
+#ifndef FRONTENDS_SMT2_VALUE_H
+#define FRONTENDS_SMT2_VALUE_H
+
+#include <string>
+#include <vector>
+
+#include "quill/terms/data_type.h"
+#include "quill/terms/term.h"
+
+namespace quill::smt2 {
+
+struct Value {
+  const Term_* term = nullptr;
+  const DataType* sort = nullptr;
+};
+
+// A term that a script gives a name by (! term :named name).
+struct NamedTerm {
+  std::string name;  // as in the script, without bars
+  const Term_* term = nullptr;
+};
+
+// A function defined with parameters. The body is a term over placeholders, constants that have no
+// name; a use replaces them by its arguments.
+struct Macro {
+  std::string name;  // as in the script, without bars
+  std::vector<const Term_*> placeholders;
+  std::vector<const DataType*> sorts;
+  Value body;
+};
+
+}  // namespace quill::smt2
+
+#endif

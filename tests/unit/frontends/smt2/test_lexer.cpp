@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "frontends/smt2/lexer.h"
+
+namespace quill::smt2 {
+namespace {
+
+std::vector<std::pair<TokenKind, std::string>> tokens_of(const std::string& text) {
+  std::istringstream input(text);
+  Lexer lexer(input);
+  std::vector<std::pair<TokenKind, std::string>> tokens;
+  for (lexer.next(); lexer.token.kind != TokenKind::END; lexer.next()) {
+    tokens.emplace_back(lexer.token.kind, lexer.token.text);
+  }
+  return tokens;
+}
+
+std::string error_of(const std::string& text) {
+  try {
+    tokens_of(text);
+  } catch (const ParseError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+using Tokens = std::vector<std::pair<TokenKind, std::string>>;
+
+TEST(Lexer, SplitsACommand) {
+  EXPECT_EQ(tokens_of("(push 1)"), (Tokens{{TokenKind::OPEN, ""},
+                                           {TokenKind::SYMBOL, "push"},
+                                           {TokenKind::NUMERAL, "1"},
+                                           {TokenKind::CLOSE, ""}}));
+}
+
+TEST(Lexer, ReadsEveryKindOfToken) {
+  EXPECT_EQ(tokens_of("a |b c| :k 0 12 1.50 #b01 #xaF \"s\""),
+            (Tokens{{TokenKind::SYMBOL, "a"},
+                    {TokenKind::SYMBOL, "b c"},
+                    {TokenKind::KEYWORD, "k"},
+                    {TokenKind::NUMERAL, "0"},
+                    {TokenKind::NUMERAL, "12"},
+                    {TokenKind::DECIMAL, "1.50"},
+                    {TokenKind::BINARY, "01"},
+                    {TokenKind::HEXADECIMAL, "aF"},
+                    {TokenKind::STRING, "s"}}));
+}
+
+TEST(Lexer, ReadsAllCharactersOfSimpleSymbols) {
+  EXPECT_EQ(tokens_of("~!@$%^&*_-+=<>.?/aZ9"),
+            (Tokens{{TokenKind::SYMBOL, "~!@$%^&*_-+=<>.?/aZ9"}}));
+}
+
+TEST(Lexer, TellsQuotedSymbolsFromSimpleOnes) {
+  std::istringstream input("let |let|");
+  Lexer lexer(input);
+  lexer.next();
+  EXPECT_TRUE(lexer.token.is_word("let"));
+  lexer.next();
+  EXPECT_EQ(lexer.token.text, "let");
+  EXPECT_FALSE(lexer.token.is_word("let"));
+}
+
+TEST(Lexer, KeepsNewlinesAndOtherBytesInQuotedSymbols) {
+  EXPECT_EQ(tokens_of("|a\n;\"(\xC3\xA4|"), (Tokens{{TokenKind::SYMBOL, "a\n;\"(\xC3\xA4"}}));
+}
+
+TEST(Lexer, ReadsTheEmptyQuotedSymbol) {
+  EXPECT_EQ(tokens_of("||"), (Tokens{{TokenKind::SYMBOL, ""}}));
+}
+
+TEST(Lexer, ReadsADoubledQuoteAsOne) {
+  EXPECT_EQ(tokens_of("\"a\"\"b\""), (Tokens{{TokenKind::STRING, "a\"b"}}));
+}
+
+TEST(Lexer, SpellsAStringAsItStood) {
+  std::istringstream input("\"a\"\"b\"");
+  Lexer lexer(input);
+  lexer.next();
+  EXPECT_EQ(lexer.token.spelling(), "\"a\"\"b\"");
+}
+
+TEST(Lexer, SkipsComments) {
+  EXPECT_EQ(tokens_of("a ; b ( \" |\n c ;"),
+            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::SYMBOL, "c"}}));
+}
+
+TEST(Lexer, CountsLinesAndColumnsFromOne) {
+  std::istringstream input("a\n  |b\nc| d");
+  Lexer lexer(input);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.line, 1u);
+  EXPECT_EQ(lexer.token.position.column, 1u);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.line, 2u);
+  EXPECT_EQ(lexer.token.position.column, 3u);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.line, 3u);
+  EXPECT_EQ(lexer.token.position.column, 4u);
+}
+
+TEST(Lexer, KnowsWhereThePreviousTokenEnded) {
+  std::istringstream input("ab\n\n c");
+  Lexer lexer(input);
+  lexer.next();
+  lexer.next();
+  EXPECT_EQ(lexer.end_of_previous().line, 1u);
+  EXPECT_EQ(lexer.end_of_previous().column, 3u);
+}
+
+TEST(Lexer, ReadsTokensLongerThanABlock) {
+  const std::string numeral(200000, '7');
+  EXPECT_EQ(tokens_of("a " + numeral),
+            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::NUMERAL, numeral}}));
+}
+
+TEST(Lexer, EndsForEver) {
+  std::istringstream input("a");
+  Lexer lexer(input);
+  for (int i = 0; i < 3; ++i) lexer.next();
+  EXPECT_EQ(lexer.token.kind, TokenKind::END);
+}
+
+struct Fault {
+  const char* text;
+  const char* error;
+};
+
+class LexerFaults : public testing::TestWithParam<Fault> {};
+
+TEST_P(LexerFaults, AreNamed) { EXPECT_EQ(error_of(GetParam().text), GetParam().error); }
+
+INSTANTIATE_TEST_SUITE_P(
+    All, LexerFaults,
+    testing::Values(
+        Fault{"12ab", "1:1: '12ab' is neither a number nor a symbol"},
+        Fault{"1e5", "1:1: '1e5' is neither a number nor a symbol"},
+        Fault{"1.5x", "1:1: '1.5x' is neither a number nor a symbol"},
+        Fault{"1.2.3", "1:1: the decimal '1.2.3' has more than one point"},
+        Fault{"3.", "1:1: the decimal '3.' has no digits after the point"},
+        Fault{"03", "1:1: the numeral '03' begins with 0"},
+        Fault{"00.5", "1:1: the decimal '00.5' begins with 0"},
+        Fault{" 'v", "1:2: an apostrophe stands outside of |quoted symbols| and strings"},
+        Fault{"a'", "1:2: an apostrophe stands outside of |quoted symbols| and strings"},
+        Fault{"`", "1:1: the character '`' stands outside of |quoted symbols| and strings"},
+        Fault{"\xC3(",
+              "1:1: the byte 0xC3 stands outside of |quoted symbols|, strings and comments"},
+        Fault{"\x01", "1:1: the control character 0x01"},
+        Fault{"|a\\b|", "1:3: a backslash in a |quoted symbol|"},
+        Fault{"a\n|bc", "2:3: the input ends inside the |quoted symbol| that begins at 2:1"},
+        Fault{"\"a\nb", "2:1: the input ends inside the string that begins at 1:1"},
+        Fault{":", "1:1: a colon without a keyword"},
+        Fault{"#q", "1:1: '#' begins neither #b nor #x"},
+        Fault{"#x", "1:1: a hexadecimal literal without digits"},
+        Fault{"#b", "1:1: a binary literal without digits"},
+        Fault{"#b012", "1:1: '#b012' is not a binary literal"},
+        Fault{"#xfg", "1:1: '#xfg' is not a hexadecimal literal"}));
+
+TEST(LexerFaults, NulBytesAreNamed) {
+  EXPECT_EQ(error_of(std::string("a \0", 3)), "1:3: a NUL byte");
+  EXPECT_EQ(error_of(std::string("|\0|", 3)), "1:2: a NUL byte in a |quoted symbol|");
+  EXPECT_EQ(error_of(std::string("\"\0\"", 3)), "1:2: a NUL byte in a string");
+}
+
+TEST(LexerFaults, LongTokensAreCut) {
+  EXPECT_EQ(error_of(std::string(1000, '1') + "x"),
+            "1:1: '" + std::string(60, '1') + "...' is neither a number nor a symbol");
+}
+
+TEST(Lexer, ReportsAStreamThatCannotBeRead) {
+  std::istringstream input("a");
+  input.setstate(std::ios::badbit);
+  Lexer lexer(input);
+  EXPECT_THROW(lexer.next(), InputError);
+}
+
+}  // namespace
+}  // namespace quill::smt2

@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "frontends/smt2/script_writer.h"
+#include "tests/unit/frontends/smt2/read_and_print.h"
+
+namespace quill::smt2 {
+namespace {
+
+TEST(ScriptWriter, WritesEveryCommandBack) {
+  const std::string text =
+      "(set-logic QF_UFLIA)\n"
+      "(set-option :produce-models true)\n"
+      "(set-info :status sat)\n"
+      "(set-info :source |a\nb|)\n"
+      "(set-info :notes \"a \"\"b\"\"\")\n"
+      "(set-info :list (a (b c) ()))\n"
+      "(set-info :flag)\n"
+      "(declare-sort S 0)\n"
+      "(declare-sort T 2)\n"
+      "(declare-const c (T S Int))\n"
+      "(declare-fun f (S Bool) Int)\n"
+      "(declare-fun g () Bool)\n"
+      "(push 2)\n"
+      "(assert g)\n"
+      "(check-sat)\n"
+      "(check-sat-assuming (g (not g)))\n"
+      "(check-sat-assuming ())\n"
+      "(get-value (g c))\n"
+      "(get-model)\n"
+      "(get-assertions)\n"
+      "(get-assignment)\n"
+      "(get-proof)\n"
+      "(get-unsat-core)\n"
+      "(get-unsat-assumptions)\n"
+      "(get-info :name)\n"
+      "(get-option :produce-models)\n"
+      "(echo \"a \"\"quoted\"\" text\")\n"
+      "(pop 2)\n"
+      "(reset-assertions)\n"
+      "(reset)\n"
+      "(exit)\n";
+  EXPECT_EQ(printed(text), text);
+}
+
+TEST(ScriptWriter, WritesOneCommandALine) {
+  EXPECT_EQ(printed("(push)(push\n3)(pop)( echo ; comment\n\"a\" ) (set-info   :k  ( a\n b ) )"),
+            "(push 1)\n(push 3)\n(pop 1)\n(echo \"a\")\n(set-info :k (a b))\n");
+}
+
+TEST(ScriptWriter, LeavesDefinitionsOut) {
+  EXPECT_EQ(printed("(define-sort I () Int)(define-fun f ((a I)) I a)(define-const c I 1)"
+                    "(assert (= (f c) 2))"),
+            "(assert (= 1 2))\n");
+}
+
+TEST(ScriptWriter, KeepsNames) {
+  EXPECT_EQ(
+      printed("(declare-const p Bool)(declare-const q Bool)"
+              "(assert (! (or (! p :named a) q) :named b))(assert (and a b))(get-value (a b p))"),
+      "(declare-const p Bool)\n"
+      "(declare-const q Bool)\n"
+      "(assert (! (or (! p :named a) q) :named b))\n"
+      "(assert (and p (or p q)))\n"
+      "(get-value (a b p))\n");
+}
+
+TEST(ScriptWriter, NamesATermAtItsFirstPlaceOnly) {
+  EXPECT_EQ(asserted("(declare-const p Bool)(assert (and (! (not p) :named a) (or a p)))"),
+            "(and (! (not p) :named a) (or a p))");
+}
+
+TEST(ScriptWriter, MovesNamesFromDefinitionsToTheFirstAssertionWithTheTerm) {
+  EXPECT_EQ(printed("(declare-const p Bool)(declare-const q Bool)"
+                    "(define-fun f () Bool (! (not p) :named a))"
+                    "(get-value (a))(assert q)(assert (or f q))(get-value (a))"),
+            "(declare-const p Bool)\n"
+            "(declare-const q Bool)\n"
+            "(get-value ((not p)))\n"
+            "(assert q)\n"
+            "(assert (or (! (not p) :named a) q))\n"
+            "(get-value (a))\n");
+}
+
+TEST(ScriptWriter, DropsNamesOfDefinitionsThatArePopped) {
+  EXPECT_EQ(printed("(declare-const p Bool)(push 1)(define-fun f () Bool (! p :named a))(pop 1)"
+                    "(assert p)"),
+            "(declare-const p Bool)\n(push 1)\n(pop 1)\n(assert p)\n");
+}
+
+TEST(ScriptWriter, NamesMayBeUsedAgainBehindPop) {
+  const std::string text =
+      "(declare-const p Bool)\n"
+      "(push 1)\n"
+      "(assert (! p :named a))\n"
+      "(pop 1)\n"
+      "(assert (! (not p) :named a))\n";
+  EXPECT_EQ(printed(text), text);
+}
+
+TEST(ScriptWriter, QuotesWhatNeedsBars) {
+  const std::string text =
+      "(declare-sort |a sort| 0)\n"
+      "(declare-const |a b| |a sort|)\n"
+      "(declare-const |let| Bool)\n"
+      "(declare-const |assert| Bool)\n"
+      "(declare-const |'1| Bool)\n"
+      "(declare-const || Bool)\n"
+      "(declare-const |1/2| Bool)\n"
+      "(assert (! |let| :named |a name|))\n"
+      "(get-value (|a b| |assert| |'1| || |1/2| |a name|))\n";
+  EXPECT_EQ(printed(text), text);
+}
+
+// What is printed prints as itself.
+TEST(ScriptWriter, IsAFixedPoint) {
+  const std::string texts[] = {
+      "(declare-const i Int)(declare-const x Real)"
+      "(assert (= (- i 3 (- 2) (- i)) (to_int (/ x 3 (- 7)))))",
+      "(set-logic QF_LRA)(declare-const x Real)(assert (< 1 x (/ 2 3) (* 2 x) (- (/ 1 3))))",
+      "(set-logic QF_IDL)(declare-const a Int)(declare-const b Int)"
+      "(assert (distinct (- a b) 1 (- 4)))(assert (< (- a b) (- 3)))",
+      "(declare-const i Int)(assert (= (* 2 3 i) (* (* 2 3) i) (* 2 (* 3 i)) (- (- i)) (+ 1 2)))",
+      "(declare-const i Int)(declare-const x Real)"
+      "(assert (ite (is_int x) (= x i) (= (ite (< x 1) 1 x) (+ x 1 i))))",
+      "(declare-const p Bool)(declare-const q Bool)"
+      "(assert (let ((a (xor p q)) (b (=> p q p))) (= a b (and a b) (or a b a))))",
+  };
+  for (const std::string& text : texts) {
+    const std::string once = printed(text);
+    EXPECT_EQ(printed(once), once);
+  }
+}
+
+TEST(ScriptWriter, PrintsWhatReadsBackToTheSameTerms) {
+  const std::string declarations = "(declare-const i Int)(declare-const x Real)";
+  const std::string terms[] = {
+      "(= (- i 3 (- 2) (- i)) (to_int (/ x 3 (- 7))))",
+      "(= (* 2 3 i) (* 2 (* 3 i)))",
+      "(= x i)",
+      "(= (+ x 1 i) (to_real (+ i 1)))",
+      "(distinct x 1 2.5)",
+      "(is_int (to_real i))",
+  };
+  for (const std::string& term : terms) {
+    TermManager m;
+    const Script first = read_text(declarations + "(assert " + term + ")", m);
+    std::ostringstream output;
+    write(output, m, first);
+    const Script second = read_text(output.str(), m);
+    EXPECT_EQ(first.commands.back().terms[0].value.term, second.commands.back().terms[0].value.term)
+        << output.str();
+  }
+}
+
+}  // namespace
+}  // namespace quill::smt2
