@@ -1,0 +1,85 @@
+# Helpers of the scripts, to be sourced.  The caller has done `set -euo pipefail`.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+jobs=$(nproc 2>/dev/null || echo 2)
+
+# die TEXT...: says why on standard error and ends the script.
+die() {
+  printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+  exit 1
+}
+
+# quietly COMMAND...: runs a command and shows what it wrote only if it fails, then ends the script.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 </dev/null || status=$?
+  if [ "$status" -ne 0 ]; then
+    cat "$log" >&2
+    rm -f "$log"
+    die "failed (exit status $status): $*"
+  fi
+  rm -f "$log"
+}
+
+# is_there NEED: a NEED is a command, or a header if it ends in .h or .hpp.
+is_there() {
+  case "$1" in
+    *.h | *.hpp) echo "#include <$1>" | "${CXX:-c++}" -x c++ -std=c++20 -E - >/dev/null 2>&1 ;;
+    *) command -v "$1" >/dev/null 2>&1 ;;
+  esac
+}
+
+# ensure PACKAGE=NEED...: installs the Debian packages whose NEED is not there; without the right or the
+# means to do so, prints the line that does it and ends the script.
+ensure() {
+  local pair missing=()
+  for pair in "$@"; do
+    is_there "${pair#*=}" || missing+=("${pair%%=*}")
+  done
+  [ "${#missing[@]}" -ne 0 ] || return 0
+
+  local install="apt-get install -y --no-install-recommends ${missing[*]}" as=()
+  if ! command -v apt-get >/dev/null 2>&1; then
+    die "needs what Debian has in these packages: ${missing[*]}"
+  elif [ "$(id -u)" -ne 0 ]; then
+    # sudo may ask for the password only where somebody can type it.
+    if command -v sudo >/dev/null 2>&1 && { [ -t 0 ] || sudo -n true 2>/dev/null; }; then
+      as=(sudo)
+    else
+      die "lacks packages; run as root: apt-get update && $install"
+    fi
+  fi
+  echo "installing ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  quietly ${as[@]+"${as[@]}"} apt-get update
+  # shellcheck disable=SC2086 # a list of words
+  quietly ${as[@]+"${as[@]}"} env DEBIAN_FRONTEND=noninteractive $install
+  for pair in "$@"; do
+    is_there "${pair#*=}" || die "${pair%%=*} is installed, but ${pair#*=} is not found"
+  done
+}
+
+# build PRESET FOLDER [CMAKE ARGUMENT...]: configures and builds in build/FOLDER.
+build() {
+  local preset=$1 folder=$root/build/$2
+  shift 2
+  quietly cmake -S "$root" --preset "$preset" -B "$folder" "$@"
+  quietly cmake --build "$folder" --parallel "$jobs"
+}
+
+# run_tests FOLDER [CTEST ARGUMENT...]: the tests of build/FOLDER; prints what fails and the summary.
+run_tests() {
+  local folder=$root/build/$1 log status=0
+  shift
+  log=$(mktemp)
+  ctest --test-dir "$folder" --output-on-failure --no-tests=error --no-label-summary --parallel "$jobs" "$@" \
+    >"$log" 2>&1 </dev/null || status=$?
+  if [ "$status" -eq 0 ]; then
+    sed -n '/tests passed,/,$p' "$log"
+  else
+    cat "$log"
+  fi
+  rm -f "$log"
+  return "$status"
+}

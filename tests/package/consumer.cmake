@@ -1,0 +1,10 @@
+# The CMakeLists.txt of the consumer.  With QUILL_SOURCE_FOLDER it takes quill from its sources.
+cmake_minimum_required(VERSION 3.24)
+project(consumer LANGUAGES CXX)
+if(QUILL_SOURCE_FOLDER)
+  add_subdirectory("${QUILL_SOURCE_FOLDER}" quill)
+else()
+  find_package(quill 0.1 REQUIRED CONFIG)
+endif()
+add_executable(consumer consumer.cpp)
+target_link_libraries(consumer PRIVATE quill::quill quill::smt2)
