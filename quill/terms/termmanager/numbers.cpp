@@ -101,9 +101,9 @@ const Term_* TermManager::make_bv_number(const QNumber& value, size_t width) {
   const Symbol* present = signature->get_symbol(name_buffer.c_str());
   if (present != nullptr) {
     // Compared part by part, so that a refused request makes no type.
-    const DataType* parameter = bv_widths.find(width);
-    const bool fits = parameter != nullptr && is_bv_type(present->type, nullptr) &&
-                      present->type->get_component(1) == parameter;
+    const bool fits = is_bv_type(present->type, nullptr) &&
+                      present->type->get_component(1)->is_simple() &&
+                      present->type->get_component(1)->get_name() == std::to_string(width);
     if (!fits) {
       throw error("a symbol for ")
           << name_buffer
