@@ -35,9 +35,11 @@ void append_name(std::string& out, const std::string& name) {
   out += '|';
 }
 
-// Whether a repeated occurrence is worth a label: the parametric types of plain parameters, such as
-// (BitVec 8), are not.
-bool is_nested(const DataType* type) {
+// Whether a repeated occurrence is worth a label: compounds of a few simple types, such as (BitVec
+// 8) and (Array Int Int), are not.
+bool is_worth_a_label(const DataType* type) {
+  if (type->is_simple()) return false;
+  if (type->num_components() > 3) return true;
   for (size_t i = 0; i < type->num_components(); i++) {
     if (!type->get_component(i)->is_simple()) return true;
   }
@@ -50,8 +52,8 @@ struct Occurrence {
 };
 using OccurrenceMap = hsh::HashMap<const DataType*, Occurrence>;
 
-// Finds the nested compounds below the root that occur more than once, looking into each of them
-// once.
+// Finds the compounds worth a label below the root that occur more than once, looking into each of
+// them once.
 void find_repeated(const DataType* root, OccurrenceMap& occurrences) {
   std::vector<const DataType*> work{root};
   while (!work.empty()) {
@@ -59,7 +61,7 @@ void find_repeated(const DataType* root, OccurrenceMap& occurrences) {
     work.pop_back();
     for (size_t i = 0; i < type->num_components(); i++) {
       const DataType* component = type->get_component(i);
-      if (!is_nested(component)) continue;
+      if (!is_worth_a_label(component)) continue;
       if (occurrences.insert({component, {}})) {
         work.push_back(component);
       } else {

@@ -38,15 +38,15 @@ class DataType {
   // The printed form. It depends on the structure of the type alone, and different types of one
   // universe print differently:
   //
-  //   simple    its name, when that is made of letters and digits only and is neither "rat" nor
-  //   "int" (which stand for
-  //             Real and Int in names of symbols); any other name between bars, with \ before a bar
-  //             or a backslash and \0 for the NUL byte. The application type prints as ->
-  //   compound  its components between parentheses, separated by one space: (BitVec 8), (-> Int Int
-  //   Bool)
+  //   simple      its name, when that is made of letters and digits only and is neither "rat" nor
+  //               "int" (which stand for Real and Int in names of symbols); any other name between
+  //               bars, with \ before a bar or a backslash and \0 for the NUL byte
+  //   application the arrow ->
+  //   compound    its components between parentheses, separated by one space: (BitVec 8)
   //
-  // A compound with a compound component that occurs again is printed once, as #1=(...), and as #1#
-  // from then on, so that the text is linear in the number of edges of the graph of types below.
+  // A compound that occurs again is printed once, as #1=(...), and as #1# from then on, unless it
+  // is made of at most three simple types. The text is therefore linear in the size of the graph of
+  // types below.
   std::string to_str() const;
 
  private:
@@ -60,7 +60,14 @@ class DataType {
 
   const std::string* name;  // owned, but for the application type's; null marks a compound type
   size_t count;
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wc99-extensions"
+#endif
   __extension__ const DataType* components[];
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 };
 
 }  // namespace quill

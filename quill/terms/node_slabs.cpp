@@ -23,8 +23,8 @@ uint32_t NodeSlabs::add_slab(uint64_t arity, size_t bytes, uint32_t capacity) {
 // A node of its own slab; the directory entries of freed ones are used again, the last one freed
 // first.
 uint32_t NodeSlabs::allocate_large(uint64_t arity) {
-  if (arity > (SIZE_MAX - sizeof(Header)) / word) throw std::bad_alloc();
-  const size_t bytes = sizeof(Header) + arity * word;
+  if (arity > (SIZE_MAX - sizeof(Term_)) / word) throw std::bad_alloc();
+  const size_t bytes = sizeof(Term_) + arity * word;
   uint32_t slab = vacant;
   if (slab == none) {
     slab = add_slab(arity, bytes, /*capacity=*/1);
@@ -49,7 +49,7 @@ uint32_t NodeSlabs::allocate(uint64_t arity) {
   SizeClass& size_class = classes[arity];
   if (size_class.free_list != none) {
     const uint32_t handle = size_class.free_list;
-    size_class.free_list = static_cast<uint32_t>(header(handle)->id);
+    size_class.free_list = static_cast<uint32_t>(node(handle)->id);
     return handle;
   }
   const uint32_t words = words_of(arity);
@@ -68,9 +68,9 @@ uint32_t NodeSlabs::allocate(uint64_t arity) {
 void NodeSlabs::free(uint32_t handle) noexcept {
   const uint64_t arity = directory[handle >> offset_bits].arity;
   if (arity > max_slab_arity) return free_large(handle >> offset_bits);
-  header(handle)->symbol = nullptr;
+  node(handle)->symbol = nullptr;
   SizeClass& size_class = classes[arity];
-  header(handle)->id = size_class.free_list;
+  node(handle)->id = size_class.free_list;
   size_class.free_list = handle;
 }
 
@@ -79,7 +79,7 @@ uint32_t NodeSlabs::first_live(uint32_t handle) const {
     const uint32_t words = words_of(directory[slab].arity);
     for (uint32_t offset = handle & offset_mask; offset < directory[slab].used; offset += words) {
       const uint32_t candidate = slab << offset_bits | offset;
-      if (header(candidate)->symbol != nullptr) return candidate;
+      if (node(candidate)->symbol != nullptr) return candidate;
     }
     handle = 0;
   }

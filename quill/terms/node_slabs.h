@@ -20,16 +20,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "quill/terms/term.h"
+
 namespace quill {
 
 class NodeSlabs {
  public:
-  // What a node begins with; its arguments follow.
-  struct Header {
-    uint64_t id;
-    const void* symbol;  // null: the node is free
-  };
-
   static constexpr uint32_t none = UINT32_MAX;
 
   NodeSlabs() = default;
@@ -43,7 +39,8 @@ class NodeSlabs {
   // Takes a node back.
   void free(uint32_t handle) noexcept;
 
-  void* address(uint32_t handle) const {
+  Term_* node(uint32_t handle) const { return reinterpret_cast<Term_*>(address(handle)); }
+  char* address(uint32_t handle) const {
     return directory[handle >> offset_bits].memory + size_t{handle & offset_mask} * word;
   }
 
@@ -78,9 +75,8 @@ class NodeSlabs {
   };
 
   static uint32_t words_of(uint64_t arity) {
-    return arity > max_slab_arity ? 1 : static_cast<uint32_t>(sizeof(Header) / word + arity);
+    return arity > max_slab_arity ? 1 : static_cast<uint32_t>(sizeof(Term_) / word + arity);
   }
-  Header* header(uint32_t handle) const { return static_cast<Header*>(address(handle)); }
   uint32_t add_slab(uint64_t arity, size_t bytes, uint32_t capacity);
   uint32_t allocate_large(uint64_t arity);
   void free_large(uint32_t slab) noexcept;

@@ -1,6 +1,8 @@
 #include "quill/terms/signature.h"
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 
@@ -67,24 +69,31 @@ void Signature::remove_symbol(const char* name) {
   const uint32_t hash = hash_name(name);
   const uint32_t found = find(hash, name);
   if (found == InternIndex::none) return;
-  forget_suffix(name);
+  free_suffix(name);
   index.erase(hash, found);
 }
 
 int32_t Signature::lowest_free_suffix(const std::string& base) {
-  int32_t& next = next_suffix[base];
+  auto& [next, freed] = suffixes[base];
   std::string candidate = base + '_';
-  for (int32_t k = next;; k++) {
+  const auto is_free = [&](int32_t k) {
     candidate.resize(base.size() + 1);
     candidate += std::to_string(k);
-    if (get_symbol(candidate.c_str()) == nullptr) return next = k;
+    return get_symbol(candidate.c_str()) == nullptr;
+  };
+  while (!freed.empty()) {
+    if (is_free(freed.front())) return freed.front();
+    std::pop_heap(freed.begin(), freed.end(), std::greater<>());
+    freed.pop_back();
   }
+  while (!is_free(next)) next++;
+  return next;
 }
 
-// A name base_k becomes free: the search on its base must not start above k.
-void Signature::forget_suffix(std::string_view name) {
+// A name base_k becomes free: the search on its base must find it.
+void Signature::free_suffix(std::string_view name) {
   const size_t bar = name.rfind('_');
-  if (bar == std::string_view::npos || next_suffix.count == 0) return;
+  if (bar == std::string_view::npos || suffixes.count == 0) return;
   const std::string_view digits = name.substr(bar + 1);
   // Only what lowest_free_suffix composes: no empty text, no leading zero, an int32_t.
   if (digits.empty() || digits.size() > 10 || (digits[0] == '0' && digits.size() > 1)) return;
@@ -94,8 +103,11 @@ void Signature::forget_suffix(std::string_view name) {
     k = 10 * k + (c - '0');
   }
   if (k > std::numeric_limits<int32_t>::max()) return;
-  const auto found = next_suffix.find(std::string(name.substr(0, bar)));
-  if (found != next_suffix.end() && k < found->second) found->second = static_cast<int32_t>(k);
+  const auto found = suffixes.find(std::string(name.substr(0, bar)));
+  if (found == suffixes.end() || k >= found->second.next) return;
+  std::vector<int32_t>& freed = found->second.freed;
+  freed.push_back(static_cast<int32_t>(k));
+  std::push_heap(freed.begin(), freed.end(), std::greater<>());
 }
 
 void Signature::gc(const hsh::HashSet<const Symbol*>& keep) {
@@ -106,7 +118,10 @@ void Signature::gc(const hsh::HashSet<const Symbol*>& keep) {
     const std::string_view name = symbols[i]->name;
     named[i] = find(hash_name(name), name) == i;
   }
-  for (auto& [base, next] : next_suffix) next = 0;
+  for (auto& [base, of_base] : suffixes) {
+    of_base.next = 0;
+    of_base.freed.clear();
+  }
   index.clear();
   size_t used = 0;
   for (size_t i = 0; i < symbols.size(); i++) {

@@ -60,13 +60,20 @@ class Signature {
 
  private:
   uint32_t find(uint32_t hash, std::string_view name) const;
-  void forget_suffix(std::string_view name);
+  void free_suffix(std::string_view name);
   static void release(Symbol* symbol);
 
   TypeUniverse* universe;
   std::vector<Symbol*> symbols;
   InternIndex index;
-  hsh::HashMap<std::string, int32_t, NameHash> next_suffix;  // base_0 ... base_(k-1) are all taken
+
+  // Of base_0 ... base_(next - 1) all are taken but for some of those in `freed`, a heap with the
+  // least suffix on top.
+  struct Suffixes {
+    int32_t next = 0;
+    std::vector<int32_t> freed;
+  };
+  hsh::HashMap<std::string, Suffixes, NameHash> suffixes;  // by base
 };
 
 }  // namespace quill

@@ -27,7 +27,14 @@ class Term_ {
   const Symbol* symbol;
 
   // As many as the symbol's arity.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wc99-extensions"
+#endif
   __extension__ const Term_* args[];
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
   // The whole term in prefix notation with the names of its symbols as they are stored; a constant
   // prints its name. A non-constant subterm that occurs again is printed once, as #ID=(...), and as

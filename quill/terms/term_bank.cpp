@@ -1,15 +1,10 @@
 #include "quill/terms/term_bank.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <functional>
 #include <new>
 
 namespace quill {
-
-static_assert(sizeof(Term_) == sizeof(NodeSlabs::Header) &&
-                  offsetof(Term_, symbol) == sizeof(uint64_t),
-              "free nodes are told from live ones by their symbol");
 
 // Hashes addresses: reading the ids of the arguments would touch a cache line for each. The values
 // decide only where the index looks first.
@@ -25,10 +20,10 @@ const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args)
   const uint64_t arity = symbol->arity;
   const uint32_t hash = hash_of(symbol, args);
   const uint32_t found = index.find(hash, [&](uint32_t handle) {
-    const Term_* term = node(handle);
+    const Term_* term = nodes.node(handle);
     return term->symbol == symbol && std::equal(term->args, term->args + arity, args);
   });
-  if (found != InternIndex::none) return node(found);
+  if (found != InternIndex::none) return nodes.node(found);
 
   index.reserve_one();
   const uint32_t handle = nodes.allocate(arity);
@@ -55,12 +50,11 @@ void TermBank::remove_unseen(const std::vector<bool>& seen) {
   index.clear();
   for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;) {
     const uint32_t after = nodes.next(handle);
-    Term_* term = node(handle);
+    Term_* term = nodes.node(handle);
     if (is_seen(term)) {
       index.insert(hash_of(term->symbol, term->args), handle);
     } else {
       free_ids.push_back(term->id);
-      term->~Term_();
       nodes.free(handle);
     }
     handle = nodes.first_live(after);

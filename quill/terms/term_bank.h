@@ -47,7 +47,9 @@ class TermBank {
     using pointer = const Term_* const*;
     using reference = const Term_*;
 
-    const Term_* operator*() const { return static_cast<const Term_*>(nodes->address(handle)); }
+    const_iterator() = default;
+
+    const Term_* operator*() const { return nodes->node(handle); }
     const_iterator& operator++() {
       handle = nodes->first_live(nodes->next(handle));
       return *this;
@@ -63,8 +65,8 @@ class TermBank {
     friend class TermBank;
     const_iterator(const NodeSlabs* slabs, uint32_t start) : nodes(slabs), handle(start) {}
 
-    const NodeSlabs* nodes;
-    uint32_t handle;
+    const NodeSlabs* nodes = nullptr;
+    uint32_t handle = NodeSlabs::none;
   };
 
   const_iterator begin() const { return {&nodes, nodes.first_live(0)}; }
@@ -80,7 +82,6 @@ class TermBank {
 
  private:
   static uint32_t hash_of(const Symbol* symbol, const Term_* const* args);
-  Term_* node(uint32_t handle) const { return static_cast<Term_*>(nodes.address(handle)); }
 
   NodeSlabs nodes;
   InternIndex index;

@@ -123,8 +123,9 @@ void TypeUniverse::remove_type(const DataType* type) {
 }
 
 void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) {
-  const auto kept = [&](const DataType* type) { return keep.find(type) != keep.end(); };
-  assert(kept(application_type) && "a collection keeps the application type");
+  const auto kept = [&](const DataType* type) {
+    return type == application_type || keep.find(type) != keep.end();
+  };
   std::erase_if(subtypes,
                 [&](const auto& pair) { return !kept(pair.first) || !kept(pair.second); });
   index.clear();

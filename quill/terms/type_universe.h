@@ -11,6 +11,7 @@
 #define QUILL_TERMS_TYPE_UNIVERSE_H
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,6 +34,9 @@ class TypeUniverse {
 
   // The compound type of exactly these components in this order, made on the first request.
   const DataType* make_type(const std::vector<const DataType*>& components);
+  const DataType* make_type(std::initializer_list<const DataType*> components) {
+    return make_type(std::vector<const DataType*>(components));
+  }
 
   // The type that heads every function type: (application type, arguments ..., result). No name
   // yields it.
@@ -48,8 +52,8 @@ class TypeUniverse {
   // type, nor for a type that another type or a symbol still uses.
   void remove_type(const DataType* type);
 
-  // Frees every type that is not in keep. The caller sees to it that keep holds all components of
-  // its types, and the application type.
+  // Frees every type that is not in keep, but for the application type. The caller sees to it that
+  // keep holds all components of its types.
   void gc(const hsh::HashSet<const DataType*>& keep);
 
   // The number of types held.

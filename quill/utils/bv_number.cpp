@@ -4,16 +4,14 @@
 
 #include <gmp.h>
 
-#include <limits>
 #include <new>
 
 namespace quill {
 
 namespace {
 
-// GMP counts limbs in an int, and one limb more may be touched while a number is shifted.
-constexpr std::uint64_t max_shift =
-    (std::uint64_t{std::numeric_limits<int>::max()} - 1) * GMP_NUMB_BITS - 1;
+// GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
+constexpr std::uint64_t max_exponent = std::uint64_t{1} << 32;
 
 }  // namespace
 
@@ -22,7 +20,7 @@ void BVNumber::pow2(std::uint64_t n, QNumber* out) {
     *out = QNumber(std::int64_t{1} << n);
     return;
   }
-  if (n > max_shift) throw std::bad_alloc();
+  if (n > max_exponent) throw std::bad_alloc();
   mpz_ptr power = QNumber::gmp_tmp;
   mpz_set_ui(power, 1);
   mpz_mul_2exp(power, power, n);

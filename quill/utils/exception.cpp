@@ -16,6 +16,7 @@ Exception& Exception::operator=(const Exception& other) {
     std::exception::operator=(other);
     stream = std::ostringstream();
     stream << other.stream.str();
+    text_is_current = false;
   }
   return *this;
 }
@@ -24,7 +25,10 @@ Exception::~Exception() = default;
 
 const char* Exception::what() const noexcept {
   try {
-    text = stream.str();
+    if (!text_is_current) {
+      text = stream.str();
+      text_is_current = true;
+    }
     return text.c_str();
   } catch (...) {
     return "out of memory while composing an error message";

@@ -37,11 +37,13 @@ class Exception : public std::exception {
   template <class T>
   void append(const T& piece) {
     stream << piece;
+    text_is_current = false;
   }
 
  private:
   std::ostringstream stream;
-  mutable std::string text;  // what the stream held when what() was last called
+  mutable std::string text;  // what the stream holds, once what() has asked for it
+  mutable bool text_is_current = false;
 };
 
 // Appends to the message and hands the very same exception on, with its own type and value

@@ -42,8 +42,8 @@ void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& ar
     const DataType* expected = s->type->get_component(i + 1);
     if (universe->is_subtype(args[i]->symbol->get_output_type(), expected)) continue;
     if (!from_builder) {
-      stale_operation = s->name;
-      current_operation = stale_operation.c_str();
+      operation_text = s->name;
+      current_operation = operation_text.c_str();
     }
     typecheck(args[i], expected, current_operation);
   }
@@ -52,23 +52,30 @@ void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& ar
 
 const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
                                    const char* opname) {
+  operation_text = opname;  // which may be a symbol's own text, see typecheck
+  return make_binary(s, a, b, operation_text.c_str());
+}
+
+// make_bin for names of operations that live for ever.
+const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Term_* b,
+                                      const char* operation) {
   scratch_args.clear();
   scratch_args.push_back(a);
   scratch_args.push_back(b);
-  current_operation = opname;
+  current_operation = operation;
   return make_term(s, scratch_args);
 }
 
 const Term_* TermManager::make_and(const Term_* a, const Term_* b) {
-  return make_bin(and_symbol, a, b, "make_and");
+  return make_binary(and_symbol, a, b, "make_and");
 }
 
 const Term_* TermManager::make_or(const Term_* a, const Term_* b) {
-  return make_bin(or_symbol, a, b, "make_or");
+  return make_binary(or_symbol, a, b, "make_or");
 }
 
 const Term_* TermManager::make_iff(const Term_* a, const Term_* b) {
-  return make_bin(iff_symbol, a, b, "make_iff");
+  return make_binary(iff_symbol, a, b, "make_iff");
 }
 
 const Term_* TermManager::make_not(const Term_* a) {
@@ -90,15 +97,15 @@ bool TermManager::both_int(const Term_* a, const Term_* b) const {
 }
 
 const Term_* TermManager::make_leq(const Term_* a, const Term_* b) {
-  return make_bin(both_int(a, b) ? int_leq_symbol : rat_leq_symbol, a, b, "make_leq");
+  return make_binary(both_int(a, b) ? int_leq_symbol : rat_leq_symbol, a, b, "make_leq");
 }
 
 const Term_* TermManager::make_plus(const Term_* a, const Term_* b) {
-  return make_bin(both_int(a, b) ? int_plus_symbol : rat_plus_symbol, a, b, "make_plus");
+  return make_binary(both_int(a, b) ? int_plus_symbol : rat_plus_symbol, a, b, "make_plus");
 }
 
 const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
-  return make_bin(both_int(a, b) ? int_times_symbol : rat_times_symbol, a, b, "make_times");
+  return make_binary(both_int(a, b) ? int_times_symbol : rat_times_symbol, a, b, "make_times");
 }
 
 // The symbol of a type in a family with one symbol for each type; its own type is put together in
@@ -121,6 +128,16 @@ const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const
   return s;
 }
 
+// Typechecks the operands of a request whose symbol is still to be made, so that a refused request
+// makes none.
+void TermManager::check_before_new_symbol(const TypeKeyedSymbols& table, const DataType* t,
+                                          const char* operation,
+                                          std::initializer_list<ExpectedType> operands) {
+  if (!typecheck_enabled || t == bool_type || table.find(t) != nullptr) return;
+  current_operation = operation;
+  for (const auto& [operand, expected] : operands) typecheck(operand, expected, current_operation);
+}
+
 const Symbol* TermManager::make_equality_symbol(const DataType* t) {
   if (t == bool_type) throw error("Equality arguments can't be Boolean");
   if (const Symbol* present = equality_symbols.find(t)) return present;
@@ -134,9 +151,10 @@ const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
   if (is_real_or_int(type)) {
     s = both_int(a, b) ? int_equal_symbol : rat_equal_symbol;
   } else {
+    check_before_new_symbol(equality_symbols, type, "make_equal", {{b, type}});
     s = make_equality_symbol(type);
   }
-  return make_bin(s, a, b, "make_equal");
+  return make_binary(s, a, b, "make_equal");
 }
 
 const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
@@ -150,6 +168,8 @@ const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_ter
                                         const Term_* else_term) {
   const DataType* type = then_term->symbol->get_output_type();
   if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
+  check_before_new_symbol(term_ite_symbols, type, "make_term_ite",
+                          {{cond, bool_type}, {then_term, type}, {else_term, type}});
   const Symbol* s = make_term_ite_symbol(type);
   scratch_args.clear();
   scratch_args.push_back(cond);

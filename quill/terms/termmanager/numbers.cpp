@@ -23,7 +23,8 @@ const Term_* TermManager::make_numeral(const Symbol* present, const DataType* ty
   const Symbol* s = present != nullptr ? present : signature->add_symbol(name_buffer.c_str(), type);
   ScopeGuard undo_symbol([&] { signature->rollback(before); });
 
-  const bool value_is_new = number_values.insert({s, value});
+  const bool value_is_new = number_values.find(s) == number_values.end();
+  if (value_is_new) number_values.insert({s, value});
   ScopeGuard undo_value([&] {
     if (value_is_new) number_values.erase(number_values.find(s));
   });

@@ -8,15 +8,21 @@
 
 namespace quill {
 
-const Symbol* TermManager::make_symbol(const std::string& name, const DataType* type) {
+// Refuses the names that no symbol of the user's can have.
+void TermManager::check_user_name(const std::string& name) const {
   if (name.empty()) throw error("Empty name for symbol");
   if (name[0] == '`') throw error("Symbols can't start with the \"`\" character");
   // Names end at the first NUL: what is behind it would be lost, and two names would become one.
   if (name.find('\0') != std::string::npos) throw error("Symbols can't contain the NUL character");
+}
+
+const Symbol* TermManager::make_symbol(const std::string& name, const DataType* type) {
+  check_user_name(name);
   return signature->add_symbol(name.c_str(), type);
 }
 
 const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  check_user_name(name);
   if (signature->get_symbol(name.c_str()) == nullptr) return make_symbol(name, type);
   const int32_t k = signature->lowest_free_suffix(name);
   name_buffer = name;

@@ -23,6 +23,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -212,8 +213,7 @@ class TermManager : public TermFactory {
   // are off.
   void typecheck(const Symbol* s, const std::vector<const Term_*>& args);
 
-  // An application of any binary symbol; opname is the operation that type errors name, and must
-  // outlive the call.
+  // An application of any binary symbol; opname is the operation that type errors name.
   const Term_* make_bin(const Symbol* s, const Term_* a, const Term_* b, const char* opname);
 
   const Term_* make_true() const { return true_term; }
@@ -288,9 +288,17 @@ class TermManager : public TermFactory {
 
  private:
   void initialize_standard_signature();
+  void check_user_name(const std::string& name) const;
   const Symbol* add_function_symbol(const char* name, SymbolTag::tag tag);
   const Symbol* make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
                                        const char* prefix, SymbolTag::tag tag);
+  const Term_* make_binary(const Symbol* s, const Term_* a, const Term_* b, const char* operation);
+  struct ExpectedType {
+    const Term_* operand;
+    const DataType* type;
+  };
+  void check_before_new_symbol(const TypeKeyedSymbols& table, const DataType* t,
+                               const char* operation, std::initializer_list<ExpectedType> operands);
   bool both_int(const Term_* a, const Term_* b) const;
   bool is_real_or_int(const DataType* t) const { return universe->is_subtype(t, rat_type); }
   void require_bits(const QNumber& value, uint64_t bits, const char* kind) const;
@@ -357,7 +365,7 @@ class TermManager : public TermFactory {
   // The public builder that is running, for type errors; "" between builders. A type error leaves
   // it as it was.
   const char* current_operation = "";
-  std::string stale_operation;  // keeps a symbol's name that a failed request left there
+  std::string operation_text;  // keeps a name that a caller or a symbol lent
   std::string name_buffer;
 
   bool typecheck_enabled = true;

@@ -85,8 +85,8 @@ class TermVisitor {
       }
       if (!is_marked(entered_bit(t))) {
         const int answer = callback->visit(t, true);
+        visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
         mark(entered_bit(t));
-        visited.push_back(t);
         if (answer == 0) return;
         if (answer != 1 && push_arguments(t, stack)) continue;
       }

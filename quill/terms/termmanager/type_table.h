@@ -37,6 +37,13 @@ class TypeTable {
     undo.dismiss();
   }
 
+  // Takes out the pair of a parameter that is there.
+  void erase(const Key& key) {
+    const auto found = types.find(key);
+    keys.erase(keys.find(found->second));
+    types.erase(found);
+  }
+
  private:
   hsh::HashMap<Key, const DataType*> types;
   hsh::HashMap<const DataType*, Key> keys;

@@ -13,6 +13,15 @@
 
 namespace quill {
 
+namespace {
+
+size_t saturating_sum(size_t a, size_t b, size_t c) {
+  const size_t ab = a > SIZE_MAX - b ? SIZE_MAX : a + b;
+  return ab > SIZE_MAX - c ? SIZE_MAX : ab + c;
+}
+
+}  // namespace
+
 const DataType* TermManager::get_simple_type(const std::string& name, bool only_existing) {
   const auto found = simple_types.find(name);
   if (found != simple_types.end()) return found->second;
@@ -42,10 +51,21 @@ size_t TermManager::get_width_from_type(const DataType* t) const {
 }
 
 const DataType* TermManager::get_bv_type(size_t w) {
+  const bool is_known = bv_widths.find(w) != nullptr;
+  const size_t before = universe->size();
+  const DataType* parameter = get_type_from_width(w);
+  // A parameter type that was made for this type goes when the type can't be made.
+  ScopeGuard undo([&] {
+    if (is_known) return;
+    bv_widths.erase(w);
+    universe->rollback(before);
+  });
   scratch_types.clear();
   scratch_types.push_back(bv_type_head);
-  scratch_types.push_back(get_type_from_width(w));
-  return universe->make_type(scratch_types);
+  scratch_types.push_back(parameter);
+  const DataType* type = universe->make_type(scratch_types);
+  undo.dismiss();
+  return type;
 }
 
 const DataType* TermManager::get_fp_type(size_t e, size_t m) {
@@ -55,20 +75,26 @@ const DataType* TermManager::get_fp_type(size_t e, size_t m) {
   }
   const IEEEFloat::format format{e, m};
   const DataType* parameter = fp_formats.find(format);
+  const size_t before = universe->size();
+  bool entered = false;
+  ScopeGuard undo([&] {
+    if (entered) fp_formats.erase(format);
+    universe->rollback(before);
+  });
   if (parameter == nullptr) {
     name_buffer = std::to_string(e);
     name_buffer += ':';
     name_buffer += std::to_string(m);
-    const size_t before = universe->size();
     parameter = universe->make_type(name_buffer);
-    ScopeGuard undo([&] { universe->rollback(before); });
     fp_formats.insert(format, parameter);
-    undo.dismiss();
+    entered = true;
   }
   scratch_types.clear();
   scratch_types.push_back(fp_type_head);
   scratch_types.push_back(parameter);
-  return universe->make_type(scratch_types);
+  const DataType* type = universe->make_type(scratch_types);
+  undo.dismiss();
+  return type;
 }
 
 const DataType* TermManager::get_array_type(const DataType* index, const DataType* element) {
@@ -171,7 +197,7 @@ bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const 
   if (is_fp_type(t, &e, &m)) {
     // Callers that treat the type as a finite domain would enumerate it, NaN patterns and all;
     // those that need the number of patterns read the size.
-    if (size != nullptr) BVNumber::pow2(e + m + 1, size);
+    if (size != nullptr) BVNumber::pow2(saturating_sum(e, m, 1), size);
     return false;
   }
   return false;
