@@ -105,7 +105,14 @@ void Signature::free_suffix(std::string_view name) {
   if (k > std::numeric_limits<int32_t>::max()) return;
   const auto found = suffixes.find(std::string(name.substr(0, bar)));
   if (found == suffixes.end() || k >= found->second.next) return;
-  std::vector<int32_t>& freed = found->second.freed;
+  auto& [next, freed] = found->second;
+  if (freed.size() >= static_cast<size_t>(next)) {
+    // More entries than suffixes: the same name was freed again and again. Searching afresh costs
+    // no more.
+    next = 0;
+    freed.clear();
+    return;
+  }
   freed.push_back(static_cast<int32_t>(k));
   std::push_heap(freed.begin(), freed.end(), std::greater<>());
 }

@@ -1,7 +1,20 @@
-// Formats and rounding modes of binary floating-point values (IEEE 754-2019).
+// Binary floating-point values (IEEE 754-2019) as bit patterns: made from a pattern or rounded from
+// a rational number. There is no arithmetic on them.
 //
 // A format (e, m) has e exponent bits and m significand bits without the hidden bit, hence e + m +
-// 1 bits in all: binary32 is (8, 23), which SMT-LIB writes (_ FloatingPoint 8 24).
+// 1 bits in all: binary32 is (8, 23), which SMT-LIB writes (_ FloatingPoint 8 24). From the top, a
+// pattern holds the sign, the exponent and the significand:
+//
+//   exponent x   all zeros   significand * 2^(2 - 2^(e-1) - m), zero among them
+//                all ones    infinity when the significand is 0, else NaN
+//                else        (2^m + significand) * 2^(x + 1 - 2^(e-1) - m)
+//
+// No format is refused here. One without exponent bits has no finite value but zero, and one
+// without significand bits has no NaN: self_nan() gives its infinity.
+//
+// A value owns its pattern. Time and space are linear in e + m, except that rounding divides once,
+// by the denominator; the magnitude that exponents may have does not matter. Values of more than
+// 2^32 bits, but for positive zero and what from_bits() takes, are refused with std::bad_alloc.
 
 #ifndef QUILL_UTILS_IEEE_FLOAT_H
 #define QUILL_UTILS_IEEE_FLOAT_H
@@ -9,6 +22,7 @@
 #include <cstdint>
 
 #include "quill/utils/hash.h"
+#include "quill/utils/qnumber.h"
 
 namespace quill {
 
@@ -20,7 +34,35 @@ class IEEEFloat {
     bool operator==(const format&) const = default;
   };
 
+  // To nearest with ties to even, toward zero, toward plus infinity, toward minus infinity.
   enum rounding_mode { ROUND_EVEN = 0, ROUND_ZERO = 1, ROUND_PLUS_INF = 2, ROUND_MINUS_INF = 3 };
+
+  // Positive zero.
+  IEEEFloat(format f, rounding_mode rounding) : form(f), mode(rounding) {}
+
+  // The value with these bits; a NaN keeps its sign and significand. Throws Exception when `bits`
+  // is not an integer from 0 up to 2^(e+m+1) - 1.
+  static IEEEFloat from_bits(const QNumber& bits, format f);
+
+  // The value that `value` rounds to. What is too large becomes infinity or the largest finite
+  // value, as the mode says; zero is positive, but a negative number that rounds to zero gives
+  // negative zero.
+  static IEEEFloat from_number(const QNumber& value, format f, rounding_mode rounding);
+
+  void self_inf(bool negative);
+
+  // The positive NaN with only the top bit of the significand set.
+  void self_nan();
+
+  // Small when it lies below 2^63, whatever this value was made from.
+  QNumber get_bits() const;
+
+ private:
+  void round(const QNumber& value);
+
+  format form;
+  rounding_mode mode;
+  QNumber pattern;  // an integer of e + m + 1 bits
 };
 
 template <>

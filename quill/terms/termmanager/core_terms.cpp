@@ -3,8 +3,8 @@
 #include <cassert>
 #include <cstring>
 
+#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/scope_guard.h"
 
 namespace quill {
 
@@ -112,20 +112,18 @@ const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
 // scratch_types.
 const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
                                                   const char* prefix, SymbolTag::tag tag) {
-  std::string name = prefix;
-  name += t == rat_type ? "rat" : t == int_type ? "int" : t->to_str();
-  const size_t types_before = universe->size();
-  const size_t symbols_before = signature->size();
-  const Symbol* s = nullptr;
-  ScopeGuard undo([&] {
-    if (s != nullptr && signature->size() != symbols_before) tags.erase(tags.find(s));
-    signature->rollback(symbols_before);
-    universe->rollback(types_before);
-  });
-  s = add_interpreted_symbol(name.c_str(), universe->make_type(scratch_types), tag);
-  table.insert(t, s);
-  undo.dismiss();
-  return s;
+  name_buffer = '`';
+  name_buffer += prefix;
+  name_buffer += name_of_type(t);
+  name_buffer += '`';
+  NewSymbol added(*this, tag);
+  table.insert(t, added.symbol());
+  return added.keep();
+}
+
+// A type in names of symbols.
+std::string TermManager::name_of_type(const DataType* t) const {
+  return t == rat_type ? "rat" : t == int_type ? "int" : t->to_str();
 }
 
 // Typechecks the operands of a request whose symbol is still to be made, so that a refused request

@@ -5,6 +5,7 @@
 //
 //   arithmetic           7, -3, 1/3     Int, or Real when there is a /
 //   bit-vector           5_8            the value and the width
+//   floating point       0_8_23         the bit pattern and the format
 //
 // Arithmetic numerals are found by value in number_cache, the others by name in the signature.
 
@@ -49,6 +50,11 @@ const Term_* TermManager::make_numeral(const Symbol* present, const DataType* ty
   return t;
 }
 
+void TermManager::reject_numeral(const std::string& name, const Symbol* present) const {
+  throw error("a symbol for ") << name << " already exists, but it has the wrong type: "
+                               << present->type->to_str();
+}
+
 const Term_* TermManager::make_number(const QNumber& value) {
   const auto found = number_cache.find(&value);
   if (found != number_cache.end()) return found->second;
@@ -61,8 +67,7 @@ const Term_* TermManager::make_number(const QNumber& value) {
   name_buffer = value.to_str();
   const Symbol* present = signature->get_symbol(name_buffer.c_str());
   if (present != nullptr && !is_real_or_int(present->type)) {
-    throw error("a symbol for ") << name_buffer << " already exists, but it has the wrong type: "
-                                 << present->type->to_str();
+    reject_numeral(name_buffer, present);
   }
   const bool is_integer = name_buffer.find('/') == std::string::npos;
   return make_numeral(present, is_integer ? int_type : rat_type, value, /*enter_in_cache=*/true);
@@ -106,9 +111,7 @@ const Term_* TermManager::make_bv_number(const QNumber& value, size_t width) {
                       present->type->get_component(1)->is_simple() &&
                       present->type->get_component(1)->get_name() == std::to_string(width);
     if (!fits) {
-      throw error("a symbol for ")
-          << name_buffer
-          << " already exists, but it has the wrong type: " << present->type->to_str();
+      reject_numeral(name_buffer, present);
     }
     return make_numeral(present, present->type, value, /*enter_in_cache=*/false);
   }
@@ -116,6 +119,66 @@ const Term_* TermManager::make_bv_number(const QNumber& value, size_t width) {
   const DataType* type = get_bv_type(width);
   name_buffer = name;
   return make_numeral(nullptr, type, value, /*enter_in_cache=*/false);
+}
+
+const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, size_t m) {
+  if (!bits.is_integer()) {
+    QNumber normalized(bits);
+    normalized.normalize();
+    if (!(normalized == bits)) return make_fp_bits_number(normalized, e, m);
+  }
+  if (typecheck_enabled) {
+    require_bits(bits, e + m + 1, "FP");
+    IEEEFloat::from_bits(bits, {e, m});  // may refuse more
+  }
+
+  std::string name = bits.to_str();
+  name += '_';
+  name += std::to_string(e);
+  name += '_';
+  name += std::to_string(m);
+  const Symbol* present = signature->get_symbol(name.c_str());
+  if (present != nullptr) {
+    // Compared part by part, so that a refused request makes no type.
+    const std::string format = std::to_string(e) + ':' + std::to_string(m);
+    const bool fits = is_fp_type(present->type, nullptr, nullptr) &&
+                      present->type->get_component(1)->is_simple() &&
+                      present->type->get_component(1)->get_name() == format;
+    if (!fits) reject_numeral(name, present);
+  }
+  const DataType* type = present != nullptr ? present->type : get_fp_type(e, m);
+  name_buffer = name;
+  return make_numeral(present, type, bits, /*enter_in_cache=*/false);
+}
+
+const Term_* TermManager::make_fp_rat_number(const QNumber& value, size_t e, size_t m,
+                                             const Term_* rounding) {
+  for (int mode = 0; mode < 4; mode++) {
+    if (rounding->symbol != rounding_symbols[mode]) continue;
+    const IEEEFloat rounded =
+        IEEEFloat::from_number(value, {e, m}, static_cast<IEEEFloat::rounding_mode>(mode));
+    return make_fp_bits_number(rounded.get_bits(), e, m);
+  }
+  throw error("unsupported rounding mode: ") << rounding->to_shallow_str();
+}
+
+const Term_* TermManager::make_fp_plus_inf(size_t e, size_t m) {
+  IEEEFloat infinity({e, m}, IEEEFloat::ROUND_EVEN);
+  infinity.self_inf(/*negative=*/false);
+  return make_fp_bits_number(infinity.get_bits(), e, m);
+}
+
+const Term_* TermManager::make_fp_minus_inf(size_t e, size_t m) {
+  IEEEFloat infinity({e, m}, IEEEFloat::ROUND_EVEN);
+  infinity.self_inf(/*negative=*/false);
+  infinity.self_inf(/*negative=*/true);
+  return make_fp_bits_number(infinity.get_bits(), e, m);
+}
+
+const Term_* TermManager::make_fp_nan(size_t e, size_t m) {
+  IEEEFloat nan({e, m}, IEEEFloat::ROUND_EVEN);
+  nan.self_nan();
+  return make_fp_bits_number(nan.get_bits(), e, m);
 }
 
 bool TermManager::is_number(const Symbol* s, QNumber* value) const {

@@ -11,9 +11,11 @@
 // tables. A manager is neither copied nor moved.
 //
 // Requests are checked before anything changes. A request that is ill-typed or out of range throws
-// TermManager::error with the whole story in its text; a failed request, also one that ran out of
-// memory, leaves all stores and tables as they were. Builders do not simplify: they pick the symbol
-// and pass the arguments on in the given order.
+// TermManager::error with the whole story in its text, and leaves all stores and tables as they
+// were, but for the symbol of an operator family, which its builder makes before the operands are
+// typechecked. A request that runs out of memory may leave types and symbols that it made on the
+// way, each complete and usable. Builders do not simplify: they pick the symbol and pass the
+// arguments on in the given order.
 //
 // A manager is used by one thread at a time and is not re-entrant: builders share scratch vectors,
 // the name buffer and the name of the running operation.
@@ -21,6 +23,7 @@
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
 #define QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -34,6 +37,7 @@
 #include "quill/terms/term.h"
 #include "quill/terms/term_bank.h"
 #include "quill/terms/termmanager/family_keys.h"
+#include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/symbol_tag.h"
 #include "quill/terms/termmanager/term_factory.h"
 #include "quill/terms/termmanager/type_keyed_symbols.h"
@@ -242,6 +246,298 @@ class TermManager : public TermFactory {
   bool is_term_ite(const Symbol* s, const DataType** out_type) const;
 
   //---------------------------------------------------------------------------------------------
+  // Bit-vectors, in 'bv_operators.cpp'
+  //
+  // Each operator has three members:
+  //
+  //   make_bv_X_symbol(width)    the symbol for bit-vectors of this width, made on the first
+  //   request make_bv_X(a, b)            the term; the width is that of the first operand, which
+  //   must be a
+  //                              bit-vector; that the other one is of the same width is checked by
+  //                              make_term, when the symbol has been made
+  //   is_bv_X(s, &width)         whether s is such a symbol, and its width; width may be null, and
+  //   is
+  //                              not written when the answer is false
+  //
+  // The meanings are those of the SMT-LIB 2.6 operators of theory FixedSizeBitVectors (shifts: lshl
+  // is bvshl). The comparisons ult, slt, ule and sle give Bool, comp a bit-vector of width 1.
+  const Symbol* make_bv_not_symbol(size_t width);
+  const Term_* make_bv_not(const Term_* t);
+  bool is_bv_not(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_and_symbol(size_t width);
+  const Term_* make_bv_and(const Term_* a, const Term_* b);
+  bool is_bv_and(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_or_symbol(size_t width);
+  const Term_* make_bv_or(const Term_* a, const Term_* b);
+  bool is_bv_or(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_xor_symbol(size_t width);
+  const Term_* make_bv_xor(const Term_* a, const Term_* b);
+  bool is_bv_xor(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_ult_symbol(size_t width);
+  const Term_* make_bv_ult(const Term_* a, const Term_* b);
+  bool is_bv_ult(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_slt_symbol(size_t width);
+  const Term_* make_bv_slt(const Term_* a, const Term_* b);
+  bool is_bv_slt(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_ule_symbol(size_t width);
+  const Term_* make_bv_ule(const Term_* a, const Term_* b);
+  bool is_bv_ule(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_sle_symbol(size_t width);
+  const Term_* make_bv_sle(const Term_* a, const Term_* b);
+  bool is_bv_sle(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_comp_symbol(size_t width);
+  const Term_* make_bv_comp(const Term_* a, const Term_* b);
+  bool is_bv_comp(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_neg_symbol(size_t width);
+  const Term_* make_bv_neg(const Term_* t);
+  bool is_bv_neg(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_add_symbol(size_t width);
+  const Term_* make_bv_add(const Term_* a, const Term_* b);
+  bool is_bv_add(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_sub_symbol(size_t width);
+  const Term_* make_bv_sub(const Term_* a, const Term_* b);
+  bool is_bv_sub(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_mul_symbol(size_t width);
+  const Term_* make_bv_mul(const Term_* a, const Term_* b);
+  bool is_bv_mul(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_udiv_symbol(size_t width);
+  const Term_* make_bv_udiv(const Term_* a, const Term_* b);
+  bool is_bv_udiv(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_sdiv_symbol(size_t width);
+  const Term_* make_bv_sdiv(const Term_* a, const Term_* b);
+  bool is_bv_sdiv(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_urem_symbol(size_t width);
+  const Term_* make_bv_urem(const Term_* a, const Term_* b);
+  bool is_bv_urem(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_srem_symbol(size_t width);
+  const Term_* make_bv_srem(const Term_* a, const Term_* b);
+  bool is_bv_srem(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_lshl_symbol(size_t width);
+  const Term_* make_bv_lshl(const Term_* a, const Term_* b);
+  bool is_bv_lshl(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_lshr_symbol(size_t width);
+  const Term_* make_bv_lshr(const Term_* a, const Term_* b);
+  bool is_bv_lshr(const Symbol* s, size_t* width) const;
+  const Symbol* make_bv_ashr_symbol(size_t width);
+  const Term_* make_bv_ashr(const Term_* a, const Term_* b);
+  bool is_bv_ashr(const Symbol* s, size_t* width) const;
+  // Between Int and bit-vectors: the value of t as an unsigned (SMT-LIB 2.7: ubv_to_int) or signed
+  // number (sbv_to_int), and the bit-vector that is congruent to the Int t modulo 2^width
+  // (int_to_bv).
+  const Symbol* make_int_from_ubv_symbol(size_t width);
+  const Term_* make_int_from_ubv(const Term_* t);
+  bool is_int_from_ubv(const Symbol* s, size_t* width) const;
+  const Symbol* make_int_from_sbv_symbol(size_t width);
+  const Term_* make_int_from_sbv(const Term_* t);
+  bool is_int_from_sbv(const Symbol* s, size_t* width) const;
+  const Symbol* make_int_to_bv_symbol(size_t width);
+  const Term_* make_int_to_bv(size_t width, const Term_* t);
+  bool is_int_to_bv(const Symbol* s, size_t* width) const;
+  // The general forms: the symbol of a family with these maps, and its recogniser. A null result
+  // type stands for the bit-vectors of the width.
+  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t width, size_t arity,
+                               hsh::HashMap<const Symbol*, size_t>& by_symbol,
+                               hsh::HashMap<size_t, const Symbol*>& by_width,
+                               const DataType* result_type);
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, size_t>& by_symbol,
+                    size_t* width) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Bit-vectors with indices, in 'bv_indexed_operators.cpp'
+  //
+  // The same triples, with one more number or two. Numbers are counted in bits from the least
+  // significant one, 0. Makers trust their numbers, builders check them. Rotation by any amount and
+  // extension by 0 bits are operators of their own.
+
+  // The bits of a before those of b.
+  const Symbol* make_bv_concat_symbol(size_t w1, size_t w2);
+  const Term_* make_bv_concat(const Term_* a, const Term_* b);
+  bool is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const;
+
+  // Bits msb down to lsb of a bit-vector of width w. Throws Exception, not error, for an empty
+  // range and for one that reaches beyond the width.
+  const Symbol* make_bv_extract_symbol(size_t msb, size_t lsb, size_t w);
+  const Term_* make_bv_extract(size_t msb, size_t lsb, const Term_* t);
+  bool is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const;
+
+  // Rotation of a bit-vector of width w by k bits, and extension by k bits.
+  const Symbol* make_bv_rotate_left_symbol(size_t k, size_t w);
+  const Term_* make_bv_rotate_left(size_t k, const Term_* t);
+  bool is_bv_rotate_left(const Symbol* s, size_t* k, size_t* w) const;
+  const Symbol* make_bv_rotate_right_symbol(size_t k, size_t w);
+  const Term_* make_bv_rotate_right(size_t k, const Term_* t);
+  bool is_bv_rotate_right(const Symbol* s, size_t* k, size_t* w) const;
+  const Symbol* make_bv_zero_extend_symbol(size_t k, size_t w);
+  const Term_* make_bv_zero_extend(size_t k, const Term_* t);
+  bool is_bv_zero_extend(const Symbol* s, size_t* k, size_t* w) const;
+  const Symbol* make_bv_sign_extend_symbol(size_t k, size_t w);
+  const Term_* make_bv_sign_extend(size_t k, const Term_* t);
+  bool is_bv_sign_extend(const Symbol* s, size_t* k, size_t* w) const;
+  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first, size_t width,
+                               size_t arity, hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                               hsh::HashMap<BVIndex1, const Symbol*>& by_key,
+                               const DataType* result_type);
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                    size_t* first, size_t* second) const;
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
+                    size_t* first, size_t* second, size_t* third) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Floating point, in 'fp_operators.cpp'
+  //
+  // The same triples, keyed by the format (e, m) of get_fp_type; rm is a term of the rounding-mode
+  // type. The format is that of the first floating-point operand. The meanings are those of the
+  // SMT-LIB 2.6 theory FloatingPoint, after IEEE 754-2019 (equal is fp.eq, not equality).
+  const Symbol* make_fp_equal_symbol(size_t e, size_t m);
+  const Term_* make_fp_equal(const Term_* a, const Term_* b);
+  bool is_fp_equal(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_lt_symbol(size_t e, size_t m);
+  const Term_* make_fp_lt(const Term_* a, const Term_* b);
+  bool is_fp_lt(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_le_symbol(size_t e, size_t m);
+  const Term_* make_fp_le(const Term_* a, const Term_* b);
+  bool is_fp_le(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_neg_symbol(size_t e, size_t m);
+  const Term_* make_fp_neg(const Term_* t);
+  bool is_fp_neg(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_add_symbol(size_t e, size_t m);
+  const Term_* make_fp_add(const Term_* rm, const Term_* a, const Term_* b);
+  bool is_fp_add(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_sub_symbol(size_t e, size_t m);
+  const Term_* make_fp_sub(const Term_* rm, const Term_* a, const Term_* b);
+  bool is_fp_sub(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_mul_symbol(size_t e, size_t m);
+  const Term_* make_fp_mul(const Term_* rm, const Term_* a, const Term_* b);
+  bool is_fp_mul(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_div_symbol(size_t e, size_t m);
+  const Term_* make_fp_div(const Term_* rm, const Term_* a, const Term_* b);
+  bool is_fp_div(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_sqrt_symbol(size_t e, size_t m);
+  const Term_* make_fp_sqrt(const Term_* rm, const Term_* t);
+  bool is_fp_sqrt(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_abs_symbol(size_t e, size_t m);
+  const Term_* make_fp_abs(const Term_* t);
+  bool is_fp_abs(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_min_symbol(size_t e, size_t m);
+  const Term_* make_fp_min(const Term_* a, const Term_* b);
+  bool is_fp_min(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_max_symbol(size_t e, size_t m);
+  const Term_* make_fp_max(const Term_* a, const Term_* b);
+  bool is_fp_max(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_round_to_int_symbol(size_t e, size_t m);
+  const Term_* make_fp_round_to_int(const Term_* rm, const Term_* t);
+  bool is_fp_round_to_int(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_isnan_symbol(size_t e, size_t m);
+  const Term_* make_fp_isnan(const Term_* t);
+  bool is_fp_isnan(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_isinf_symbol(size_t e, size_t m);
+  const Term_* make_fp_isinf(const Term_* t);
+  bool is_fp_isinf(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_iszero_symbol(size_t e, size_t m);
+  const Term_* make_fp_iszero(const Term_* t);
+  bool is_fp_iszero(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_issubnormal_symbol(size_t e, size_t m);
+  const Term_* make_fp_issubnormal(const Term_* t);
+  bool is_fp_issubnormal(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_isnormal_symbol(size_t e, size_t m);
+  const Term_* make_fp_isnormal(const Term_* t);
+  bool is_fp_isnormal(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_isneg_symbol(size_t e, size_t m);
+  const Term_* make_fp_isneg(const Term_* t);
+  bool is_fp_isneg(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_ispos_symbol(size_t e, size_t m);
+  const Term_* make_fp_ispos(const Term_* t);
+  bool is_fp_ispos(const Symbol* s, size_t* e, size_t* m) const;
+  // The general forms. kind: 1 for a Bool result, 2 for a leading rounding mode.
+  const Symbol* make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
+                               hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                               hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e,
+                               size_t m);
+  const Symbol* make_fp_is_symbol(const char* name, SymbolTag::tag tag,
+                                  hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                                  hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                                  size_t e, size_t m);
+  bool is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                    const Symbol* s, size_t* e, size_t* m) const;
+
+  // The four rounding modes: to nearest with ties to even, toward zero, toward plus infinity and
+  // toward minus infinity. They are constants that every manager has, recognised by identity.
+  const Symbol* get_fprounding_even() const;
+  const Symbol* get_fprounding_zero() const;
+  const Symbol* get_fprounding_plus_inf() const;
+  const Symbol* get_fprounding_minus_inf() const;
+  const Symbol* make_fprounding_even_symbol() const;
+  const Symbol* make_fprounding_zero_symbol() const;
+  const Symbol* make_fprounding_plus_inf_symbol() const;
+  const Symbol* make_fprounding_minus_inf_symbol() const;
+  const Term_* make_fprounding_even();
+  const Term_* make_fprounding_zero();
+  const Term_* make_fprounding_plus_inf();
+  const Term_* make_fprounding_minus_inf();
+  bool is_fprounding_even(const Symbol* s) const;
+  bool is_fprounding_zero(const Symbol* s) const;
+  bool is_fprounding_plus_inf(const Symbol* s) const;
+  bool is_fprounding_minus_inf(const Symbol* s) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Floating-point conversions, in 'fp_conversions.cpp'
+  //
+  // Builders take the numbers of the target first, then the terms.
+
+  // From format (e1, m1) to (e2, m2).
+  const Symbol* make_fp_cast_symbol(size_t e1, size_t m1, size_t e2, size_t m2);
+  const Term_* make_fp_cast(size_t e2, size_t m2, const Term_* rm, const Term_* t);
+  bool is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2, size_t* m2) const;
+
+  // From a signed or unsigned number of w bits.
+  const Symbol* make_fp_from_sbv_symbol(size_t w, size_t e, size_t m);
+  const Term_* make_fp_from_sbv(size_t e, size_t m, const Term_* rm, const Term_* t);
+  bool is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* m) const;
+  const Symbol* make_fp_from_ubv_symbol(size_t w, size_t e, size_t m);
+  const Term_* make_fp_from_ubv(size_t e, size_t m, const Term_* rm, const Term_* t);
+  bool is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* m) const;
+
+  // To a signed number of w bits.
+  const Symbol* make_fp_to_bv_symbol(size_t e, size_t m, size_t w);
+  const Term_* make_fp_to_bv(size_t w, const Term_* rm, const Term_* t);
+  bool is_fp_to_bv(const Symbol* s, size_t* e, size_t* m, size_t* w) const;
+
+  // To and from the bit pattern of e + m + 1 bits: sign, exponent, significand.
+  const Symbol* make_fp_as_ieeebv_symbol(size_t e, size_t m);
+  const Term_* make_fp_as_ieeebv(const Term_* t);
+  bool is_fp_as_ieeebv(const Symbol* s, size_t* e, size_t* m) const;
+  const Symbol* make_fp_from_ieeebv_symbol(size_t e, size_t m);
+  const Term_* make_fp_from_ieeebv(size_t e, size_t m, const Term_* t);
+  bool is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Arrays, in 'arrays.cpp'
+
+  // The element of a at i.
+  const Symbol* make_array_read_symbol(const DataType* idx, const DataType* elem);
+  const Term_* make_array_read(const Term_* a, const Term_* i);
+  bool is_array_read(const Symbol* s, const DataType** idx, const DataType** elem) const;
+
+  // The array that holds v at i and is a elsewhere.
+  const Symbol* make_array_write_symbol(const DataType* idx, const DataType* elem);
+  const Term_* make_array_write(const Term_* a, const Term_* i, const Term_* v);
+  bool is_array_write(const Symbol* s, const DataType** idx, const DataType** elem) const;
+
+  // The array of this type that holds v everywhere.
+  const Symbol* make_array_const_symbol(const DataType* idx, const DataType* elem);
+  const Term_* make_array_const(const DataType* arrtype, const Term_* v);
+  bool is_array_const(const Symbol* s, const DataType** idx, const DataType** elem) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Integers modulo a constant, in 'modular_congruence.cpp'
+
+  // Whether a and b leave the same remainder. Throws Exception, not error, unless the modulus is an
+  // integer of at least 1.
+  const Symbol* make_int_modular_congruence_symbol(const QNumber& modulus);
+  const Term_* make_int_modular_congruence(const QNumber& modulus, const Term_* a, const Term_* b);
+  bool is_int_modular_congruence(const Symbol* s, QNumber* modulus) const;
+
+  //---------------------------------------------------------------------------------------------
   // Numerals, in 'numbers.cpp'
   //
   // A numeral is a constant whose name spells its value. A symbol of the user's that has the name
@@ -254,6 +550,19 @@ class TermManager : public TermFactory {
   // The bit-vector of `width` bits whose value as an unsigned number is `value`. Throws error for a
   // fraction and for a negative number, Exception for a number of more bits.
   const Term_* make_bv_number(const QNumber& value, size_t width);
+
+  // The floating-point value of format (e, m) with this bit pattern: sign, exponent and
+  // significand, e + m + 1 bits in all. Throws like make_bv_number.
+  const Term_* make_fp_bits_number(const QNumber& bits, size_t e, size_t m);
+
+  // The value of format (e, m) that the rational rounds to (IEEE 754-2019) in the given mode, which
+  // must be one of the four constants.
+  const Term_* make_fp_rat_number(const QNumber& value, size_t e, size_t m, const Term_* rounding);
+
+  // The infinities, and the one NaN that is a numeral.
+  const Term_* make_fp_plus_inf(size_t e, size_t m);
+  const Term_* make_fp_minus_inf(size_t e, size_t m);
+  const Term_* make_fp_nan(size_t e, size_t m);
 
   // Whether the symbol is a numeral, and its value.
   bool is_number(const Symbol* s, QNumber* value) const;
@@ -302,8 +611,54 @@ class TermManager : public TermFactory {
   bool both_int(const Term_* a, const Term_* b) const;
   bool is_real_or_int(const DataType* t) const { return universe->is_subtype(t, rat_type); }
   void require_bits(const QNumber& value, uint64_t bits, const char* kind) const;
+  [[noreturn]] void reject_numeral(const std::string& name, const Symbol* present) const;
   const Term_* make_numeral(const Symbol* present, const DataType* type, const QNumber& value,
                             bool enter_in_cache);
+
+  class NewSymbol;
+
+  // The members of the operator families are made of these; see 'families.cpp' and
+  // 'family_builders.h'.
+  void set_scratch_types(size_t operands, const DataType* operand, const DataType* result);
+  void compose_family_name(const char* base, bool separated, std::initializer_list<size_t> numbers);
+  std::string name_of_type(const DataType* t) const;
+  template <class Key>
+  const Symbol* add_family_symbol(SymbolTag::tag tag, const Key& key,
+                                  hsh::HashMap<const Symbol*, Key>& by_symbol,
+                                  hsh::HashMap<Key, const Symbol*>& by_key);
+  const Symbol* make_format_symbol(const char* name, bool separated, SymbolTag::tag tag,
+                                   bool rounding, size_t operands, bool bool_result,
+                                   hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                                   hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                                   size_t e, size_t m);
+  const Symbol* make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
+                                  std::initializer_list<const DataType*> components);
+  const Symbol* find_conversion(SymbolTag::tag tag, const FPFormatCast& key) const;
+  const FPFormatCast* find_conversion_key(SymbolTag::tag tag, const Symbol* s) const;
+  const Symbol* make_conversion_symbol(SymbolTag::tag tag, const FPFormatCast& key,
+                                       const DataType* operand, const DataType* result,
+                                       std::initializer_list<size_t> numbers);
+  const Term_* make_with(std::initializer_list<const Term_*> args, const Symbol* s,
+                         const char* operation);
+  [[noreturn]] void reject_operand(const Term_* t, const char* complaint) const;
+  size_t require_bv(const Term_* t, const char* complaint) const;
+  IEEEFloat::format require_fp(const Term_* t, const char* complaint) const;
+  template <SymbolTag::tag Tag>
+  const Symbol* width_symbol(size_t width);
+  template <SymbolTag::tag Tag>
+  const Term_* bv_unary(const Term_* t);
+  template <SymbolTag::tag Tag>
+  const Term_* bv_binary(const Term_* a, const Term_* b);
+  template <SymbolTag::tag Tag>
+  bool is_width_symbol(const Symbol* s, size_t* width) const;
+  template <SymbolTag::tag Tag>
+  const Symbol* index1_symbol(size_t k, size_t width);
+  template <SymbolTag::tag Tag>
+  const Term_* bv_index1(size_t k, const Term_* t);
+  template <SymbolTag::tag Tag>
+  const Symbol* format_symbol(size_t e, size_t m);
+  template <SymbolTag::tag Tag>
+  const Term_* fp_with(const Term_* operand, std::initializer_list<const Term_*> args);
 
   // The stores. Terms point to symbols and symbols to types, so they are freed in the opposite
   // order.
@@ -353,6 +708,17 @@ class TermManager : public TermFactory {
   // the values: nodes of the table never move.
   hsh::HashMap<const Symbol*, QNumber> number_values;
   hsh::HashMap<const QNumber*, const Term_*, NumberCache_hash_eq, NumberCache_hash_eq> number_cache;
+
+  // The operator families, by the kind of their keys and within it in the order of
+  // operator_families.
+  SymbolFamily<QNumber> modular_congruences;
+  std::array<SymbolFamily<BVIndex2>, count_families(FamilyKey::Index2)> index2_families;
+  std::array<SymbolFamily<size_t>, count_families(FamilyKey::Width)> width_families;
+  std::array<SymbolFamily<BVIndex1>, count_families(FamilyKey::Index1)> index1_families;
+  std::array<hsh::HashMap<ArrIndex, const Symbol*>, count_families(FamilyKey::Array)>
+      array_families;
+  std::array<SymbolFamily<IEEEFloat::format>, count_families(FamilyKey::Format)> format_families;
+  std::array<SymbolFamily<FPFormatCast>, count_families(FamilyKey::Cast)> cast_families;
 
   // The rounding-mode constants: to nearest with ties to even, toward zero, toward plus and toward
   // minus infinity.

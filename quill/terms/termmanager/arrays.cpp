@@ -1,0 +1,100 @@
+// Arrays. A family has one map, from the pair of types to the symbol; its symbols are recognised by
+// their tag and type.
+
+#include <string>
+
+#include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/operator_family.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+// The symbol of an array family: `components` are the types behind the application type.
+const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
+                                             std::initializer_list<const DataType*> components) {
+  scratch_types.clear();
+  scratch_types.push_back(universe->get_application_type());
+  scratch_types.insert(scratch_types.end(), components);
+  name_buffer = '`';
+  name_buffer += operator_family(tag).base;
+  name_buffer += name_of_type(key.i);
+  name_buffer += '_';
+  name_buffer += name_of_type(key.e);
+  name_buffer += '`';
+  NewSymbol added(*this, tag);
+  array_families[family_slot(tag)].insert({key, added.symbol()});
+  return added.keep();
+}
+
+const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const DataType* elem) {
+  constexpr SymbolTag::tag tag = SymbolTag::ARRAY_READ;
+  const auto& symbols = array_families[family_slot(tag)];
+  const auto found = symbols.find({idx, elem});
+  if (found != symbols.end()) return found->second;
+  const DataType* array = get_array_type(idx, elem);
+  return make_array_symbol(tag, {idx, elem}, {array, idx, elem});
+}
+
+const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const DataType* elem) {
+  constexpr SymbolTag::tag tag = SymbolTag::ARRAY_WRITE;
+  const auto& symbols = array_families[family_slot(tag)];
+  const auto found = symbols.find({idx, elem});
+  if (found != symbols.end()) return found->second;
+  const DataType* array = get_array_type(idx, elem);
+  return make_array_symbol(tag, {idx, elem}, {array, idx, elem, array});
+}
+
+const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const DataType* elem) {
+  constexpr SymbolTag::tag tag = SymbolTag::ARRAY_CONST;
+  const auto& symbols = array_families[family_slot(tag)];
+  const auto found = symbols.find({idx, elem});
+  if (found != symbols.end()) return found->second;
+  const DataType* array = get_array_type(idx, elem);
+  return make_array_symbol(tag, {idx, elem}, {elem, array});
+}
+
+const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_READ);
+  const DataType* idx = nullptr;
+  const DataType* elem = nullptr;
+  if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
+    reject_operand(a, family.complaint);
+  return make_with({a, i}, make_array_read_symbol(idx, elem), family.operation);
+}
+
+const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const Term_* v) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_WRITE);
+  const DataType* idx = nullptr;
+  const DataType* elem = nullptr;
+  if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
+    reject_operand(a, family.complaint);
+  return make_with({a, i, v}, make_array_write_symbol(idx, elem), family.operation);
+}
+
+const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_* v) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_CONST);
+  const DataType* idx = nullptr;
+  const DataType* elem = nullptr;
+  if (!is_array_type(arrtype, &idx, &elem)) {
+    throw error("type error. type ") << arrtype->to_str() << family.complaint;
+  }
+  return make_with({v}, make_array_const_symbol(idx, elem), family.operation);
+}
+
+bool TermManager::is_array_read(const Symbol* s, const DataType** idx,
+                                const DataType** elem) const {
+  return get_tag(s) == SymbolTag::ARRAY_READ && is_array_type(s->type->get_component(1), idx, elem);
+}
+
+bool TermManager::is_array_write(const Symbol* s, const DataType** idx,
+                                 const DataType** elem) const {
+  return get_tag(s) == SymbolTag::ARRAY_WRITE &&
+         is_array_type(s->type->get_component(1), idx, elem);
+}
+
+bool TermManager::is_array_const(const Symbol* s, const DataType** idx,
+                                 const DataType** elem) const {
+  return get_tag(s) == SymbolTag::ARRAY_CONST && is_array_type(s->get_output_type(), idx, elem);
+}
+
+}  // namespace quill

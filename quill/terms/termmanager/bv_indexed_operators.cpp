@@ -1,0 +1,134 @@
+// Concatenation, extraction, rotation and extension of bit-vectors.
+
+#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first,
+                                          size_t width, size_t arity,
+                                          hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                                          hsh::HashMap<BVIndex1, const Symbol*>& by_key,
+                                          const DataType* result_type) {
+  const BVIndex1 key{first, width};
+  const auto found = by_key.find(key);
+  if (found != by_key.end()) return found->second;
+  const DataType* type = get_bv_type(width);
+  set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
+  compose_family_name(name, /*separated=*/true, {first, width});
+  return add_family_symbol(tag, key, by_symbol, by_key);
+}
+
+bool TermManager::is_bv_symbol(const Symbol* s,
+                               const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                               size_t* first, size_t* second) const {
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (first != nullptr) *first = found->second.a;
+  if (second != nullptr) *second = found->second.b;
+  return true;
+}
+
+bool TermManager::is_bv_symbol(const Symbol* s,
+                               const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
+                               size_t* first, size_t* second, size_t* third) const {
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (first != nullptr) *first = found->second.a;
+  if (second != nullptr) *second = found->second.b;
+  if (third != nullptr) *third = found->second.c;
+  return true;
+}
+
+const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
+  constexpr SymbolTag::tag tag = SymbolTag::BV_CONCAT;
+  auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
+  const BVIndex2 key{w1, w2, w1 + w2};
+  const auto found = by_key.find(key);
+  if (found != by_key.end()) return found->second;
+  const DataType* first = get_bv_type(w1);
+  const DataType* second = get_bv_type(w2);
+  const DataType* result = get_bv_type(w1 + w2);
+  scratch_types = {universe->get_application_type(), first, second, result};
+  compose_family_name(operator_family(tag).base, operator_family(tag).separated, {w1, w2});
+  return add_family_symbol(tag, key, by_symbol, by_key);
+}
+const Term_* TermManager::make_bv_concat(const Term_* a, const Term_* b) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::BV_CONCAT);
+  const size_t w1 = require_bv(a, family.complaint);
+  const size_t w2 = require_bv(b, family.complaint);
+  return make_binary(make_bv_concat_symbol(w1, w2), a, b, family.operation);
+}
+bool TermManager::is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const {
+  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_CONCAT)].by_symbol, w1, w2,
+                      nullptr);
+}
+
+const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t w) {
+  constexpr SymbolTag::tag tag = SymbolTag::BV_EXTRACT;
+  auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
+  const BVIndex2 key{msb, lsb, w};
+  const auto found = by_key.find(key);
+  if (found != by_key.end()) return found->second;
+  const DataType* operand = get_bv_type(w);
+  const DataType* result = get_bv_type(msb - lsb + 1);
+  set_scratch_types(1, operand, result);
+  compose_family_name(operator_family(tag).base, operator_family(tag).separated, {msb, lsb, w});
+  return add_family_symbol(tag, key, by_symbol, by_key);
+}
+const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);
+  if (lsb > msb) throw Exception("bv extraction of an empty range: [") << msb << ":" << lsb << "]";
+  const size_t w = require_bv(t, family.complaint);
+  if (msb >= w) {
+    throw Exception("range too large in bv extraction. arg has width ")
+        << w << ", but range is [" << msb << ":" << lsb << "]";
+  }
+  return make_with({t}, make_bv_extract_symbol(msb, lsb, w), family.operation);
+}
+bool TermManager::is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const {
+  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_EXTRACT)].by_symbol, msb, lsb,
+                      w);
+}
+
+const Symbol* TermManager::make_bv_rotate_left_symbol(size_t k, size_t w) {
+  return index1_symbol<SymbolTag::BV_ROTATE_LEFT>(k, w);
+}
+const Term_* TermManager::make_bv_rotate_left(size_t k, const Term_* t) {
+  return bv_index1<SymbolTag::BV_ROTATE_LEFT>(k, t);
+}
+bool TermManager::is_bv_rotate_left(const Symbol* s, size_t* k, size_t* w) const {
+  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ROTATE_LEFT)].by_symbol, k, w);
+}
+
+const Symbol* TermManager::make_bv_rotate_right_symbol(size_t k, size_t w) {
+  return index1_symbol<SymbolTag::BV_ROTATE_RIGHT>(k, w);
+}
+const Term_* TermManager::make_bv_rotate_right(size_t k, const Term_* t) {
+  return bv_index1<SymbolTag::BV_ROTATE_RIGHT>(k, t);
+}
+bool TermManager::is_bv_rotate_right(const Symbol* s, size_t* k, size_t* w) const {
+  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ROTATE_RIGHT)].by_symbol, k, w);
+}
+
+const Symbol* TermManager::make_bv_zero_extend_symbol(size_t k, size_t w) {
+  return index1_symbol<SymbolTag::BV_ZERO_EXTEND>(k, w);
+}
+const Term_* TermManager::make_bv_zero_extend(size_t k, const Term_* t) {
+  return bv_index1<SymbolTag::BV_ZERO_EXTEND>(k, t);
+}
+bool TermManager::is_bv_zero_extend(const Symbol* s, size_t* k, size_t* w) const {
+  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ZERO_EXTEND)].by_symbol, k, w);
+}
+
+const Symbol* TermManager::make_bv_sign_extend_symbol(size_t k, size_t w) {
+  return index1_symbol<SymbolTag::BV_SIGN_EXTEND>(k, w);
+}
+const Term_* TermManager::make_bv_sign_extend(size_t k, const Term_* t) {
+  return bv_index1<SymbolTag::BV_SIGN_EXTEND>(k, t);
+}
+bool TermManager::is_bv_sign_extend(const Symbol* s, size_t* k, size_t* w) const {
+  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_SIGN_EXTEND)].by_symbol, k, w);
+}
+
+}  // namespace quill

@@ -1,0 +1,123 @@
+// What the members of the operator families are made of. Private to the sources of the term
+// manager.
+//
+// The row of an operator is known when these templates are compiled, so that a builder comes down
+// to a look at a type, one look-up and make_term.
+
+#ifndef QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
+#define QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
+
+#include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/operator_family.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+// Makes the function symbol whose type is in scratch_types and whose name, between backquotes, is
+// in name_buffer, and enters it in the maps of its family: all or nothing.
+template <class Key>
+const Symbol* TermManager::add_family_symbol(SymbolTag::tag tag, const Key& key,
+                                             hsh::HashMap<const Symbol*, Key>& by_symbol,
+                                             hsh::HashMap<Key, const Symbol*>& by_key) {
+  NewSymbol added(*this, tag);
+  insert_in_both(by_symbol, by_key, key, added.symbol());
+  return added.keep();
+}
+
+// The width of a bit-vector. Throws for any other term.
+inline size_t TermManager::require_bv(const Term_* t, const char* complaint) const {
+  size_t width = 0;
+  if (!is_bv_type(t->symbol->get_output_type(), &width)) reject_operand(t, complaint);
+  return width;
+}
+
+// The format of a floating-point value. Throws for any other term.
+inline IEEEFloat::format TermManager::require_fp(const Term_* t, const char* complaint) const {
+  IEEEFloat::format format;
+  if (!is_fp_type(t->symbol->get_output_type(), &format.e, &format.m)) reject_operand(t, complaint);
+  return format;
+}
+
+//----------------------------------------------------------------------------------------------
+// Families keyed by a width
+
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::width_symbol(size_t width) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  static_assert(family.key == FamilyKey::Width && family.separated);
+  const DataType* result = nullptr;  // bit-vectors of the width
+  if constexpr (family.result == FamilyResult::Bool) result = bool_type;
+  if constexpr (family.result == FamilyResult::Int) result = int_type;
+  // Made before the look-up, so that the type is there after the first request.
+  if constexpr (family.result == FamilyResult::Bit) result = get_bv_type(1);
+  auto& [by_symbol, by_width] = width_families[family_slot(Tag)];
+  return make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+}
+
+template <SymbolTag::tag Tag>
+const Term_* TermManager::bv_unary(const Term_* t) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  const size_t width = require_bv(t, family.complaint);
+  const Symbol* s = width_symbol<Tag>(width);
+  return make_with({t}, s, family.operation);
+}
+
+template <SymbolTag::tag Tag>
+const Term_* TermManager::bv_binary(const Term_* a, const Term_* b) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  const size_t width = require_bv(a, family.complaint);
+  const Symbol* s = width_symbol<Tag>(width);
+  return make_binary(s, a, b, family.operation);
+}
+
+template <SymbolTag::tag Tag>
+bool TermManager::is_width_symbol(const Symbol* s, size_t* width) const {
+  return is_bv_symbol(s, width_families[family_slot(Tag)].by_symbol, width);
+}
+
+//----------------------------------------------------------------------------------------------
+// Families keyed by an amount and a width
+
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::index1_symbol(size_t k, size_t width) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  static_assert(family.key == FamilyKey::Index1 && family.separated);
+  // Made before the look-up, as for bit results above.
+  const DataType* result = family.result == FamilyResult::Wider ? get_bv_type(k + width) : nullptr;
+  auto& [by_symbol, by_key] = index1_families[family_slot(Tag)];
+  return make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key, result);
+}
+
+template <SymbolTag::tag Tag>
+const Term_* TermManager::bv_index1(size_t k, const Term_* t) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  const size_t width = require_bv(t, family.complaint);
+  const Symbol* s = index1_symbol<Tag>(k, width);
+  return make_with({t}, s, family.operation);
+}
+
+//----------------------------------------------------------------------------------------------
+// Families keyed by a format
+
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::format_symbol(size_t e, size_t m) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  static_assert(family.key == FamilyKey::Format);
+  auto& [by_symbol, by_format] = format_families[family_slot(Tag)];
+  return make_format_symbol(family.base, family.separated, Tag, family.rounding,
+                            family.arity - (family.rounding ? 1 : 0),
+                            family.result == FamilyResult::Bool, by_format, by_symbol, e, m);
+}
+
+// The format is that of the given operand, which is one of the arguments.
+template <SymbolTag::tag Tag>
+const Term_* TermManager::fp_with(const Term_* operand, std::initializer_list<const Term_*> args) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  const IEEEFloat::format format = require_fp(operand, family.complaint);
+  const Symbol* s = format_symbol<Tag>(format.e, format.m);
+  return make_with(args, s, family.operation);
+}
+
+}  // namespace quill
+
+#endif

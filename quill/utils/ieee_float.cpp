@@ -1,0 +1,200 @@
+// Rounding of rational numbers, and the patterns of the special values.
+//
+// Without their signs, the patterns of a format count its finite values in increasing order, and
+// infinity comes next. Rounding therefore finds the pattern of the largest value that is not above
+// the number's magnitude and then adds 1 or not; carries into the exponent, from the largest
+// subnormal value to the smallest normal one and from the largest finite value to infinity need no
+// care of their own.
+
+#include "quill/utils/ieee_float.h"
+
+#include <gmp.h>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#include "quill/utils/exception.h"
+#include "quill/utils/gmp_integer.h"
+
+namespace quill {
+
+namespace {
+
+// GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
+constexpr std::uint64_t max_bits = std::uint64_t{1} << 32;
+
+// Bits that a pattern has, or 2^64 - 1 if there are more.
+std::uint64_t width(IEEEFloat::format f) {
+  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  return f.m >= most - 1 || f.e > most - 1 - f.m ? most : f.e + f.m + 1;
+}
+
+void require_length(std::uint64_t bits) {
+  if (bits > max_bits) throw std::bad_alloc();
+}
+
+// Bits of the magnitude of a number that is not 0.
+std::int64_t length(mpz_srcptr z) { return static_cast<std::int64_t>(mpz_sizeinbase(z, 2)); }
+
+// The parts of a number, reduced or not, with a positive denominator.
+void set_parts(mpz_ptr n, mpz_ptr d, const QNumber& number) {
+  if (number.is_big()) {
+    mpz_set(n, number.big_num());
+    mpz_set(d, number.big_den());
+  } else {
+    mpz_set_si(n, number.num);
+    mpz_set_si(d, number.den);
+  }
+  if (mpz_sgn(d) < 0) {
+    mpz_neg(n, n);
+    mpz_neg(d, d);
+  }
+}
+
+// Multiplies by 2^count.
+void shift_left(mpz_ptr z, std::int64_t count) {
+  require_length(mpz_sizeinbase(z, 2) + static_cast<std::uint64_t>(count));
+  mpz_mul_2exp(z, z, static_cast<mp_bitcnt_t>(count));
+}
+
+// The k with 2^k <= n/d < 2^(k+1), of positive parts.
+std::int64_t floor_log2(mpz_srcptr n, mpz_srcptr d) {
+  const std::int64_t k = length(n) - length(d);
+  GmpInteger scaled;
+  mpz_set(scaled, k >= 0 ? d : n);
+  shift_left(scaled, k >= 0 ? k : -k);
+  const bool reached = k >= 0 ? mpz_cmp(n, scaled) >= 0 : mpz_cmp(scaled, d) >= 0;
+  return reached ? k : k - 1;
+}
+
+// The pattern of positive infinity.
+void set_infinity(mpz_ptr z, IEEEFloat::format f) {
+  require_length(width(f));
+  mpz_set_ui(z, 1);
+  mpz_mul_2exp(z, z, f.e);
+  mpz_sub_ui(z, z, 1);
+  mpz_mul_2exp(z, z, f.m);
+}
+
+}  // namespace
+
+IEEEFloat IEEEFloat::from_bits(const QNumber& bits, format f) {
+  GmpInteger n;
+  GmpInteger d;
+  set_parts(n, d, bits);
+  if (mpz_divisible_p(n, d) == 0) {
+    throw Exception("a floating-point bit pattern can't be fractional: " + bits.to_str());
+  }
+  if (mpz_sgn(n) < 0) {
+    throw Exception("a floating-point bit pattern can't be negative: " + bits.to_str());
+  }
+  mpz_divexact(n, n, d);
+  // GMP gives zero one bit, and there always is one, the sign.
+  if (mpz_sizeinbase(n, 2) > width(f)) {
+    throw Exception("the number ") << bits.to_str() << " doesn't fit in " << width(f) << " bits";
+  }
+  // Nothing rounds here.
+  IEEEFloat result(f, ROUND_EVEN);
+  result.pattern = QNumber(n);
+  return result;
+}
+
+IEEEFloat IEEEFloat::from_number(const QNumber& value, format f, rounding_mode rounding) {
+  IEEEFloat result(f, rounding);
+  result.round(value);
+  return result;
+}
+
+void IEEEFloat::round(const QNumber& value) {
+  GmpInteger n;
+  GmpInteger d;
+  set_parts(n, d, value);
+  if (mpz_sgn(n) == 0 || form.e == 0) return;
+  const bool negative = mpz_sgn(n) < 0;
+  mpz_abs(n, n);
+  // The patterns of wider formats are too long but for numbers so close to zero that their
+  // denominators are.
+  require_length(width(form));
+
+  // The binary exponents of normal values range from 1 - bias to bias. That of a number is far
+  // below 2^61, so that a bias of this size decides the same as all larger ones.
+  const std::int64_t bias = (std::int64_t{1} << (std::min(form.e, std::uint64_t{62}) - 1)) - 1;
+  const std::int64_t least = 1 - bias;
+  const auto m = static_cast<std::int64_t>(form.m);
+  const std::int64_t exponent = floor_log2(n, d);
+
+  // The pattern below or at the magnitude, and how what is left compares with half a step.
+  GmpInteger z;
+  bool exact = false;
+  int half;
+  if (exponent > bias) {
+    set_infinity(z, form);
+    mpz_sub_ui(z, z, 1);
+    half = 1;
+  } else if (exponent < least - m - 1) {
+    half = -1;
+  } else {
+    const std::int64_t scale = std::max(exponent, least);
+    const std::int64_t step = scale - m;
+    shift_left(step < 0 ? n : d, step < 0 ? -step : step);
+    GmpInteger quotient;
+    GmpInteger rest;
+    mpz_tdiv_qr(quotient, rest, n, d);
+    exact = mpz_sgn(rest) == 0;
+    shift_left(rest, 1);
+    half = mpz_cmp(rest, d);
+
+    // scale - least, with the true bias. The hidden bit of a normal value, which the quotient
+    // holds, adds the 1 that its exponent lacks.
+    mpz_set_ui(z, 1);
+    mpz_mul_2exp(z, z, form.e - 1);
+    mpz_sub_ui(z, z, 2);
+    if (scale >= 0) {
+      mpz_add_ui(z, z, static_cast<unsigned long>(scale));
+    } else {
+      mpz_sub_ui(z, z, static_cast<unsigned long>(-scale));
+    }
+    mpz_mul_2exp(z, z, form.m);
+    mpz_add(z, z, quotient);
+  }
+
+  bool away = false;
+  switch (mode) {
+    case ROUND_EVEN:
+      away = half > 0 || (half == 0 && mpz_odd_p(z) != 0);
+      break;
+    case ROUND_ZERO:
+      break;
+    case ROUND_PLUS_INF:
+      away = !exact && !negative;
+      break;
+    case ROUND_MINUS_INF:
+      away = !exact && negative;
+      break;
+  }
+  if (away) mpz_add_ui(z, z, 1);
+  if (negative) mpz_setbit(z, form.e + form.m);
+  pattern = QNumber(z);
+}
+
+void IEEEFloat::self_inf(bool negative) {
+  GmpInteger z;
+  set_infinity(z, form);
+  if (negative) mpz_setbit(z, form.e + form.m);
+  pattern = QNumber(z);
+}
+
+void IEEEFloat::self_nan() {
+  GmpInteger z;
+  set_infinity(z, form);
+  if (form.m > 0) mpz_setbit(z, form.m - 1);
+  pattern = QNumber(z);
+}
+
+QNumber IEEEFloat::get_bits() const {
+  // Assignment may have kept the big form of an earlier pattern.
+  return pattern.is_big() ? QNumber(pattern.big_num()) : pattern;
+}
+
+}  // namespace quill

@@ -1,0 +1,251 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <map>
+#include <new>
+#include <random>
+#include <vector>
+
+#include "quill/utils/intern_index.h"
+#include "tests/unit/utils/failing_allocation.h"
+
+namespace quill {
+namespace {
+
+void insert(InternIndex& index, uint32_t hash, uint32_t handle) {
+  index.reserve_one();
+  index.insert(hash, handle);
+}
+
+// All handles that a look-up with this hash offers to the test, in ascending order.
+std::vector<uint32_t> offered(const InternIndex& index, uint32_t hash) {
+  std::vector<uint32_t> handles;
+  const uint32_t found = index.find(hash, [&](uint32_t handle) {
+    handles.push_back(handle);
+    return false;
+  });
+  EXPECT_EQ(found, InternIndex::none);
+  std::sort(handles.begin(), handles.end());
+  return handles;
+}
+
+uint32_t find(const InternIndex& index, uint32_t hash, uint32_t handle) {
+  return index.find(hash, [&](uint32_t candidate) { return candidate == handle; });
+}
+
+using Handles = std::vector<uint32_t>;
+
+TEST(InternIndex, AnEmptyIndexFindsNothingAndHoldsNoMemory) {
+  const InternIndex index;
+  EXPECT_EQ(find(index, 0, 0), InternIndex::none);
+  EXPECT_EQ(index.size(), 0U);
+  EXPECT_EQ(index.capacity(), 0U);
+}
+
+TEST(InternIndex, FindsWhatWasInserted) {
+  InternIndex index;
+  insert(index, 17, 3);
+  EXPECT_EQ(find(index, 17, 3), 3U);
+  EXPECT_EQ(find(index, 17, 4), InternIndex::none);
+  EXPECT_EQ(find(index, 18, 3), InternIndex::none);
+  EXPECT_EQ(index.size(), 1U);
+}
+
+TEST(InternIndex, TheTestChoosesAmongEqualHashes) {
+  InternIndex index;
+  insert(index, 5, 10);
+  insert(index, 5, 11);
+  insert(index, 5, 12);
+  EXPECT_EQ(find(index, 5, 10), 10U);
+  EXPECT_EQ(find(index, 5, 11), 11U);
+  EXPECT_EQ(find(index, 5, 12), 12U);
+  EXPECT_EQ(find(index, 5, 13), InternIndex::none);
+}
+
+TEST(InternIndex, AsksOnlyAboutEntriesWithTheVeryHash) {
+  InternIndex index;
+  insert(index, 5, 10);
+  insert(index, 5 + 64, 11);  // the same slot of 64
+  insert(index, 5 + (1 << 20), 12);
+  EXPECT_EQ(offered(index, 5), Handles({10}));
+  EXPECT_EQ(offered(index, 5 + 64), Handles({11}));
+  EXPECT_EQ(offered(index, 5 + 128), Handles());
+}
+
+TEST(InternIndex, FoldsBothHalvesOfAHash) {
+  EXPECT_EQ(InternIndex::fold(0x0000000100000002), 0x00000003U);
+  EXPECT_EQ(InternIndex::fold(0xffffffff00000000), 0xffffffffU);
+  EXPECT_EQ(InternIndex::fold(0xffffffffffffffff), 0U);
+}
+
+TEST(InternIndex, GrowsWhenMoreThanTwoThirdsOfTheSlotsWouldBeTaken) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 42; i++) insert(index, i, i);
+  EXPECT_EQ(index.capacity(), 64U);  // 42 of 64 are less than two thirds
+  insert(index, 42, 42);             // 43 are more
+  EXPECT_EQ(index.capacity(), 128U);
+  for (uint32_t i = 43; i < 85; i++) insert(index, i, i);
+  EXPECT_EQ(index.capacity(), 128U);
+  insert(index, 85, 85);
+  EXPECT_EQ(index.capacity(), 256U);
+  for (uint32_t i = 0; i < 86; i++) EXPECT_EQ(find(index, i, i), i);
+}
+
+TEST(InternIndex, ReservingTwiceGrowsOnce) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 42; i++) insert(index, i, i);
+  index.reserve_one();
+  index.reserve_one();
+  EXPECT_EQ(index.capacity(), 128U);
+  EXPECT_EQ(index.size(), 42U);
+}
+
+TEST(InternIndex, ErasingLeavesTheRestOfTheProbeRunReachable) {
+  // Five entries that want slots 60, 60, 61, 60 and 62, and lie in 60 to 63 and, past the end, 0.
+  const std::array<uint32_t, 5> hashes = {60, 60 + 64, 61, 60 + 128, 62};
+  for (uint32_t victim = 0; victim < 5; victim++) {
+    InternIndex index;
+    for (uint32_t i = 0; i < 5; i++) insert(index, hashes[i], i);
+    index.erase(hashes[victim], victim);
+    EXPECT_EQ(index.size(), 4U);
+    for (uint32_t i = 0; i < 5; i++) {
+      EXPECT_EQ(find(index, hashes[i], i), i == victim ? InternIndex::none : i)
+          << "entry " << i << " without " << victim;
+    }
+  }
+}
+
+TEST(InternIndex, ErasingDoesNotMoveAnEntryBeforeItsHome) {
+  InternIndex index;
+  insert(index, 10, 0);
+  insert(index, 11, 1);  // at home, directly behind the entry that goes
+  index.erase(10, 0);
+  EXPECT_EQ(find(index, 11, 1), 1U);
+}
+
+TEST(InternIndex, ErasedRoomIsUsedAgain) {
+  InternIndex index;
+  for (uint32_t round = 0; round < 1000; round++) {
+    insert(index, round * 2654435761U, round);
+    if (round >= 40) index.erase((round - 40) * 2654435761U, round - 40);
+  }
+  EXPECT_EQ(index.size(), 40U);
+  EXPECT_EQ(index.capacity(), 64U);
+}
+
+TEST(InternIndex, RenamingKeepsTheHash) {
+  InternIndex index;
+  insert(index, 5, 10);
+  insert(index, 5, 11);
+  index.rename(5, 11, 99);
+  EXPECT_EQ(offered(index, 5), Handles({10, 99}));
+  EXPECT_EQ(index.size(), 2U);
+}
+
+TEST(InternIndex, ClearingKeepsTheRoom) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 80; i++) insert(index, i, i);
+  index.clear();
+  EXPECT_EQ(index.size(), 0U);
+  EXPECT_EQ(index.capacity(), 128U);
+  for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i), InternIndex::none);
+  {
+    const testing::FailingAllocation none(0);
+    for (uint32_t i = 0; i < 80; i++) insert(index, i, i + 100);
+  }
+  for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i + 100), i + 100);
+}
+
+TEST(InternIndex, FailedGrowthChangesNothing) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 42; i++) insert(index, 7 * i, i);
+  bool failed = false;
+  {
+    const testing::FailingAllocation none(0);
+    try {
+      index.reserve_one();
+    } catch (const std::bad_alloc&) {
+      failed = true;
+    }
+  }
+  EXPECT_TRUE(failed);
+  EXPECT_EQ(index.size(), 42U);
+  EXPECT_EQ(index.capacity(), 64U);
+  for (uint32_t i = 0; i < 42; i++) EXPECT_EQ(find(index, 7 * i, i), i);
+  insert(index, 7 * 42, 42);
+  EXPECT_EQ(find(index, 7 * 42, 42), 42U);
+}
+
+// Hashes are drawn from few values, so that probe runs are long, wrap round the end and mix homes.
+TEST(InternIndex, AgreesWithAMultimapOverRandomOperations) {
+  std::mt19937 engine(20240611);
+  const auto random = [&] { return static_cast<uint32_t>(engine()); };
+  InternIndex index;
+  std::multimap<uint32_t, uint32_t> model;
+  std::vector<std::pair<uint32_t, uint32_t>> entries;
+  uint32_t next_handle = 0;
+  const auto draw_hash = [&]() -> uint32_t {
+    switch (random() % 4) {
+      case 0:
+        return random() % 8;
+      case 1:
+        return UINT32_MAX - random() % 8;
+      case 2:
+        return (random() % 16) << 16 | (random() % 4);  // equal in all but the upper half
+      default:
+        return random() % 4096;
+    }
+  };
+  const auto check = [&](uint32_t hash) {
+    Handles expected;
+    const auto [from, to] = model.equal_range(hash);
+    for (auto it = from; it != to; ++it) expected.push_back(it->second);
+    std::sort(expected.begin(), expected.end());
+    ASSERT_EQ(offered(index, hash), expected) << "hash " << hash;
+  };
+  const auto erase_from_model = [&](std::pair<uint32_t, uint32_t> entry) {
+    auto it = model.lower_bound(entry.first);
+    while (it->second != entry.second) ++it;
+    model.erase(it);
+  };
+
+  for (int step = 0; step < 200000; step++) {
+    // The target size swings, so that both growth and nearly empty tables are met.
+    const size_t target = step % 20000 < 10000 ? 700 : 5;
+    const unsigned action = random() % 8;
+    if (entries.empty() || (action < 5 && entries.size() < target)) {
+      const uint32_t hash = draw_hash();
+      insert(index, hash, next_handle);
+      model.emplace(hash, next_handle);
+      entries.emplace_back(hash, next_handle++);
+      check(hash);
+    } else if (action < 7) {
+      const size_t i = random() % entries.size();
+      const auto entry = entries[i];
+      index.erase(entry.first, entry.second);
+      erase_from_model(entry);
+      entries[i] = entries.back();
+      entries.pop_back();
+      check(entry.first);
+    } else {
+      auto& entry = entries[random() % entries.size()];
+      index.rename(entry.first, entry.second, next_handle);
+      erase_from_model(entry);
+      entry.second = next_handle++;
+      model.emplace(entry.first, entry.second);
+      check(entry.first);
+    }
+    ASSERT_EQ(index.size(), model.size());
+    if (step % 1000 == 0) {
+      for (const auto& [hash, handle] : entries) ASSERT_EQ(find(index, hash, handle), handle);
+    }
+    check(draw_hash());
+    if (HasFatalFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace quill
