@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "quill/terms/termmanager/type_table.h"
+#include "quill/terms/type_universe.h"
+#include "tests/unit/utils/failing_allocation.h"
+
+namespace quill {
+namespace {
+
+class TypeTableTest : public ::testing::Test {
+ protected:
+  const DataType* type(size_t i) { return universe.make_type("t" + std::to_string(i)); }
+
+  TypeUniverse universe;
+  TypeTable<size_t> table;
+};
+
+TEST_F(TypeTableTest, AnEmptyTableFindsNothing) {
+  EXPECT_EQ(table.find(0), nullptr);
+  EXPECT_EQ(table.find_key(type(0)), nullptr);
+}
+
+TEST_F(TypeTableTest, LeadsBothWays) {
+  table.insert(32, type(1));
+  table.insert(0, type(2));
+  EXPECT_EQ(table.find(32), type(1));
+  EXPECT_EQ(table.find(0), type(2));
+  ASSERT_NE(table.find_key(type(1)), nullptr);
+  EXPECT_EQ(*table.find_key(type(1)), 32U);
+  EXPECT_EQ(*table.find_key(type(2)), 0U);
+  EXPECT_EQ(table.find(1), nullptr);
+  EXPECT_EQ(table.find_key(type(3)), nullptr);
+}
+
+TEST_F(TypeTableTest, ATypeStandsForTheParameterThatItWasEnteredWithLast) {
+  table.insert(1, type(1));
+  table.insert(2, type(1));
+  EXPECT_EQ(*table.find_key(type(1)), 2U);
+  EXPECT_EQ(table.find(2), type(1));
+}
+
+TEST_F(TypeTableTest, AnErasedPairIsGoneFromBothSides) {
+  table.insert(1, type(1));
+  table.insert(2, type(2));
+  table.erase(1);
+  EXPECT_EQ(table.find(1), nullptr);
+  EXPECT_EQ(table.find_key(type(1)), nullptr);
+  EXPECT_EQ(table.find(2), type(2));
+  EXPECT_EQ(*table.find_key(type(2)), 2U);
+  table.insert(3, type(1));
+  EXPECT_EQ(*table.find_key(type(1)), 3U);
+}
+
+// 22 pairs fit in the first bucket array of either map; the next one makes both grow.
+TEST_F(TypeTableTest, InsertionIsAllOrNothing) {
+  std::vector<const DataType*> types;
+  for (size_t i = 0; i < 23; i++) types.push_back(type(i));
+  for (long k = 0; k < 2; k++) {
+    TypeTable<size_t> own;
+    for (size_t i = 0; i < 22; i++) own.insert(i, types[i]);
+    bool failed = false;
+    try {
+      const testing::FailingAllocation after(k);
+      own.insert(22, types[22]);
+    } catch (const std::bad_alloc&) {
+      failed = true;
+    }
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(own.find(22), nullptr);
+    EXPECT_EQ(own.find_key(types[22]), nullptr);
+    own.insert(22, types[22]);
+    for (size_t i = 0; i < 23; i++) {
+      EXPECT_EQ(own.find(i), types[i]);
+      EXPECT_EQ(*own.find_key(types[i]), i);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quill
