@@ -1,6 +1,5 @@
 # What `cmake --install` writes: headers, libraries, the command, the CMake package and the pkg-config
-# files.  Nothing that is installed depends on where the prefix is, so that
-# the tree can be moved.
+# files.  Nothing that is installed depends on where the prefix is, so that the tree can be moved.
 
 include(CMakePackageConfigHelpers)
 
@@ -40,14 +39,16 @@ install(
 set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pc_prefix "/prefix/${pkgconfig_dir}" "/prefix")
 string(REGEX REPLACE "/$" "" pc_prefix "${pc_prefix}")
-# A GMP that brings no gmp.pc (before 6.2) is named by its library.
+# A GMP that brings no gmp.pc (before 6.2) is named by its folders.
 cmake_path(GET GMP_LIBRARY PARENT_PATH gmp_dir)
 if(EXISTS "${gmp_dir}/pkgconfig/gmp.pc")
   set(pc_requires "Requires: gmp")
   set(pc_gmp_library "")
+  set(pc_gmp_include "")
 else()
   set(pc_requires "")
   set(pc_gmp_library " -L${gmp_dir} -lgmp")
+  set(pc_gmp_include " -I${GMP_INCLUDE_DIR}")
 endif()
 foreach(module IN ITEMS quill quill-smt2)
   configure_file("${PROJECT_SOURCE_DIR}/cmake/${module}.pc.in"

@@ -1,8 +1,10 @@
 #include "frontends/smt2/arithmetic_operators.h"
 
+#include <string>
 #include <vector>
 
 #include "frontends/smt2/numerals.h"
+#include "quill/printers/written_form.h"
 #include "quill/terms/derived.h"
 
 namespace quill::smt2 {
@@ -34,6 +36,30 @@ Value chain(TermBuilder& b, const Application& a, bool exchanged, bool negated_o
   return b.boolean(make_and(b.manager, links));
 }
 
+bool is_number(const TermBuilder& b, const Term_* t) {
+  return b.manager.is_number(t->symbol, nullptr);
+}
+
+// The numeral for a constant, other terms as they are.
+const Term_* folded(TermBuilder& b, const Term_* t) {
+  QNumber value;
+  if (is_number(b, t) || !constant_value(b.manager, t, value)) return t;
+  return b.manager.make_number(value);
+}
+
+QNumber divisor_of(const TermBuilder& b, const Application& a, size_t index) {
+  QNumber divisor;
+  if (!constant_value(b.manager, a.args[index].term, divisor)) {
+    throw ParseError(a.position, "unsupported: division by a term that is not a number");
+  }
+  return divisor;
+}
+
+const Term_* divide_by_zero(TermBuilder& b, Division op, const Term_* dividend) {
+  const Symbol* function = b.zero_divisions.get(op);
+  return b.manager.make_uninterpreted_function(function, {dividend});
+}
+
 }  // namespace
 
 Value build_plus(TermBuilder& b, const Application& a) {
@@ -41,7 +67,17 @@ Value build_plus(TermBuilder& b, const Application& a) {
 }
 
 Value build_times(TermBuilder& b, const Application& a) {
-  return fold_left(b, a, &TermBuilder::times);
+  const DataType* sort = b.expect_arithmetic(a);
+  const Term_* result = a.args[0].term;
+  for (size_t i = 1; i < a.args.size(); ++i) {
+    const Term_* factor = a.args[i].term;
+    if (b.logic.is_linear() && !is_number(b, factor) && !is_numeral_product(b.manager, result)) {
+      factor = folded(b, factor);
+      if (!is_number(b, factor)) result = folded(b, result);
+    }
+    result = b.times(result, factor, sort);
+  }
+  return {result, sort};
 }
 
 Value build_minus(TermBuilder& b, const Application& a) {
@@ -65,20 +101,51 @@ Value build_divide(TermBuilder& b, const Application& a) {
   b.expect_all(a, b.real_type);
   const Term_* result = a.args[0].term;
   for (size_t i = 1; i < a.args.size(); ++i) {
-    QNumber divisor;
-    if (!b.manager.is_number(a.args[i].term->symbol, &divisor)) {
-      throw ParseError(a.position, "unsupported: division by a term that is not a number");
-    }
-    if (divisor.is_zero()) throw ParseError(a.position, "unsupported: division by zero");
+    const QNumber divisor = divisor_of(b, a, i);
     QNumber dividend;
-    if (b.manager.is_number(result->symbol, &dividend)) {
+    if (divisor.is_zero()) {
+      result = divide_by_zero(b, Division::Divide, result);
+    } else if (b.manager.is_number(result->symbol, &dividend)) {
       result = b.manager.make_number(quotient(dividend, divisor));
     } else {
-      const Term_* factor = b.manager.make_number(quotient(QNumber(1), divisor));
-      result = b.times(factor, result, b.real_type);
+      result = make_divide(b.manager, result, divisor);
     }
   }
   return {result, b.real_type};
+}
+
+Value build_div(TermBuilder& b, const Application& a) {
+  b.expect_all(a, b.int_type);
+  const Term_* result = a.args[0].term;
+  for (size_t i = 1; i < a.args.size(); ++i) {
+    const QNumber divisor = divisor_of(b, a, i);
+    result = divisor.is_zero() ? divide_by_zero(b, Division::Div, result)
+                               : make_div(b.manager, result, divisor);
+  }
+  return {result, b.int_type};
+}
+
+Value build_mod(TermBuilder& b, const Application& a) {
+  b.expect_all(a, b.int_type);
+  const QNumber divisor = divisor_of(b, a, 1);
+  const Term_* dividend = a.args[0].term;
+  return {divisor.is_zero() ? divide_by_zero(b, Division::Mod, dividend)
+                            : make_mod(b.manager, dividend, divisor),
+          b.int_type};
+}
+
+Value build_abs(TermBuilder& b, const Application& a) {
+  const DataType* sort = b.expect_arithmetic(a);
+  return {make_abs(b.manager, a.args[0].term, sort), sort};
+}
+
+Value build_divisible(TermBuilder& b, const Application& a) {
+  b.expect_all(a, b.int_type);
+  const std::string& index = a.indices[0];
+  if (index.find_first_not_of("0123456789") != std::string::npos || index == "0") {
+    b.reject(a, "takes a positive number as its index, not " + shown(index));
+  }
+  return b.boolean(make_divisible(b.manager, a.args[0].term, QNumber::from_string(index)));
 }
 
 Value build_leq(TermBuilder& b, const Application& a) {

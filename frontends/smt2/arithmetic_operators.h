@@ -6,7 +6,11 @@
 //   (to_real i)      i itself, as a Real      (is_int x)  x = floor(x)
 //   (to_int x)       floor(x)
 //
-// Chains such as a < b < c are conjunctions, sums and products nest to the left.
+// Chains such as a < b < c are conjunctions, sums and products nest to the left. The expansions of
+// div, mod, abs, divisible, and of / by a constant stand in quill/terms/derived.h. Divisors must be
+// constants; division by zero is a function, see zero_divisions.h. In linear logics a constant
+// factor becomes a numeral where readers would take the product for one of terms: they know (* 2 3
+// i) as linear, but neither (* (+ 1 1) i) nor (* i (* 2 3)).
 
 #ifndef FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H
 #define FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H
@@ -20,6 +24,10 @@ Value build_plus(TermBuilder& b, const Application& a);
 Value build_minus(TermBuilder& b, const Application& a);
 Value build_times(TermBuilder& b, const Application& a);
 Value build_divide(TermBuilder& b, const Application& a);
+Value build_div(TermBuilder& b, const Application& a);
+Value build_mod(TermBuilder& b, const Application& a);
+Value build_abs(TermBuilder& b, const Application& a);
+Value build_divisible(TermBuilder& b, const Application& a);
 Value build_leq(TermBuilder& b, const Application& a);
 Value build_lt(TermBuilder& b, const Application& a);
 Value build_geq(TermBuilder& b, const Application& a);

@@ -26,12 +26,62 @@ void load_denominator(mpz_ptr target, const QNumber& q) {
   load(target, q.is_big() ? q.big_den() : nullptr, q.den, q.is_big());
 }
 
+QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator) {
+  QNumber result(numerator, denominator);
+  result.normalize();
+  // Through the text, because a number does not become small by itself.
+  return QNumber::from_string(result.to_str());
+}
+
+constexpr unsigned largest_constant = 64;  // in terms
+
+// The recursion is as deep as the budget is large, at most.
+bool evaluate(const TermManager& manager, const Term_* t, QNumber& value, unsigned& budget) {
+  if (budget == 0) return false;
+  budget--;
+  if (manager.is_number(t->symbol, &value)) return !manager.is_bv_type(t->symbol->type, nullptr);
+  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  if (tag != SymbolTag::PLUS && tag != SymbolTag::TIMES) return false;
+  QNumber left;
+  QNumber right;
+  if (!evaluate(manager, t->args[0], left, budget) ||
+      !evaluate(manager, t->args[1], right, budget)) {
+    return false;
+  }
+  value = tag == SymbolTag::PLUS ? sum(left, right) : product(left, right);
+  return true;
+}
+
 }  // namespace
 
 QNumber negated(const QNumber& number) {
   if (!number.is_big()) return QNumber(-number.num, number.den);
   const std::string text = number.to_str();
   return QNumber::from_string(text[0] == '-' ? text.substr(1) : "-" + text);
+}
+
+QNumber sum(const QNumber& a, const QNumber& b) {
+  GmpInteger numerator, denominator, other, factor;
+  load_numerator(numerator, a);
+  load_denominator(factor, b);
+  mpz_mul(numerator, numerator, factor);
+  load_numerator(other, b);
+  load_denominator(denominator, a);
+  mpz_mul(other, other, denominator);
+  mpz_add(numerator, numerator, other);
+  mpz_mul(denominator, denominator, factor);
+  return fraction(numerator, denominator);
+}
+
+QNumber product(const QNumber& a, const QNumber& b) {
+  GmpInteger numerator, denominator, factor;
+  load_numerator(numerator, a);
+  load_numerator(factor, b);
+  mpz_mul(numerator, numerator, factor);
+  load_denominator(denominator, a);
+  load_denominator(factor, b);
+  mpz_mul(denominator, denominator, factor);
+  return fraction(numerator, denominator);
 }
 
 QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
@@ -43,10 +93,12 @@ QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
   load_denominator(denominator, dividend);
   load_numerator(factor, divisor);
   mpz_mul(denominator, denominator, factor);
-  QNumber result(static_cast<mpz_srcptr>(numerator), static_cast<mpz_srcptr>(denominator));
-  result.normalize();
-  // Through the text, because a number does not become small by itself.
-  return QNumber::from_string(result.to_str());
+  return fraction(numerator, denominator);
+}
+
+bool constant_value(const TermManager& manager, const Term_* t, QNumber& value) {
+  unsigned budget = largest_constant;
+  return evaluate(manager, t, value, budget);
 }
 
 }  // namespace quill::smt2

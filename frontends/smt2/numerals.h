@@ -2,18 +2,28 @@
 //
 // SMT-LIB has neither negative numerals nor fractions; the manager has both. The results are in the
 // form in which the manager keys its numerals.
+//
+// Constant divisors and, in linear logics, constant factors may be sums and products, too.
 
 #ifndef FRONTENDS_SMT2_NUMERALS_H
 #define FRONTENDS_SMT2_NUMERALS_H
 
+#include "quill/terms/term.h"
+#include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
 
 namespace quill::smt2 {
 
 QNumber negated(const QNumber& number);
+QNumber sum(const QNumber& a, const QNumber& b);
+QNumber product(const QNumber& a, const QNumber& b);
 
 // Precondition: the divisor is not zero.
 QNumber quotient(const QNumber& dividend, const QNumber& divisor);
+
+// The value of a numeral, or of sums and products of a few dozen numerals. False for other terms,
+// and for larger ones.
+bool constant_value(const TermManager& manager, const Term_* t, QNumber& value);
 
 }  // namespace quill::smt2
 

@@ -1,8 +1,6 @@
-// The operators of the theories: one row for each name that a theory gives a meaning, with the
-// function that builds its terms.
+// The operators of the theories that are supported, each with the function that builds its terms.
 //
-// Names are reserved only where the logic has the theory. A row without a builder reserves a name
-// that is known and not supported.
+// Which theory has a name, supported or not, stands in quill/printers/smtlib2_names.h.
 
 #ifndef FRONTENDS_SMT2_OPERATORS_H
 #define FRONTENDS_SMT2_OPERATORS_H
@@ -11,7 +9,6 @@
 #include <span>
 #include <string>
 
-#include "frontends/smt2/logic.h"
 #include "frontends/smt2/parse_error.h"
 #include "frontends/smt2/value.h"
 
@@ -32,11 +29,10 @@ inline constexpr size_t any_number = ~size_t{0};
 
 struct Operator {
   const char* name;
-  Theory theory;
   size_t num_indices;  // of (_ name index ...); 0 for a plain name
   size_t min_args;
   size_t max_args;
-  Value (*build)(TermBuilder&, const Application&);  // null: not supported
+  Value (*build)(TermBuilder&, const Application&);
 
   bool is_constant() const { return max_args == 0; }
 };

@@ -20,24 +20,51 @@ void Scopes::unbind_locals(size_t first) {
 void Scopes::bind(Name& name, std::unique_ptr<Binding> binding) {
   assert(name.global == nullptr);
   record({&name, nullptr});
+  if (!binding->stored_name.empty()) use_name(binding->stored_name);
   name.global = std::move(binding);
 }
 
 void Scopes::bind(SortName& name, std::unique_ptr<SortBinding> binding) {
   assert(name.global == nullptr);
   record({nullptr, &name});
+  if (!binding->defined) used_sort_names.insert(binding->type->get_name());
   name.global = std::move(binding);
+}
+
+void Scopes::give_up_name(const std::string& stored) { used_names.erase(used_names.find(stored)); }
+
+std::string Scopes::free_symbol_name(const std::string& stored, const DataType* type) const {
+  std::string name = stored;
+  for (uint64_t k = 0;; ++k) {
+    if (!is_used(name)) {
+      if (type == nullptr) return name;
+      const Symbol* present = manager.get_signature()->get_symbol(name.c_str());
+      if (present == nullptr || present->type == type) return name;
+    }
+    name = stored + "_" + std::to_string(k);
+  }
+}
+
+std::string Scopes::free_sort_name(const std::string& stored) const {
+  std::string name = stored;
+  for (uint64_t k = 0; used_sort_names.find(name) != used_sort_names.end(); ++k) {
+    name = stored + "_" + std::to_string(k);
+  }
+  return name;
 }
 
 void Scopes::record(Bound bound) { (global_declarations ? permanent : trail).push_back(bound); }
 
 void Scopes::unbind(const Bound& bound) {
   if (bound.sort != nullptr) {
+    const SortBinding& binding = *bound.sort->global;
+    if (!binding.defined) used_sort_names.erase(used_sort_names.find(binding.type->get_name()));
     bound.sort->global.reset();
     return;
   }
-  const Binding* binding = bound.name->global.get();
-  if (binding != nullptr && binding->owned) manager.free_symbol(binding->symbol);
+  const Binding& binding = *bound.name->global;
+  if (!binding.stored_name.empty()) give_up_name(binding.stored_name);
+  if (binding.owned) manager.free_symbol(binding.symbol);
   bound.name->global.reset();
 }
 

@@ -17,8 +17,10 @@
 #include <vector>
 
 #include "frontends/smt2/value.h"
+#include "quill/printers/smtlib2_names.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
 #include "quill/utils/name_hash.h"
 
 namespace quill::smt2 {
@@ -32,12 +34,14 @@ struct Binding {
   const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
   bool owned = false;              // whether that symbol's name is to be freed with the scope
   bool from_annotation = false;    // TERM: from :named rather than from a definition
+  std::string stored_name;         // in the manager's spelling; empty for definitions
   Value value;                     // TERM
   Macro macro;                     // MACRO
 };
 
 struct Name {
-  const Operator* theory_operator = nullptr;
+  const TheoryName* theory = nullptr;         // that has the name
+  const Operator* theory_operator = nullptr;  // null, too, for an operator that is not supported
   std::unique_ptr<Binding> global;
   uint32_t local = 0;  // 1 + the index of the innermost local meaning; 0: none
 };
@@ -78,8 +82,29 @@ class Scopes {
   void bind(Name& name, std::unique_ptr<Binding> binding);
   void bind(SortName& name, std::unique_ptr<SortBinding> binding);
 
+  // ----- names in the manager's spelling
+  // --------------------------------------------------------
+  //
+  // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
+  // use at the same time are kept apart by a number behind one of them.
+
+  bool is_used(const std::string& stored) const {
+    return used_names.find(stored) != used_names.end();
+  }
+  void use_name(const std::string& stored) { used_names.insert(stored); }
+  void give_up_name(const std::string& stored);
+
+  // The first of stored, stored_0, stored_1 and so on that is not in use and that the manager has
+  // no symbol of another type for; with a null type, that is not in use.
+  std::string free_symbol_name(const std::string& stored, const DataType* type) const;
+  // The same for declared sorts.
+  std::string free_sort_name(const std::string& stored) const;
+
+  // ----- push and pop ---------------------------------------------------------------------------
+
   // What is bound from now on outlives pop.
   void set_global_declarations(bool enabled) { global_declarations = enabled; }
+  bool declarations_are_global() const { return global_declarations; }
 
   uint64_t depth() const { return open_levels; }
   void push(uint64_t count);
@@ -114,6 +139,8 @@ class Scopes {
   TermManager& manager;
   hsh::HashMap<std::string, Name, NameHash> names;
   hsh::HashMap<std::string, SortName, NameHash> sort_names;
+  hsh::HashSet<std::string, NameHash> used_names;
+  hsh::HashSet<std::string, NameHash> used_sort_names;
   std::vector<Local> locals;
   std::vector<Bound> trail;      // what ends with a scope, in order
   std::vector<Level> levels;     // one entry for each push command

@@ -3,6 +3,9 @@
 // The terms, symbols and types belong to the TermManager that the script was read into and are
 // valid as long as it lives and does not collect them. Definitions are expanded: no term mentions a
 // defined name. Nothing here depends on addresses.
+//
+// Functions that stand for division by zero are declared like any other: a declaration that the
+// script does not have comes first after the commands that set logic, options and information.
 
 #ifndef FRONTENDS_SMT2_SCRIPT_H
 #define FRONTENDS_SMT2_SCRIPT_H
@@ -50,7 +53,7 @@ enum class CommandKind : uint8_t {
 struct ScriptTerm {
   Value value;
   // Not empty when the script gives the term only by a name that :named gave it, and that stands in
-  // the named_terms of an earlier command.
+  // the named_terms of an earlier command: the stored_name there.
   std::string spelled_name;
 };
 
@@ -64,6 +67,7 @@ struct Command {
 
   uint64_t count = 0;              // PUSH, POP: levels; DECLARE_SORT: arity
   const Symbol* symbol = nullptr;  // DECLARE_CONST, DECLARE_FUN
+  const DataType* sort = nullptr;  // DECLARE_SORT: the sort, or its head if it has an arity
 
   // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed.
   std::vector<ScriptTerm> terms;

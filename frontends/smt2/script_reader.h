@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "frontends/smt2/lexer.h"
-#include "frontends/smt2/logic.h"
 #include "frontends/smt2/read_options.h"
 #include "frontends/smt2/scopes.h"
 #include "frontends/smt2/script.h"
 #include "frontends/smt2/sort_reader.h"
 #include "frontends/smt2/term_builder.h"
 #include "frontends/smt2/term_reader.h"
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill::smt2 {
@@ -41,6 +41,8 @@ class ScriptReader {
 
   void read_commands();
   Command read_command();
+  void add(Command command);
+  void forget_declarations();
 
   // One for each shape of command. On entry the current token is the one behind the command's name,
   // on return the closing parenthesis.
@@ -69,7 +71,6 @@ class ScriptReader {
   bool is_unplaced(const std::string& name) const;
   ScriptTerm read_script_term();
   std::vector<ScriptTerm> read_script_terms(const char* what);
-  const DataType* read_result_sort();
   Name& read_new_name(std::string& text, Position& position);
   SortName& read_new_sort_name(std::string& text);
   void require_new_symbol() const;
@@ -95,7 +96,8 @@ class ScriptReader {
   // Terms that have names and were part of no command that is written with its terms: those in
   // definitions, and in places that leave no trace, such as the binding of an unused variable.
   std::vector<NamedTerm> unplaced_names;
-  std::string command_name;  // of the command being read
+  size_t declarations_place = 0;  // in the commands, where declarations may be put on level 0
+  std::string command_name;       // of the command being read
   bool logic_is_set = false;
   bool content_seen = false;  // whether a declaration, definition or assertion came since the start
 };

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "frontends/smt2/script_logic.h"
 #include "quill/printers/name_escape.h"
 #include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
@@ -16,26 +17,35 @@ namespace {
 
 using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
 
-std::string symbol_text(const std::string& name) {
-  std::ostringstream text;
-  print_symbol(text, name_from_smtlib(name, NameKind::Symbol));
-  return text.str();
-}
-
 class ScriptWriter {
  public:
-  ScriptWriter(std::ostream& stream, TermManager& term_manager)
-      : out(stream), manager(term_manager) {}
+  ScriptWriter(std::ostream& stream, TermManager& term_manager, const Script& script)
+      : out(stream), manager(term_manager), logics(written_logics(term_manager, script)) {}
 
   void write(const Command& command);
 
  private:
   void write_declaration(const Command& command);
   void write_terms(const Command& command);
+  void write_type(const DataType* type);
+  std::string symbol_text(const std::string& stored_name) const;
+  const Logic& logic() const { return logics[stretch]; }
 
   std::ostream& out;
   TermManager& manager;
+  const std::vector<Logic> logics;
+  size_t stretch = 0;  // the number of (reset) before here
 };
+
+void ScriptWriter::write_type(const DataType* type) {
+  print_type(out, manager, type, default_escape_prefix, logic());
+}
+
+std::string ScriptWriter::symbol_text(const std::string& stored_name) const {
+  std::ostringstream text;
+  print_symbol(text, stored_name, default_escape_prefix, logic());
+  return text.str();
+}
 
 void ScriptWriter::write(const Command& command) {
   switch (command.kind) {
@@ -57,8 +67,7 @@ void ScriptWriter::write(const Command& command) {
       break;
     case CommandKind::DECLARE_SORT:
       out << "(declare-sort ";
-      print_type(out, manager,
-                 manager.get_simple_type(name_from_smtlib(command.text, NameKind::Sort), false));
+      write_type(command.sort);
       out << ' ' << command.count;
       break;
     case CommandKind::DEFINE_CONST:
@@ -108,6 +117,7 @@ void ScriptWriter::write(const Command& command) {
       break;
     case CommandKind::RESET:
       out << "(reset";
+      ++stretch;
       break;
     case CommandKind::RESET_ASSERTIONS:
       out << "(reset-assertions";
@@ -117,7 +127,7 @@ void ScriptWriter::write(const Command& command) {
       break;
     case CommandKind::SET_LOGIC:
       out << "(set-logic ";
-      print_quoted(out, command.text);
+      print_quoted(out, logic().name());
       break;
     case CommandKind::SET_OPTION:
       out << "(set-option " << command.text;
@@ -130,25 +140,27 @@ void ScriptWriter::write_declaration(const Command& command) {
   const Symbol& symbol = *command.symbol;
   const bool is_const = command.kind == CommandKind::DECLARE_CONST;
   out << (is_const ? "(declare-const " : "(declare-fun ");
-  print_symbol(out, symbol.name);
+  out << symbol_text(symbol.name);
   if (!is_const) {
     out << " (";
     for (uint64_t i = 1; i <= symbol.arity; ++i) {
       if (i != 1) out << ' ';
-      print_type(out, manager, symbol.type->get_component(i));
+      write_type(symbol.type->get_component(i));
     }
     out << ')';
   }
   out << ' ';
-  print_type(out, manager, symbol.get_output_type());
+  write_type(symbol.get_output_type());
 }
 
 void ScriptWriter::write_terms(const Command& command) {
   Annotations annotations;
   for (const NamedTerm& named : command.named_terms) {
-    annotations[named.term].push_back({"named", symbol_text(named.name)});
+    annotations[named.term].push_back({"named", symbol_text(named.stored_name)});
   }
-  SmtLib2TermPrinter printer(&manager, nullptr, "", "", true, &annotations);
+  Configuration::Printer configuration;
+  configuration.logic = logic().name();
+  SmtLib2TermPrinter printer(&manager, &configuration, "", "", /*share_by_let=*/true, &annotations);
   bool first = true;
   for (const ScriptTerm& term : command.terms) {
     if (!first) out << ' ';
@@ -164,7 +176,7 @@ void ScriptWriter::write_terms(const Command& command) {
 }  // namespace
 
 void write(std::ostream& out, TermManager& manager, const Script& script) {
-  ScriptWriter writer(out, manager);
+  ScriptWriter writer(out, manager, script);
   for (const Command& command : script.commands) writer.write(command);
 }
 

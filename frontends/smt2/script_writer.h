@@ -1,8 +1,8 @@
 // Writes a script as SMT-LIB 2.6 text, one command a line.
 //
 // Definitions are not written: the terms have them expanded. Names given by :named, options and
-// information are kept, as are all commands that ask something. Reading the text and writing it
-// again gives the same bytes.
+// information are kept, as are all commands that ask something. A logic that does not cover what is
+// written is replaced by one that does. Reading the text and writing it again gives the same bytes.
 
 #ifndef FRONTENDS_SMT2_SCRIPT_WRITER_H
 #define FRONTENDS_SMT2_SCRIPT_WRITER_H

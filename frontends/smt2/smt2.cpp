@@ -4,12 +4,12 @@
 #include <string>
 
 #include "frontends/smt2/lexer.h"
-#include "frontends/smt2/logic.h"
 #include "frontends/smt2/scopes.h"
 #include "frontends/smt2/script_reader.h"
 #include "frontends/smt2/sort_reader.h"
 #include "frontends/smt2/term_builder.h"
 #include "frontends/smt2/term_reader.h"
+#include "quill/printers/smtlib2_logic.h"
 
 namespace quill::smt2 {
 
@@ -44,7 +44,7 @@ const Term_* read_term(std::string_view text, TermManager& manager) {
   const Logic logic;
   Scopes scopes(manager);
   SortReader sort_reader(lexer, manager, scopes, logic);
-  TermBuilder builder(manager, logic);
+  TermBuilder builder(manager, scopes, logic);
   TermReader reader(lexer, scopes, sort_reader, builder);
   reader.use_signature = true;
   try {

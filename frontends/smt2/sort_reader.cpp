@@ -3,6 +3,8 @@
 #include <string_view>
 
 #include "frontends/smt2/reserved_words.h"
+#include "quill/printers/smtlib2_names.h"
+#include "quill/printers/smtlib2_syntax.h"
 #include "quill/utils/hash_map.h"
 
 namespace quill::smt2 {
@@ -11,55 +13,41 @@ namespace {
 
 using Maker = const DataType* (TermManager::*)() const;
 
-struct TheorySort {
-  const char* name;
-  Theory theory;
-  Maker make;  // null: not supported
+struct SupportedSort {
+  std::string_view name;
+  Maker make;
 };
 
-// clang-format off
-constexpr TheorySort theory_sorts[] = {
-    {"Array",         Theory::ARRAYS,         nullptr},
-    {"BitVec",        Theory::BIT_VECTORS,    nullptr},
-    {"Bool",          Theory::CORE,           &TermManager::get_bool_type},
-    {"Float128",      Theory::FLOATING_POINT, nullptr},
-    {"Float16",       Theory::FLOATING_POINT, nullptr},
-    {"Float32",       Theory::FLOATING_POINT, nullptr},
-    {"Float64",       Theory::FLOATING_POINT, nullptr},
-    {"FloatingPoint", Theory::FLOATING_POINT, nullptr},
-    {"Int",           Theory::INTS,           &TermManager::get_int_type},
-    {"Real",          Theory::REALS,          &TermManager::get_rat_type},
-    {"RegLan",        Theory::STRINGS,        nullptr},
-    {"RoundingMode",  Theory::FLOATING_POINT, nullptr},
-    {"Seq",           Theory::STRINGS,        nullptr},
-    {"String",        Theory::STRINGS,        nullptr},
+constexpr SupportedSort supported_sorts[] = {
+    {"Bool", &TermManager::get_bool_type},
+    {"Int", &TermManager::get_int_type},
+    {"Real", &TermManager::get_rat_type},
 };
-// clang-format on
 
-constexpr bool ascending() {
-  for (size_t i = 1; i < std::size(theory_sorts); ++i) {
-    if (std::string_view(theory_sorts[i - 1].name) >= theory_sorts[i].name) return false;
+constexpr bool complete() {
+  for (const SupportedSort& sort : supported_sorts) {
+    const TheoryName* row = find_theory_sort(sort.name);
+    if (row == nullptr || row->theory == Theory::NONE) return false;
   }
   return true;
 }
-static_assert(ascending(), "the rows ascend by name");
+static_assert(complete(), "a theory has each sort");
 
-const TheorySort* find_theory_sort(const std::string& name, const Logic& logic) {
-  for (const TheorySort& sort : theory_sorts) {
-    if (name == sort.name) return logic.has(sort.theory) ? &sort : nullptr;
+// Null when the logic does not have the sort, or nothing here can make it.
+Maker find_maker(const std::string& name, const Logic& logic) {
+  for (const SupportedSort& sort : supported_sorts) {
+    if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? sort.make : nullptr;
   }
   return nullptr;
 }
 
 }  // namespace
 
-bool SortReader::is_reserved(const std::string& name) const {
-  return find_theory_sort(name, logic) != nullptr;
-}
+bool SortReader::is_reserved(const std::string& name) const { return is_theory_sort(name, logic); }
 
 const DataType* SortReader::placeholder(size_t number) {
-  // A name that no sort of a script is given, because of its backquote.
-  return manager.get_simple_type("`sort_parameter_" + std::to_string(number), false);
+  // No sort of a script has a NUL byte in its name.
+  return manager.get_simple_type(std::string(1, '\0') + std::to_string(number), false);
 }
 
 const DataType* SortReader::read() {
@@ -100,9 +88,9 @@ const DataType* SortReader::read_name() {
     expect_arity(token.position, token.text, name.global->arity, 0);
     sort = name.global->type;
   } else {
-    const TheorySort* theory_sort = find_theory_sort(token.text, logic);
-    if (theory_sort == nullptr || theory_sort->make == nullptr) reject_name(token);
-    sort = (manager.*theory_sort->make)();
+    const Maker make = find_maker(token.text, logic);
+    if (make == nullptr) reject_name(token);
+    sort = (manager.*make)();
   }
   lexer.next();
   return sort;
@@ -128,8 +116,7 @@ SortReader::Head SortReader::open() {
   const SortName& name = scopes.sort_name(token.text);
   if (name.parameter != nullptr) expect_arity(token.position, token.text, 0, 1);
   if (name.global == nullptr) {
-    const TheorySort* theory_sort = find_theory_sort(token.text, logic);
-    if (theory_sort == nullptr || theory_sort->make == nullptr) reject_name(token);
+    if (find_maker(token.text, logic) == nullptr) reject_name(token);
     throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
   }
   Head head{token.position, token.text, name.global.get(), args.size()};
@@ -138,14 +125,14 @@ SortReader::Head SortReader::open() {
 }
 
 void SortReader::reject_name(const Token& token) const {
-  const TheorySort* theory_sort = find_theory_sort(token.text, logic);
-  if (theory_sort != nullptr) {
+  const TheoryName* row = find_theory_sort(token.text);
+  if (row != nullptr && logic.has(row->theory)) {
     throw ParseError(token.position, "unsupported: the sort " + token.description() + " of " +
-                                         describe(theory_sort->theory));
+                                         describe(row->theory));
   }
   std::string text = "unknown sort " + token.description();
-  for (const TheorySort& sort : theory_sorts) {
-    if (token.text == sort.name) text += " (the logic " + logic.name() + " does not have it)";
+  if (row != nullptr && row->theory != Theory::NONE) {
+    text += " (the logic " + logic.name() + " does not have it)";
   }
   throw ParseError(token.position, text);
 }

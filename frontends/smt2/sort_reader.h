@@ -1,4 +1,4 @@
-// Reads sorts, without recursion, and keeps the table of the theories' sorts.
+// Reads sorts, without recursion, and knows which sorts of the theories are supported.
 //
 // A sort is a type of the manager. A declared sort of arity 0 is a simple type; one of higher arity
 // applied to arguments is the compound (head, arguments ...), whose head is the simple type of the
@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "frontends/smt2/lexer.h"
-#include "frontends/smt2/logic.h"
 #include "frontends/smt2/scopes.h"
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill::smt2 {

@@ -5,9 +5,10 @@
 
 namespace quill::smt2 {
 
-TermBuilder::TermBuilder(TermManager& term_manager, const Logic& script_logic)
+TermBuilder::TermBuilder(TermManager& term_manager, Scopes& scopes, const Logic& script_logic)
     : manager(term_manager),
       logic(script_logic),
+      zero_divisions(term_manager, scopes),
       bool_type(term_manager.get_bool_type()),
       int_type(term_manager.get_int_type()),
       real_type(term_manager.get_rat_type()),

@@ -12,21 +12,24 @@
 #include <string>
 
 #include "frontends/smt2/lexer.h"
-#include "frontends/smt2/logic.h"
 #include "frontends/smt2/operators.h"
+#include "frontends/smt2/scopes.h"
 #include "frontends/smt2/value.h"
+#include "frontends/smt2/zero_divisions.h"
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill::smt2 {
 
 class TermBuilder {
  public:
-  TermBuilder(TermManager& term_manager, const Logic& script_logic);
+  TermBuilder(TermManager& term_manager, Scopes& scopes, const Logic& script_logic);
   TermBuilder(const TermBuilder&) = delete;
   TermBuilder& operator=(const TermBuilder&) = delete;
 
   TermManager& manager;
   const Logic& logic;  // the one in force, which set-logic and reset change
+  ZeroDivisions zero_divisions;
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;

@@ -1,12 +1,11 @@
 #include "frontends/smt2/term_reader.h"
 
-#include <string_view>
-#include <utility>
+#include <string>
 
 #include "frontends/smt2/reserved_words.h"
 #include "frontends/smt2/sort_text.h"
-#include "frontends/smt2/term_search.h"
 #include "quill/printers/name_escape.h"
+#include "quill/printers/smtlib2_names.h"
 
 namespace quill::smt2 {
 
@@ -29,13 +28,19 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
       sort_reader(sorts),
       builder(terms),
       manager(terms.manager) {
+  for (const TheoryName& row : theory_symbols) scopes.name(std::string(row.name)).theory = &row;
   for (const Operator& op : operators()) scopes.name(op.name).theory_operator = &op;
 }
 
-bool TermReader::at_named_term() const {
-  if (lexer.token.kind != TokenKind::SYMBOL) return false;
+const Binding* TermReader::named_term_here() const {
+  if (lexer.token.kind != TokenKind::SYMBOL) return nullptr;
   const Name& name = scopes.name(lexer.token.text);
-  return name.local == 0 && name.global != nullptr && name.global->from_annotation;
+  const bool named = name.local == 0 && name.global != nullptr && name.global->from_annotation;
+  return named ? name.global.get() : nullptr;
+}
+
+std::string TermReader::stored_name(const std::string& name) const {
+  return name_from_smtlib(name, NameKind::Symbol, default_escape_prefix, builder.logic);
 }
 
 Value TermReader::read() {
@@ -138,96 +143,6 @@ void TermReader::open_compound_head(Position position) {
   open_application(position, head, first_index, sort);
 }
 
-// An identifier: a symbol, or "_" (the current token is that word, or the parenthesis before it),
-// a symbol and indices, up to its closing parenthesis. The indices are left in the vector.
-TermReader::Meaning TermReader::read_identifier() {
-  const Token& token = lexer.token;
-  if (token.kind == TokenKind::OPEN) {
-    lexer.next();
-    if (!token.is_word("_")) {
-      throw ParseError(token.position, "'_' is expected, not " + token.description());
-    }
-  }
-  const bool indexed = token.is_word("_");
-  if (indexed) lexer.next();
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
-    throw ParseError(token.position, "a symbol is expected, not " + token.description());
-  }
-  const Meaning meaning = meaning_of(token, indexed);
-  lexer.next();
-  if (!indexed) return meaning;
-  const size_t first = indices.size();
-  while (token.kind == TokenKind::NUMERAL || token.kind == TokenKind::SYMBOL ||
-         token.kind == TokenKind::HEXADECIMAL) {
-    indices.push_back(token.spelling());
-    lexer.next();
-  }
-  if (indices.size() == first) {
-    throw ParseError(token.position, "an index is expected, not " + token.description());
-  }
-  expect_close("identifier");
-  lexer.next();
-  return meaning;
-}
-
-// The sort and the closing parenthesis of (as name sort).
-const DataType* TermReader::read_ascribed_sort() {
-  const DataType* sort = sort_reader.read();
-  expect_close("'as'");
-  lexer.next();
-  return sort;
-}
-
-// ----- let --------------------------------------------------------------------------------------
-
-void TermReader::open_let(Position position) {
-  lexer.next();
-  if (lexer.token.kind != TokenKind::OPEN) {
-    throw ParseError(lexer.token.position,
-                     "the bindings of 'let' are expected, not " + lexer.token.description());
-  }
-  lexer.next();
-  frames.push_back({FrameKind::BINDINGS, position, values.size(), variables.size(), {}, nullptr});
-  open_binding();
-}
-
-// The parenthesis and the variable of a binding; its term is next.
-void TermReader::open_binding() {
-  const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
-  }
-  if (token.kind == TokenKind::CLOSE) {
-    throw ParseError(token.position, "'let' without a binding");
-  }
-  if (token.kind != TokenKind::OPEN) {
-    throw ParseError(token.position, "a binding of 'let' is expected, not " + token.description());
-  }
-  lexer.next();
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
-    throw ParseError(token.position, "a variable is expected, not " + token.description());
-  }
-  variables.push_back(&scopes.name(token.text));
-  lexer.next();
-}
-
-// All bindings have been read: their variables become known at once.
-void TermReader::close_bindings(Frame& frame) {
-  const size_t first_local = scopes.num_locals();
-  const size_t count = values.size() - frame.first_value;
-  for (size_t i = 0; i < count; ++i) {
-    Name& variable = *variables[frame.first_extra + i];
-    if (variable.local > first_local) {
-      throw ParseError(frame.position, "'let' binds the same variable twice");
-    }
-    scopes.bind_local(variable, values[frame.first_value + i]);
-  }
-  values.resize(frame.first_value);
-  variables.resize(frame.first_extra);
-  frame.kind = FrameKind::BODY;
-  frame.first_extra = first_local;
-}
-
 // ----- closing ----------------------------------------------------------------------------------
 
 // A term is complete, the current token is the one behind it. Goes on with what surrounds it, as
@@ -264,80 +179,6 @@ void TermReader::finish(Value value) {
   }
 }
 
-// The attributes behind an annotated term, up to the closing parenthesis.
-void TermReader::finish_annotation(Position position) {
-  const Token& token = lexer.token;
-  if (token.kind == TokenKind::CLOSE) throw ParseError(position, "'!' without an attribute");
-  while (token.kind == TokenKind::KEYWORD) {
-    const bool named = token.text == "named";
-    lexer.next();
-    if (named) {
-      name_term(values.back());
-      lexer.next();
-    } else {
-      skip_attribute_value();
-    }
-  }
-  expect_close("'!'");
-}
-
-void TermReader::name_term(const Value& value) {
-  const Token& token = lexer.token;
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
-    throw ParseError(token.position,
-                     "a symbol is expected behind :named, not " + token.description());
-  }
-  Name& name = scopes.name(token.text);
-  if (is_reserved(name)) {
-    throw ParseError(token.position, token.description() + " is an operator of " +
-                                         describe(name.theory_operator->theory) +
-                                         " and cannot name a term");
-  }
-  if (name.global != nullptr) {
-    throw ParseError(token.position, "the name " + token.description() + " is already in use");
-  }
-  if (!forbidden_in_named.empty()) {
-    ReachableTerms reachable;
-    reachable.add_root(value.term);
-    for (const Term_* forbidden : forbidden_in_named) {
-      if (!reachable.contains(forbidden)) continue;
-      throw ParseError(token.position, "the term named " + token.description() +
-                                           " mentions parameters of the definition around it");
-    }
-  }
-  auto binding = std::make_unique<Binding>();
-  binding->kind = Binding::Kind::TERM;
-  binding->from_annotation = true;
-  binding->value = value;
-  scopes.bind(name, std::move(binding));
-  named_terms.push_back({token.text, value.term});
-}
-
-// An attribute has a value unless the next attribute or the end follows.
-void TermReader::skip_attribute_value() {
-  uint64_t depth = 0;
-  for (;;) {
-    switch (lexer.token.kind) {
-      case TokenKind::END:
-        throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
-      case TokenKind::OPEN:
-        ++depth;
-        break;
-      case TokenKind::CLOSE:
-        if (depth == 0) return;
-        --depth;
-        break;
-      case TokenKind::KEYWORD:
-        if (depth == 0) return;
-        break;
-      default:
-        break;
-    }
-    lexer.next();
-    if (depth == 0) return;
-  }
-}
-
 void TermReader::close_application() {
   const Frame frame = frames.back();
   const size_t num_args = values.size() - frame.first_value;
@@ -362,7 +203,10 @@ void TermReader::close_application() {
 
 Value TermReader::apply_function(const Frame& frame, size_t num_args) {
   const Symbol* function = frame.head.function;
-  const auto name = [&] { return shown(name_to_smtlib(function->name, NameKind::Symbol)); };
+  const auto name = [&] {
+    return shown(
+        name_to_smtlib(function->name, NameKind::Symbol, default_escape_prefix, builder.logic));
+  };
   if (num_args != function->arity) {
     throw ParseError(frame.position, name() + " takes " + arguments(function->arity) + ", not " +
                                          std::to_string(num_args));
@@ -401,130 +245,6 @@ Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
     terms.push_back(argument.term);
   }
   return {manager.substitute(macro.body.term, macro.placeholders, terms), macro.body.sort};
-}
-
-// ----- atoms and names --------------------------------------------------------------------------
-
-Value TermReader::read_atom() {
-  const Token& token = lexer.token;
-  Value value;
-  switch (token.kind) {
-    case TokenKind::NUMERAL:
-    case TokenKind::DECIMAL:
-      value = builder.number(token);
-      break;
-    case TokenKind::SYMBOL: {
-      if (is_reserved_word(token)) {
-        throw ParseError(token.position, "a term is expected, not " + token.description());
-      }
-      const Meaning meaning = meaning_of(token, /*indexed=*/false);
-      value = as_constant(meaning, token.text, token.position, indices.size());
-      break;
-    }
-    case TokenKind::BINARY:
-    case TokenKind::HEXADECIMAL:
-      throw ParseError(token.position,
-                       "unsupported: the bit-vector literal " + token.description());
-    case TokenKind::STRING:
-      throw ParseError(token.position, "unsupported: a string as a term");
-    case TokenKind::END:
-      throw ParseError(lexer.end_of_previous(), "the input ends where a term is expected");
-    default:
-      throw ParseError(token.position, "a term is expected, not " + token.description());
-  }
-  lexer.next();
-  return value;
-}
-
-// What stands alone must have no parameters.
-Value TermReader::as_constant(const Meaning& meaning, const std::string& name, Position position,
-                              size_t first_index) {
-  if (meaning.value.term != nullptr) return meaning.value;
-  if (meaning.op != nullptr && meaning.op->is_constant()) {
-    const Application application{
-        *meaning.op, position, std::span(indices).subspan(first_index), {}};
-    const Value value = apply_operator(builder, application);
-    indices.resize(first_index);
-    return value;
-  }
-  throw ParseError(position, shown(name) + " is a function and needs arguments");
-}
-
-TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
-  const Name& name = scopes.name(token.text);
-  Meaning meaning;
-  if (indexed) {
-    if (!is_reserved(name)) reject_unknown(token);
-    if (name.theory_operator->num_indices == 0) {
-      throw ParseError(token.position, token.description() + " takes no indices");
-    }
-  } else if (name.local != 0) {
-    meaning.value = scopes.local_value(name);
-    return meaning;
-  } else if (name.global != nullptr) {
-    const Binding& binding = *name.global;
-    switch (binding.kind) {
-      case Binding::Kind::TERM:
-        meaning.value = binding.value;
-        break;
-      case Binding::Kind::MACRO:
-        meaning.macro = &binding.macro;
-        break;
-      case Binding::Kind::FUNCTION:
-        if (binding.symbol->arity == 0) {
-          meaning.value = {manager.make_constant(binding.symbol), binding.symbol->type};
-        } else {
-          meaning.function = binding.symbol;
-        }
-        break;
-    }
-    return meaning;
-  }
-  if (is_reserved(name)) {
-    meaning.op = name.theory_operator;
-    if (meaning.op->build == nullptr) {
-      throw ParseError(token.position, "unsupported: the operator " + token.description() + " of " +
-                                           describe(meaning.op->theory));
-    }
-    return meaning;
-  }
-  if (use_signature) {
-    const std::string stored = name_from_smtlib(token.text, NameKind::Symbol);
-    const Symbol* symbol = manager.get_signature()->get_symbol(stored.c_str());
-    if (symbol != nullptr && symbol->arity == 0) {
-      meaning.value = {manager.make_constant(symbol), symbol->type};
-      return meaning;
-    }
-    if (symbol != nullptr) {
-      meaning.function = symbol;
-      return meaning;
-    }
-  }
-  reject_unknown(token);
-}
-
-void TermReader::reject_unknown(const Token& token) const {
-  const std::string& text = token.text;
-  if (text.size() > 2 && text.compare(0, 2, "bv") == 0 && text[2] >= '0' && text[2] <= '9' &&
-      builder.logic.has(Theory::BIT_VECTORS)) {
-    throw ParseError(token.position, "unknown symbol " + token.description() +
-                                         " (bit-vector literals are not supported)");
-  }
-  std::string why = "unknown symbol " + token.description();
-  const Name& name = scopes.name(text);
-  if (name.theory_operator != nullptr && !is_reserved(name)) {
-    why += " (the logic " + builder.logic.name() + " does not have it)";
-  } else if (text.size() > 1 && text[0] == '-' && text[1] >= '0' && text[1] <= '9') {
-    why += " (negative numbers are written (- " + shown(text.substr(1)) + "))";
-  }
-  throw ParseError(token.position, why);
-}
-
-void TermReader::check_ascribed_sort(const Value& value, const DataType* sort,
-                                     Position position) const {
-  if (sort == nullptr || value.sort == sort) return;
-  throw ParseError(position, "'as' names the sort " + sort_text(manager, sort) +
-                                 ", but the term has sort " + sort_text(manager, value.sort));
 }
 
 void TermReader::expect_close(const char* construct) {

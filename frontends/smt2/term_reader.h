@@ -28,13 +28,16 @@ class TermReader {
   // Reads one term. On entry the current token is its first one, on return the first one behind it.
   Value read();
 
-  // Whether the current token is a term of its own that names another one by :named.
-  bool at_named_term() const;
+  // The name that :named gave to the term which the current token stands for on its own; or null.
+  const Binding* named_term_here() const;
 
-  // Whether a theory of the logic gives the name a meaning.
+  // Whether a theory of the logic gives the name a meaning, so that it cannot be declared.
   bool is_reserved(const Name& name) const {
-    return name.theory_operator != nullptr && builder.logic.has(name.theory_operator->theory);
+    return name.theory != nullptr && builder.logic.has(name.theory->theory);
   }
+
+  // The manager's spelling of a name.
+  std::string stored_name(const std::string& name) const;
 
   // The terms named by :named since the caller last emptied this.
   std::vector<NamedTerm> named_terms;
@@ -46,6 +49,12 @@ class TermReader {
   bool use_signature = false;
 
  private:
+  // Whether the name, unless it is declared, is an operator, reserved or not.
+  bool has_operator(const Name& name) const {
+    return is_reserved(name) ||
+           (name.theory_operator != nullptr && builder.logic.has(name.theory->readers));
+  }
+
   enum class FrameKind { OPERATOR, FUNCTION, MACRO, BINDINGS, BODY, ANNOTATION };
 
   // What stands at the head of an application, or a constant. Exactly one of the pointers is set,

@@ -22,7 +22,8 @@ struct Value {
 
 // A term that a script gives a name by (! term :named name).
 struct NamedTerm {
-  std::string name;  // as in the script, without bars
+  std::string name;         // as in the script, without bars
+  std::string stored_name;  // in the manager's spelling; no symbol in use has it
   const Term_* term = nullptr;
 };
 

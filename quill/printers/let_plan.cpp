@@ -2,37 +2,25 @@
 
 #include <algorithm>
 
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/printers/written_form.h"
 
 namespace quill {
 
 namespace {
 
-constexpr unsigned max_constant_factors = 8;
-
 // One operator with one constant behind it, such as (not p) and (- x): no longer than a name for it
 // would be.
 bool is_tiny(const WrittenForm& form) {
-  return form.num_operands() == 1 && form.operand(0).term->symbol->arity == 0;
-}
-
-// A product of a few numerals. Readers of linear logics want to see that a factor is constant.
-bool is_constant_product(const TermManager& manager, const Term_* t) {
-  for (unsigned factors = 1; factors <= max_constant_factors; factors++) {
-    if (manager.is_number(t->symbol, nullptr)) return true;
-    if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
-        !manager.is_number(t->args[1]->symbol, nullptr)) {
-      return false;
-    }
-    t = t->args[0];
-  }
-  return false;
+  return form.num_operands() == 1 && form.kind != WrittenForm::IntegerDivision &&
+         form.operand(0).term->symbol->arity == 0;
 }
 
 }  // namespace
 
 LetPlan::LetPlan(const TermManager& manager, const Term_* root,
-                 const Configuration::Printer& configuration) {
+                 const Configuration::Printer& configuration)
+    : with_abs(Logic(configuration.logic).is_nonlinear()) {
   collect(manager, root);
   bind(manager, root, std::max<uint64_t>(2, configuration.min_occurrences));
 }
@@ -45,7 +33,7 @@ void LetPlan::collect(const TermManager& manager, const Term_* root) {
     WrittenForm form;
     uint64_t next;  // the operand to go to next
   };
-  std::vector<Frame> open{{WrittenForm(manager, root), 0}};
+  std::vector<Frame> open{{WrittenForm(manager, root, with_abs), 0}};
   nodes[root].occurrences = 1;
   while (!open.empty()) {
     Frame& frame = open.back();
@@ -56,7 +44,7 @@ void LetPlan::collect(const TermManager& manager, const Term_* root) {
     }
     const Term_* operand = frame.form.operand(frame.next++).term;
     if (operand->symbol->arity != 0 && nodes[operand].occurrences++ == 0) {
-      open.push_back({WrittenForm(manager, operand), 0});
+      open.push_back({WrittenForm(manager, operand, with_abs), 0});
     }
   }
 }
@@ -65,7 +53,7 @@ void LetPlan::bind(const TermManager& manager, const Term_* root, uint64_t min_o
   // The level of a term is the number of groups that must come before it.
   std::vector<size_t> sizes;  // of the groups
   for (const Term_* t : post_order) {
-    const WrittenForm form(manager, t);
+    const WrittenForm form(manager, t, with_abs);
     Node& node = nodes[t];
     for (uint64_t i = 0; i < form.num_operands(); i++) {
       const auto operand = nodes.find(form.operand(i).term);
@@ -74,8 +62,9 @@ void LetPlan::bind(const TermManager& manager, const Term_* root, uint64_t min_o
       node.level = std::max(node.level, operand->second.level + (is_bound ? 1 : 0));
     }
     if (t == root || node.occurrences < min_occurrences || is_tiny(form) ||
-        is_constant_product(manager, t))
+        is_numeral_product(manager, t)) {
       continue;
+    }
     node.number = 1;  // bound; which number follows below
     if (node.level == sizes.size()) sizes.push_back(0);
     sizes[node.level]++;

@@ -47,6 +47,7 @@ class LetPlan {
   void collect(const TermManager& manager, const Term_* root);
   void bind(const TermManager& manager, const Term_* root, uint64_t min_occurrences);
 
+  const bool with_abs;
   hsh::HashMap<const Term_*, Node> nodes;  // every subterm that is not a constant
   std::vector<const Term_*> post_order;
   std::vector<const Term_*> bound;

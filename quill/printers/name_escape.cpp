@@ -1,6 +1,6 @@
 #include "quill/printers/name_escape.h"
 
-#include "quill/printers/smtlib2_syntax.h"
+#include "quill/printers/smtlib2_names.h"
 
 namespace quill {
 
@@ -96,7 +96,7 @@ bool is_managers_type_name(std::string_view name) {
   return name.empty() || (take(name, ':') && take_digits(name) && name.empty());
 }
 
-bool is_writable(std::string_view name, NameKind kind) {
+bool is_writable(std::string_view name, NameKind kind, const Logic& logic) {
   if (!name.empty() && (name[0] == '@' || name[0] == '.')) return false;
   if (name == "_" || name == "as") return false;
   for (const char c : name) {
@@ -104,7 +104,11 @@ bool is_writable(std::string_view name, NameKind kind) {
     const bool blank = byte == '\t' || byte == '\n' || byte == '\r';
     if (c == '|' || c == '\\' || (byte < 32 && !blank) || byte == 127) return false;
   }
-  return kind == NameKind::Sort ? !is_theory_sort(name) : !is_theory_symbol(name);
+  // Some readers refuse a sort that is named like one of their operators.
+  const TheoryName* row = find_theory_symbol(name);
+  if (row != nullptr && logic.is_taken(row->readers)) return false;
+  row = kind == NameKind::Sort ? find_theory_sort(name) : nullptr;
+  return row == nullptr || !logic.is_taken(row->readers);
 }
 
 // A name as layers of escape around a core that is no escape.
@@ -135,25 +139,27 @@ struct Sides {
   bool unwritable;    // and the other
 };
 
-Sides classify(const std::string& core, NameKind kind) {
+Sides classify(const std::string& core, NameKind kind, const Logic& logic) {
   const bool own =
       kind == NameKind::Sort ? is_managers_type_name(core) : is_managers_symbol_name(core);
-  return {own, !is_writable(core, kind)};
+  return {own, !is_writable(core, kind, logic)};
 }
 
 }  // namespace
 
-std::string name_from_smtlib(std::string_view name, NameKind kind, std::string_view prefix) {
+std::string name_from_smtlib(std::string_view name, NameKind kind, std::string_view prefix,
+                             const Logic& logic) {
   const Layers layers = peel(name, prefix);
-  const Sides sides = classify(layers.core, kind);
+  const Sides sides = classify(layers.core, kind, logic);
   if (sides.managers_own == sides.unwritable) return std::string(name);
   if (sides.managers_own) return wrap(layers, layers.depth + 1, prefix);
   return wrap(layers, layers.depth == 0 ? 0 : layers.depth - 1, prefix);
 }
 
-std::string name_to_smtlib(std::string_view name, NameKind kind, std::string_view prefix) {
+std::string name_to_smtlib(std::string_view name, NameKind kind, std::string_view prefix,
+                           const Logic& logic) {
   const Layers layers = peel(name, prefix);
-  const Sides sides = classify(layers.core, kind);
+  const Sides sides = classify(layers.core, kind, logic);
   if (sides.managers_own == sides.unwritable) return std::string(name);
   if (sides.unwritable) return wrap(layers, layers.depth + 1, prefix);
   return wrap(layers, layers.depth == 0 ? 0 : layers.depth - 1, prefix);

@@ -8,7 +8,8 @@
 //     sorts the names of the manager's own types (BitVec, 32, 8:23);
 //   - names that the manager can hold and SMT-LIB or its readers cannot: with a bar, a backslash or
 //   a control character,
-//     with a leading @ or ., names of the theories, and the two words _ and as.
+//     with a leading @ or ., names that the theories of the logic have (also, for
+//     sorts, those of their operators), and the two words _ and as.
 //
 // Each is written as an escape of itself on the side that cannot have it: "quill!" followed by the
 // name, in which bytes other than letters and digits stand as ! and two hexadecimal digits. An
@@ -21,13 +22,18 @@
 //   accepts and does not take for its own
 //
 // Names are given and returned without the bars of quoted symbols. Another prefix than the usual
-// one can be given, to both functions alike; it must not be empty.
+// one can be given, to both functions alike, and so can a logic; the prefix must not be empty.
+//
+// A script may declare a name and the escape of another, unwritable one that the logic leaves free
+// to it: |@x| and quill!!40x. Both are then @x, and whoever declares names has to keep them apart.
 
 #ifndef QUILL_PRINTERS_NAME_ESCAPE_H
 #define QUILL_PRINTERS_NAME_ESCAPE_H
 
 #include <string>
 #include <string_view>
+
+#include "quill/printers/smtlib2_logic.h"
 
 namespace quill {
 
@@ -37,11 +43,13 @@ constexpr std::string_view default_escape_prefix = "quill!";
 
 // The manager's name for a name in SMT-LIB text.
 std::string name_from_smtlib(std::string_view name, NameKind kind,
-                             std::string_view prefix = default_escape_prefix);
+                             std::string_view prefix = default_escape_prefix,
+                             const Logic& logic = Logic());
 
 // The name in SMT-LIB text for a name of the manager's.
 std::string name_to_smtlib(std::string_view name, NameKind kind,
-                           std::string_view prefix = default_escape_prefix);
+                           std::string_view prefix = default_escape_prefix,
+                           const Logic& logic = Logic());
 
 }  // namespace quill
 

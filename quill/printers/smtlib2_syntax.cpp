@@ -6,172 +6,26 @@
 #include <string>
 #include <vector>
 
+#include "quill/printers/smtlib2_names.h"
+
 namespace quill {
 
 namespace {
 
-// Sorted, for binary search. clang-format off
-constexpr std::string_view reserved_words[] = {"!",
-                                               "BINARY",
-                                               "DECIMAL",
-                                               "HEXADECIMAL",
-                                               "NUMERAL",
-                                               "STRING",
-                                               "_",
-                                               "as",
-                                               "assert",
-                                               "check-sat",
-                                               "check-sat-assuming",
-                                               "declare-const",
-                                               "declare-datatype",
-                                               "declare-datatypes",
-                                               "declare-fun",
-                                               "declare-sort",
-                                               "define-const",
-                                               "define-fun",
-                                               "define-fun-rec",
-                                               "define-funs-rec",
-                                               "define-sort",
-                                               "echo",
-                                               "exists",
-                                               "exit",
-                                               "forall",
-                                               "get-assertions",
-                                               "get-assignment",
-                                               "get-info",
-                                               "get-model",
-                                               "get-option",
-                                               "get-proof",
-                                               "get-unsat-assumptions",
-                                               "get-unsat-core",
-                                               "get-value",
-                                               "lambda",
-                                               "let",
-                                               "match",
-                                               "par",
-                                               "pop",
-                                               "push",
-                                               "reset",
-                                               "reset-assertions",
-                                               "set-info",
-                                               "set-logic",
-                                               "set-option"};
-
-constexpr std::string_view theory_symbols[] = {"*",
-                                               "+",
-                                               "-",
-                                               "/",
-                                               "<",
-                                               "<=",
-                                               "=",
-                                               "=>",
-                                               ">",
-                                               ">=",
-                                               "RNA",
-                                               "RNE",
-                                               "RTN",
-                                               "RTP",
-                                               "RTZ",
-                                               "abs",
-                                               "and",
-                                               "bv2nat",
-                                               "bvadd",
-                                               "bvand",
-                                               "bvashr",
-                                               "bvcomp",
-                                               "bvlshr",
-                                               "bvmul",
-                                               "bvnand",
-                                               "bvneg",
-                                               "bvnor",
-                                               "bvnot",
-                                               "bvor",
-                                               "bvsdiv",
-                                               "bvsge",
-                                               "bvsgt",
-                                               "bvshl",
-                                               "bvsle",
-                                               "bvslt",
-                                               "bvsmod",
-                                               "bvsrem",
-                                               "bvsub",
-                                               "bvudiv",
-                                               "bvuge",
-                                               "bvugt",
-                                               "bvule",
-                                               "bvult",
-                                               "bvurem",
-                                               "bvxnor",
-                                               "bvxor",
-                                               "concat",
-                                               "const",
-                                               "distinct",
-                                               "div",
-                                               "divisible",
-                                               "extract",
-                                               "false",
-                                               "fp",
-                                               "fp.abs",
-                                               "fp.add",
-                                               "fp.div",
-                                               "fp.eq",
-                                               "fp.fma",
-                                               "fp.geq",
-                                               "fp.gt",
-                                               "fp.isInfinite",
-                                               "fp.isNaN",
-                                               "fp.isNegative",
-                                               "fp.isNormal",
-                                               "fp.isPositive",
-                                               "fp.isSubnormal",
-                                               "fp.isZero",
-                                               "fp.leq",
-                                               "fp.lt",
-                                               "fp.max",
-                                               "fp.min",
-                                               "fp.mul",
-                                               "fp.neg",
-                                               "fp.rem",
-                                               "fp.roundToIntegral",
-                                               "fp.sqrt",
-                                               "fp.sub",
-                                               "fp.to_ieee_bv",
-                                               "fp.to_real",
-                                               "fp.to_sbv",
-                                               "fp.to_ubv",
-                                               "int2bv",
-                                               "is_int",
-                                               "ite",
-                                               "mod",
-                                               "not",
-                                               "or",
-                                               "repeat",
-                                               "rotate_left",
-                                               "rotate_right",
-                                               "roundNearestTiesToAway",
-                                               "roundNearestTiesToEven",
-                                               "roundTowardNegative",
-                                               "roundTowardPositive",
-                                               "roundTowardZero",
-                                               "select",
-                                               "sign_extend",
-                                               "store",
-                                               "to_fp",
-                                               "to_fp_unsigned",
-                                               "to_int",
-                                               "to_real",
-                                               "true",
-                                               "xor",
-                                               "zero_extend"};
-
-constexpr std::string_view theory_sorts[] = {
-    "Array", "BitVec", "Bool",   "Float128",     "Float16", "Float32", "Float64", "FloatingPoint",
-    "Int",   "Real",   "RegLan", "RoundingMode", "Seq",     "Set",     "String"};
+// Sorted, for binary search.
+// clang-format off
+constexpr std::string_view reserved_words[] = {
+    "!", "BINARY", "DECIMAL", "HEXADECIMAL", "NUMERAL", "STRING", "_", "as", "assert",
+    "check-sat", "check-sat-assuming", "declare-const", "declare-datatype", "declare-datatypes",
+    "declare-fun", "declare-sort", "define-const", "define-fun", "define-fun-rec",
+    "define-funs-rec", "define-sort", "echo", "exists", "exit", "forall", "get-assertions",
+    "get-assignment", "get-info", "get-model", "get-option", "get-proof", "get-unsat-assumptions",
+    "get-unsat-core", "get-value", "lambda", "let", "match", "par", "pop", "push", "reset",
+    "reset-assertions", "set-info", "set-logic", "set-option",
+};
 // clang-format on
 
-static_assert(std::ranges::is_sorted(reserved_words) && std::ranges::is_sorted(theory_symbols) &&
-                  std::ranges::is_sorted(theory_sorts),
-              "the tables are searched by bisection");
+static_assert(std::ranges::is_sorted(reserved_words), "the table is searched by bisection");
 
 bool is_symbol_char(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
@@ -189,12 +43,21 @@ bool is_simple_symbol(std::string_view name) {
   return !std::ranges::binary_search(reserved_words, name);
 }
 
-bool is_theory_symbol(std::string_view name) {
-  return std::ranges::binary_search(theory_symbols, name);
+bool is_theory_symbol(std::string_view name, const Logic& logic) {
+  const TheoryName* row = find_theory_symbol(name);
+  return row != nullptr && logic.has(row->theory);
 }
 
-bool is_theory_sort(std::string_view name) {
-  return std::ranges::binary_search(theory_sorts, name);
+bool is_theory_sort(std::string_view name, const Logic& logic) {
+  const TheoryName* row = find_theory_sort(name);
+  return row != nullptr && logic.has(row->theory);
+}
+
+bool needs_qualified_head(std::string_view name) {
+  for (const std::string_view word : {"!", "exists", "forall", "lambda", "let", "match"}) {
+    if (name == word) return true;
+  }
+  return false;
 }
 
 void print_quoted(std::ostream& out, std::string_view name) {
@@ -205,13 +68,13 @@ void print_quoted(std::ostream& out, std::string_view name) {
   }
 }
 
-void print_symbol(std::ostream& out, std::string_view manager_name,
-                  std::string_view escape_prefix) {
-  print_quoted(out, name_to_smtlib(manager_name, NameKind::Symbol, escape_prefix));
+void print_symbol(std::ostream& out, std::string_view manager_name, std::string_view escape_prefix,
+                  const Logic& logic) {
+  print_quoted(out, name_to_smtlib(manager_name, NameKind::Symbol, escape_prefix, logic));
 }
 
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
-                std::string_view escape_prefix) {
+                std::string_view escape_prefix, const Logic& logic) {
   struct Frame {
     const DataType* type;
     size_t next;  // the component to print next
@@ -227,11 +90,11 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
     } else if (t == manager.get_fprounding_type()) {
       out << "RoundingMode";
     } else if (t->is_simple()) {
-      print_quoted(out, name_to_smtlib(t->get_name(), NameKind::Sort, escape_prefix));
+      print_quoted(out, name_to_smtlib(t->get_name(), NameKind::Sort, escape_prefix, logic));
     } else if (manager.is_bv_type(t, &width)) {
-      out << "(_ BitVec " << width << ')';
+      out << "(_ BitVec " << std::to_string(width) << ')';
     } else if (manager.is_fp_type(t, &e, &m)) {
-      out << "(_ FloatingPoint " << e << ' ' << m + 1 << ')';
+      out << "(_ FloatingPoint " << std::to_string(e) << ' ' << std::to_string(m + 1) << ')';
     } else {
       out << '(';
       open.push_back({t, 0});

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "quill/printers/name_escape.h"
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/data_type.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
@@ -18,22 +19,28 @@ namespace quill {
 // word, no name of a command and no number with a sign.
 bool is_simple_symbol(std::string_view name);
 
-// Whether a theory of the standard gives the name a meaning, as an operator or a constant, or as a
+// Whether a theory of the logic gives the name a meaning, as an operator or a constant, or as a
 // sort.
-bool is_theory_symbol(std::string_view name);
-bool is_theory_sort(std::string_view name);
+bool is_theory_symbol(std::string_view name, const Logic& logic = Logic());
+bool is_theory_sort(std::string_view name, const Logic& logic = Logic());
+
+// Whether some readers take the name, even between bars, for a word of the language at the head of
+// an application: (|let| x). They take ((as |let| Int) x) as it is meant.
+bool needs_qualified_head(std::string_view name);
 
 // Writes the name between bars if it needs them. It must hold neither a bar nor a backslash.
 void print_quoted(std::ostream& out, std::string_view name);
 
 // Writes a name of the manager's, escaped and between bars as needed (see name_escape.h).
 void print_symbol(std::ostream& out, std::string_view manager_name,
-                  std::string_view escape_prefix = default_escape_prefix);
+                  std::string_view escape_prefix = default_escape_prefix,
+                  const Logic& logic = Logic());
 
 // Writes a type as a sort: (_ BitVec 8), (_ FloatingPoint 8 24), RoundingMode, (Array Int Real),
 // (List Int).
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
-                std::string_view escape_prefix = default_escape_prefix);
+                std::string_view escape_prefix = default_escape_prefix,
+                const Logic& logic = Logic());
 
 // Writes an integer as 3 or (- 3); with as_real, any rational as 3.0, (- 3.0), (/ 1.0 3.0) or (-
 // (/ 1.0 3.0)).

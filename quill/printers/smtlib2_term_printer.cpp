@@ -1,6 +1,7 @@
 #include "quill/printers/smtlib2_term_printer.h"
 
 #include <ostream>
+#include <string>
 
 #include "quill/printers/smtlib2_syntax.h"
 
@@ -10,6 +11,7 @@ SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printe
                                        const std::string& let_names, const std::string& renamed,
                                        bool share_by_let, const Annotations* annotations_of_terms)
     : SmtLibTermPrinter(owner, choices, let_names, renamed),
+      with_abs(logic.is_nonlinear()),
       share(share_by_let),
       annotations(annotations_of_terms) {}
 
@@ -48,7 +50,7 @@ void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
     const Step step = work.back();
     work.pop_back();
     const Term_* t = step.item.term;
-    out << step.item.text;
+    print_text(out, step.item);
     if (step.what == Step::EndAnnotation) print_annotation_end(out, t);
     if (step.what != Step::Write) continue;
 
@@ -56,6 +58,11 @@ void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
       out << "(to_real ";
       work.push_back({Step::Text, {nullptr, nullptr, ")"}});
       work.push_back({Step::Write, {t, nullptr, ""}});
+      continue;
+    }
+    if (named.find(t) != named.end() && manager.is_number(t->symbol, nullptr)) {
+      // Its name has the sort of the place in which it was written first.
+      print_constant(out, t->symbol, step.item.expected);
       continue;
     }
     if (is_annotated(t)) {
@@ -66,11 +73,14 @@ void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
       print_unannotated(out, t, step.item.expected);
       continue;
     }
-    const WrittenForm form(manager, t);
+    const WrittenForm form = form_of(t);
     print_operator(out, form);
-    work.push_back({Step::Text, {nullptr, nullptr, ")"}});
+    work.push_back({Step::Text, closing(form)});
     operands.clear();
-    push_operands(operands, form, [this](const Term_* operand) { return !is_annotated(operand); });
+    push_operands(operands, form, [this](const Term_* operand) {
+      return !is_annotated(operand) &&
+             form_of(operand).kind == WrittenForm(manager, operand, with_abs).kind;
+    });
     for (const Item& operand : operands) work.push_back({Step::Write, operand});
   }
 }
@@ -82,7 +92,7 @@ void SmtLib2TermPrinter::find_terms_above_annotated(const Term_* root, TermSet& 
     uint64_t next;  // the operand to go to next
   };
   TermSet reached;
-  std::vector<Frame> open{{WrittenForm(manager, root), 0}};
+  std::vector<Frame> open{{form_of(root), 0}};
   reached.insert(root);
   while (!open.empty()) {
     Frame& frame = open.back();
@@ -96,7 +106,7 @@ void SmtLib2TermPrinter::find_terms_above_annotated(const Term_* root, TermSet& 
       continue;
     }
     const Term_* operand = frame.form.operand(frame.next++).term;
-    if (reached.insert(operand)) open.push_back({WrittenForm(manager, operand), 0});
+    if (reached.insert(operand)) open.push_back({form_of(operand), 0});
   }
 }
 
@@ -157,7 +167,7 @@ void SmtLib2TermPrinter::print_with_bindings(std::ostream& out, const Term_* roo
   while (!work.empty()) {
     const Item item = work.back();
     work.pop_back();
-    out << item.text;
+    print_text(out, item);
     const Term_* t = item.term;
     if (t == nullptr) continue;
 
@@ -170,9 +180,9 @@ void SmtLib2TermPrinter::print_with_bindings(std::ostream& out, const Term_* roo
     } else if (t->symbol->arity == 0) {
       print_constant(out, t->symbol, item.expected);
     } else {
-      const WrittenForm form(manager, t);
+      const WrittenForm form(manager, t, with_abs);
       print_operator(out, form);
-      work.push_back({nullptr, nullptr, ")"});
+      work.push_back(closing(form));
       push_operands(work, form, [&](const Term_* operand) { return binding_number(operand) == 0; });
     }
   }
@@ -189,7 +199,7 @@ void SmtLib2TermPrinter::push_operands(std::vector<Item>& work, WrittenForm form
       work.push_back({operand.term, operand.expected, " "});
     }
     const WrittenForm::Operand first = form.operand(0);
-    const WrittenForm first_form(manager, first.term);
+    const WrittenForm first_form(manager, first.term, with_abs);
     if (first.term->symbol->arity == 0 || !form.joins_with(first_form) || !may_join(first.term)) {
       work.push_back({first.term, first.expected, " "});
       return;
@@ -200,13 +210,55 @@ void SmtLib2TermPrinter::push_operands(std::vector<Item>& work, WrittenForm form
 
 void SmtLib2TermPrinter::print_operator(std::ostream& out, const WrittenForm& form) const {
   out << '(';
-  if (form.kind != WrittenForm::Application) {
+  if (form.kind == WrittenForm::IntegerDivision) {
+    out << "div";
+  } else if (form.kind == WrittenForm::AbsoluteValue) {
+    out << "abs";
+  } else if (form.kind != WrittenForm::Application) {
     out << '-';
   } else if (form.op != nullptr) {
     out << form.op->text;
   } else {
-    print_symbol(out, form.term->symbol->name, rename_prefix);
+    print_head(out, form.term->symbol);
   }
+}
+
+void SmtLib2TermPrinter::print_head(std::ostream& out, const Symbol* function) const {
+  const std::string name = name_to_smtlib(function->name, NameKind::Symbol, rename_prefix, logic);
+  if (!needs_qualified_head(name)) {
+    print_quoted(out, name);
+    return;
+  }
+  out << "(as ";
+  print_quoted(out, name);
+  out << ' ';
+  print_type(out, manager, function->get_output_type(), rename_prefix, logic);
+  out << ')';
+}
+
+// What ends an application.
+SmtLib2TermPrinter::Item SmtLib2TermPrinter::closing(const WrittenForm& form) {
+  if (form.kind != WrittenForm::IntegerDivision) return {nullptr, nullptr, ")"};
+  return {nullptr, nullptr, " ", form.reciprocal_of_divisor()};
+}
+
+void SmtLib2TermPrinter::print_text(std::ostream& out, const Item& item) const {
+  out << item.text;
+  if (item.reciprocal == nullptr) return;
+  QNumber value;
+  manager.is_number(item.reciprocal->symbol, &value);
+  const std::string text = value.to_str();
+  const size_t bar = text.find('/');
+  out << (bar == std::string::npos ? "1" : text.substr(bar + 1)) << ')';
+}
+
+// The written form, but with all arguments written where a hidden one has an annotation.
+WrittenForm SmtLib2TermPrinter::form_of(const Term_* t) const {
+  WrittenForm form(manager, t, with_abs);
+  for (const Term_* hidden : form.hidden_arguments()) {
+    if (hidden != nullptr && is_annotated(hidden)) form.kind = WrittenForm::Application;
+  }
+  return form;
 }
 
 void SmtLib2TermPrinter::print_constant(std::ostream& out, const Symbol* s,
@@ -215,7 +267,7 @@ void SmtLib2TermPrinter::print_constant(std::ostream& out, const Symbol* s,
   size_t width = 0;
   if (manager.is_number(s, &value)) {
     if (manager.is_bv_type(s->type, &width)) {
-      out << "(_ bv" << value << ' ' << width << ')';
+      out << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
     } else {
       print_number(out, value, /*as_real=*/expected == manager.get_rat_type() ||
                                    s->type == manager.get_rat_type());
@@ -223,7 +275,7 @@ void SmtLib2TermPrinter::print_constant(std::ostream& out, const Symbol* s,
   } else if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
     out << op->text;
   } else {
-    print_symbol(out, s->name, rename_prefix);
+    print_symbol(out, s->name, rename_prefix, logic);
   }
 }
 

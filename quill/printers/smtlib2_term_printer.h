@@ -7,12 +7,13 @@
 // left-associative operator in one pair of parentheses, (- a b) and (- b) for differences and
 // negations, numerals with a point and to_real where Real is asked for. Shared subterms are bound
 // by let, so that the text is linear in the size of the graph; without sharing it is as large as
-// the term written as a tree.
+// the term written as a tree. Symbols are renamed where the configured logic gives their names to a
+// theory.
 //
 // Terms can carry annotations, (! t :key value). An annotated term is annotated where it is written
-// first; where a name is among its annotations (:named), the name is written from then on.
-// Annotated terms are never inside a let, which readers refuse: lets are moved below them or beside
-// them.
+// first; where a name is among its annotations (:named), the name is written from then on, unless
+// the term is a numeral. Annotated terms are never inside a let, which readers refuse: lets are
+// moved below them or beside them.
 //
 // Nothing is recursive, and nothing of the manager is changed.
 
@@ -60,6 +61,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
     const Term_* term;         // null: only the text
     const DataType* expected;  // null: whatever the type of the term is
     std::string_view text;     // before the term
+    // Not null: after the text, the denominator of this numeral and a closing parenthesis.
+    const Term_* reciprocal = nullptr;
   };
   using TermSet = hsh::HashSet<const Term_*>;
 
@@ -72,6 +75,10 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
                            const LetPlan* plan) const;
   void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;
   void print_operator(std::ostream& out, const WrittenForm& form) const;
+  void print_head(std::ostream& out, const Symbol* function) const;
+  static Item closing(const WrittenForm& form);
+  void print_text(std::ostream& out, const Item& item) const;
+  WrittenForm form_of(const Term_* t) const;
   bool needs_to_real(const Term_* t, const DataType* expected) const;
   bool is_annotated(const Term_* t) const {
     return annotations != nullptr && annotations->find(t) != annotations->end();
@@ -80,6 +87,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   template <class MayJoin>
   void push_operands(std::vector<Item>& work, WrittenForm form, const MayJoin& may_join) const;
 
+  const bool with_abs;  // whether absolute values are written as such
   const bool share;
   const Annotations* const annotations;
 };

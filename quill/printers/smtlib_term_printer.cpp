@@ -12,6 +12,7 @@ SmtLibTermPrinter::SmtLibTermPrinter(const TermManager* owner,
                                      const std::string& names_of_renamed)
     : manager(*owner),
       configuration(choices != nullptr ? *choices : Configuration::Printer()),
+      logic(configuration.logic.empty() ? Logic() : Logic(configuration.logic)),
       let_prefix(names_of_lets.empty() ? "@" : names_of_lets),
       rename_prefix(names_of_renamed.empty() ? default_escape_prefix : names_of_renamed) {}
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "quill/printers/configuration.h"
+#include "quill/printers/smtlib2_logic.h"
 #include "quill/printers/term_printer.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -20,6 +21,7 @@ class SmtLibTermPrinter : public TermPrinter {
 
   const TermManager& manager;
   const Configuration::Printer configuration;
+  const Logic logic;                // the configured one
   const std::string let_prefix;     // of the names that let binds
   const std::string rename_prefix;  // of symbols that SMT-LIB can't name (see name_escape.h)
 };

@@ -20,9 +20,36 @@ bool is_subtrahend(const TermManager& manager, const Term_* t) {
   return manager.get_tag(t->symbol) == SymbolTag::TIMES && is_minus_one(manager, t->args[0]);
 }
 
+// Whether t is (1/c) * i, a product over Real, for an Int i and an integer c > 0.
+bool is_part_of_int(const TermManager& manager, const Term_* t) {
+  QNumber factor;
+  if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
+      t->symbol->get_output_type() != manager.get_rat_type() ||
+      t->args[1]->symbol->get_output_type() != manager.get_int_type() ||
+      !manager.is_number(t->args[0]->symbol, &factor)) {
+    return false;
+  }
+  if (factor.is_big()) return mpz_cmp_ui(factor.big_num(), 1) == 0;
+  return factor.num == 1;
+}
+
+// Whether t is ite(0 <= a, a, (-1) * a), with all operators over its type.
+bool is_absolute_value(const TermManager& manager, const Term_* t) {
+  const DataType* type = t->symbol->get_output_type();
+  if (type != manager.get_int_type() && type != manager.get_rat_type()) return false;
+  const Term_* condition = t->args[0];
+  const Term_* otherwise = t->args[2];
+  QNumber bound;
+  return manager.get_tag(condition->symbol) == SymbolTag::LEQ &&
+         condition->symbol->type->get_component(1) == type && condition->args[1] == t->args[1] &&
+         manager.is_number(condition->args[0]->symbol, &bound) && bound.is_zero() &&
+         is_subtrahend(manager, otherwise) && otherwise->args[1] == t->args[1] &&
+         otherwise->symbol->get_output_type() == type;
+}
+
 }  // namespace
 
-WrittenForm::WrittenForm(const TermManager& manager, const Term_* t)
+WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_abs)
     : term(t), op(find_smtlib2_operator(manager.get_tag(t->symbol))) {
   if (op == nullptr) return;
   if (op->tag == SymbolTag::TIMES && is_negation(manager, t)) {
@@ -30,7 +57,24 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t)
   } else if (op->tag == SymbolTag::PLUS && is_subtrahend(manager, t->args[1]) &&
              t->args[1]->symbol->get_output_type() == t->symbol->get_output_type()) {
     kind = Subtraction;
+  } else if (op->tag == SymbolTag::FLOOR && is_part_of_int(manager, t->args[0])) {
+    kind = IntegerDivision;
+  } else if (with_abs && op->tag == SymbolTag::TERM_ITE && is_absolute_value(manager, t)) {
+    kind = AbsoluteValue;
   }
+}
+
+bool is_numeral_product(const TermManager& manager, const Term_* t) {
+  constexpr unsigned max_factors = 8;
+  for (unsigned factors = 1; factors <= max_factors; factors++) {
+    if (manager.is_number(t->symbol, nullptr)) return true;
+    if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
+        !manager.is_number(t->args[1]->symbol, nullptr)) {
+      return false;
+    }
+    t = t->args[0];
+  }
+  return false;
 }
 
 WrittenForm::Operand WrittenForm::operand(uint64_t i) const {
@@ -42,6 +86,10 @@ WrittenForm::Operand WrittenForm::operand(uint64_t i) const {
       break;
     case Negation:
       return {term->args[1], term->symbol->type->get_component(2)};
+    case AbsoluteValue:
+      return {term->args[1], term->symbol->get_output_type()};
+    case IntegerDivision:
+      return {term->args[0]->args[1], term->symbol->get_output_type()};
   }
   return {term->args[i], term->symbol->type->get_component(i + 1)};
 }

@@ -6,11 +6,19 @@
 //   a + (-1) * b     (- a b)
 //   (-1) * b         (- b)      unless b is a numeral, because (- 3) reads as the numeral -3
 //
-// so that difference constraints keep the shape that readers of difference logic ask for.
+// so that difference constraints keep the shape that readers of difference logic ask for. The same
+// holds for the division of integers, which readers of linear logics over Int know:
+//
+//   floor((1/c) * i)     (div i c)     for an Int i and a positive integer c
+//
+// and for absolute values, in logics where readers know them and reason with them:
+//
+//   ite(0 <= a, a, (-1) * a)     (abs a)
 
 #ifndef QUILL_PRINTERS_WRITTEN_FORM_H
 #define QUILL_PRINTERS_WRITTEN_FORM_H
 
+#include <array>
 #include <cstdint>
 
 #include "quill/printers/smtlib2_operators.h"
@@ -20,18 +28,37 @@
 namespace quill {
 
 struct WrittenForm {
-  enum Kind : uint8_t { Application, Subtraction, Negation };
+  enum Kind : uint8_t { Application, Subtraction, Negation, IntegerDivision, AbsoluteValue };
 
   struct Operand {
     const Term_* term;
     const DataType* expected;  // what its place asks for; the term's own type may be a subtype
   };
 
-  WrittenForm(const TermManager& manager, const Term_* t);
+  WrittenForm(const TermManager& manager, const Term_* t, bool with_abs = false);
 
   uint64_t num_operands() const {
     return kind == Application ? term->symbol->arity : kind == Subtraction ? 2 : 1;
   }
+
+  // The arguments that are not written themselves, only operands of them; null for none.
+  std::array<const Term_*, 2> hidden_arguments() const {
+    switch (kind) {
+      case Application:
+      case Negation:
+        break;
+      case Subtraction:
+        return {term->args[1], nullptr};
+      case IntegerDivision:
+        return {term->args[0], nullptr};
+      case AbsoluteValue:
+        return {term->args[0], term->args[2]};
+    }
+    return {nullptr, nullptr};
+  }
+
+  // IntegerDivision: the numeral 1/c.
+  const Term_* reciprocal_of_divisor() const { return term->args[0]->args[0]; }
 
   Operand operand(uint64_t i) const;
 
@@ -46,6 +73,10 @@ struct WrittenForm {
   Kind kind = Application;
   const SmtLib2Operator* op;  // null: written by the name of the symbol
 };
+
+// Whether t is a numeral or a product of a few numerals, (* (* 2 3) 5). Readers of linear logics
+// want to see that a factor is constant: such a product joins the one that it is a factor of.
+bool is_numeral_product(const TermManager& manager, const Term_* t);
 
 }  // namespace quill
 

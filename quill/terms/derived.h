@@ -8,10 +8,14 @@
 #ifndef QUILL_TERMS_DERIVED_H
 #define QUILL_TERMS_DERIVED_H
 
+#include <cstdint>
 #include <initializer_list>
 #include <span>
 
+#include "quill/terms/data_type.h"
+#include "quill/terms/symbol.h"
 #include "quill/terms/term.h"
+#include "quill/utils/qnumber.h"
 
 namespace quill {
 
@@ -48,6 +52,37 @@ const Term_* make_minus(TermManager& m, const Term_* a, const Term_* b);
 
 // Whether a Real is an integer: a = floor(a), over Real.
 const Term_* make_is_int(TermManager& m, const Term_* a);
+
+// |a| is ite(0 <= a, a, (-1) * a), over the type given, which is Int or Real, or over that of a.
+const Term_* make_abs(TermManager& m, const Term_* a, const DataType* type);
+const Term_* make_abs(TermManager& m, const Term_* a);
+
+// The operators of SMT-LIB that divide. Division by zero has no value of its own there: it may be
+// any function of the dividend, the same one throughout. For each operator that is a function
+// symbol,
+//
+//   quill!div_by_zero  (Int) Int        quill!mod_by_zero  (Int) Int
+//   quill!divide_by_zero  (Real) Real
+//
+// Throws when the name is taken by a symbol of another type.
+enum class Division : uint8_t { Div, Mod, Divide };
+const char* zero_division_name(Division op);
+const DataType* zero_division_type(TermManager& m, Division op);
+const Symbol* make_zero_division_symbol(TermManager& m, Division op);
+
+// Division by a constant c, an integer for div and mod; a must be Int there. For c = 0 they are the
+// function of the operator applied to a, otherwise:
+//
+//   a / c      (1/c) * a                        over Real
+//   a div c    floor((1/c) * a)                 for c > 0; the product is over Real
+//              (-1) * (a div -c)                for c < 0
+//   a mod c    a + (-1) * (|c| * (a div |c|))
+const Term_* make_divide(TermManager& m, const Term_* a, const QNumber& c);
+const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c);
+const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c);
+
+// Whether the positive integer n divides the Int a: a = n * (a div n).
+const Term_* make_divisible(TermManager& m, const Term_* a, const QNumber& n);
 
 // The binary builders over a list. The list of one term gives the term; the empty one true, false,
 // 0 and 1.

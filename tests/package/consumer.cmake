@@ -1,10 +1,16 @@
 # The CMakeLists.txt of the consumer.  With QUILL_SOURCE_FOLDER it takes quill from its sources.
 cmake_minimum_required(VERSION 3.24)
 project(consumer LANGUAGES CXX)
+# Warnings in the headers of quill count.
+set(CMAKE_NO_SYSTEM_FROM_IMPORTED ON)
 if(QUILL_SOURCE_FOLDER)
   add_subdirectory("${QUILL_SOURCE_FOLDER}" quill)
 else()
   find_package(quill 0.1 REQUIRED CONFIG)
 endif()
+if(NOT TARGET GMP::gmp)
+  message(FATAL_ERROR "The target GMP::gmp does not reach the consumer")
+endif()
 add_executable(consumer consumer.cpp)
+target_compile_options(consumer PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror)
 target_link_libraries(consumer PRIVATE quill::quill quill::smt2)

@@ -71,6 +71,15 @@ TEST(ScriptWriter, NamesATermAtItsFirstPlaceOnly) {
             "(and (! (not p) :named a) (or a p))");
 }
 
+// The name has one sort, the numeral has that of its place.
+TEST(ScriptWriter, WritesNamedNumeralsOutBehindTheirName) {
+  const std::string declarations = "(declare-const i Int)\n(declare-const x Real)\n";
+  const std::string assertion = "(assert (and (= i (! 3 :named n)) (= x 3.0) (= i 3)))\n";
+  EXPECT_EQ(printed(declarations + assertion), declarations + assertion);
+  EXPECT_EQ(printed(declarations + "(assert (and (= i (! 3 :named n)) (= x n) (= i n)))"),
+            declarations + assertion);
+}
+
 TEST(ScriptWriter, MovesNamesFromDefinitionsToTheFirstAssertionWithTheTerm) {
   EXPECT_EQ(printed("(declare-const p Bool)(declare-const q Bool)"
                     "(define-fun f () Bool (! (not p) :named a))"

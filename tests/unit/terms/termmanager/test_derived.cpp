@@ -219,5 +219,68 @@ TEST_F(Derived, ErrorsAreThoseOfTheBuilders) {
             "type error. term p has type Bool, but (BitVec 8) was expected. (make_equal)");
 }
 
+// --- Division and absolute values ---
+
+TEST_F(Derived, DivideIsAProduct) {
+  EXPECT_EQ(make_divide(m, x, 3)->to_str(), "(`*_rat` 1/3 x)");
+  EXPECT_EQ(make_divide(m, x, QNumber(-2, 5))->to_str(), "(`*_rat` -5/2 x)");
+  EXPECT_EQ(make_divide(m, i, 1)->to_str(), "(`*_rat` 1 i)");
+}
+
+TEST_F(Derived, DivIsTheFloorOfARealProduct) {
+  EXPECT_EQ(make_div(m, i, 3)->to_str(), "(`floor` (`*_rat` 1/3 i))");
+  EXPECT_EQ(make_div(m, i, 1)->to_str(), "(`floor` (`*_rat` 1 i))");
+  EXPECT_EQ(make_div(m, i, -3)->to_str(), "(`*_int` -1 (`floor` (`*_rat` 1/3 i)))");
+}
+
+TEST_F(Derived, ModIsWhatDivLeaves) {
+  const char* const expected = "(`+_int` i (`*_int` -1 (`*_int` 3 (`floor` (`*_rat` 1/3 i)))))";
+  EXPECT_EQ(make_mod(m, i, 3)->to_str(), expected);
+  EXPECT_EQ(make_mod(m, i, -3)->to_str(), expected);
+}
+
+TEST_F(Derived, DivisibleIsEqualityWithAMultiple) {
+  EXPECT_EQ(make_divisible(m, i, 3)->to_str(), "(`=_int` i (`*_int` 3 (`floor` (`*_rat` 1/3 i))))");
+}
+
+TEST_F(Derived, DivisorsMayBeOfAnySize) {
+  const QNumber big = QNumber::from_string("123456789012345678901234567890");
+  EXPECT_EQ(make_div(m, i, big)->to_str(),
+            "(`floor` (`*_rat` 1/123456789012345678901234567890 i))");
+  EXPECT_EQ(make_divide(m, x, QNumber::from_string("-9223372036854775809/2"))->to_str(),
+            "(`*_rat` -2/9223372036854775809 x)");
+}
+
+TEST_F(Derived, AbsIsAnIfThenElseOverTheType) {
+  EXPECT_EQ(make_abs(m, i)->to_str(), "(`ite_int` (`<=_int` 0 i) i (`*_int` -1 i))");
+  EXPECT_EQ(make_abs(m, x)->to_str(), "(`ite_rat` (`<=_rat` 0 x) x (`*_rat` -1 x))");
+  EXPECT_EQ(make_abs(m, i, m.get_rat_type())->to_str(),
+            "(`ite_rat` (`<=_rat` 0 i) i (`*_rat` -1 i))");
+}
+
+TEST_F(Derived, DivisionByZeroIsAFunctionOfTheDividend) {
+  EXPECT_EQ(make_div(m, i, 0)->to_str(), "(quill!div_by_zero i)");
+  EXPECT_EQ(make_mod(m, i, 0)->to_str(), "(quill!mod_by_zero i)");
+  EXPECT_EQ(make_divide(m, x, 0)->to_str(), "(quill!divide_by_zero x)");
+  EXPECT_EQ(make_div(m, j, 0)->symbol, make_zero_division_symbol(m, Division::Div));
+  EXPECT_EQ(make_zero_division_symbol(m, Division::Divide)->type,
+            m.get_function_type({m.get_rat_type()}, m.get_rat_type()));
+}
+
+TEST_F(Derived, DivisionChecksItsOperands) {
+  EXPECT_EQ(error_of([&] { make_div(m, x, 3); }),
+            "type error. term x has type Real, but Int was expected. (make_div)");
+  EXPECT_EQ(error_of([&] { make_mod(m, x, 3); }),
+            "type error. term x has type Real, but Int was expected. (make_mod)");
+  EXPECT_EQ(error_of([&] { make_div(m, i, QNumber(1, 2)); }),
+            "the divisor must be an integer: 1/2 (make_div)");
+  EXPECT_EQ(error_of([&] { make_divisible(m, i, 0); }),
+            "the divisor must be positive: 0 (make_divisible)");
+  EXPECT_EQ(error_of([&] { make_divisible(m, i, -3); }),
+            "the divisor must be positive: -3 (make_divisible)");
+  EXPECT_EQ(error_of([&] { make_divide(m, p, 3); }),
+            "type error. term p has type Bool, but Real was expected. (make_divide)");
+}
+
 }  // namespace
 }  // namespace quill

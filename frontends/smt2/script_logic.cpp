@@ -1,0 +1,144 @@
+#include "frontends/smt2/script_logic.h"
+
+#include "quill/printers/written_form.h"
+#include "quill/utils/hash_set.h"
+
+namespace quill::smt2 {
+
+namespace {
+
+// What the commands of one stretch need.
+class Survey {
+ public:
+  explicit Survey(const TermManager& term_manager) : manager(term_manager) {}
+
+  // Names are added first: a named term is written in full in the places that it is part of.
+  void add_names(const Command& command) {
+    for (const NamedTerm& name : command.named_terms) named.insert(name.term);
+  }
+  void add(const Command& command);
+  LogicNeeds needs;
+
+ private:
+  void add_type(const DataType* type);
+  void add_symbol(const Symbol* symbol);
+  void add_term(const Term_* root);
+  void add_application(const WrittenForm& form);
+  bool is_numeral(const Term_* t) const { return manager.is_number(t->symbol, nullptr); }
+  bool is_difference(const Term_* t) const;
+
+  const TermManager& manager;
+  hsh::HashSet<const Term_*> named;
+  hsh::HashSet<const Term_*> seen;
+  hsh::HashSet<const DataType*> seen_types;
+  std::vector<const Term_*> pending;
+};
+
+void Survey::add(const Command& command) {
+  if (command.kind == CommandKind::DECLARE_SORT) needs.free_functions = true;
+  if (command.symbol != nullptr) add_symbol(command.symbol);
+  for (const ScriptTerm& term : command.terms) {
+    add_type(term.value.sort);
+    add_term(term.value.term);
+  }
+}
+
+void Survey::add_type(const DataType* root) {
+  std::vector<const DataType*> types = {root};
+  while (!types.empty()) {
+    const DataType* type = types.back();
+    types.pop_back();
+    if (!seen_types.insert(type)) continue;
+    if (type == manager.get_int_type()) needs.ints = true;
+    if (type == manager.get_rat_type()) needs.reals = true;
+    for (size_t i = 0; i < type->num_components(); ++i) types.push_back(type->get_component(i));
+  }
+}
+
+// A numeral is written as its place asks for, so its own type says nothing.
+void Survey::add_symbol(const Symbol* symbol) {
+  if (manager.is_number(symbol, nullptr)) return;
+  if (symbol->arity != 0 && manager.is_uninterpreted_function(symbol)) needs.free_functions = true;
+  for (uint64_t i = 1; i <= symbol->arity; ++i) add_type(symbol->type->get_component(i));
+  if (manager.get_tag(symbol) != SymbolTag::FLOOR) add_type(symbol->get_output_type());
+}
+
+void Survey::add_term(const Term_* root) {
+  if (seen.insert(root)) pending.push_back(root);
+  while (!pending.empty()) {
+    const Term_* t = pending.back();
+    pending.pop_back();
+    WrittenForm form(manager, t);
+    for (const Term_* hidden : form.hidden_arguments()) {
+      if (hidden != nullptr && named.find(hidden) != named.end()) {
+        form.kind = WrittenForm::Application;
+      }
+    }
+    add_application(form);
+    for (uint64_t i = 0; i < form.num_operands(); ++i) {
+      const WrittenForm::Operand operand = form.operand(i);
+      if (operand.expected == manager.get_rat_type() && !is_numeral(operand.term) &&
+          operand.term->symbol->get_output_type() == manager.get_int_type()) {
+        needs.both = true;
+      }
+      if (seen.insert(operand.term)) pending.push_back(operand.term);
+    }
+  }
+}
+
+void Survey::add_application(const WrittenForm& form) {
+  const Term_* t = form.term;
+  if (form.kind == WrittenForm::IntegerDivision) {
+    needs.ints = true;
+    needs.linear = true;
+    return;
+  }
+  add_symbol(t->symbol);
+  switch (manager.get_tag(t->symbol)) {
+    case SymbolTag::FLOOR:
+      needs.both = true;
+      break;
+    case SymbolTag::TIMES:
+      needs.linear = true;
+      if (!is_numeral(t->args[1]) && !is_numeral_product(manager, t->args[0])) {
+        needs.nonlinear = true;
+      }
+      break;
+    case SymbolTag::PLUS:
+      // A variable and a number, or a difference of variables and a number, are difference logic.
+      if (form.kind == WrittenForm::Application) {
+        if (!is_numeral(t->args[0]) && !is_numeral(t->args[1])) needs.linear = true;
+      } else if (is_difference(form.operand(0).term) && !is_numeral(form.operand(1).term)) {
+        needs.linear = true;
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+bool Survey::is_difference(const Term_* t) const {
+  return WrittenForm(manager, t).kind == WrittenForm::Subtraction;
+}
+
+}  // namespace
+
+std::vector<Logic> written_logics(const TermManager& manager, const Script& script) {
+  std::vector<Logic> logics;
+  const auto& commands = script.commands;
+  for (size_t first = 0; first <= commands.size();) {
+    Logic logic;
+    Survey survey(manager);
+    size_t end = first;
+    for (; end < commands.size() && commands[end].kind != CommandKind::RESET; ++end) {
+      if (commands[end].kind == CommandKind::SET_LOGIC) logic = Logic(commands[end].text);
+      survey.add_names(commands[end]);
+    }
+    for (size_t i = first; i < end; ++i) survey.add(commands[i]);
+    logics.push_back(logic.extended_by(survey.needs));
+    first = end + 1;
+  }
+  return logics;
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,175 @@
+// What a term reader does with atoms and names: what they mean where they stand.
+
+#include "frontends/smt2/reserved_words.h"
+#include "frontends/smt2/sort_text.h"
+#include "frontends/smt2/term_reader.h"
+#include "quill/printers/name_escape.h"
+#include "quill/printers/smtlib2_names.h"
+
+namespace quill::smt2 {
+
+// An identifier: a symbol, or "_" (the current token is that word, or the parenthesis before it),
+// a symbol and indices, up to its closing parenthesis. The indices are left in the vector.
+TermReader::Meaning TermReader::read_identifier() {
+  const Token& token = lexer.token;
+  if (token.kind == TokenKind::OPEN) {
+    lexer.next();
+    if (!token.is_word("_")) {
+      throw ParseError(token.position, "'_' is expected, not " + token.description());
+    }
+  }
+  const bool indexed = token.is_word("_");
+  if (indexed) lexer.next();
+  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+    throw ParseError(token.position, "a symbol is expected, not " + token.description());
+  }
+  const Meaning meaning = meaning_of(token, indexed);
+  lexer.next();
+  if (!indexed) return meaning;
+  const size_t first = indices.size();
+  while (token.kind == TokenKind::NUMERAL || token.kind == TokenKind::SYMBOL ||
+         token.kind == TokenKind::HEXADECIMAL) {
+    indices.push_back(token.spelling());
+    lexer.next();
+  }
+  if (indices.size() == first) {
+    throw ParseError(token.position, "an index is expected, not " + token.description());
+  }
+  expect_close("identifier");
+  lexer.next();
+  return meaning;
+}
+
+// The sort and the closing parenthesis of (as name sort).
+const DataType* TermReader::read_ascribed_sort() {
+  const DataType* sort = sort_reader.read();
+  expect_close("'as'");
+  lexer.next();
+  return sort;
+}
+
+// ----- atoms and names --------------------------------------------------------------------------
+
+Value TermReader::read_atom() {
+  const Token& token = lexer.token;
+  Value value;
+  switch (token.kind) {
+    case TokenKind::NUMERAL:
+    case TokenKind::DECIMAL:
+      value = builder.number(token);
+      break;
+    case TokenKind::SYMBOL: {
+      if (is_reserved_word(token)) {
+        throw ParseError(token.position, "a term is expected, not " + token.description());
+      }
+      const Meaning meaning = meaning_of(token, /*indexed=*/false);
+      value = as_constant(meaning, token.text, token.position, indices.size());
+      break;
+    }
+    case TokenKind::BINARY:
+    case TokenKind::HEXADECIMAL:
+      throw ParseError(token.position,
+                       "unsupported: the bit-vector literal " + token.description());
+    case TokenKind::STRING:
+      throw ParseError(token.position, "unsupported: a string as a term");
+    case TokenKind::END:
+      throw ParseError(lexer.end_of_previous(), "the input ends where a term is expected");
+    default:
+      throw ParseError(token.position, "a term is expected, not " + token.description());
+  }
+  lexer.next();
+  return value;
+}
+
+// What stands alone must have no parameters.
+Value TermReader::as_constant(const Meaning& meaning, const std::string& name, Position position,
+                              size_t first_index) {
+  if (meaning.value.term != nullptr) return meaning.value;
+  if (meaning.op != nullptr && meaning.op->is_constant()) {
+    const Application application{
+        *meaning.op, position, std::span(indices).subspan(first_index), {}};
+    const Value value = apply_operator(builder, application);
+    indices.resize(first_index);
+    return value;
+  }
+  throw ParseError(position, shown(name) + " is a function and needs arguments");
+}
+
+TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
+  const Name& name = scopes.name(token.text);
+  Meaning meaning;
+  if (indexed) {
+    if (!has_operator(name)) reject_unknown(token);
+    if (name.theory_operator != nullptr && name.theory_operator->num_indices == 0) {
+      throw ParseError(token.position, token.description() + " takes no indices");
+    }
+  } else if (name.local != 0) {
+    meaning.value = scopes.local_value(name);
+    return meaning;
+  } else if (name.global != nullptr) {
+    const Binding& binding = *name.global;
+    switch (binding.kind) {
+      case Binding::Kind::TERM:
+        meaning.value = binding.value;
+        break;
+      case Binding::Kind::MACRO:
+        meaning.macro = &binding.macro;
+        break;
+      case Binding::Kind::FUNCTION:
+        if (binding.symbol->arity == 0) {
+          meaning.value = {manager.make_constant(binding.symbol), binding.symbol->type};
+        } else {
+          meaning.function = binding.symbol;
+        }
+        break;
+    }
+    return meaning;
+  }
+  if (has_operator(name)) {
+    meaning.op = name.theory_operator;
+    if (meaning.op == nullptr) {
+      throw ParseError(token.position, "unsupported: the operator " + token.description() + " of " +
+                                           describe(name.theory->theory));
+    }
+    return meaning;
+  }
+  if (use_signature) {
+    const std::string stored = stored_name(token.text);
+    const Symbol* symbol = manager.get_signature()->get_symbol(stored.c_str());
+    if (symbol != nullptr && symbol->arity == 0) {
+      meaning.value = {manager.make_constant(symbol), symbol->type};
+      return meaning;
+    }
+    if (symbol != nullptr) {
+      meaning.function = symbol;
+      return meaning;
+    }
+  }
+  reject_unknown(token);
+}
+
+void TermReader::reject_unknown(const Token& token) const {
+  const std::string& text = token.text;
+  if (text.size() > 2 && text.compare(0, 2, "bv") == 0 && text[2] >= '0' && text[2] <= '9' &&
+      builder.logic.has(Theory::BIT_VECTORS)) {
+    throw ParseError(token.position, "unknown symbol " + token.description() +
+                                         " (bit-vector literals are not supported)");
+  }
+  std::string why = "unknown symbol " + token.description();
+  const Name& name = scopes.name(text);
+  if (name.theory != nullptr && name.theory->theory != Theory::NONE) {
+    why += " (the logic " + builder.logic.name() + " does not have it)";
+  } else if (text.size() > 1 && text[0] == '-' && text[1] >= '0' && text[1] <= '9') {
+    why += " (negative numbers are written (- " + shown(text.substr(1)) + "))";
+  }
+  throw ParseError(token.position, why);
+}
+
+void TermReader::check_ascribed_sort(const Value& value, const DataType* sort,
+                                     Position position) const {
+  if (sort == nullptr || value.sort == sort) return;
+  throw ParseError(position, "'as' names the sort " + sort_text(manager, sort) +
+                                 ", but the term has sort " + sort_text(manager, value.sort));
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "quill/printers/let_plan.h"
+#include "quill/terms/derived.h"
+
+namespace quill {
+namespace {
+
+using Ends = std::vector<size_t>;
+using Bindings = std::vector<const Term_*>;
+
+class LetPlanTest : public ::testing::Test {
+ protected:
+  const Term_* constant(const char* name, const DataType* type) {
+    return m.make_constant(m.make_symbol(name, type));
+  }
+  LetPlan plan(const Term_* root, uint32_t min_occurrences = 2) const {
+    Configuration::Printer configuration;
+    configuration.min_occurrences = min_occurrences;
+    return LetPlan(m, root, configuration);
+  }
+
+  TermManager m;
+  const Term_* const p = constant("p", m.get_bool_type());
+  const Term_* const i = constant("i", m.get_int_type());
+  const Term_* const j = constant("j", m.get_int_type());
+  const Term_* const ij = m.make_plus(i, j);
+  const Term_* const ji = m.make_plus(j, i);
+};
+
+TEST_F(LetPlanTest, NothingSharedNothingBound) {
+  const LetPlan empty = plan(m.make_leq(ij, ji));
+  EXPECT_EQ(empty.bindings(), Bindings{});
+  EXPECT_EQ(empty.group_ends(), Ends{});
+  EXPECT_EQ(empty.binding_number(ij), 0U);
+}
+
+TEST_F(LetPlanTest, ConstantsAreNotBound) {
+  EXPECT_EQ(plan(m.make_times(i, i)).bindings(), Bindings{});
+  EXPECT_EQ(plan(i).bindings(), Bindings{});
+  EXPECT_EQ(plan(i).binding_number(i), 0U);
+}
+
+TEST_F(LetPlanTest, ASharedTermIsBound) {
+  const LetPlan one = plan(m.make_leq(ij, ij));
+  EXPECT_EQ(one.bindings(), Bindings{ij});
+  EXPECT_EQ(one.group_ends(), Ends{1});
+  EXPECT_EQ(one.binding_number(ij), 1U);
+}
+
+TEST_F(LetPlanTest, TheRootIsNotBound) {
+  const Term_* root = m.make_leq(ij, ij);
+  EXPECT_EQ(plan(root).binding_number(root), 0U);
+}
+
+TEST_F(LetPlanTest, TermsBelowASharedTermOccurOnce) {
+  const Term_* product = m.make_times(ij, j);
+  const LetPlan one = plan(m.make_leq(product, product));
+  EXPECT_EQ(one.bindings(), Bindings{product});
+}
+
+TEST_F(LetPlanTest, GroupsFollowTheNestingOfBindings) {
+  // ji is met after the product, yet belongs to the first group.
+  const Term_* product = m.make_times(ij, ij);
+  const Term_* left = m.make_leq(product, product);
+  const Term_* root = m.make_and(left, m.make_leq(ji, ji));
+  const LetPlan grouped = plan(root);
+  EXPECT_EQ(grouped.bindings(), (Bindings{ij, ji, product}));
+  EXPECT_EQ(grouped.group_ends(), (Ends{2, 3}));
+  EXPECT_EQ(grouped.binding_number(ij), 1U);
+  EXPECT_EQ(grouped.binding_number(ji), 2U);
+  EXPECT_EQ(grouped.binding_number(product), 3U);
+}
+
+TEST_F(LetPlanTest, UnboundTermsBetweenBindingsAddNoGroup) {
+  const Term_* between = m.make_times(m.make_times(ij, i), j);  // occurs once
+  const Term_* upper = m.make_plus(between, ij);
+  const LetPlan grouped = plan(m.make_leq(upper, upper));
+  EXPECT_EQ(grouped.bindings(), (Bindings{ij, upper}));
+  EXPECT_EQ(grouped.group_ends(), (Ends{1, 2}));
+}
+
+TEST_F(LetPlanTest, OrderWithinAGroupIsThatOfAWalkFromTheLeft) {
+  const Term_* first = m.make_and(m.make_leq(ji, ij), m.make_leq(ij, ji));
+  const Term_* second = m.make_and(m.make_leq(ij, ji), m.make_leq(ji, ij));
+  EXPECT_EQ(plan(first).bindings(), (Bindings{ji, ij}));
+  EXPECT_EQ(plan(second).bindings(), (Bindings{ij, ji}));
+}
+
+TEST_F(LetPlanTest, TinyTermsAreNotBound) {
+  const Term_* not_p = m.make_not(p);
+  EXPECT_EQ(plan(m.make_and(not_p, not_p)).bindings(), Bindings{});
+  const Term_* minus = make_minus(m, i);
+  EXPECT_EQ(plan(m.make_leq(minus, minus)).bindings(), Bindings{});
+}
+
+TEST_F(LetPlanTest, UnaryTermsOfApplicationsAreBound) {
+  const Term_* negation = m.make_not(m.make_leq(ij, j));
+  EXPECT_EQ(plan(m.make_and(negation, negation)).bindings(), Bindings{negation});
+}
+
+TEST_F(LetPlanTest, ProductsOfNumeralsAreNotBound) {
+  const Term_* six = m.make_times(m.make_number(2), m.make_number(3));
+  EXPECT_EQ(plan(m.make_leq(m.make_times(six, i), m.make_times(six, j))).bindings(), Bindings{});
+  const Term_* product = m.make_number(2);
+  for (int n = 3; n <= 9; n++) product = m.make_times(product, m.make_number(n));
+  EXPECT_EQ(plan(m.make_leq(m.make_times(product, i), m.make_times(product, j))).bindings(),
+            Bindings{});
+}
+
+TEST_F(LetPlanTest, ProductsWithAVariableAreBound) {
+  const Term_* product = m.make_times(m.make_number(2), i);
+  EXPECT_EQ(plan(m.make_leq(product, product)).bindings(), Bindings{product});
+}
+
+TEST_F(LetPlanTest, ProductsInsideASubtractionAreNotCounted) {
+  // Written (<= (- i j) (- ij j)): the product (-1) * j is in neither.
+  const Term_* difference = make_minus(m, ij, j);
+  const Term_* root = m.make_leq(make_minus(m, i, j), difference);
+  EXPECT_EQ(plan(root).bindings(), Bindings{});
+  EXPECT_EQ(plan(root).binding_number(make_minus(m, j)), 0U);
+}
+
+TEST_F(LetPlanTest, OccurrencesAreCountedUpToTheThreshold) {
+  const Term_* twice = m.make_leq(ij, ij);
+  const Term_* thrice = m.make_and(m.make_leq(ij, ij), m.make_leq(ij, ji));
+  EXPECT_EQ(plan(twice, 3).bindings(), Bindings{});
+  EXPECT_EQ(plan(thrice, 3).bindings(), Bindings{ij});
+  EXPECT_EQ(plan(thrice, 4).bindings(), Bindings{});
+}
+
+TEST_F(LetPlanTest, ThresholdIsAtLeastTwo) {
+  const Term_* root = m.make_leq(ij, ji);
+  EXPECT_EQ(plan(root, 0).bindings(), Bindings{});
+  EXPECT_EQ(plan(root, 1).bindings(), Bindings{});
+}
+
+TEST_F(LetPlanTest, LongChainsAndDeepGroups) {
+  const Term_* t = ij;
+  for (int n = 0; n < 100000; n++) t = m.make_plus(t, t);
+  const LetPlan deep = plan(t);
+  EXPECT_EQ(deep.bindings().size(), 100000U);
+  EXPECT_EQ(deep.group_ends().size(), 100000U);
+  EXPECT_EQ(deep.bindings().front(), ij);
+  EXPECT_EQ(deep.group_ends().back(), 100000U);
+}
+
+}  // namespace
+}  // namespace quill
