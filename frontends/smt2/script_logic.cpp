@@ -25,6 +25,8 @@ class Survey {
   void add_term(const Term_* root);
   void add_application(const WrittenForm& form);
   bool is_numeral(const Term_* t) const { return manager.is_number(t->symbol, nullptr); }
+  bool is_operation(const Term_* t) const;
+  bool is_in_difference_form(const WrittenForm& form) const;
   bool is_difference(const Term_* t) const;
 
   const TermManager& manager;
@@ -69,7 +71,7 @@ void Survey::add_term(const Term_* root) {
     const Term_* t = pending.back();
     pending.pop_back();
     WrittenForm form(manager, t);
-    for (const Term_* hidden : form.hidden_arguments()) {
+    for (const Term_* hidden : form.hidden_terms()) {
       if (hidden != nullptr && named.find(hidden) != named.end()) {
         form.kind = WrittenForm::Application;
       }
@@ -105,10 +107,13 @@ void Survey::add_application(const WrittenForm& form) {
       }
       break;
     case SymbolTag::PLUS:
-      // A variable and a number, or a difference of variables and a number, are difference logic.
-      if (form.kind == WrittenForm::Application) {
-        if (!is_numeral(t->args[0]) && !is_numeral(t->args[1])) needs.linear = true;
-      } else if (is_difference(form.operand(0).term) && !is_numeral(form.operand(1).term)) {
+      if (!is_in_difference_form(form)) needs.linear = true;
+      break;
+    case SymbolTag::LEQ:
+    case SymbolTag::EQUAL:
+      // The difference of two terms is compared with a number only.
+      if ((is_difference(t->args[0]) && !is_numeral(t->args[1])) ||
+          (is_difference(t->args[1]) && !is_numeral(t->args[0]))) {
         needs.linear = true;
       }
       break;
@@ -117,8 +122,23 @@ void Survey::add_application(const WrittenForm& form) {
   }
 }
 
+bool Survey::is_operation(const Term_* t) const {
+  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  return tag == SymbolTag::PLUS || tag == SymbolTag::TIMES || tag == SymbolTag::FLOOR;
+}
+
+// Whether a sum is (- a b), (+ a 3), (+ 3 a) or (- a 3) for terms that are no operations.
+bool Survey::is_in_difference_form(const WrittenForm& form) const {
+  const Term_* a = form.operand(0).term;
+  const Term_* b = form.operand(1).term;
+  if (is_operation(a) || is_operation(b)) return false;
+  return form.kind == WrittenForm::Subtraction || is_numeral(a) || is_numeral(b);
+}
+
+// Whether t is (- a b), and b is no number.
 bool Survey::is_difference(const Term_* t) const {
-  return WrittenForm(manager, t).kind == WrittenForm::Subtraction;
+  const WrittenForm form(manager, t);
+  return form.kind == WrittenForm::Subtraction && !is_numeral(form.operand(1).term);
 }
 
 }  // namespace

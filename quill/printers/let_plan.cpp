@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "quill/printers/smtlib2_logic.h"
-#include "quill/printers/written_form.h"
-
 namespace quill {
 
 namespace {
@@ -18,22 +15,20 @@ bool is_tiny(const WrittenForm& form) {
 
 }  // namespace
 
-LetPlan::LetPlan(const TermManager& manager, const Term_* root,
-                 const Configuration::Printer& configuration)
-    : with_abs(Logic(configuration.logic).is_nonlinear()) {
-  collect(manager, root);
-  bind(manager, root, std::max<uint64_t>(2, configuration.min_occurrences));
+LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of) {
+  collect(root, form_of);
+  bind(manager, root, form_of);
 }
 
 // Counts the places in which each subterm is written, and lists the subterms with operands before
 // operators.
-void LetPlan::collect(const TermManager& manager, const Term_* root) {
+void LetPlan::collect(const Term_* root, const FormOf& form_of) {
   if (root->symbol->arity == 0) return;
   struct Frame {
     WrittenForm form;
     uint64_t next;  // the operand to go to next
   };
-  std::vector<Frame> open{{WrittenForm(manager, root, with_abs), 0}};
+  std::vector<Frame> open{{form_of(root), 0}};
   nodes[root].occurrences = 1;
   while (!open.empty()) {
     Frame& frame = open.back();
@@ -44,16 +39,16 @@ void LetPlan::collect(const TermManager& manager, const Term_* root) {
     }
     const Term_* operand = frame.form.operand(frame.next++).term;
     if (operand->symbol->arity != 0 && nodes[operand].occurrences++ == 0) {
-      open.push_back({WrittenForm(manager, operand, with_abs), 0});
+      open.push_back({form_of(operand), 0});
     }
   }
 }
 
-void LetPlan::bind(const TermManager& manager, const Term_* root, uint64_t min_occurrences) {
+void LetPlan::bind(const TermManager& manager, const Term_* root, const FormOf& form_of) {
   // The level of a term is the number of groups that must come before it.
   std::vector<size_t> sizes;  // of the groups
   for (const Term_* t : post_order) {
-    const WrittenForm form(manager, t, with_abs);
+    const WrittenForm form = form_of(t);
     Node& node = nodes[t];
     for (uint64_t i = 0; i < form.num_operands(); i++) {
       const auto operand = nodes.find(form.operand(i).term);
@@ -61,8 +56,7 @@ void LetPlan::bind(const TermManager& manager, const Term_* root, uint64_t min_o
       const bool is_bound = operand->second.number != 0;
       node.level = std::max(node.level, operand->second.level + (is_bound ? 1 : 0));
     }
-    if (t == root || node.occurrences < min_occurrences || is_tiny(form) ||
-        is_numeral_product(manager, t)) {
+    if (t == root || node.occurrences < 2 || is_tiny(form) || is_numeral_product(manager, t)) {
       continue;
     }
     node.number = 1;  // bound; which number follows below

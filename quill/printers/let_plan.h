@@ -1,19 +1,22 @@
 // Which subterms of a printed term are bound by let, and in which order.
 //
-// A subterm is bound when it occurs often enough to be worth a name and is not tiny. Bindings are
-// put into groups, one let for each: group 0 refers to no binding, group n + 1 to some binding of
-// group n, so that the lets nest no deeper than they must. Within a group the order is that of a
-// walk from the left, and depends on the term alone.
+// A subterm is bound when it occurs more than once, unless it is tiny: a constant, one operator
+// with one constant behind it, such as (not p), or a product of a few numerals. Bindings are put
+// into groups, one let for each: group 0 refers to no binding, group n + 1 to some binding of group
+// n, so that the lets nest no deeper than they must. Within a group the order is that of a walk
+// from the left, and depends on the term alone.
 //
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 
 #ifndef QUILL_PRINTERS_LET_PLAN_H
 #define QUILL_PRINTERS_LET_PLAN_H
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
-#include "quill/printers/configuration.h"
+#include "quill/printers/written_form.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/hash_map.h"
@@ -22,8 +25,10 @@ namespace quill {
 
 class LetPlan {
  public:
-  LetPlan(const TermManager& manager, const Term_* root,
-          const Configuration::Printer& configuration);
+  // How terms are to be written: which operands stand where.
+  using FormOf = std::function<WrittenForm(const Term_*)>;
+
+  LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of);
 
   // The bound terms, group by group; the number of a binding is its position here plus one.
   const std::vector<const Term_*>& bindings() const { return bound; }
@@ -44,10 +49,9 @@ class LetPlan {
     size_t level = 0;
   };
 
-  void collect(const TermManager& manager, const Term_* root);
-  void bind(const TermManager& manager, const Term_* root, uint64_t min_occurrences);
+  void collect(const Term_* root, const FormOf& form_of);
+  void bind(const TermManager& manager, const Term_* root, const FormOf& form_of);
 
-  const bool with_abs;
   hsh::HashMap<const Term_*, Node> nodes;  // every subterm that is not a constant
   std::vector<const Term_*> post_order;
   std::vector<const Term_*> bound;

@@ -1,7 +1,8 @@
 // Stream adaptors for terms:
 //
-//   out << outterm(&manager, t);                  the term in SMT-LIB 2.6, see SmtLib2TermPrinter
-//   out << outshallowterm(&manager, t);           the same
+//   out << outterm(&manager, t);                  in SMT-LIB 2.6, shared subterms bound by let
+//   out << outshallowterm(&manager, t);           the same: the shallow form is for messages,
+//                                                 see TermManager::to_shallow_str_literal
 //   out << outtermlist(&manager, &terms);         [ t1 t2 t3 ]
 //
 // They hold the pointers that they were given and nothing else; each output makes a printer of its

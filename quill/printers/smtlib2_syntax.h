@@ -42,8 +42,7 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
                 std::string_view escape_prefix = default_escape_prefix,
                 const Logic& logic = Logic());
 
-// Writes an integer as 3 or (- 3); with as_real, any rational as 3.0, (- 3.0), (/ 1.0 3.0) or (-
-// (/ 1.0 3.0)).
+// Writes an integer as 3 or (- 3); with as_real, any rational: 3.0, (- 3.0), (/ 1.0 3.0).
 void print_number(std::ostream& out, const QNumber& value, bool as_real);
 
 }  // namespace quill

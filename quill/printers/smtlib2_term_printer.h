@@ -10,16 +10,25 @@
 // the term written as a tree. Symbols are renamed where the configured logic gives their names to a
 // theory.
 //
+// Binding n is named by the prefix and n, @1 unless another prefix is chosen. A name that begins
+// with @ can be bound but not declared, so the default clashes with no symbol; a prefix of the
+// caller's choice should begin with @ or a point as well.
+//
+// So far this covers the core, integers, reals and uninterpreted functions. The operators of other
+// theories are written by the manager's own names.
+//
 // Terms can carry annotations, (! t :key value). An annotated term is annotated where it is written
 // first; where a name is among its annotations (:named), the name is written from then on, unless
-// the term is a numeral. Annotated terms are never inside a let, which readers refuse: lets are
-// moved below them or beside them.
+// the term is a numeral. Annotated terms are kept out of lets, which readers refuse: lets
+// are moved below them or beside them, and what is above them is written as a tree. Only where that
+// tree would be many times as large as the graph are annotations written inside lets.
 //
 // Nothing is recursive, and nothing of the manager is changed.
 
 #ifndef QUILL_PRINTERS_SMTLIB2_TERM_PRINTER_H
 #define QUILL_PRINTERS_SMTLIB2_TERM_PRINTER_H
 
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -63,29 +72,40 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
     std::string_view text;     // before the term
     // Not null: after the text, the denominator of this numeral and a closing parenthesis.
     const Term_* reciprocal = nullptr;
+    // Not null: after the text, the end of the annotation of this term.
+    const Term_* annotated = nullptr;
   };
   using TermSet = hsh::HashSet<const Term_*>;
+  using Weights = hsh::HashMap<const Term_*, uint64_t>;
 
   void print_annotated(std::ostream& out, const Term_* root, const DataType* expected);
-  void find_terms_above_annotated(const Term_* root, TermSet& above) const;
-  bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named);
+  void print_above_annotated(std::ostream& out, const Term_* root, const DataType* expected,
+                             const Weights& above);
+  void weigh_terms_above_annotated(const Term_* root, Weights& above) const;
+  bool is_repeated_numeral(const Term_* t, const TermSet& named) const;
+  bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named) const;
   void print_annotation_end(std::ostream& out, const Term_* t) const;
   void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected) const;
+  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected,
+                       TermSet* named) const;
   void print_with_bindings(std::ostream& out, const Term_* root, const DataType* expected,
-                           const LetPlan* plan) const;
+                           const LetPlan* plan, TermSet* named) const;
   void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;
   void print_operator(std::ostream& out, const WrittenForm& form) const;
   void print_head(std::ostream& out, const Symbol* function) const;
   static Item closing(const WrittenForm& form);
   void print_text(std::ostream& out, const Item& item) const;
-  WrittenForm form_of(const Term_* t) const;
+  WrittenForm form_of(const Term_* t, bool with_annotations) const;
+  bool may_join(const Term_* operand, bool with_annotations) const;
   bool needs_to_real(const Term_* t, const DataType* expected) const;
   bool is_annotated(const Term_* t) const {
-    return annotations != nullptr && annotations->find(t) != annotations->end();
+    if (annotations == nullptr) return false;
+    const auto found = annotations->find(t);
+    return found != annotations->end() && !found->second.empty();
   }
 
   template <class MayJoin>
-  void push_operands(std::vector<Item>& work, WrittenForm form, const MayJoin& may_join) const;
+  void push_operands(std::vector<Item>& work, WrittenForm form, const MayJoin& may_be_opened) const;
 
   const bool with_abs;  // whether absolute values are written as such
   const bool share;

@@ -4,6 +4,7 @@
 #ifndef QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
 #define QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
 
+#include <iosfwd>
 #include <string>
 
 #include "quill/printers/configuration.h"
@@ -14,6 +15,10 @@
 namespace quill {
 
 class SmtLibTermPrinter : public TermPrinter {
+ public:
+  // Writes one term. See the printer for what the flag turns on.
+  virtual void print_atom(std::ostream& out, const Term_* t, bool flag) = 0;
+
  protected:
   // Null choices and empty texts stand for the defaults. The manager is only read.
   SmtLibTermPrinter(const TermManager* owner, const Configuration::Printer* choices,

@@ -41,20 +41,22 @@ struct WrittenForm {
     return kind == Application ? term->symbol->arity : kind == Subtraction ? 2 : 1;
   }
 
-  // The arguments that are not written themselves, only operands of them; null for none.
-  std::array<const Term_*, 2> hidden_arguments() const {
+  // The terms below this one that are not written, though operands below them are; null for none.
+  std::array<const Term_*, 4> hidden_terms() const {
+    const auto first = [](const Term_* t) { return t->args[0]; };
     switch (kind) {
       case Application:
-      case Negation:
         break;
+      case Negation:
+        return {first(term)};
       case Subtraction:
-        return {term->args[1], nullptr};
+        return {term->args[1], first(term->args[1])};
       case IntegerDivision:
-        return {term->args[0], nullptr};
+        return {first(term), first(first(term))};
       case AbsoluteValue:
-        return {term->args[0], term->args[2]};
+        return {first(term), first(first(term)), term->args[2], first(term->args[2])};
     }
-    return {nullptr, nullptr};
+    return {};
   }
 
   // IntegerDivision: the numeral 1/c.

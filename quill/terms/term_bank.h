@@ -10,7 +10,8 @@
 // The bank decides nothing: whether the arguments fit the symbol is checked before a request gets
 // here. It owns the terms; it does not own the symbols, which must outlive them.
 //
-// Limits: 2^32 - 1 terms, 32 GiB of nodes; beyond them make_term throws std::bad_alloc.
+// Limits: 2^19 slabs, that is 32 GiB of nodes of up to 1022 arguments, and a slab for each larger
+// node. Beyond them make_term throws std::bad_alloc.
 
 #ifndef QUILL_TERMS_TERM_BANK_H
 #define QUILL_TERMS_TERM_BANK_H

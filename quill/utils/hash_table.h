@@ -18,7 +18,7 @@
 // Order. A walk visits the buckets in index order and each chain from its most recently linked
 // node. Growth pops each old chain from its head and pushes onto the new ones, which reverses nodes
 // that stay together. The order is part of the behaviour: it depends on the hashes and the history
-// of insertions, and on nothing else.
+// of insert, operator[] and erase, and on nothing else.
 //
 // Cost. All operations are expected constant time; a walk takes time in the number of buckets as
 // well.

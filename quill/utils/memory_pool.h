@@ -4,8 +4,7 @@
 // Size bytes. The slots that are not handed out form the free list, linked through their first
 // words:
 //
-//   chunks -> [link][slot 0][slot 1]...      the link leads to the chunk before, null in the first
-//   one
+//   chunks -> [link][slot 0][slot 1]...    the link leads to the chunk before; null in the first
 //
 // A fresh chunk hands out its slots in address order; a node given back is the next one to be
 // handed out. With the initial fields the chunks hold 16, 32, 64, ..., 4096, 8192, 8192, ... nodes.

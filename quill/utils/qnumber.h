@@ -15,6 +15,8 @@
 // forms are equal, but their hashes differ; numbers that serve as keys are therefore to be built in
 // the same way.
 //
+// There is no arithmetic here beyond normalize(), which may use GMP's scratch space.
+//
 // Each thread has a scratch integer of its own (gmp_tmp), and the table of small divisors may be
 // shared, so distinct numbers may be used from distinct threads.
 
@@ -123,8 +125,7 @@ class QNumber {
   std::uint64_t hash() const noexcept;
 
   // The decimal value, "7" or "-22/7". It depends on the value alone, also of an unnormalised
-  // number: there is a
-  // "/" exactly when the number is not an integer.
+  // number: there is a "/" exactly when the number is not an integer.
   std::string to_str() const;
 
   // Writes the pair as it is, without "/" when the denominator is 1.

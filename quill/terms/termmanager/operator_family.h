@@ -3,8 +3,11 @@
 //
 // A family makes its symbols on demand and keeps them by their parameters. Its row below holds
 // every datum that the makers, builders and recognisers need, with all irregularities of spelling;
-// the functions over rows hold none. Whatever must reach every family loops over its maps (see
-// TermManager::for_each_family) and lists nothing again.
+// the functions over rows hold none.
+//
+// A new operator needs a tag at the end of SymbolTag, a row here with the counts below, three
+// members in term_manager.h with their one-line definitions in the source of its section, and a row
+// in the tests' own table.
 
 #ifndef QUILL_TERMS_TERMMANAGER_OPERATOR_FAMILY_H
 #define QUILL_TERMS_TERMMANAGER_OPERATOR_FAMILY_H
@@ -75,7 +78,7 @@ struct OperatorFamily {
   uint8_t arity;     // with the rounding mode
   bool rounding;     // whether the first argument is a rounding mode
   FamilyResult result;
-  const char* operation;  // the builder's name in type errors
+  const char* operation;  // the builder in type errors, as they spell it
   const char* complaint;  // behind a term that is not of the kind that the builder looks for; "" if
                           // it looks for none
 };

@@ -10,12 +10,16 @@
 
 namespace quill {
 
-// A delegate set in a TermManager gets every request that passed the typecheck. It returns the term
-// to use, or null to let the manager build the plain term.
+// A delegate set in a TermManager gets every request that passed the typecheck; numerals and fresh
+// variables are not requests. It returns the term to use, whose type is not checked, or null to let
+// the manager build the plain term. What it throws reaches the caller of the builder.
 //
 // Rules for a delegate: `args` may be the manager's own scratch vector, which every builder of that
-// manager overwrites, so copy what is needed before calling one. The plain term is had from
-// TermManager::do_make_term; make_term of the same manager would call the delegate again.
+// manager overwrites, so copy what is needed before calling one. Builders of the same manager call
+// the delegate again; the plain term is had from TermManager::do_make_term.
+//
+// The other way to intercept requests is to derive from TermManager and override make_term, which
+// all builders call.
 class TermFactory {
  public:
   virtual ~TermFactory() = default;

@@ -6,16 +6,17 @@
 //   assert(bound == m.make_leq(x, m.make_number(7)));  // terms are shared
 //   std::cout << outterm(&m, bound) << '\n';           // (<= x 7)
 //
-// What it returns it owns: pointers stay valid until the manager is destroyed, and equal requests
-// give equal pointers. Destruction frees the terms, then the symbols, then the types, and then the
-// tables. A manager is neither copied nor moved.
+// What it returns it owns: pointers stay valid until the manager is destroyed, but for types given
+// to free_type, and equal requests give equal pointers. Destruction frees the terms, then the
+// symbols, then the types, and then the tables. A manager is neither copied nor moved.
 //
-// Requests are checked before anything changes. A request that is ill-typed or out of range throws
-// TermManager::error with the whole story in its text, and leaves all stores and tables as they
-// were, but for the symbol of an operator family, which its builder makes before the operands are
-// typechecked. A request that runs out of memory may leave types and symbols that it made on the
-// way, each complete and usable. Builders do not simplify: they pick the symbol and pass the
-// arguments on in the given order.
+// Requests are checked before anything changes. A request that is refused throws
+// TermManager::error, or Exception where a member says so, with the whole story in its text. It
+// leaves all stores and tables as they were, except that the builder of an operator of
+// operator_families may have made the operator's symbol, with its types, before the operands were
+// typechecked. A request that runs out of memory throws std::bad_alloc and may leave types and
+// symbols that it made on the way, each complete and usable. Builders do not simplify: they pick
+// the symbol and pass the arguments on in the given order.
 //
 // A manager is used by one thread at a time and is not re-entrant: builders share scratch vectors,
 // the name buffer and the name of the running operation.
@@ -235,7 +236,8 @@ class TermManager : public TermFactory {
   const Term_* make_floor(const Term_* a);
 
   // Equality has one symbol for each type but Bool, which has make_iff. The type of `a` decides;
-  // Int beside Real is compared over Real.
+  // Int beside Real is compared over Real. Throws for Bool and for unrelated types, and has then
+  // made nothing.
   const Symbol* make_equality_symbol(const DataType* t);
   const Term_* make_equal(const Term_* a, const Term_* b);
 
@@ -250,14 +252,12 @@ class TermManager : public TermFactory {
   //
   // Each operator has three members:
   //
-  //   make_bv_X_symbol(width)    the symbol for bit-vectors of this width, made on the first
-  //   request make_bv_X(a, b)            the term; the width is that of the first operand, which
-  //   must be a
-  //                              bit-vector; that the other one is of the same width is checked by
-  //                              make_term, when the symbol has been made
-  //   is_bv_X(s, &width)         whether s is such a symbol, and its width; width may be null, and
-  //   is
-  //                              not written when the answer is false
+  //   make_bv_X_symbol(width)   the symbol for bit-vectors of this width, made on the first request
+  //   make_bv_X(a, b)           the term; the width is that of the first operand, which must be a
+  //                             bit-vector; the other one is checked by make_term, when the symbol
+  //                             has been made
+  //   is_bv_X(s, &width)        whether s is such a symbol, and its width; width may be null, and
+  //                             is not written when the answer is false
   //
   // The meanings are those of the SMT-LIB 2.6 operators of theory FixedSizeBitVectors (shifts: lshl
   // is bvshl). The comparisons ult, slt, ule and sle give Bool, comp a bit-vector of width 1.

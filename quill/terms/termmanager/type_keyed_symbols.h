@@ -1,4 +1,4 @@
-// The symbols of a family that has one symbol for each type: equalities, if-then-elses.
+// The symbols of an operator that has one symbol for each type: equalities, if-then-elses.
 //
 // Invariant: the set holds exactly the symbols that the map leads to. The map finds the symbol to
 // build with, the set recognises it.

@@ -18,10 +18,8 @@ class LetPlanTest : public ::testing::Test {
   const Term_* constant(const char* name, const DataType* type) {
     return m.make_constant(m.make_symbol(name, type));
   }
-  LetPlan plan(const Term_* root, uint32_t min_occurrences = 2) const {
-    Configuration::Printer configuration;
-    configuration.min_occurrences = min_occurrences;
-    return LetPlan(m, root, configuration);
+  LetPlan plan(const Term_* root) const {
+    return LetPlan(m, root, [this](const Term_* t) { return WrittenForm(m, t); });
   }
 
   TermManager m;
@@ -123,20 +121,6 @@ TEST_F(LetPlanTest, ProductsInsideASubtractionAreNotCounted) {
   const Term_* root = m.make_leq(make_minus(m, i, j), difference);
   EXPECT_EQ(plan(root).bindings(), Bindings{});
   EXPECT_EQ(plan(root).binding_number(make_minus(m, j)), 0U);
-}
-
-TEST_F(LetPlanTest, OccurrencesAreCountedUpToTheThreshold) {
-  const Term_* twice = m.make_leq(ij, ij);
-  const Term_* thrice = m.make_and(m.make_leq(ij, ij), m.make_leq(ij, ji));
-  EXPECT_EQ(plan(twice, 3).bindings(), Bindings{});
-  EXPECT_EQ(plan(thrice, 3).bindings(), Bindings{ij});
-  EXPECT_EQ(plan(thrice, 4).bindings(), Bindings{});
-}
-
-TEST_F(LetPlanTest, ThresholdIsAtLeastTwo) {
-  const Term_* root = m.make_leq(ij, ji);
-  EXPECT_EQ(plan(root, 0).bindings(), Bindings{});
-  EXPECT_EQ(plan(root, 1).bindings(), Bindings{});
 }
 
 TEST_F(LetPlanTest, LongChainsAndDeepGroups) {

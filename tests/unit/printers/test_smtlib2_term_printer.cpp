@@ -328,18 +328,28 @@ TEST_F(SmtLib2Printer, WithoutSharingTheTermIsATree) {
   EXPECT_EQ(tree(m.make_and(both, both)), "(and p q (and p q))");
 }
 
-TEST_F(SmtLib2Printer, OccurrencesBeforeSharingCanBeChosen) {
-  Configuration::Printer configuration;
-  configuration.min_occurrences = 3;
-  SmtLib2TermPrinter printer(&m, &configuration, "", "", true, nullptr);
-  const Term_* sum = m.make_plus(i, j);
+// Written as a tree, what is above the annotated term would have 2^40 leaves.
+TEST_F(SmtLib2Printer, SharingAboveAnAnnotationStaysLinear) {
+  SmtLib2TermPrinter::Annotations annotations;
+  annotations[p] = {{"named", "n"}};
+  const Term_* t = m.make_and(p, q);
+  for (int level = 0; level < 40; level++) t = m.make_or(m.make_and(t, q), m.make_not(t));
+  SmtLib2TermPrinter printer(&m, nullptr, "", "", true, &annotations);
   std::ostringstream out;
-  printer.print_term(out, m.make_leq(sum, sum));
-  out << '\n';
-  printer.print_term(out, m.make_and(m.make_leq(sum, sum), m.make_leq(sum, k)));
-  EXPECT_EQ(out.str(),
-            "(<= (+ i j) (+ i j))\n"
-            "(let ((@1 (+ i j))) (and (<= @1 @1) (<= @1 k)))");
+  printer.print_term(out, t);
+  EXPECT_LT(out.str().size(), 5000U);
+  EXPECT_EQ(out.str().substr(0, 90),
+            "(let ((@1 (and (! p :named n) q))) (let ((@2 (or (and @1 q) (not @1)))) (let ((@3 (or "
+            "(and");
+}
+
+TEST_F(SmtLib2Printer, AnEmptyListOfAnnotationsIsNone) {
+  SmtLib2TermPrinter::Annotations annotations;
+  annotations[p];
+  SmtLib2TermPrinter printer(&m, nullptr, "", "", true, &annotations);
+  std::ostringstream out;
+  printer.print_term(out, m.make_and(p, q));
+  EXPECT_EQ(out.str(), "(and p q)");
 }
 
 TEST_F(SmtLib2Printer, PrefixesOfNamesCanBeChosen) {

@@ -45,6 +45,18 @@ TEST(ScriptLogic, GetsProducts) {
   EXPECT_EQ(logic_of("(set-logic QF_RDL)" + x + "(assert (= x (+ x x)))"), "QF_LRA");
 }
 
+TEST(ScriptLogic, StaysDifferenceLogicInItsForms) {
+  const std::string head = "(set-logic QF_IDL)" + i + "(declare-const j Int)(declare-const k Int)";
+  for (const char* term : {"(<= (- i j) 3)", "(= 3 (- i j))", "(< i (+ j 3))", "(<= (- i 3) j)",
+                           "(= (+ 3 i) (+ j 2))", "(distinct i j k)", "(= i (ite (= j k) j k))"}) {
+    EXPECT_EQ(logic_of(head + "(assert " + term + ")"), "QF_IDL") << term;
+  }
+  for (const char* term : {"(<= (- i j) k)", "(<= (+ i j) 3)", "(= (- i j) (- j i))", "(= i (- j))",
+                           "(<= (- i (+ j 3)) 2)", "(<= (- i j) (+ 1 2))", "(<= (- i j k) 2)"}) {
+    EXPECT_EQ(logic_of(head + "(assert " + term + ")"), "QF_LIA") << term;
+  }
+}
+
 TEST(ScriptLogic, IsOneForEachStretchBetweenResets) {
   EXPECT_EQ(printed("(set-logic QF_LIA)(declare-fun f (Int) Int)(reset)(set-logic QF_LIA)" + i),
             "(set-logic QF_UFLIA)\n(declare-fun f (Int) Int)\n(reset)\n(set-logic QF_LIA)\n"
@@ -60,6 +72,14 @@ TEST(ScriptLogic, SeesWhatNamesUncover) {
             "(= i (to_int (! (* (/ 1.0 3.0) (to_real i)) :named n)))");
   EXPECT_EQ(asserted(i + "(assert (= i (+ i (! (* (- 1) i) :named n))))"),
             "(= i (+ i (! (- i) :named n)))");
+}
+
+TEST(ScriptLogic, NamesOfHiddenNumeralsAreKept) {
+  const std::string head = "(set-logic QF_LIA)" + i;
+  EXPECT_EQ(asserted(head + "(assert (= i (* (! (- 1) :named n) i)))"),
+            "(= i (* (! (- 1) :named n) i))");
+  EXPECT_EQ(asserted(head + "(assert (= i (+ i (* (! (- 1) :named n) i))))"),
+            "(= i (+ i (* (! (- 1) :named n) i)))");
 }
 
 // ----- products in linear logics
