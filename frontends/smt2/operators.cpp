@@ -46,7 +46,7 @@ constexpr Operator table[] = {
 constexpr bool complete() {
   for (size_t i = 0; i < std::size(table); ++i) {
     if (i != 0 && std::string_view(table[i - 1].name) >= table[i].name) return false;
-    if (table[i].min_args > table[i].max_args || table[i].build == nullptr) return false;
+    if (table[i].min_args > table[i].max_args) return false;
     const TheoryName* row = find_theory_symbol(table[i].name);
     if (row == nullptr || row->theory == Theory::NONE) return false;
   }
