@@ -43,19 +43,11 @@ constexpr Operator table[] = {
 };
 // clang-format on
 
-// By index: with sanitizers g++ takes no comparison with a null pointer for constant.
-constexpr bool some_theory_has(std::string_view name) {
-  for (size_t i = 0; i < std::size(theory_symbols); ++i) {
-    if (theory_symbols[i].name == name) return theory_symbols[i].theory != Theory::NONE;
-  }
-  return false;
-}
-
 constexpr bool complete() {
   for (size_t i = 0; i < std::size(table); ++i) {
     if (i != 0 && std::string_view(table[i - 1].name) >= table[i].name) return false;
     if (table[i].min_args > table[i].max_args) return false;
-    if (!some_theory_has(table[i].name)) return false;
+    if (!has_theory(theory_symbols, table[i].name)) return false;
   }
   return true;
 }

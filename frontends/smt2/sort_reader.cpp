@@ -26,8 +26,7 @@ constexpr SupportedSort supported_sorts[] = {
 
 constexpr bool complete() {
   for (const SupportedSort& sort : supported_sorts) {
-    const TheoryName* row = find_theory_sort(sort.name);
-    if (row == nullptr || row->theory == Theory::NONE) return false;
+    if (!has_theory(theory_sorts, sort.name)) return false;
   }
   return true;
 }
