@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -120,6 +121,26 @@ TEST_F(Command, SaysThatAFileIsADirectory) {
   run("print " + folder);
   EXPECT_EQ(status, 1);
   EXPECT_EQ(errors, folder + ": error: is a directory\n");
+}
+
+TEST_F(Command, SaysThatAFileMayNotBeRead) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may read every file";
+  const std::string file = write_file("a.smt2", script);
+  std::filesystem::permissions(file, std::filesystem::perms::none);
+  run("print " + file);
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(output, "");
+  EXPECT_EQ(errors, file + ": error: cannot be opened: Permission denied\n");
+}
+
+TEST_F(Command, SaysThatAFileCannotBeRead) {
+  // It can be opened, but its first page is never mapped.
+  const std::string file = "/proc/self/mem";
+  if (!std::filesystem::exists(file)) GTEST_SKIP() << "there is no " << file;
+  run("print " + file);
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(output, "");
+  EXPECT_EQ(errors, file + ": error: the input cannot be read\n");
 }
 
 TEST_F(Command, SaysThatStandardInputCannotBeRead) {
