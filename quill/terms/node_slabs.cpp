@@ -3,56 +3,91 @@
 #include <algorithm>
 #include <new>
 
-#include "quill/utils/scope_guard.h"
+#if defined(__SANITIZE_ADDRESS__)
+#define QUILL_POISONS_FREE_NODES
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QUILL_POISONS_FREE_NODES
+#endif
+#endif
+#ifdef QUILL_POISONS_FREE_NODES
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace quill {
+
+namespace {
+
+void poison([[maybe_unused]] void* memory, [[maybe_unused]] size_t bytes) {
+#ifdef QUILL_POISONS_FREE_NODES
+  ASAN_POISON_MEMORY_REGION(memory, bytes);
+#endif
+}
+
+void unpoison([[maybe_unused]] void* memory, [[maybe_unused]] size_t bytes) {
+#ifdef QUILL_POISONS_FREE_NODES
+  ASAN_UNPOISON_MEMORY_REGION(memory, bytes);
+#endif
+}
+
+// The fields of nodes that may be free, and then poisoned.
+[[gnu::no_sanitize_address]] bool is_live(const Term_* node) { return node->symbol != nullptr; }
+[[gnu::no_sanitize_address]] uint32_t next_free(const Term_* node) {
+  return static_cast<uint32_t>(node->id);
+}
+[[gnu::no_sanitize_address]] void set_free(Term_* node, uint32_t next) {
+  node->symbol = nullptr;
+  node->id = next;
+}
+
+}  // namespace
 
 NodeSlabs::~NodeSlabs() {
   for (const Slab& slab : directory) ::operator delete(slab.memory);
 }
 
 uint32_t NodeSlabs::add_slab(uint64_t arity, size_t bytes, uint32_t capacity) {
-  if (directory.size() == max_slabs - 1) throw std::bad_alloc();  // the last handles stand for none
+  if (vacant == none) {
+    if (directory.size() == max_slabs - 1) throw std::bad_alloc();  // the last handles mean none
+    directory.push_back({nullptr, 0, 0, none});
+    vacant = static_cast<uint32_t>(directory.size() - 1);
+  }
   char* memory = static_cast<char*>(::operator new(bytes));
-  ScopeGuard undo([&] { ::operator delete(memory); });
-  directory.push_back({memory, arity, 0, capacity});
-  undo.dismiss();
-  return static_cast<uint32_t>(directory.size() - 1);
+  const uint32_t slab = vacant;
+  vacant = directory[slab].capacity;
+  directory[slab] = {memory, arity, 0, capacity};
+  slabs_held++;
+  bytes_held += bytes;
+  return slab;
 }
 
-// A node of its own slab; the directory entries of freed ones are used again, the last one freed
-// first.
+void NodeSlabs::release(uint32_t slab) noexcept {
+  slabs_held--;
+  bytes_held -= bytes_of(directory[slab]);
+  ::operator delete(directory[slab].memory);
+  directory[slab] = {nullptr, 0, 0, vacant};
+  vacant = slab;
+}
+
+// A node in a slab of its own.
 uint32_t NodeSlabs::allocate_large(uint64_t arity) {
   if (arity > (SIZE_MAX - sizeof(Term_)) / word) throw std::bad_alloc();
-  const size_t bytes = sizeof(Term_) + arity * word;
-  uint32_t slab = vacant;
-  if (slab == none) {
-    slab = add_slab(arity, bytes, /*capacity=*/1);
-  } else {
-    char* memory = static_cast<char*>(::operator new(bytes));
-    vacant = directory[slab].capacity;
-    directory[slab] = {memory, arity, 0, 1};
-  }
+  const uint32_t slab = add_slab(arity, sizeof(Term_) + arity * word, /*capacity=*/1);
   directory[slab].used = 1;
   return slab << offset_bits;
-}
-
-void NodeSlabs::free_large(uint32_t slab) noexcept {
-  ::operator delete(directory[slab].memory);
-  directory[slab] = {nullptr, max_slab_arity + 1, 0, vacant};
-  vacant = slab;
 }
 
 uint32_t NodeSlabs::allocate(uint64_t arity) {
   if (arity > max_slab_arity) return allocate_large(arity);
   if (arity >= classes.size()) classes.resize(arity + 1);
   SizeClass& size_class = classes[arity];
+  const uint32_t words = words_of(arity);
   if (size_class.free_list != none) {
     const uint32_t handle = size_class.free_list;
-    size_class.free_list = static_cast<uint32_t>(node(handle)->id);
+    size_class.free_list = next_free(node(handle));
+    unpoison(node(handle), words * word);
     return handle;
   }
-  const uint32_t words = words_of(arity);
   if (size_class.current == none ||
       directory[size_class.current].used + words > directory[size_class.current].capacity) {
     const size_t bytes = std::max(size_class.next_bytes, words * word);
@@ -65,13 +100,66 @@ uint32_t NodeSlabs::allocate(uint64_t arity) {
   return handle;
 }
 
+void NodeSlabs::put_on_free_list(uint32_t handle, uint64_t arity) noexcept {
+  set_free(node(handle), classes[arity].free_list);
+  classes[arity].free_list = handle;
+  poison(node(handle), words_of(arity) * word);
+}
+
 void NodeSlabs::free(uint32_t handle) noexcept {
   const uint64_t arity = directory[handle >> offset_bits].arity;
-  if (arity > max_slab_arity) return free_large(handle >> offset_bits);
-  node(handle)->symbol = nullptr;
-  SizeClass& size_class = classes[arity];
-  node(handle)->id = size_class.free_list;
-  size_class.free_list = handle;
+  if (arity > max_slab_arity) {
+    release(handle >> offset_bits);
+  } else {
+    put_on_free_list(handle, arity);
+  }
+}
+
+// All lists are made anew, from the highest handle down, so that each begins with the lowest one.
+size_t NodeSlabs::sweep(const std::vector<bool>& seen) noexcept {
+  for (SizeClass& size_class : classes) size_class.free_list = none;
+  vacant = none;
+  size_t freed = 0;
+  for (uint32_t slab = static_cast<uint32_t>(directory.size()); slab-- > 0;) {
+    if (directory[slab].memory != nullptr) {
+      freed += sweep_slab(slab, seen);
+    } else {
+      directory[slab].capacity = vacant;
+      vacant = slab;
+    }
+  }
+  return freed;
+}
+
+size_t NodeSlabs::sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexcept {
+  const uint64_t arity = directory[slab].arity;
+  const bool is_large = arity > max_slab_arity;
+  const uint32_t words = words_of(arity);
+  const uint32_t free_before = is_large ? none : classes[arity].free_list;
+  size_t freed = 0;
+  bool is_empty = true;
+  for (uint32_t offset = directory[slab].used; offset != 0;) {
+    offset -= words;
+    const uint32_t handle = slab << offset_bits | offset;
+    const Term_* candidate = node(handle);
+    if (is_live(candidate)) {
+      if (candidate->id < seen.size() && seen[candidate->id]) {
+        is_empty = false;
+        continue;
+      }
+      freed++;
+    }
+    if (!is_large) put_on_free_list(handle, arity);
+  }
+  if (!is_empty) return freed;
+  if (!is_large) {
+    SizeClass& size_class = classes[arity];
+    size_class.free_list = free_before;  // without the nodes of this slab
+    if (size_class.current == slab) size_class.current = none;
+    size_class.next_bytes = std::max(size_class.next_bytes / 2, first_slab_bytes);
+  }
+  release(slab);
+  return freed;
 }
 
 uint32_t NodeSlabs::first_live(uint32_t handle) const {
@@ -79,7 +167,7 @@ uint32_t NodeSlabs::first_live(uint32_t handle) const {
     const uint32_t words = words_of(directory[slab].arity);
     for (uint32_t offset = handle & offset_mask; offset < directory[slab].used; offset += words) {
       const uint32_t candidate = slab << offset_bits | offset;
-      if (node(candidate)->symbol != nullptr) return candidate;
+      if (is_live(node(candidate))) return candidate;
     }
     handle = 0;
   }

@@ -1,17 +1,22 @@
 // Memory for term nodes: slabs of nodes of one size, addressed by 32-bit handles.
 //
 // Representation: a slab is one allocation that serves nodes of one arity, filled from its start; a
-// directory lists the slabs in the order in which they were made. The handle of a node is
+// directory lists the slabs, each in the first place that is free. The handle of a node is
 //
 //   handle := slab number << 13 | offset within the slab in words of 8 bytes
 //
 // so that a handle is turned into an address by one look at the directory, and memory is bounded by
-// 2^19 slabs (32 GiB of nodes in full slabs). The slabs of one arity double in size up to 64 KiB. A
-// large node, of more than max_slab_arity arguments, has a slab of its own.
+// 2^19 slabs (32 GiB of nodes in full slabs). The slabs of one arity double in size up to 64 KiB; a
+// slab that is given back halves the size of the next one. A large node, of more than
+// max_slab_arity arguments, has a slab of its own.
 //
 // Free nodes keep their place: their symbol is null and their id field is the handle of the next
-// free node of the same arity. A slab of one large node is freed with its node, all others together
-// with the store.
+// free node of the same arity. Under AddressSanitizer they are poisoned, so that the use of a freed
+// term is reported.
+//
+// sweep() gives slabs back to the system that hold no live node any more; so does the release of a
+// large node. Their places in the directory are taken by later slabs. Nothing depends on addresses:
+// which node and which place come next follows from the handles and the order of calls.
 
 #ifndef QUILL_TERMS_NODE_SLABS_H
 #define QUILL_TERMS_NODE_SLABS_H
@@ -44,6 +49,15 @@ class NodeSlabs {
     return directory[handle >> offset_bits].memory + size_t{handle & offset_mask} * word;
   }
 
+  // Takes back every live node whose id is not marked; an id beyond the vector is not marked. The
+  // nodes and places that are free afterwards are used again from the lowest handle on. Returns how
+  // many nodes it took. Reads each slab once, in order.
+  size_t sweep(const std::vector<bool>& seen) noexcept;
+
+  // The slabs held and the bytes in them.
+  size_t num_slabs() const { return slabs_held; }
+  size_t num_bytes() const { return bytes_held; }
+
   // The first live node at or after this handle in the order of slabs and offsets, or none. Start
   // with 0.
   uint32_t first_live(uint32_t handle) const;
@@ -65,8 +79,8 @@ class NodeSlabs {
     uint64_t arity;
     uint32_t used;      // words handed out so far, free nodes included
     uint32_t capacity;  // words in all
-    // The slab of a large node counts as one word; without its node it has no memory, and its
-    // capacity is the next such slab.
+    // The slab of a large node counts as one word. A place without a slab has no memory, and its
+    // capacity is the next such place.
   };
   struct SizeClass {
     uint32_t free_list = none;
@@ -77,13 +91,20 @@ class NodeSlabs {
   static uint32_t words_of(uint64_t arity) {
     return arity > max_slab_arity ? 1 : static_cast<uint32_t>(sizeof(Term_) / word + arity);
   }
+  static size_t bytes_of(const Slab& slab) {
+    return slab.arity > max_slab_arity ? sizeof(Term_) + slab.arity * word : slab.capacity * word;
+  }
   uint32_t add_slab(uint64_t arity, size_t bytes, uint32_t capacity);
   uint32_t allocate_large(uint64_t arity);
-  void free_large(uint32_t slab) noexcept;
+  void put_on_free_list(uint32_t handle, uint64_t arity) noexcept;
+  size_t sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexcept;
+  void release(uint32_t slab) noexcept;
 
   std::vector<Slab> directory;
   std::vector<SizeClass> classes;  // by arity, up to the largest one asked for
-  uint32_t vacant = none;          // the first slab that lost its large node
+  uint32_t vacant = none;          // the first place without a slab
+  size_t slabs_held = 0;
+  size_t bytes_held = 0;
 };
 
 }  // namespace quill

@@ -117,30 +117,43 @@ void Signature::free_suffix(std::string_view name) {
   std::push_heap(freed.begin(), freed.end(), std::greater<>());
 }
 
-void Signature::gc(const hsh::HashSet<const Symbol*>& keep) {
-  // Which records hold their name must be known before the first one goes: the index reads the
-  // records.
-  std::vector<bool> named(symbols.size());
-  for (size_t i = 0; i < symbols.size(); i++) {
-    const std::string_view name = symbols[i]->name;
-    named[i] = find(hash_name(name), name) == i;
-  }
-  for (auto& [base, of_base] : suffixes) {
-    of_base.next = 0;
-    of_base.freed.clear();
-  }
-  index.clear();
+// Whether the record at this position holds its name, whose hash is given.
+bool Signature::is_named(uint32_t hash, size_t position) const {
+  return index.find(hash, [&](uint32_t handle) { return handle == position; }) != InternIndex::none;
+}
+
+// The index leads to positions. Those of the records gone over are new ones, all below `used`, and
+// those of the others are old ones, not below `i`, so that no position stands for two records. The
+// index is changed by hashes and positions alone: it reads no record.
+void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
+  // Suffixes may become free that a search on its base would not look at again.
+  for (auto it = suffixes.begin(); it != suffixes.end();) it = suffixes.erase(it);
   size_t used = 0;
   for (size_t i = 0; i < symbols.size(); i++) {
     Symbol* symbol = symbols[i];
+    const uint32_t hash = hash_name(symbol->name);
+    const bool named = is_named(hash, i);
     if (keep.find(symbol) == keep.end()) {
+      if (named) index.erase(hash, static_cast<uint32_t>(i));
       release(symbol);
-      continue;
+    } else {
+      if (named) index.rename(hash, static_cast<uint32_t>(i), static_cast<uint32_t>(used));
+      symbols[used++] = symbol;
     }
-    if (named[i]) index.insert(hash_name(symbol->name), static_cast<uint32_t>(used));
-    symbols[used++] = symbol;
   }
   symbols.resize(used);
+  index.shrink();
+}
+
+bool Signature::is_consistent() const {
+  size_t named = 0;
+  for (size_t i = 0; i < symbols.size(); i++) {
+    const uint32_t hash = hash_name(symbols[i]->name);
+    if (!is_named(hash, i)) continue;
+    if (find(hash, symbols[i]->name) != i) return false;
+    named++;
+  }
+  return named == index.size();
 }
 
 void Signature::rollback(size_t former_size) noexcept {
@@ -148,7 +161,7 @@ void Signature::rollback(size_t former_size) noexcept {
     Symbol* symbol = symbols.back();
     const uint32_t handle = static_cast<uint32_t>(symbols.size() - 1);
     const uint32_t hash = hash_name(symbol->name);
-    if (find(hash, symbol->name) == handle) index.erase(hash, handle);
+    if (is_named(hash, handle)) index.erase(hash, handle);
     symbols.pop_back();
     release(symbol);
   }

@@ -48,11 +48,15 @@ class Signature {
   // for many unique names on one base costs the same each time.
   int32_t lowest_free_suffix(const std::string& base);
 
-  // Frees every symbol that is not in keep, named or not.
-  void gc(const hsh::HashSet<const Symbol*>& keep);
+  // Frees every symbol that is not in keep, named or not. Needs no memory.
+  void gc(const hsh::HashSet<const Symbol*>& keep) noexcept;
 
-  // The number of symbols held, named or not.
+  // The symbols held, named or not, in the order in which they were made.
   size_t size() const { return symbols.size(); }
+  const Symbol* symbol(size_t i) const { return symbols[i]; }
+
+  // Whether every name leads to a symbol of this name. Linear; for debugging.
+  bool is_consistent() const;
 
   // Frees every symbol made since size() was what is given, provided that none was freed in
   // between. For undoing a request that failed half-way.
@@ -60,6 +64,7 @@ class Signature {
 
  private:
   uint32_t find(uint32_t hash, std::string_view name) const;
+  bool is_named(uint32_t hash, size_t position) const;
   void free_suffix(std::string_view name);
   static void release(Symbol* symbol);
 

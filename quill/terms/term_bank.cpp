@@ -1,7 +1,6 @@
 #include "quill/terms/term_bank.h"
 
 #include <algorithm>
-#include <functional>
 #include <new>
 
 namespace quill {
@@ -16,57 +15,63 @@ uint32_t TermBank::hash_of(const Symbol* symbol, const Term_* const* args) {
   return InternIndex::fold(h);
 }
 
-const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args) {
+const Term_* TermBank::find(uint32_t hash, const Symbol* symbol, const Term_* const* args) const {
   const uint64_t arity = symbol->arity;
-  const uint32_t hash = hash_of(symbol, args);
-  const uint32_t found = index.find(hash, [&](uint32_t handle) {
+  const Term_* found = nullptr;
+  index.find(hash, [&](uint32_t handle) {
     const Term_* term = nodes.node(handle);
-    return term->symbol == symbol && std::equal(term->args, term->args + arity, args);
+    if (term->symbol != symbol) return false;
+    for (uint64_t i = 0; i < arity; i++) {
+      if (term->args[i] != args[i]) return false;
+    }
+    found = term;
+    return true;
   });
-  if (found != InternIndex::none) return nodes.node(found);
+  return found;
+}
+
+const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args) {
+  const uint32_t hash = hash_of(symbol, args);
+  if (const Term_* found = find(hash, symbol, args)) return found;
 
   index.reserve_one();
-  const uint32_t handle = nodes.allocate(arity);
-  uint64_t id;
-  if (free_ids.empty()) {
-    id = next_id++;
-  } else {
-    id = free_ids.back();
-    free_ids.pop_back();
-  }
-  Term_* term = new (nodes.address(handle)) Term_(id, symbol);
-  std::copy(args, args + arity, term->args);
+  ids.reserve_one();
+  const uint32_t handle = nodes.allocate(symbol->arity);
+  Term_* term = new (nodes.address(handle)) Term_(ids.take(), symbol);
+  std::copy(args, args + symbol->arity, term->args);
   index.insert(hash, handle);
   return term;
 }
 
-void TermBank::remove_unseen(const std::vector<bool>& seen) {
-  const auto is_seen = [&](const Term_* term) { return term->id < seen.size() && seen[term->id]; };
-  size_t victims = 0;
-  for (const Term_* term : *this) victims += !is_seen(term);
-  if (victims == 0) return;
-  free_ids.reserve(free_ids.size() + victims);  // the last step that can fail
-
-  index.clear();
-  for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;) {
-    const uint32_t after = nodes.next(handle);
-    Term_* term = nodes.node(handle);
-    if (is_seen(term)) {
-      index.insert(hash_of(term->symbol, term->args), handle);
-    } else {
-      free_ids.push_back(term->id);
-      nodes.free(handle);
-    }
-    handle = nodes.first_live(after);
+void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
+  const size_t freed = nodes.sweep(seen);
+  if (freed == 0) return;
+  // The index leads to freed nodes now. Made anew from those that are left, it costs nothing for
+  // the others, and may be smaller.
+  index.clear(index.size() - freed);
+  ids.free_all();
+  for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;
+       handle = nodes.first_live(nodes.next(handle))) {
+    const Term_* term = nodes.node(handle);
+    index.insert(hash_of(term->symbol, term->args), handle);
+    ids.claim(term->id);
   }
+}
 
-  std::sort(free_ids.begin(), free_ids.end(), std::greater<>());
-  size_t trailing = 0;  // free ids at the upper end need no list
-  while (trailing < free_ids.size() && free_ids[trailing] + 1 == next_id) {
-    next_id--;
-    trailing++;
+TermBank::MemoryUse TermBank::memory_use() const {
+  return {nodes.num_slabs(), nodes.num_bytes(), index.capacity(), index.num_bytes()};
+}
+
+bool TermBank::is_consistent() const {
+  std::vector<bool> met(id_bound());
+  size_t held = 0;
+  for (const Term_* term : *this) {
+    if (find(hash_of(term->symbol, term->args), term->symbol, term->args) != term) return false;
+    if (term->id >= met.size() || met[term->id]) return false;
+    met[term->id] = true;
+    held++;
   }
-  free_ids.erase(free_ids.begin(), free_ids.begin() + static_cast<std::ptrdiff_t>(trailing));
+  return held == index.size() && held == ids.size() && (held == 0 || met.back());
 }
 
 }  // namespace quill

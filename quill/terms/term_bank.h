@@ -3,9 +3,9 @@
 //
 // Representation: nodes live in slabs (node_slabs.h) and never move; an index (intern_index.h)
 // leads from the hash of a symbol and its arguments to the handle of the node. A look-up hashes the
-// request and builds nothing until the term is known to be new. Ids are dense: an id freed by
-// remove_unseen is given again, the lowest first, so that vectors indexed by id stay as long as the
-// largest number of terms alive, and ids do not depend on addresses.
+// request and builds nothing until the term is known to be new. Ids are dense (id_pool.h): an id
+// freed by remove_unseen is given again, the lowest first, so that vectors indexed by id stay as
+// long as the largest number of terms alive, and ids do not depend on addresses.
 //
 // The bank decides nothing: whether the arguments fit the symbol is checked before a request gets
 // here. It owns the terms; it does not own the symbols, which must outlive them.
@@ -21,6 +21,7 @@
 #include <iterator>
 #include <vector>
 
+#include "quill/terms/id_pool.h"
 #include "quill/terms/node_slabs.h"
 #include "quill/terms/term.h"
 #include "quill/utils/intern_index.h"
@@ -74,20 +75,35 @@ class TermBank {
   const_iterator end() const { return {&nodes, NodeSlabs::none}; }
 
   // Frees every term whose id is not marked; an id beyond the vector is not marked. The others stay
-  // where they are and keep their ids. Linear in the number of terms held.
-  void remove_unseen(const std::vector<bool>& seen);
+  // where they are and keep their ids. Slabs that hold no term any more go back to the system, and
+  // so does room in the index that is much too large. Linear in the number of terms held, with no
+  // look-up for those that go; needs no memory.
+  void remove_unseen(const std::vector<bool>& seen) noexcept;
 
   // The number of terms held, and a bound above every id in use.
   size_t size() const { return index.size(); }
-  uint64_t id_bound() const { return next_id; }
+  uint64_t id_bound() const { return ids.bound(); }
+
+  // The memory in use, without what other tables hold.
+  struct MemoryUse {
+    size_t slabs;        // that hold nodes
+    size_t slab_bytes;   // in them
+    size_t index_slots;  // places in the index, two thirds of which may be taken
+    size_t index_bytes;
+  };
+  MemoryUse memory_use() const;
+
+  // Whether look-ups find every term that iteration shows, and the ids agree. Linear; for
+  // debugging.
+  bool is_consistent() const;
 
  private:
   static uint32_t hash_of(const Symbol* symbol, const Term_* const* args);
+  const Term_* find(uint32_t hash, const Symbol* symbol, const Term_* const* args) const;
 
   NodeSlabs nodes;
   InternIndex index;
-  uint64_t next_id = 0;
-  std::vector<uint64_t> free_ids;  // descending, all below next_id - 1
+  IdPool ids;
 };
 
 }  // namespace quill

@@ -122,23 +122,36 @@ void TypeUniverse::remove_type(const DataType* type) {
   release(victim);
 }
 
-void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) {
+void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
   const auto kept = [&](const DataType* type) {
     return type == application_type || keep.find(type) != keep.end();
   };
   std::erase_if(subtypes,
                 [&](const auto& pair) { return !kept(pair.first) || !kept(pair.second); });
-  index.clear();
   size_t used = 0;
   for (DataType* type : types) {
-    if (!kept(type)) {
+    if (kept(type)) {
+      types[used++] = type;
+    } else {
       release(type);
-      continue;
     }
-    if (type != application_type) index.insert(hash_of(type), static_cast<uint32_t>(used));
-    types[used++] = type;
   }
   types.resize(used);
+  // The index leads to the former positions, and to freed types.
+  index.clear(used - 1);
+  for (size_t i = 0; i < used; i++) {
+    if (types[i] != application_type) index.insert(hash_of(types[i]), static_cast<uint32_t>(i));
+  }
+}
+
+bool TypeUniverse::is_consistent() const {
+  for (size_t i = 0; i < types.size(); i++) {
+    const bool found = index.find(hash_of(types[i]), [&](uint32_t handle) {
+      return handle == i;
+    }) != InternIndex::none;
+    if (found == (types[i] == application_type)) return false;
+  }
+  return index.size() == types.size() - 1;
 }
 
 void TypeUniverse::rollback(size_t former_size) noexcept {

@@ -53,11 +53,15 @@ class TypeUniverse {
   void remove_type(const DataType* type);
 
   // Frees every type that is not in keep, but for the application type. The caller sees to it that
-  // keep holds all components of its types.
-  void gc(const hsh::HashSet<const DataType*>& keep);
+  // keep holds all components of its types. Needs no memory.
+  void gc(const hsh::HashSet<const DataType*>& keep) noexcept;
 
-  // The number of types held.
+  // The types held.
   size_t size() const { return types.size(); }
+  const DataType* type(size_t i) const { return types[i]; }
+
+  // Whether requests find every type held. Linear; for debugging.
+  bool is_consistent() const;
 
   // Frees every type made since size() was what is given, provided that none was freed in between.
   // For undoing a request that failed half-way.

@@ -10,6 +10,8 @@
 // The hash beside the handle rejects nearly all wrong candidates without touching their objects,
 // and is all that growth and removal need: no object is ever read for them. At most two thirds of
 // the slots are taken. Removal shifts the rest of the probe run back, so there are no tombstones.
+// After many removals shrink() and clear() give room back, if a smaller table can be allocated; if
+// not, the room stays, so that neither can fail.
 //
 // Costs: a look-up reads one or two cache lines; 8 bytes a slot. Handles must be below none.
 
@@ -78,14 +80,32 @@ class InternIndex {
     slots[locate(hash, handle)].handle = new_handle;
   }
 
-  // Empties the index and keeps its room, so that as many entries as before fit without allocation.
-  void clear() noexcept {
-    for (Slot& slot : slots) slot.handle = none;
+  // Empties the index, with room for `expected` entries, at most as many as there were: they can be
+  // inserted without reserve_one().
+  void clear(size_t expected) noexcept {
+    assert(expected <= taken);
     taken = 0;
+    std::vector<Slot> smaller;
+    if (allocate_smaller(smaller, expected)) {
+      slots.swap(smaller);
+    } else {
+      for (Slot& slot : slots) slot.handle = none;
+    }
+  }
+
+  // Gives room back when much fewer entries are left than there was room for.
+  void shrink() noexcept {
+    std::vector<Slot> smaller;
+    if (!allocate_smaller(smaller, taken)) return;
+    for (const Slot& slot : slots) {
+      if (slot.handle != none) place(smaller, slot);
+    }
+    slots.swap(smaller);
   }
 
   size_t size() const { return taken; }
   size_t capacity() const { return slots.size(); }
+  size_t num_bytes() const { return slots.size() * sizeof(Slot); }
 
  private:
   struct Slot {
@@ -110,14 +130,30 @@ class InternIndex {
     return i;
   }
 
+  // Whether a table for so many entries, and as many again, is at most half as large, and could be
+  // had.
+  bool allocate_smaller(std::vector<Slot>& smaller, size_t entries) const noexcept {
+    size_t wanted = fewest_slots;
+    while (3 * entries > wanted) wanted *= 2;
+    if (2 * wanted > slots.size()) return false;
+    try {
+      smaller.resize(wanted);
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+    return true;
+  }
+
   void grow() {
     if (taken + 1 >= none) throw std::bad_alloc();  // out of handles
-    std::vector<Slot> larger(slots.empty() ? 64 : 2 * slots.size());
+    std::vector<Slot> larger(slots.empty() ? fewest_slots : 2 * slots.size());
     for (const Slot& slot : slots) {
       if (slot.handle != none) place(larger, slot);
     }
     slots.swap(larger);
   }
+
+  static constexpr size_t fewest_slots = 64;
 
   std::vector<Slot> slots;  // a power of two, or none at all
   size_t taken = 0;

@@ -185,6 +185,110 @@ TEST(NodeSlabs, AnImpossibleArityIsRefused) {
   EXPECT_EQ(live(slabs), Handles());
 }
 
+// --- Sweeps ---
+
+// A node that a sweep can judge.
+uint32_t allocate_with_id(NodeSlabs& slabs, uint64_t arity, uint64_t id) {
+  const uint32_t handle = allocate(slabs, arity);
+  slabs.node(handle)->id = id;
+  return handle;
+}
+
+TEST(NodeSlabs, ASweepTakesTheNodesThatAreNotMarked) {
+  NodeSlabs slabs;
+  Handles handles;
+  for (uint64_t id = 0; id < 6; id++) handles.push_back(allocate_with_id(slabs, id % 2, id));
+  EXPECT_EQ(slabs.sweep({true, false, false, true, true}), 3U);
+  EXPECT_EQ(live(slabs), Handles({handles[0], handles[4], handles[3]}));
+  EXPECT_EQ(slabs.sweep({true, false, false, true, true}), 0U);
+  EXPECT_EQ(live(slabs), Handles({handles[0], handles[4], handles[3]}));
+}
+
+TEST(NodeSlabs, SweptNodesAreUsedAgainFromTheLowestOn) {
+  NodeSlabs slabs;
+  Handles handles;
+  for (uint64_t id = 0; id < 100; id++) handles.push_back(allocate_with_id(slabs, 1, id));
+  slabs.free(handles[50]);
+  std::vector<bool> seen(100, true);
+  for (const size_t id : std::vector<size_t>{10, 70, 20, 90}) seen[id] = false;
+  EXPECT_EQ(slabs.sweep(seen), 4U);
+  for (const size_t id : std::vector<size_t>{10, 20, 50, 70, 90})
+    EXPECT_EQ(allocate(slabs, 1), handles[id]);
+}
+
+// 64 nodes without arguments fill the first slab.
+TEST(NodeSlabs, ASweepReleasesSlabsWithoutALiveNode) {
+  NodeSlabs slabs;
+  Handles handles;
+  for (uint64_t id = 0; id < 64 + 128 + 1; id++) {
+    handles.push_back(allocate_with_id(slabs, 0, id));
+  }
+  EXPECT_EQ(slabs.num_slabs(), 3U);
+  EXPECT_EQ(slabs.num_bytes(), 1024U + 2048 + 4096);
+  std::vector<bool> seen(193);
+  seen[63] = true;
+  seen[192] = true;
+  EXPECT_EQ(slabs.sweep(seen), 191U);
+  EXPECT_EQ(slabs.num_slabs(), 2U);
+  EXPECT_EQ(slabs.num_bytes(), 1024U + 4096);
+  EXPECT_EQ(live(slabs), Handles({handles[63], handles[192]}));
+  // First the 63 free nodes of the first slab, then what is left of the last one, then a new slab
+  // in the place of the one that was released.
+  for (size_t i = 0; i < 63; i++) EXPECT_EQ(allocate(slabs, 0), handles[i]);
+  for (uint32_t i = 1; i < 256; i++) EXPECT_EQ(allocate(slabs, 0), handles[192] + 2 * i);
+  EXPECT_EQ(slabs.num_slabs(), 2U);
+  EXPECT_EQ(allocate(slabs, 0), handles[64]);
+  EXPECT_EQ(slabs.num_slabs(), 3U);
+  EXPECT_EQ(slabs.num_bytes(), 1024U + 4096 + 4096);
+}
+
+TEST(NodeSlabs, ASweepReleasesTheSlabThatIsBeingFilled) {
+  NodeSlabs slabs;
+  const uint32_t a = allocate_with_id(slabs, 3, 0);
+  allocate_with_id(slabs, 3, 1);
+  EXPECT_EQ(slabs.sweep({}), 2U);
+  EXPECT_EQ(slabs.num_slabs(), 0U);
+  EXPECT_EQ(slabs.num_bytes(), 0U);
+  EXPECT_EQ(live(slabs), Handles());
+  EXPECT_EQ(allocate(slabs, 3), a);
+  EXPECT_EQ(slabs.num_slabs(), 1U);
+}
+
+TEST(NodeSlabs, ASweepReleasesSlabsWhoseNodesWereFreedBefore) {
+  NodeSlabs slabs;
+  slabs.free(allocate(slabs, 3));
+  EXPECT_EQ(slabs.sweep({}), 0U);
+  EXPECT_EQ(slabs.num_slabs(), 0U);
+}
+
+TEST(NodeSlabs, ASweepJudgesLargeNodesToo) {
+  NodeSlabs slabs;
+  const uint32_t a = allocate_with_id(slabs, 2000, 0);
+  const uint32_t b = allocate_with_id(slabs, 3000, 1);
+  const uint32_t c = allocate_with_id(slabs, 4000, 2);
+  EXPECT_EQ(slabs.num_bytes(), 3 * 16U + 8 * 9000);
+  EXPECT_EQ(slabs.sweep({false, true}), 2U);
+  EXPECT_EQ(live(slabs), Handles({b}));
+  EXPECT_EQ(slabs.num_bytes(), 16U + 8 * 3000);
+  EXPECT_EQ(allocate(slabs, 1), a);  // any slab may take a place
+  EXPECT_EQ(allocate(slabs, 1500), c);
+  EXPECT_EQ(live(slabs), Handles({a, b, c}));
+}
+
+#ifdef __SANITIZE_ADDRESS__
+TEST(NodeSlabsDeathTest, TheUseOfASweptNodeIsReported) {
+  NodeSlabs slabs;
+  const uint32_t freed = allocate_with_id(slabs, 1, 0);
+  const uint32_t kept = allocate_with_id(slabs, 1, 1);
+  slabs.sweep({false, true});
+  EXPECT_DEATH(EXPECT_EQ(slabs.node(freed)->id, 0U), "use-after-poison");
+  EXPECT_DEATH(EXPECT_EQ(slabs.node(freed)->args[0], nullptr), "use-after-poison");
+  EXPECT_EQ(slabs.node(kept)->id, 1U);
+  EXPECT_EQ(allocate_with_id(slabs, 1, 2), freed);
+  EXPECT_EQ(slabs.node(freed)->id, 2U);
+}
+#endif
+
 TEST(NodeSlabs, AgreeWithAModelOverRandomOperations) {
   std::mt19937 random(321);
   const uint64_t arities[] = {0, 1, 2, 5, largest_in_slabs, largest_in_slabs + 1, 1500};

@@ -205,6 +205,23 @@ TEST_F(SignatureTest, ACollectionKeepsANamelessRecordNameless) {
   EXPECT_STREQ(old->name, "x");
 }
 
+TEST_F(SignatureTest, ACollectionNeedsNoMemory) {
+  hsh::HashSet<const Symbol*> keep;
+  for (int i = 0; i < 1000; i++) {
+    const Symbol* s = signature.add_symbol(("x" + std::to_string(i)).c_str(), int_type);
+    if (i % 7 == 0) keep.insert(s);
+  }
+  {
+    const testing::FailingAllocation none(0);
+    signature.gc(keep);
+  }
+  EXPECT_EQ(signature.size(), 143U);
+  EXPECT_TRUE(signature.is_consistent());
+  for (size_t i = 0; i < 143; i++) {
+    EXPECT_EQ(signature.symbol(i)->name, "x" + std::to_string(7 * i));  // in order of creation
+  }
+}
+
 TEST_F(SignatureTest, RollingBackFreesTheNewestSymbols) {
   const Symbol* x = signature.add_symbol("x", int_type);
   signature.add_symbol("y", int_type);
@@ -348,6 +365,7 @@ TEST_F(SignatureTest, AgreesWithAMapOverRandomOperations) {
         }
         signature.gc(keep);
         for (const auto& [known, s] : names) ASSERT_EQ(signature.get_symbol(known.c_str()), s);
+        ASSERT_TRUE(signature.is_consistent());
     }
     ASSERT_EQ(signature.size(), records.size());
   }

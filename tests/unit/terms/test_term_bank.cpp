@@ -290,6 +290,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
       Ids expected;
       for (const Term_* t : live) expected.push_back(t->id);
       ASSERT_EQ(ids(), expected);
+      ASSERT_TRUE(bank.is_consistent());
       while (!by_id.empty() && by_id.back().first == nullptr) {
         free_ids.erase(by_id.size() - 1);
         by_id.pop_back();
@@ -395,20 +396,61 @@ TEST_F(TermBankTest, AFailedRequestKeepsFreedIds) {
   EXPECT_EQ(bank.make_term(s, args.data())->id, 5U);
 }
 
-TEST_F(TermBankTest, AFailedRemovalRemovesNothing) {
-  for (int i = 0; i < 10; i++) constant("c" + std::to_string(i));
-  bool failed = false;
+TEST_F(TermBankTest, RemovalNeedsNoMemory) {
+  for (int i = 0; i < 1000; i++) constant("c" + std::to_string(i));
   const std::vector<bool> seen = {true, false, true};
-  try {
+  {
     const testing::FailingAllocation none(0);
     bank.remove_unseen(seen);
-  } catch (const std::bad_alloc&) {
-    failed = true;
   }
-  EXPECT_TRUE(failed);
-  EXPECT_EQ(ids(), Ids({0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
-  bank.remove_unseen(seen);
   EXPECT_EQ(ids(), Ids({0, 2}));
+  EXPECT_TRUE(bank.is_consistent());
+  EXPECT_EQ(constant("n1")->id, 1U);
+  EXPECT_EQ(constant("n2")->id, 3U);
+}
+
+// --- Memory ---
+
+// Nodes without arguments fill slabs of 1, 2, 4, ... 64 KiB; 64 of them fit in a KiB.
+TEST_F(TermBankTest, RemovalGivesMemoryBack) {
+  for (int i = 0; i < 64 + 128 + 256 + 10; i++) constant("c" + std::to_string(i));
+  TermBank::MemoryUse use = bank.memory_use();
+  EXPECT_EQ(use.slabs, 4U);
+  EXPECT_EQ(use.slab_bytes, 1024U + 2048 + 4096 + 8192);
+  EXPECT_EQ(use.index_slots, 1024U);
+  EXPECT_EQ(use.index_bytes, 8192U);
+
+  bank.remove_unseen(std::vector<bool>(65, true));  // the first slab and one node of the second
+  use = bank.memory_use();
+  EXPECT_EQ(use.slabs, 2U);
+  EXPECT_EQ(use.slab_bytes, 1024U + 2048);
+  EXPECT_EQ(use.index_slots, 256U);
+  EXPECT_EQ(use.index_bytes, 2048U);
+
+  bank.remove_unseen({});
+  use = bank.memory_use();
+  EXPECT_EQ(use.slabs, 0U);
+  EXPECT_EQ(use.slab_bytes, 0U);
+  EXPECT_EQ(use.index_slots, 64U);
+}
+
+TEST_F(TermBankTest, BuildingAndRemovingAgainAndAgainTakesNoMoreMemory) {
+  const Symbol* f = symbol("f", 1);
+  const Symbol* wide = symbol("wide", 2000);
+  size_t most = 0;
+  for (int round = 0; round < 50; round++) {
+    const Term_* t = constant("c");
+    for (int i = 0; i < 5000; i++) t = bank.make_term(f, &t);
+    const Terms args(2000, t);
+    bank.make_term(wide, args.data());
+    const size_t bytes = bank.memory_use().slab_bytes;
+    if (round == 1) most = bytes;
+    if (round > 1) {
+      ASSERT_EQ(bytes, most);
+    }
+    bank.remove_unseen({});
+    ASSERT_TRUE(bank.is_consistent());
+  }
 }
 
 }  // namespace

@@ -227,6 +227,23 @@ TEST(TypeUniverse, ACollectionDropsSubtypePairsOfFreedTypes) {
   }
 }
 
+TEST(TypeUniverse, ACollectionNeedsNoMemory) {
+  TypeUniverse u;
+  hsh::HashSet<const DataType*> keep;
+  for (int i = 0; i < 1000; i++) {
+    const DataType* type = u.make_type("t" + std::to_string(i));
+    if (i % 7 == 0) keep.insert(type);
+  }
+  {
+    const testing::FailingAllocation none(0);
+    u.gc(keep);
+  }
+  EXPECT_EQ(u.size(), 144U);  // with the application type
+  EXPECT_TRUE(u.is_consistent());
+  EXPECT_EQ(u.make_type("t7"), u.type(2));
+  EXPECT_EQ(u.size(), 144U);
+}
+
 TEST(TypeUniverse, RollingBackFreesTheNewestTypes) {
   TypeUniverse u;
   const DataType* a = u.make_type("a");

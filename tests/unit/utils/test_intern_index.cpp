@@ -7,6 +7,7 @@
 #include <map>
 #include <new>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "quill/utils/intern_index.h"
@@ -145,10 +146,10 @@ TEST(InternIndex, RenamingKeepsTheHash) {
   EXPECT_EQ(index.size(), 2U);
 }
 
-TEST(InternIndex, ClearingKeepsTheRoom) {
+TEST(InternIndex, ClearingKeepsTheRoomThatIsNeeded) {
   InternIndex index;
   for (uint32_t i = 0; i < 80; i++) insert(index, i, i);
-  index.clear();
+  index.clear(80);
   EXPECT_EQ(index.size(), 0U);
   EXPECT_EQ(index.capacity(), 128U);
   for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i), InternIndex::none);
@@ -157,6 +158,56 @@ TEST(InternIndex, ClearingKeepsTheRoom) {
     for (uint32_t i = 0; i < 80; i++) insert(index, i, i + 100);
   }
   for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i + 100), i + 100);
+}
+
+// Room for twice the entries that are expected: 64 slots for up to 21, 128 for up to 42.
+TEST(InternIndex, ClearingGivesRoomBack) {
+  const std::pair<size_t, size_t> capacities[] = {{0, 64},    {21, 64},    {22, 128},  {42, 128},
+                                                  {170, 512}, {171, 1024}, {600, 1024}};
+  for (const auto& [expected, capacity] : capacities) {
+    InternIndex index;
+    for (uint32_t i = 0; i < 600; i++) insert(index, i, i);
+    EXPECT_EQ(index.num_bytes(), 8 * 1024U);
+    index.clear(expected);
+    EXPECT_EQ(index.size(), 0U);
+    EXPECT_EQ(index.capacity(), capacity) << expected;
+    {
+      const testing::FailingAllocation none(0);
+      for (uint32_t i = 0; i < expected; i++) index.insert(i, i + 1000);
+    }
+    for (uint32_t i = 0; i < expected; i++) EXPECT_EQ(find(index, i, i + 1000), i + 1000);
+  }
+}
+
+TEST(InternIndex, ShrinkingKeepsTheEntries) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 600; i++) insert(index, 7 * i, i);
+  for (uint32_t i = 0; i < 600; i++) {
+    if (i % 10 != 0) index.erase(7 * i, i);
+  }
+  index.shrink();
+  EXPECT_EQ(index.size(), 60U);
+  EXPECT_EQ(index.capacity(), 256U);
+  for (uint32_t i = 0; i < 600; i++) {
+    EXPECT_EQ(find(index, 7 * i, i), i % 10 == 0 ? i : InternIndex::none);
+  }
+  index.shrink();
+  EXPECT_EQ(index.capacity(), 256U);
+}
+
+TEST(InternIndex, WithoutMemoryTheRoomStays) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 600; i++) insert(index, i, i);
+  for (uint32_t i = 1; i < 600; i++) index.erase(i, i);
+  const testing::FailingAllocation none(0);
+  index.shrink();
+  EXPECT_EQ(index.capacity(), 1024U);
+  EXPECT_EQ(find(index, 0, 0), 0U);
+  index.clear(1);
+  EXPECT_EQ(index.capacity(), 1024U);
+  EXPECT_EQ(find(index, 0, 0), InternIndex::none);
+  index.insert(5, 6);
+  EXPECT_EQ(find(index, 5, 6), 6U);
 }
 
 TEST(InternIndex, FailedGrowthChangesNothing) {
