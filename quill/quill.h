@@ -10,6 +10,8 @@
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/terms/data_type.h"
 #include "quill/terms/derived.h"
+#include "quill/terms/derived_bv.h"
+#include "quill/terms/derived_fp.h"
 #include "quill/terms/signature.h"
 #include "quill/terms/symbol.h"
 #include "quill/terms/term.h"

@@ -31,14 +31,31 @@ bool TermManager::typecheck(const Term_* t, const DataType* expected, const char
 
 void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& args) {
   if (!typecheck_enabled) return;
-  if (s->arity != args.size()) {
-    throw error("wrong arity for symbol ")
-        << s->name << ". expected " << s->arity << ", got " << args.size();
+  const size_t count = args.size();
+  if (s->arity != count) reject_arity(s, count);
+  // Nearly all arguments have the very type that is asked for.
+  const DataType* type = s->type;
+  for (size_t i = 0; i < count; i++) {
+    if (args[i]->symbol->get_output_type() != type->get_component(i + 1)) {
+      typecheck_from(i, s, args);
+      break;
+    }
   }
+  current_operation = "";
+}
+
+void TermManager::reject_arity(const Symbol* s, size_t given) const {
+  throw error("wrong arity for symbol ")
+      << s->name << ". expected " << s->arity << ", got " << given;
+}
+
+// The arguments from the given one on, subtypes among them.
+void TermManager::typecheck_from(size_t first, const Symbol* s,
+                                 const std::vector<const Term_*>& args) {
   // A request that comes from no builder is named after its symbol. If it fails the name stays, so
   // it must not be the symbol's own text, which may be freed.
   const bool from_builder = *current_operation != '\0';
-  for (size_t i = 0; i < args.size(); i++) {
+  for (size_t i = first; i < args.size(); i++) {
     const DataType* expected = s->type->get_component(i + 1);
     if (universe->is_subtype(args[i]->symbol->get_output_type(), expected)) continue;
     if (!from_builder) {
@@ -47,7 +64,6 @@ void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& ar
     }
     typecheck(args[i], expected, current_operation);
   }
-  current_operation = "";
 }
 
 const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
@@ -59,9 +75,9 @@ const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_*
 // make_bin for names of operations that live for ever.
 const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Term_* b,
                                       const char* operation) {
-  scratch_args.clear();
-  scratch_args.push_back(a);
-  scratch_args.push_back(b);
+  scratch_args.resize(2);
+  scratch_args[0] = a;
+  scratch_args[1] = b;
   current_operation = operation;
   return make_term(s, scratch_args);
 }

@@ -54,20 +54,25 @@ const Symbol* TermManager::width_symbol(size_t width) {
   return make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
 }
 
+// The symbol for the width of an operand.
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::width_symbol_for(const Term_* operand) {
+  const DataType* type = operand->symbol->get_output_type();
+  LatestUse& latest = latest_uses[family_slot(Tag)];
+  if (latest.operand == type) return latest.symbol;
+  const size_t width = require_bv(operand, operator_family(Tag).complaint);
+  latest = {type, width_symbol<Tag>(width)};
+  return latest.symbol;
+}
+
 template <SymbolTag::tag Tag>
 const Term_* TermManager::bv_unary(const Term_* t) {
-  constexpr OperatorFamily family = operator_family(Tag);
-  const size_t width = require_bv(t, family.complaint);
-  const Symbol* s = width_symbol<Tag>(width);
-  return make_with({t}, s, family.operation);
+  return make_with({t}, width_symbol_for<Tag>(t), operator_family(Tag).operation);
 }
 
 template <SymbolTag::tag Tag>
 const Term_* TermManager::bv_binary(const Term_* a, const Term_* b) {
-  constexpr OperatorFamily family = operator_family(Tag);
-  const size_t width = require_bv(a, family.complaint);
-  const Symbol* s = width_symbol<Tag>(width);
-  return make_binary(s, a, b, family.operation);
+  return make_binary(width_symbol_for<Tag>(a), a, b, operator_family(Tag).operation);
 }
 
 template <SymbolTag::tag Tag>

@@ -160,10 +160,14 @@ constexpr auto family_positions = [] {
   return positions;
 }();
 
+// Whether the symbols with this tag, which may be any number, are those of a family.
+constexpr bool has_family(size_t tag) {
+  return tag < family_positions.size() && family_positions[tag] != no_family;
+}
+
 constexpr bool operator_families_complete() {
   for (size_t tag = 0; tag < family_positions.size(); tag++) {
-    const bool has_family = family_positions[tag] != no_family;
-    if (has_family != (tag >= SymbolTag::INT_MODULAR_CONGRUENCE)) return false;
+    if (has_family(tag) != (tag >= SymbolTag::INT_MODULAR_CONGRUENCE)) return false;
   }
   return num_operator_families == family_positions.size() - SymbolTag::INT_MODULAR_CONGRUENCE;
 }

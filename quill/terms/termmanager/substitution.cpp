@@ -1,5 +1,6 @@
 // Substitution: one walk that rebuilds a term bottom-up, with the substitution itself as the memo.
 
+#include "quill/terms/term_images.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/scope_guard.h"
@@ -8,24 +9,51 @@ namespace quill {
 
 namespace {
 
+// The table of the images is the caller's map or, where nobody sees it, a leaner one.
+const Term_* find_image(const TermManager::TermMap& images, const Term_* t) {
+  const auto found = images.find(t);
+  return found != images.end() ? found->second : nullptr;
+}
+void add_image(TermManager::TermMap& images, const Term_* t, const Term_* image) {
+  images.insert({t, image});
+}
+const Term_* find_image(const TermImages& images, const Term_* t) { return images.find(t); }
+void add_image(TermImages& images, const Term_* t, const Term_* image) { images.set(t, image); }
+
+template <class Images>
 struct SubstitutionCallback {
   TermManager* manager;
-  TermManager::TermMap* images;
+  Images* images;
   std::vector<const Term_*> args;
+  bool known = false;  // whether the term just pre-visited has its image
 
   int visit(const Term_* t, bool preorder) {
-    const bool known = images->find(t) != images->end();
-    if (preorder) return known ? 1 : 2;
-    if (known) return 2;
-    args.clear();
+    if (preorder) {
+      known = find_image(*images, t) != nullptr;
+      return known ? 1 : 2;  // after 1, the post-visit of the same term is next
+    }
+    if (known) {
+      known = false;
+      return 2;
+    }
     // Each argument has its image by now, given or made earlier in this walk.
-    for (uint64_t i = 0; i < t->symbol->arity; i++)
-      args.push_back(images->find(t->args[i])->second);
-    const Term_* image = manager->make_term(t->symbol, args);
-    images->insert({t, image});
+    const uint64_t arity = t->symbol->arity;
+    args.resize(arity);
+    for (uint64_t i = 0; i < arity; i++) args[i] = find_image(*images, t->args[i]);
+    add_image(*images, t, manager->make_term(t->symbol, args));
     return 2;
   }
 };
+
+template <class Images>
+const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
+                     std::vector<bool>& marks) {
+  SubstitutionCallback<Images> callback{&manager, &images, {}};
+  TermVisitor<SubstitutionCallback<Images>> visitor(&callback, /*dag_mode=*/true);
+  visitor.set_marks(&marks);
+  visitor.visit(t, /*clear_marks=*/true);
+  return find_image(images, t);
+}
 
 }  // namespace
 
@@ -39,32 +67,37 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
     }
   }
   const ScopedValue<bool> checking(typecheck_enabled, check);
-  SubstitutionCallback callback{this, &subst, {}};
-  TermVisitor<SubstitutionCallback> visitor(&callback, /*dag_mode=*/true);
-  visitor.set_marks(&lent_marks);
-  visitor.visit(t, /*clear_marks=*/true);
-  return subst[t];
+  return rebuild(*this, t, subst, lent_marks);
 }
 
-const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
-                                     const std::vector<const Term_*>& to, TermMap& cache,
-                                     std::vector<bool>& lent_marks) {
+// Checks the pairs, while checks are on, and enters each one that passes.
+template <class Enter>
+void TermManager::enter_pairs(const std::vector<const Term_*>& from,
+                              const std::vector<const Term_*>& to, const Enter& enter) const {
   if (from.size() != to.size()) throw error("Incompatible arguments to substitute");
   for (size_t i = 0; i < from.size(); i++) {
     if (typecheck_enabled &&
         !is_subtype(to[i]->symbol->get_output_type(), from[i]->symbol->get_output_type())) {
       throw error("substitution between terms of incompatible types");
     }
-    cache[from[i]] = to[i];
+    enter(from[i], to[i]);
   }
+}
+
+const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
+                                     const std::vector<const Term_*>& to, TermMap& cache,
+                                     std::vector<bool>& lent_marks) {
+  enter_pairs(from, to, [&](const Term_* f, const Term_* image) { cache[f] = image; });
   // The pairs are sound, and so is what is rebuilt with them.
   return substitute(t, cache, lent_marks, /*check=*/false);
 }
 
 const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
                                      const std::vector<const Term_*>& to) {
-  TermMap cache;
-  return substitute(t, from, to, cache, marks);
+  TermImages images;
+  enter_pairs(from, to, [&](const Term_* f, const Term_* image) { images.set(f, image); });
+  const ScopedValue<bool> checking(typecheck_enabled, false);
+  return rebuild(*this, t, images, marks);
 }
 
 }  // namespace quill

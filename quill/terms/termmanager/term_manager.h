@@ -7,7 +7,8 @@
 //   std::cout << outterm(&m, bound) << '\n';           // (<= x 7)
 //
 // What it returns it owns: pointers stay valid until the manager is destroyed, but for types given
-// to free_type, and equal requests give equal pointers. Destruction frees the terms, then the
+// to free_type and for what a collection (gc) frees, and equal requests give equal pointers.
+// Destruction frees the terms, then the
 // symbols, then the types, and then the tables. A manager is neither copied nor moved.
 //
 // Requests are checked before anything changes. A request that is refused throws
@@ -588,6 +589,71 @@ class TermManager : public TermFactory {
                           const std::vector<const Term_*>& to);
 
   //---------------------------------------------------------------------------------------------
+  // Copying from another manager, in 'copying.cpp', 'copying_symbols.cpp' and 'copying_types.cpp'
+  //
+  // Terms, symbols and types of src are made again in this manager, as if they had been built here.
+  // Names carry over: a symbol whose name is taken here is copied to the symbol that has it,
+  // whatever its type, and named types are copied by name; the symbols of an operator are copied by
+  // its parameters, numerals by value. Terms are rebuilt through make_term, constants and numerals
+  // too. What belongs to this manager already is its own copy.
+  //
+  // src is only read, and nothing in it is written on the way: threads may copy from one manager at
+  // the same time, each into a manager of its own, while nobody changes it. Throws what the makers
+  // and make_term throw; what was made until then stays. A symbol of a theory that somebody else
+  // registered can't be copied unless its name is taken here.
+  //
+  // Each term, symbol and type is copied once in a call, but for the terms that roots of copy_terms
+  // share: these are rebuilt for each root. The forms with an output append to it, in order; when
+  // one fails, copy_terms, copy_symbols and copy_types have appended what comes before the failure.
+
+  const Term_* copy_term(const TermManager& src, const Term_* t);
+
+  // The keys of subst are terms of src, its values terms of this manager, which stand for the
+  // copies. What is below a key is not copied.
+  const Term_* copy_term_with_subst(const TermManager& src, const Term_* t, const TermMap& subst);
+
+  // With use_manager_marks the walks use the mark vector that the manager keeps, otherwise one for
+  // this call, two bits for each id of src up to the largest one met.
+  void copy_terms(const TermManager& src, const std::vector<const Term_*>& in,
+                  std::vector<const Term_*>& out, bool use_manager_marks);
+
+  void copy_symbols(const TermManager& src, const std::vector<const Symbol*>& in,
+                    std::vector<const Symbol*>& out);
+  void copy_types(const TermManager& src, const std::vector<const DataType*>& in,
+                  std::vector<const DataType*>& out);
+
+  //---------------------------------------------------------------------------------------------
+  // Collection, in 'garbage_collection.cpp'
+
+  // Frees all that the caller does not need: keeps the terms given, with all that is below them and
+  // the symbols and types of these; the symbols given, with their types; the types given, with
+  // their components; and what every manager has from the start. Pointers to all else become
+  // invalid, as do terms in maps of the caller. What is kept stays where it is, with its id; ids of
+  // freed terms are given again, the lowest first. What was freed can be asked for again and is
+  // made anew. Throws std::bad_alloc and has then changed nothing. No other operation of the
+  // manager may be running.
+  void gc(const std::vector<const Term_*>& terms, const std::vector<const Symbol*>& symbols,
+          const std::vector<const DataType*>& types);
+
+  // The number of collections so far: as long as it stays the same, so does what an id stands for.
+  uint64_t gc_generation() const { return generation; }
+
+  // What the last collection freed, and which memory of the term bank went back to the system.
+  struct CollectionStatistics {
+    size_t terms = 0;
+    size_t symbols = 0;
+    size_t types = 0;
+    size_t slabs = 0;
+    size_t slab_bytes = 0;
+    size_t index_bytes = 0;
+  };
+  const CollectionStatistics& get_last_collection() const { return last_collection; }
+
+  // In 'consistency_check.cpp': looks for a table that disagrees with another one or with the
+  // stores, and says what is wrong with it; the empty text if there is none. Linear, for debugging.
+  std::string check_consistency() const;
+
+  //---------------------------------------------------------------------------------------------
   // Text for messages, in 'shallow_literal.cpp'
 
   // The term on one line, cut off at depth 10 and at the connectives and, or and iff.
@@ -608,6 +674,11 @@ class TermManager : public TermFactory {
   };
   void check_before_new_symbol(const TypeKeyedSymbols& table, const DataType* t,
                                const char* operation, std::initializer_list<ExpectedType> operands);
+  [[noreturn, gnu::cold]] void reject_arity(const Symbol* s, size_t given) const;
+  void typecheck_from(size_t first, const Symbol* s, const std::vector<const Term_*>& args);
+  template <class Enter>
+  void enter_pairs(const std::vector<const Term_*>& from, const std::vector<const Term_*>& to,
+                   const Enter& enter) const;
   bool both_int(const Term_* a, const Term_* b) const;
   bool is_real_or_int(const DataType* t) const { return universe->is_subtype(t, rat_type); }
   void require_bits(const QNumber& value, uint64_t bits, const char* kind) const;
@@ -616,6 +687,7 @@ class TermManager : public TermFactory {
                             bool enter_in_cache);
 
   class NewSymbol;
+  class TermCopyCallback;
 
   // The members of the operator families are made of these; see 'families.cpp' and
   // 'family_builders.h'.
@@ -646,6 +718,8 @@ class TermManager : public TermFactory {
   template <SymbolTag::tag Tag>
   const Symbol* width_symbol(size_t width);
   template <SymbolTag::tag Tag>
+  const Symbol* width_symbol_for(const Term_* operand);
+  template <SymbolTag::tag Tag>
   const Term_* bv_unary(const Term_* t);
   template <SymbolTag::tag Tag>
   const Term_* bv_binary(const Term_* a, const Term_* b);
@@ -659,6 +733,10 @@ class TermManager : public TermFactory {
   const Symbol* format_symbol(size_t e, size_t m);
   template <SymbolTag::tag Tag>
   const Term_* fp_with(const Term_* operand, std::initializer_list<const Term_*> args);
+
+  // See 'family_loop.h'.
+  template <class Manager, class Action>
+  static void for_each_family(Manager& manager, Action action);
 
   // The stores. Terms point to symbols and symbols to types, so they are freed in the opposite
   // order.
@@ -720,6 +798,14 @@ class TermManager : public TermFactory {
   std::array<SymbolFamily<IEEEFloat::format>, count_families(FamilyKey::Format)> format_families;
   std::array<SymbolFamily<FPFormatCast>, count_families(FamilyKey::Cast)> cast_families;
 
+  // For each operator keyed by a width, the symbol of the latest request and the type of its
+  // operand, which the next request is likely to have, too. Dropped whenever symbols are freed.
+  struct LatestUse {
+    const DataType* operand = nullptr;
+    const Symbol* symbol = nullptr;
+  };
+  std::array<LatestUse, count_families(FamilyKey::Width)> latest_uses{};
+
   // The rounding-mode constants: to nearest with ties to even, toward zero, toward plus and toward
   // minus infinity.
   const Symbol* rounding_symbols[4] = {};
@@ -739,6 +825,9 @@ class TermManager : public TermFactory {
   bool reject_bool_arguments = true;
   TermFactory* delegate = nullptr;
   uint32_t fresh_counter = 1;  // the number of the next fresh variable
+
+  uint64_t generation = 0;
+  CollectionStatistics last_collection;
 
   std::vector<bool>
       marks;  // lent to one walk at a time, to reuse its storage; all clear in between

@@ -46,10 +46,11 @@ class CacheCleaner {
   CacheCleaner& operator=(const CacheCleaner&) = delete;
   ~CacheCleaner() {
     if (marks == nullptr) return;
+    const size_t size = marks->size();
     for (const Term_* t : *visited) {
-      for (const size_t bit : {2 * t->id, 2 * t->id + 1}) {
-        if (bit < marks->size()) (*marks)[bit] = false;
-      }
+      const size_t bit = 2 * size_t{static_cast<uint32_t>(t->id)};  // as in TermVisitor
+      if (bit < size) (*marks)[bit] = false;
+      if (bit + 1 < size) (*marks)[bit + 1] = false;
     }
     visited->clear();
   }
@@ -76,19 +77,23 @@ class TermVisitor {
   // are done.
   void visit(const Term_* root, bool clear_marks) {
     const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
-    std::vector<const Term_*> stack{root};
+    stack.clear();
+    stack.push_back(waiting(root));
     while (!stack.empty()) {
-      const Term_* t = stack.back();
-      if (dag_mode && is_marked(done_bit(t))) {
-        stack.pop_back();
-        continue;
-      }
-      if (!is_marked(entered_bit(t))) {
-        const int answer = callback->visit(t, true);
-        visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
-        mark(entered_bit(t));
-        if (answer == 0) return;
-        if (answer != 1 && push_arguments(t, stack)) continue;
+      const Entry entry = stack.back();
+      const Term_* t = term_of(entry);
+      if (!is_open(entry)) {
+        if (dag_mode && is_marked(done_bit(t))) {
+          stack.pop_back();
+          continue;
+        }
+        if (!is_marked(entered_bit(t))) {
+          const int answer = callback->visit(t, true);
+          visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
+          mark(entered_bit(t));
+          if (answer == 0) return;
+          if (answer != 1 && push_arguments(t)) continue;
+        }
       }
       stack.pop_back();
       const int answer = callback->visit(t, false);
@@ -102,30 +107,50 @@ class TermVisitor {
   }
 
  private:
-  static size_t done_bit(const Term_* t) { return 2 * t->id; }
-  static size_t entered_bit(const Term_* t) { return 2 * t->id + 1; }
+  // Ids are below 2^32, as the bank's handles are; said here, the signed arithmetic inside of
+  // vector<bool> folds away.
+  static size_t done_bit(const Term_* t) { return 2 * size_t{static_cast<uint32_t>(t->id)}; }
+  static size_t entered_bit(const Term_* t) { return done_bit(t) + 1; }
 
   bool is_marked(size_t bit) const { return bit < marks->size() && (*marks)[bit]; }
 
-  // Grows to hold both bits of the term, doubling, so that marking is constant time on average.
   void mark(size_t bit) {
-    if (bit >= marks->size()) marks->resize(std::max((bit | 1) + 1, 2 * marks->size()));
+    if (bit >= marks->size()) grow(bit);
     (*marks)[bit] = true;
   }
 
-  // Pushes the arguments that a walk still has to visit; false if there are none.
-  bool push_arguments(const Term_* t, std::vector<const Term_*>& stack) const {
-    const size_t before = stack.size();
-    for (uint64_t i = 0; i < t->symbol->arity; i++) {
-      if (!dag_mode || !is_marked(done_bit(t->args[i]))) stack.push_back(t->args[i]);
+  // Makes room for both bits of a term, doubling, so that marking is constant time on average.
+  [[gnu::noinline]] void grow(size_t bit) {
+    marks->resize(std::max((bit | 1) + 1, 2 * marks->size()));
+  }
+
+  // A term that waits to be entered, or, with the lowest bit set, one that has been and waits for
+  // its arguments above it.
+  using Entry = uintptr_t;
+  static Entry waiting(const Term_* t) { return reinterpret_cast<Entry>(t); }
+  static bool is_open(Entry entry) { return (entry & 1) != 0; }
+  static const Term_* term_of(Entry entry) {
+    return reinterpret_cast<const Term_*>(entry & ~Entry{1});
+  }
+
+  // Opens the term on top and pushes the arguments that a walk still has to visit; false, without a
+  // change, if there are none.
+  bool push_arguments(const Term_* t) {
+    const size_t top = stack.size() - 1;
+    const uint64_t arity = t->symbol->arity;
+    for (uint64_t i = 0; i < arity; i++) {
+      if (!dag_mode || !is_marked(done_bit(t->args[i]))) stack.push_back(waiting(t->args[i]));
     }
-    return stack.size() != before;
+    if (stack.size() == top + 1) return false;
+    stack[top] |= 1;
+    return true;
   }
 
   C* callback;
   bool dag_mode;
   std::vector<bool> own_marks;
   std::vector<bool>* marks;
+  std::vector<Entry> stack;  // of the walk; kept for its storage in between
   std::vector<const Term_*>
       visited;  // since the marks were last cleared, in the order of pre-visits
 };

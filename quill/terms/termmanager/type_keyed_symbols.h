@@ -6,7 +6,10 @@
 #ifndef QUILL_TERMS_TERMMANAGER_TYPE_KEYED_SYMBOLS_H
 #define QUILL_TERMS_TERMMANAGER_TYPE_KEYED_SYMBOLS_H
 
+#include <cstddef>
+
 #include "quill/terms/symbol.h"
+#include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
 #include "quill/utils/scope_guard.h"
@@ -30,6 +33,19 @@ class TypeKeyedSymbols {
     by_type.insert({type, symbol});
     undo.dismiss();
   }
+
+  // Takes out every symbol that is not in the set.
+  void sweep(const hsh::HashSet<const Symbol*>& kept) {
+    gc_clear_set(symbols, kept);
+    gc_clear_tbl_val(by_type, kept);
+  }
+
+  // Calls action(type, symbol) for each pair.
+  template <class Action>
+  void for_each(Action action) const {
+    for (const auto& [type, symbol] : by_type) action(type, symbol);
+  }
+  size_t size() const { return symbols.count; }
 
  private:
   hsh::HashSet<const Symbol*> symbols;

@@ -7,7 +7,10 @@
 #ifndef QUILL_TERMS_TERMMANAGER_TYPE_TABLE_H
 #define QUILL_TERMS_TERMMANAGER_TYPE_TABLE_H
 
+#include <cstddef>
+
 #include "quill/terms/data_type.h"
+#include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/scope_guard.h"
 
@@ -43,6 +46,20 @@ class TypeTable {
     keys.erase(keys.find(found->second));
     types.erase(found);
   }
+
+  // Takes out the pairs of all types for which doomed(type) holds. Reads no type.
+  template <class Doomed>
+  void erase_types(Doomed doomed) {
+    erase_entries(types, [&](const auto& entry) { return doomed(entry.second); });
+    erase_entries(keys, [&](const auto& entry) { return doomed(entry.first); });
+  }
+
+  // Calls action(parameter, type) for each pair.
+  template <class Action>
+  void for_each(Action action) const {
+    for (const auto& [key, type] : types) action(key, type);
+  }
+  size_t size() const { return keys.count; }
 
  private:
   hsh::HashMap<Key, const DataType*> types;

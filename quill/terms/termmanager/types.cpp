@@ -207,6 +207,9 @@ void TermManager::free_type(const DataType* t) {
   if (t->is_simple()) {
     const auto found = simple_types.find(t->get_name());
     if (found != simple_types.end()) simple_types.erase(found);
+    const auto is_freed = [t](const DataType* type) { return type == t; };
+    bv_widths.erase_types(is_freed);
+    fp_formats.erase_types(is_freed);
   }
   universe->remove_type(t);
 }

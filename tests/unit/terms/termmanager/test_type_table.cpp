@@ -56,6 +56,20 @@ TEST_F(TypeTableTest, AnErasedPairIsGoneFromBothSides) {
   EXPECT_EQ(*table.find_key(type(1)), 3U);
 }
 
+TEST_F(TypeTableTest, TypesAreTakenOutOfBothSidesTogether) {
+  for (size_t i = 0; i < 100; i++) table.insert(i, type(i));
+  table.erase_types([&](const DataType* t) { return t != type(7) && t != type(50); });
+  EXPECT_EQ(table.size(), 2U);
+  std::vector<size_t> left;
+  table.for_each([&](size_t key, const DataType* t) {
+    EXPECT_EQ(t, type(key));
+    left.push_back(key);
+  });
+  EXPECT_EQ(left, std::vector<size_t>({7, 50}));
+  EXPECT_EQ(table.find(8), nullptr);
+  EXPECT_EQ(table.find_key(type(8)), nullptr);
+}
+
 // 22 pairs fit in the first bucket array of either map; the next one makes both grow.
 TEST_F(TypeTableTest, InsertionIsAllOrNothing) {
   std::vector<const DataType*> types;

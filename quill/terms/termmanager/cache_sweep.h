@@ -1,0 +1,43 @@
+// Takes the entries out of tables that lead to symbols or types that a collection frees.
+//
+// Entries are erased in place, during one walk over the table. No key is hashed or compared, so
+// that a key may have lost what it points to.
+
+#ifndef QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
+#define QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
+
+namespace quill {
+
+// Erases every element for which doomed(element) holds.
+template <class Table, class Doomed>
+void erase_entries(Table& table, Doomed doomed) {
+  for (auto it = table.begin(); it != table.end();) {
+    if (doomed(*it)) {
+      it = table.erase(it);  // what it returns is looked at before the walk moves on
+    } else {
+      ++it;
+    }
+  }
+}
+
+// A set of symbols.
+template <class Set, class Kept>
+void gc_clear_set(Set& set, const Kept& kept) {
+  erase_entries(set, [&](const auto& element) { return kept.find(element) == kept.end(); });
+}
+
+// A map from symbols or types.
+template <class Map, class Kept>
+void gc_clear_tbl_key(Map& map, const Kept& kept) {
+  erase_entries(map, [&](const auto& entry) { return kept.find(entry.first) == kept.end(); });
+}
+
+// A map to symbols or types.
+template <class Map, class Kept>
+void gc_clear_tbl_val(Map& map, const Kept& kept) {
+  erase_entries(map, [&](const auto& entry) { return kept.find(entry.second) == kept.end(); });
+}
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,199 @@
+// What must hold between the tables of a manager and its stores, whatever was built and collected.
+//
+//   stores      look-ups find what a store holds; what terms, symbols and types point to is held
+//   tables      lead to and from types, symbols and terms that are held, and a pair of maps agrees
+//
+// The address of an object that is not held is only compared, never followed.
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+#include "quill/terms/termmanager/family_loop.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+namespace {
+
+// The objects of a store.
+template <class T>
+class Held {
+ public:
+  void add(const T* object) { objects.push_back(object); }
+  void sort() { std::sort(objects.begin(), objects.end(), std::less<>()); }
+  bool has(const T* object) const {
+    return std::binary_search(objects.begin(), objects.end(), object, std::less<>());
+  }
+  const std::vector<const T*>& all() const { return objects; }
+
+ private:
+  std::vector<const T*> objects;
+};
+
+std::string problem(std::string_view table, std::string_view what) {
+  return std::string(table) + ": " + std::string(what);
+}
+
+// A table of types by parameter; `spell` gives the name of the type of a parameter.
+template <class Key, class Spell>
+std::string check_type_table(const char* name, const TypeTable<Key>& table,
+                             const Held<DataType>& types, Spell spell) {
+  size_t pairs = 0;
+  std::string wrong;
+  table.for_each([&](const Key& key, const DataType* type) {
+    pairs++;
+    const Key* back = table.find_key(type);
+    if (!types.has(type)) {
+      wrong = problem(name, "a type is not in the universe");
+    } else if (back == nullptr || !(*back == key)) {
+      wrong = problem(name, "a type does not lead back to its parameter");
+    } else if (type->get_name() != spell(key)) {
+      wrong = problem(name, "a parameter leads to the type of another one");
+    }
+  });
+  if (wrong.empty() && pairs != table.size()) wrong = problem(name, "a type has no parameter");
+  return wrong;
+}
+
+// A table of operators on any type, which is their argument at `position`.
+std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, size_t position,
+                             const Held<DataType>& types, const Held<Symbol>& symbols) {
+  size_t pairs = 0;
+  std::string wrong;
+  table.for_each([&](const DataType* type, const Symbol* symbol) {
+    pairs++;
+    if (!types.has(type)) {
+      wrong = problem(name, "a type is not in the universe");
+    } else if (!symbols.has(symbol)) {
+      wrong = problem(name, "a symbol is not in the signature");
+    } else if (!table.contains(symbol)) {
+      wrong = problem(name, "a symbol is not recognised");
+    } else if (symbol->type->get_component(position) != type) {
+      wrong = problem(name, "a type leads to the symbol of another one");
+    }
+  });
+  if (wrong.empty() && pairs != table.size()) wrong = problem(name, "a symbol has no type");
+  return wrong;
+}
+
+template <class Key>
+const hsh::HashMap<Key, const Symbol*>& by_key_of(const SymbolFamily<Key>& family) {
+  return family.by_key;
+}
+
+const hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& by_key_of(
+    const hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& family) {
+  return family;
+}
+
+// The symbols of an operator; those of the arrays have no map back.
+template <class Family>
+std::string check_family(const OperatorFamily& row, const Family& family,
+                         const Held<Symbol>& symbols,
+                         const hsh::HashMap<const Symbol*, SymbolTag::tag>& tags) {
+  constexpr bool has_map_back = requires { family.by_symbol; };
+  const auto& by_key = by_key_of(family);
+  for (const auto& [key, symbol] : by_key) {
+    if (!symbols.has(symbol)) return problem(row.base, "a symbol is not in the signature");
+    if (tags.find(symbol) == tags.end()) return problem(row.base, "a symbol has no tag");
+    if (!std::string_view(symbol->name + 1).starts_with(row.base)) {
+      return problem(row.base, "a symbol is one of another family");
+    }
+    if constexpr (has_map_back) {
+      const auto found = family.by_symbol.find(symbol);
+      if (found == family.by_symbol.end() || !(found->second == key)) {
+        return problem(row.base, "a symbol does not lead back to its parameters");
+      }
+    }
+  }
+  if constexpr (has_map_back) {
+    if (family.by_symbol.count != by_key.count) {
+      return problem(row.base, "a symbol has no parameters");
+    }
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string TermManager::check_consistency() const {
+  // Types before symbols before terms, so that what is followed is known to be there.
+  Held<DataType> types;
+  for (size_t i = 0; i < universe->size(); i++) types.add(universe->type(i));
+  types.sort();
+  for (const DataType* type : types.all()) {
+    for (size_t i = 0; i < type->num_components(); i++) {
+      if (!types.has(type->get_component(i))) {
+        return problem("universe", "a component is not in the universe");
+      }
+    }
+  }
+  if (!universe->is_consistent()) return problem("universe", "a type is not found");
+  for (const DataType* type : {bool_type, rat_type, int_type, array_type_head, bv_type_head,
+                               fprounding_type, fp_type_head, universe->get_application_type()}) {
+    if (!types.has(type)) return problem("universe", "a standard type is gone");
+  }
+
+  Held<Symbol> symbols;
+  for (size_t i = 0; i < signature->size(); i++) symbols.add(signature->symbol(i));
+  symbols.sort();
+  for (const Symbol* symbol : symbols.all()) {
+    if (!types.has(symbol->type) || !types.has(symbol->get_output_type())) {
+      return problem("signature", "the type of a symbol is not in the universe");
+    }
+  }
+  if (!signature->is_consistent()) return problem("signature", "a name leads to another symbol");
+
+  Held<Term_> terms;
+  for (const Term_* t : *bank) terms.add(t);
+  terms.sort();
+  for (const Term_* t : terms.all()) {
+    if (!symbols.has(t->symbol)) return problem("bank", "a symbol is not in the signature");
+    for (uint64_t i = 0; i < t->symbol->arity; i++) {
+      if (!terms.has(t->args[i])) return problem("bank", "an argument is not in the bank");
+    }
+  }
+  if (!bank->is_consistent()) return problem("bank", "a term is not found, or ids disagree");
+  if (!terms.has(true_term) || !terms.has(false_term)) {
+    return problem("bank", "a standard term is gone");
+  }
+
+  std::string wrong = check_type_table("bv_widths", bv_widths, types,
+                                       [](size_t width) { return std::to_string(width); });
+  if (!wrong.empty()) return wrong;
+  wrong = check_type_table("fp_formats", fp_formats, types, [](const IEEEFloat::format& f) {
+    return std::to_string(f.e) + ':' + std::to_string(f.m);
+  });
+  if (!wrong.empty()) return wrong;
+  for (const auto& [name, type] : simple_types) {
+    if (!types.has(type)) return problem("simple_types", "a type is not in the universe");
+    if (type->get_name() != name) return problem("simple_types", "a type has another name");
+  }
+
+  for (const auto& [symbol, tag] : tags) {
+    if (!symbols.has(symbol)) return problem("tags", "a symbol is not in the signature");
+  }
+  wrong = check_type_keyed("equality_symbols", equality_symbols, /*position=*/1, types, symbols);
+  if (!wrong.empty()) return wrong;
+  wrong = check_type_keyed("term_ite_symbols", term_ite_symbols, /*position=*/2, types, symbols);
+  if (!wrong.empty()) return wrong;
+
+  for (const auto& [symbol, value] : number_values) {
+    if (!symbols.has(symbol)) return problem("number_values", "a symbol is not in the signature");
+  }
+  for (const auto& [value, t] : number_cache) {
+    if (!terms.has(t)) return problem("number_cache", "a term is not in the bank");
+    const auto found = number_values.find(t->symbol);
+    if (found == number_values.end() || &found->second != value) {
+      return problem("number_cache", "the key is not the value of the symbol");
+    }
+  }
+
+  for_each_family(*this, [&](const OperatorFamily& row, const auto& family) {
+    if (wrong.empty()) wrong = check_family(row, family, symbols, tags);
+  });
+  return wrong;
+}
+
+}  // namespace quill

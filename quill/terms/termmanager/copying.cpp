@@ -1,0 +1,123 @@
+// Copying terms, symbols and types from another manager: the members, and the walk over terms.
+
+#include "quill/terms/termmanager/term_copy_callback.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/term_visitor.h"
+
+namespace quill {
+
+namespace {
+
+// Takes the manager's mark vector for the length of a walk and gives it back. What a walk calls may
+// start another one in the same manager, through a delegate: that one finds an empty vector and
+// leaves one behind; the larger of the two is kept. Both are clear.
+class LentMarks {
+ public:
+  explicit LentMarks(std::vector<bool>& owner) : home(owner) { marks.swap(home); }
+  LentMarks(const LentMarks&) = delete;
+  LentMarks& operator=(const LentMarks&) = delete;
+  ~LentMarks() {
+    if (marks.size() > home.size()) marks.swap(home);
+  }
+
+  std::vector<bool>* get() { return &marks; }
+
+ private:
+  std::vector<bool>& home;
+  std::vector<bool> marks;
+};
+
+}  // namespace
+
+TermManager::TermCopyCallback::TermCopyCallback(TermManager& receiver, const TermManager& owner,
+                                                const TermMap& replacements)
+    : destination(&receiver), source(&owner), substitution(&replacements) {
+  // Types that every manager has from the start stand for each other.
+  types[source->bool_type] = destination->bool_type;
+  types[source->rat_type] = destination->rat_type;
+  types[source->int_type] = destination->int_type;
+  types[source->fprounding_type] = destination->fprounding_type;
+  types[source->universe->get_application_type()] = destination->universe->get_application_type();
+}
+
+int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
+  const auto replacement = substitution->find(t);
+  const bool is_replaced = replacement != substitution->end();
+  if (preorder) {
+    if (!is_replaced) return 2;
+    terms[t] = replacement->second;
+    return 1;
+  }
+  if (is_replaced) return 2;
+  const Symbol* s = copy_symbol(t->symbol);
+  const uint64_t arity = t->symbol->arity;
+  args.clear();
+  args.reserve(arity);
+  for (uint64_t i = 0; i < arity; i++) args.push_back(copy_of(t->args[i]));
+  // A symbol of the same name may take another number of arguments. Without checks nothing else
+  // looks at it.
+  if (!destination->typecheck_enabled && arity != s->arity) {
+    throw error("wrong arity for symbol ")
+        << s->name << ". expected " << s->arity << ", got " << arity;
+  }
+  terms[t] = destination->make_term(s, args);
+  return 2;
+}
+
+const Term_* TermManager::copy_term(const TermManager& src, const Term_* t) {
+  return copy_term_with_subst(src, t, {});
+}
+
+const Term_* TermManager::copy_term_with_subst(const TermManager& src, const Term_* t,
+                                               const TermMap& subst) {
+  if (&src == this && subst.begin() == subst.end()) return t;
+  TermCopyCallback callback(*this, src, subst);
+  TermVisitor<TermCopyCallback> visitor(&callback, /*dag_mode=*/true);
+  // A vector for this walk would have to be cleared up to the largest id that it meets, which may
+  // be far more than the walk itself does. Kept marks are cleared through the list of the visited.
+  LentMarks lent(marks);
+  visitor.set_marks(lent.get());
+  visitor.visit(t, /*clear_marks=*/true);
+  return callback.copy_of(t);
+}
+
+void TermManager::copy_terms(const TermManager& src, const std::vector<const Term_*>& in,
+                             std::vector<const Term_*>& out, bool use_manager_marks) {
+  if (in.empty()) return;
+  const size_t count = in.size();  // counted before, for an output that is the input
+  if (&src == this) {
+    for (size_t i = 0; i < count; i++) out.push_back(in[i]);
+    return;
+  }
+  const TermMap none;
+  TermCopyCallback callback(*this, src, none);
+  TermVisitor<TermCopyCallback> visitor(&callback, /*dag_mode=*/true);
+  std::vector<bool> unused;
+  LentMarks lent(use_manager_marks ? marks : unused);
+  if (use_manager_marks) visitor.set_marks(lent.get());
+  for (size_t i = 0; i < count; i++) {
+    const Term_* t = in[i];
+    visitor.visit(t, /*clear_marks=*/true);
+    out.push_back(callback.copy_of(t));
+  }
+}
+
+void TermManager::copy_symbols(const TermManager& src, const std::vector<const Symbol*>& in,
+                               std::vector<const Symbol*>& out) {
+  if (in.empty()) return;
+  const TermMap none;
+  TermCopyCallback callback(*this, src, none);
+  const size_t count = in.size();
+  for (size_t i = 0; i < count; i++) out.push_back(callback.copy_symbol(in[i]));
+}
+
+void TermManager::copy_types(const TermManager& src, const std::vector<const DataType*>& in,
+                             std::vector<const DataType*>& out) {
+  if (in.empty()) return;
+  const TermMap none;
+  TermCopyCallback callback(*this, src, none);
+  const size_t count = in.size();
+  for (size_t i = 0; i < count; i++) out.push_back(callback.copy_type(in[i]));
+}
+
+}  // namespace quill

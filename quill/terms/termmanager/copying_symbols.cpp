@@ -1,0 +1,139 @@
+// Copying symbols.
+//
+// What tells the symbols of an operator family apart, their key, is the same in every manager, and
+// so are the name and the type that follow from the operator and the key. A symbol of a family is
+// therefore entered in the destination's family as the family's maker would enter it, with the key,
+// the name and the copied type of the one in the source. The rows of operator_family.h say in which
+// tables a family is; nothing here knows one family from another.
+
+#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/term_copy_callback.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+const Symbol* TermManager::TermCopyCallback::copy_symbol(const Symbol* s) {
+  if (source == destination) return s;
+  const auto known = symbols.find(s);
+  if (known != symbols.end()) return known->second;
+  const Symbol* copy = destination->signature->get_symbol(s->name);
+  if (copy == nullptr) copy = make_symbol_copy(s);
+  symbols[s] = copy;
+  return copy;
+}
+
+// The copy of a symbol whose name is not taken in the destination.
+const Symbol* TermManager::TermCopyCallback::make_symbol_copy(const Symbol* s) {
+  const SymbolTag::tag tag = source->get_tag(s);
+  const Symbol* copy = nullptr;
+  if (tag == SymbolTag::EQUAL && source->equality_symbols.contains(s)) {
+    copy = destination->make_equality_symbol(copy_type(s->type->get_component(1)));
+  } else if (const DataType* type = nullptr;
+             tag == SymbolTag::TERM_ITE && source->is_term_ite(s, &type)) {
+    copy = destination->make_term_ite_symbol(copy_type(type));
+  } else if (has_family(tag)) {
+    copy = make_family_symbol(s, tag);
+  } else if (QNumber value; source->is_number(s, &value)) {
+    copy = make_number_symbol(s, value);
+  }
+  if (copy != nullptr) return copy;
+  // A symbol of the user's. The name of one that somebody registered with add_interpreted_symbol is
+  // refused here: what it means can't be carried over.
+  const DataType* type = copy_type(s->type);
+  return destination->make_symbol(s->name, type);
+}
+
+const Symbol* TermManager::TermCopyCallback::make_number_symbol(const Symbol* s,
+                                                                const QNumber& value) {
+  if (const size_t* width = find_width(s->type)) {
+    return destination->make_bv_number(value, *width)->symbol;
+  }
+  if (const IEEEFloat::format* format = find_format(s->type)) {
+    return destination->make_fp_bits_number(value, format->e, format->m)->symbol;
+  }
+  if (source->is_real_or_int(s->type)) return destination->make_number(value)->symbol;
+  // A symbol of the user's that was taken for a numeral, and whose type was put together by hand.
+  const DataType* type = copy_type(s->type);
+  const Symbol* constant = destination->make_symbol(s->name, type);
+  return destination->make_numeral(constant, type, value, /*enter_in_cache=*/false)->symbol;
+}
+
+// The copy of a symbol with the tag of a family; null for one that is not the family's.
+const Symbol* TermManager::TermCopyCallback::make_family_symbol(const Symbol* s,
+                                                                SymbolTag::tag tag) {
+  const size_t slot = family_slot(tag);
+  switch (operator_family(tag).key) {
+    case FamilyKey::Width:
+      return make_keyed_symbol(s, tag, source->width_families[slot],
+                               destination->width_families[slot]);
+    case FamilyKey::Index1:
+      return make_keyed_symbol(s, tag, source->index1_families[slot],
+                               destination->index1_families[slot]);
+    case FamilyKey::Index2:
+      return make_keyed_symbol(s, tag, source->index2_families[slot],
+                               destination->index2_families[slot]);
+    case FamilyKey::Format:
+      return make_keyed_symbol(s, tag, source->format_families[slot],
+                               destination->format_families[slot]);
+    case FamilyKey::Cast:
+      return make_keyed_symbol(s, tag, source->cast_families[slot],
+                               destination->cast_families[slot]);
+    case FamilyKey::Array:
+      return make_array_symbol(s, tag);
+    case FamilyKey::Modulus:
+      return make_keyed_symbol(s, tag, source->modular_congruences,
+                               destination->modular_congruences);
+  }
+  return nullptr;
+}
+
+template <class Key>
+const Symbol* TermManager::TermCopyCallback::make_keyed_symbol(const Symbol* s, SymbolTag::tag tag,
+                                                               const SymbolFamily<Key>& from,
+                                                               SymbolFamily<Key>& to) {
+  const auto keyed = from.by_symbol.find(s);
+  if (keyed == from.by_symbol.end()) return nullptr;
+  const Key& key = keyed->second;
+  const auto present = to.by_key.find(key);  // one that lost its name
+  if (present != to.by_key.end()) return present->second;
+  set_type_and_name(s);
+  return destination->add_family_symbol(tag, key, to.by_symbol, to.by_key);
+}
+
+// An array family has no map from its symbols to their keys. The array type is the type of the
+// first operand or of the result, whichever leads back to the symbol.
+const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
+                                                               SymbolTag::tag tag) {
+  if (s->arity == 0) return nullptr;
+  const auto& from = source->array_families[family_slot(tag)];
+  auto& to = destination->array_families[family_slot(tag)];
+  for (const DataType* array : {s->type->get_component(1), s->get_output_type()}) {
+    ArrIndex key;
+    if (!source->is_array_type(array, &key.i, &key.e)) continue;
+    const auto found = from.find(key);
+    if (found == from.end() || found->second != s) continue;
+    key.i = copy_type(key.i);
+    key.e = copy_type(key.e);
+    const auto present = to.find(key);
+    if (present != to.end()) return present->second;
+    set_type_and_name(s);
+    NewSymbol added(*destination, tag);
+    to.insert({key, added.symbol()});
+    return added.keep();
+  }
+  return nullptr;
+}
+
+// Puts the components of the copied type and the name where the making of a family's symbol looks
+// for them.
+void TermManager::TermCopyCallback::set_type_and_name(const Symbol* s) {
+  const DataType* type = copy_type(s->type);
+  destination->scratch_types.clear();
+  for (size_t i = 0; i < type->num_components(); i++) {
+    destination->scratch_types.push_back(type->get_component(i));
+  }
+  destination->name_buffer = s->name;
+}
+
+}  // namespace quill
