@@ -3,12 +3,24 @@
 #ifndef QUILL_PRINTERS_CONFIGURATION_H
 #define QUILL_PRINTERS_CONFIGURATION_H
 
+#include <cstdint>
 #include <string>
 
 namespace quill {
 
 struct Configuration {
+  // How operators are written for which SMT-LIB 2.6 has no function: the bits of a floating-point
+  // value (fp_as_ieeebv), and the conversions int_from_sbv and int_to_bv.
+  enum class Dialect : uint8_t {
+    // In terms of what the standard has: see standard_encoding.h.
+    Standard,
+    // As functions that some readers have: fp.to_ieee_bv, sbv_to_int, (_ int2bv w).
+    Extensions,
+  };
+
   struct Printer {
+    Dialect dialect = Dialect::Standard;
+
     // The logic in which the text is to be read: names of its theories are not written for symbols
     // of other meanings. Empty: every theory is in use.
     std::string logic;

@@ -6,11 +6,22 @@ namespace quill {
 
 namespace {
 
-// One operator with one constant behind it, such as (not p) and (- x): no longer than a name for it
+// One name with one constant behind it, such as (not p) and (- x): no longer than a name for it
 // would be.
 bool is_tiny(const WrittenForm& form) {
-  return form.num_operands() == 1 && form.kind != WrittenForm::IntegerDivision &&
-         form.operand(0).term->symbol->arity == 0;
+  if (form.num_operands() != 1 || form.operand(0).term->symbol->arity != 0) return false;
+  switch (form.kind) {
+    case WrittenForm::Application:
+      return form.op == nullptr || form.op->head == SmtLib2Head::NAME;
+    case WrittenForm::Negation:
+    case WrittenForm::AbsoluteValue:
+      return true;
+    case WrittenForm::Subtraction:
+    case WrittenForm::IntegerDivision:
+    case WrittenForm::Residue:
+      return false;
+  }
+  return false;
 }
 
 }  // namespace
@@ -33,6 +44,7 @@ void LetPlan::collect(const Term_* root, const FormOf& form_of) {
   while (!open.empty()) {
     Frame& frame = open.back();
     if (frame.next == frame.form.num_operands()) {
+      if (frame.form.op != nullptr && !frame.form.op->standard) extensions = true;
       post_order.push_back(frame.form.term);
       open.pop_back();
       continue;

@@ -1,7 +1,7 @@
 // Which subterms of a printed term are bound by let, and in which order.
 //
 // A subterm is bound when it occurs more than once, unless it is tiny: a constant, one operator
-// with one constant behind it, such as (not p), or a product of a few numerals. Bindings are put
+// without indices and one constant behind it, such as (not p), or a product of a few numerals. Bindings are put
 // into groups, one let for each: group 0 refers to no binding, group n + 1 to some binding of group
 // n, so that the lets nest no deeper than they must. Within a group the order is that of a walk
 // from the left, and depends on the term alone.
@@ -36,6 +36,9 @@ class LetPlan {
   // The position behind the last binding of each group.
   const std::vector<size_t>& group_ends() const { return ends; }
 
+  // Whether some operator in the text is none of the standard.
+  bool has_extensions() const { return extensions; }
+
   // The number of the binding, 0 if the term is not bound.
   uint64_t binding_number(const Term_* t) const {
     const auto found = nodes.find(t);
@@ -56,6 +59,7 @@ class LetPlan {
   std::vector<const Term_*> post_order;
   std::vector<const Term_*> bound;
   std::vector<size_t> ends;
+  bool extensions = false;
 };
 
 }  // namespace quill

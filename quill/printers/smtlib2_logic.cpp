@@ -71,6 +71,7 @@ const char* describe(Theory theory) {
     case Theory::ARRAYS:
       return "the theory of arrays";
     case Theory::BIT_VECTORS:
+    case Theory::BITS:
       return "the theory of bit-vectors";
     case Theory::FLOATING_POINT:
       return "the theory of floating-point numbers";
@@ -86,6 +87,7 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
   std::string_view rest = logic_name;
   if (rest.substr(0, 3) == "QF_") rest.remove_prefix(3);
   uint32_t found = bit(Theory::CORE);
+  bool found_free_sorts = false;
   bool found_free_functions = false;
   Order found_order = Order::NONE;
   while (!rest.empty()) {
@@ -96,7 +98,8 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
     if (piece == std::end(pieces)) return;  // no combination: everything
     found |= piece->theories;
     // Arrays come with sorts of their own where they come alone.
-    if (piece->name == "UF" || piece->name == "AX") found_free_functions = true;
+    if (piece->name == "UF" || piece->name == "AX") found_free_sorts = true;
+    if (piece->name == "UF") found_free_functions = true;
     if (piece->order == 'D') found_order = Order::DIFFERENCE;
     if (piece->order == 'L') found_order = Order::LINEAR;
     if (piece->order == 'N') found_order = Order::ANY;
@@ -104,6 +107,7 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
   }
   theories = found;
   widely_known = is_known(logic_name);
+  free_sorts = found_free_sorts;
   free_functions = found_free_functions;
   order = found_order;
 }
@@ -111,6 +115,10 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
 bool Logic::covers(const LogicNeeds& needs) const {
   return (!needs.ints || has(Theory::INTS)) && (!needs.reals || has(Theory::REALS)) &&
          (!needs.both || has(Theory::REALS_INTS)) && (!needs.free_functions || free_functions) &&
+         (!needs.free_sorts || free_sorts) && (!needs.arrays || has(Theory::ARRAYS)) &&
+         (!needs.bits || has(Theory::BITS)) && (!needs.bit_vectors || has(Theory::BIT_VECTORS)) &&
+         (!needs.floating_point || has(Theory::FLOATING_POINT)) &&
+         (!needs.everything || has(Theory::EXTENSIONS)) &&
          (!needs.linear || order >= Order::LINEAR) && (!needs.nonlinear || order == Order::ANY);
 }
 
@@ -118,11 +126,14 @@ Logic Logic::extended_by(const LogicNeeds& needs) const {
   if (covers(needs)) return *this;
   const bool with_ints = needs.ints || needs.both || has(Theory::INTS);
   const bool with_reals = needs.reals || needs.both || has(Theory::REALS);
+  const bool with_floats = needs.floating_point || has(Theory::FLOATING_POINT);
+  const bool with_bits =
+      needs.bit_vectors || has(Theory::BIT_VECTORS) || (needs.bits && !with_floats);
   std::string combined = logic_name.substr(0, 3) == "QF_" ? "QF_" : "";
-  if (has(Theory::ARRAYS)) combined += 'A';
-  if (needs.free_functions || free_functions) combined += "UF";
-  if (has(Theory::BIT_VECTORS)) combined += "BV";
-  if (has(Theory::FLOATING_POINT)) combined += "FP";
+  if (needs.arrays || has(Theory::ARRAYS)) combined += 'A';
+  if (needs.free_functions || needs.free_sorts || free_sorts) combined += "UF";
+  if (with_bits) combined += "BV";
+  if (with_floats) combined += "FP";
   if (has(Theory::STRINGS)) combined += 'S';
   const bool differences = order == Order::DIFFERENCE && !needs.linear && !needs.nonlinear;
   if (differences && with_ints != with_reals) {
@@ -133,7 +144,7 @@ Logic Logic::extended_by(const LogicNeeds& needs) const {
     if (with_reals) combined += 'R';
     combined += 'A';
   }
-  return Logic(is_known(combined) ? std::string_view(combined) : "ALL");
+  return Logic(is_known(combined) && !needs.everything ? std::string_view(combined) : "ALL");
 }
 
 }  // namespace quill

@@ -24,6 +24,7 @@ enum class Theory : uint8_t {
   ARRAYS,
   BIT_VECTORS,
   FLOATING_POINT,
+  BITS,  // what bit-vectors and floating-point numbers have in common: sorts and literals
   STRINGS,
   EXTENSIONS,  // theories beyond the standard, which readers have where they have everything
 };
@@ -31,14 +32,20 @@ enum class Theory : uint8_t {
 // The theory in words, for messages: "the theory of arrays".
 const char* describe(Theory theory);
 
-// What terms may need of a logic, beyond theories: a set of flags.
+// What terms may need of a logic: a set of flags.
 struct LogicNeeds {
   bool ints = false;
   bool reals = false;
   bool both = false;            // to_real, to_int
-  bool free_functions = false;  // uninterpreted sorts, and functions with arguments
+  bool free_functions = false;  // uninterpreted functions with arguments
   bool linear = false;          // more than differences: products with numbers, division by them
   bool nonlinear = false;       // products of terms
+  bool free_sorts = false;      // uninterpreted sorts
+  bool arrays = false;
+  bool bits = false;         // terms of bit-vectors that do not name their sort
+  bool bit_vectors = false;  // the sort by name, or operators
+  bool floating_point = false;
+  bool everything = false;  // what readers have only where they have all
 };
 
 class Logic {
@@ -64,8 +71,11 @@ class Logic {
   // Whether the name says that terms may be multiplied: an N logic, but not ALL.
   bool is_nonlinear() const { return order == Order::ANY && !has(Theory::EXTENSIONS); }
 
-  // Numerals are reals where the logic has reals and no integers.
-  bool numerals_are_real() const { return has(Theory::REALS) && !has(Theory::INTS); }
+  // Numerals are reals where the logic has reals and no integers, or makes floating-point numbers
+  // from them.
+  bool numerals_are_real() const {
+    return !has(Theory::INTS) && (has(Theory::REALS) || has(Theory::FLOATING_POINT));
+  }
 
   bool covers(const LogicNeeds& needs) const;
 
@@ -80,11 +90,13 @@ class Logic {
   static constexpr uint32_t bits_of(Theory theory) {
     return theory == Theory::NONE         ? 0
            : theory == Theory::ARITHMETIC ? bit(Theory::INTS) | bit(Theory::REALS)
+           : theory == Theory::BITS       ? bit(Theory::BIT_VECTORS) | bit(Theory::FLOATING_POINT)
                                           : bit(theory);
   }
 
   std::string logic_name;
   uint32_t theories = ~0u;
+  bool free_sorts = true;
   bool free_functions = true;
   bool widely_known = true;  // whether readers that know names of logics only know this one
   Order order = Order::ANY;  // of the products in arithmetic

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "quill/printers/smtlib2_names.h"
+#include "quill/utils/gmp_integer.h"
 
 namespace quill {
 
@@ -118,6 +119,26 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
       print(component);
     }
   }
+}
+
+bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
+  if (!bits.is_integer() || bits.is_negative()) return false;
+  GmpInteger pattern;
+  if (bits.is_big()) {
+    mpz_set(pattern, bits.big_num());
+  } else {
+    mpz_set_si(pattern, bits.num);
+  }
+  const size_t significant = mpz_sizeinbase(pattern, 2);
+  const size_t width = 1 + e + m;
+  if (significant > width) return false;
+  // Room for a sign and for the end of the string, which GMP writes as well.
+  std::string text(width + 2, '0');
+  mpz_get_str(text.data() + (width - significant), 2, pattern);
+  const std::string_view digits = std::string_view(text).substr(0, width);
+  out << "(fp #b" << digits.substr(0, 1) << " #b" << digits.substr(1, e) << " #b"
+      << digits.substr(1 + e) << ')';
+  return true;
 }
 
 void print_number(std::ostream& out, const QNumber& value, bool as_real) {

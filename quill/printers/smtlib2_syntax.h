@@ -4,6 +4,7 @@
 #ifndef QUILL_PRINTERS_SMTLIB2_SYNTAX_H
 #define QUILL_PRINTERS_SMTLIB2_SYNTAX_H
 
+#include <cstddef>
 #include <iosfwd>
 #include <string_view>
 
@@ -41,6 +42,11 @@ void print_symbol(std::ostream& out, std::string_view manager_name,
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
                 std::string_view escape_prefix = default_escape_prefix,
                 const Logic& logic = Logic());
+
+// Writes the value of format (e, m) with these bits as (fp #b0 #b10 #b011): sign, exponent and
+// significand, also where a value has a name, as infinities have. False, and nothing is written,
+// when they are not the bits of such a value.
+bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m);
 
 // Writes an integer as 3 or (- 3); with as_real, any rational: 3.0, (- 3.0), (/ 1.0 3.0).
 void print_number(std::ostream& out, const QNumber& value, bool as_real);

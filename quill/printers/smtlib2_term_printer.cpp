@@ -1,5 +1,6 @@
 #include "quill/printers/smtlib2_term_printer.h"
 
+#include <cassert>
 #include <ostream>
 #include <string>
 
@@ -22,9 +23,98 @@ void SmtLib2TermPrinter::print_atom(std::ostream& out, const Term_* t, bool with
 void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const DataType* expected,
                                     bool with_annotations) {
   if (with_annotations && annotations != nullptr && annotations->count != 0) {
-    print_annotated(out, t, expected);
+    if (!print_encoded(out, t, expected, with_annotations)) print_annotated(out, t, expected);
   } else {
     print_unannotated(out, t, expected);
+  }
+}
+
+//---------------------------------------------------------------------------------------------
+// What the standard has no operator for
+
+// False, and nothing is written, when the term can be written as it is.
+bool SmtLib2TermPrinter::print_encoded(std::ostream& out, const Term_* t, const DataType* expected,
+                                       bool with_annotations) {
+  if (configuration.dialect == Configuration::Dialect::Extensions) return false;
+  const StandardEncoding::Need need = StandardEncoding::need_of(manager, t);
+  if (!need.any) return false;
+  BitDefinitions for_this_term(manager);
+  BitDefinitions& used = definitions != nullptr ? *definitions : for_this_term;
+  for (const Term_* value : need.bit_values) used.define(value);
+  StandardEncoding encoding(manager, used);
+  const Term_* copy = encoding.encode(t);
+  print_copy(out, encoding, copy, expected, with_annotations);
+  return true;
+}
+
+// Writes a term of the encoding's manager, annotated like the terms that it is a copy of.
+void SmtLib2TermPrinter::print_copy(std::ostream& out, StandardEncoding& encoding,
+                                    const Term_* copy, const DataType* expected,
+                                    bool with_annotations) const {
+  Annotations of_copies;
+  if (with_annotations && annotations != nullptr) {
+    for (const Term_* t : encoding.copied()) {
+      if (!is_annotated(t)) continue;
+      auto& list = of_copies[encoding.copy_of(t)];
+      for (const auto& annotation : annotations->find(t)->second) list.push_back(annotation);
+    }
+  }
+  Configuration::Printer choices = configuration;
+  choices.dialect = Configuration::Dialect::Extensions;
+  const bool as_real = expected == manager.get_rat_type();
+  SmtLib2TermPrinter printer(&encoding.manager(), &choices, let_prefix, rename_prefix, share,
+                             &of_copies);
+  printer.print_term(out, copy, as_real ? encoding.manager().get_rat_type() : nullptr);
+}
+
+void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
+  assert(definitions != nullptr);
+  if (configuration.dialect == Configuration::Dialect::Extensions) return;
+  const StandardEncoding::Need need = StandardEncoding::need_of(manager, t);
+  if (need.bit_values.empty()) return;
+
+  // A value that was defined before is defined again when names are to be given inside it.
+  TermSet with_annotations;
+  find_terms_with_annotations(need.terms, with_annotations);
+  std::vector<const Term_*> to_assert;
+  for (const Term_* value : need.bit_values) {
+    const bool is_new = definitions->find(value) == nullptr;
+    for (size_t i = definitions->define(value); i < definitions->all().size(); i++) {
+      const BitDefinitions::Definition& made = definitions->all()[i];
+      out << "(declare-const ";
+      print_symbol(out, made.name, rename_prefix, logic);
+      out << " (_ BitVec " << std::to_string(made.format.e + made.format.m + 1) << "))\n";
+    }
+    if (is_new || with_annotations.find(value) != with_annotations.end()) {
+      to_assert.push_back(value);
+    }
+  }
+  if (to_assert.empty()) return;
+
+  StandardEncoding encoding(manager, *definitions);
+  const Term_* all = nullptr;
+  for (const Term_* value : to_assert) all = encoding.add_defining_condition(all, value);
+  out << "(assert ";
+  print_copy(out, encoding, all, nullptr, /*with_annotations=*/true);
+  out << ")\n";
+  for (const Term_* copied : encoding.copied()) {
+    if (is_annotated(copied)) annotated_before.insert(copied);
+  }
+}
+
+// Of some terms and everything below them, operands before operators: those in whose text something
+// is annotated. The operand of fp_as_ieeebv does not appear there.
+void SmtLib2TermPrinter::find_terms_with_annotations(const std::vector<const Term_*>& post_order,
+                                                     TermSet& with_annotations) const {
+  if (annotations == nullptr || annotations->count == 0) return;
+  for (const Term_* t : post_order) {
+    bool found = is_annotated(t);
+    if (!manager.is_fp_as_ieeebv(t->symbol, nullptr, nullptr)) {
+      for (uint64_t i = 0; i < t->symbol->arity; i++) {
+        found = found || with_annotations.find(t->args[i]) != with_annotations.end();
+      }
+    }
+    if (found) with_annotations.insert(t);
   }
 }
 
@@ -43,8 +133,10 @@ void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
   const auto weight = above.find(root);
   if (share && weight != above.end() &&
       weight->second > max_blowup * above.count + always_allowed) {
+    const LetPlan plan(manager, root,
+                       [&](const Term_* t) { return form_of(t, /*with_annotations=*/true); });
     TermSet named;
-    print_with_lets(out, root, expected, &named);
+    print_with_lets(out, root, expected, plan, &named);
   } else {
     print_above_annotated(out, root, expected, above);
   }
@@ -70,7 +162,7 @@ void SmtLib2TermPrinter::print_above_annotated(std::ostream& out, const Term_* r
     }
     if (is_annotated(t) && !is_repeated_numeral(t, named)) {
       if (!print_annotation_start(out, t, named)) continue;
-      work.push_back({nullptr, nullptr, "", nullptr, t});
+      work.push_back(end_of_annotation(t));
     }
     if (!is_above) {
       print_unannotated(out, t, item.expected);
@@ -148,21 +240,24 @@ void SmtLib2TermPrinter::print_annotation_end(std::ostream& out, const Term_* t)
 //---------------------------------------------------------------------------------------------
 // Terms and their lets
 
+// The plan knows at no cost whether there is anything to encode.
 void SmtLib2TermPrinter::print_unannotated(std::ostream& out, const Term_* root,
-                                           const DataType* expected) const {
-  if (!share || root->symbol->arity == 0) {
+                                           const DataType* expected) {
+  if (share && root->symbol->arity != 0) {
+    const LetPlan plan(manager, root,
+                       [&](const Term_* t) { return form_of(t, /*with_annotations=*/false); });
+    if (!plan.has_extensions() || !print_encoded(out, root, expected, /*with_annotations=*/false)) {
+      print_with_lets(out, root, expected, plan, nullptr);
+    }
+  } else if (!print_encoded(out, root, expected, /*with_annotations=*/false)) {
     print_with_bindings(out, root, expected, nullptr, nullptr);
-  } else {
-    print_with_lets(out, root, expected, nullptr);
   }
 }
 
 // With a set of named terms the annotations are written, too.
 void SmtLib2TermPrinter::print_with_lets(std::ostream& out, const Term_* root,
-                                         const DataType* expected, TermSet* named) const {
-  const LetPlan plan(manager, root, [&](const Term_* t) {
-    return form_of(t, /*with_annotations=*/named != nullptr);
-  });
+                                         const DataType* expected, const LetPlan& plan,
+                                         TermSet* named) const {
   size_t number = 0;
   for (const size_t end : plan.group_ends()) {
     out << "(let (";
@@ -203,7 +298,7 @@ void SmtLib2TermPrinter::print_with_bindings(std::ostream& out, const Term_* roo
     }
     if (annotate) {
       if (!print_annotation_start(out, t, *named)) continue;
-      work.push_back({nullptr, nullptr, "", nullptr, t});
+      work.push_back(end_of_annotation(t));
     }
     if (number != 0) {
       out << let_prefix << std::to_string(number);
@@ -229,6 +324,10 @@ void SmtLib2TermPrinter::push_operands(std::vector<Item>& work, WrittenForm form
     for (uint64_t i = form.num_operands(); i-- > 1;) {
       const WrittenForm::Operand operand = form.operand(i);
       work.push_back({operand.term, operand.expected, " "});
+      if (form.has_modulus()) {
+        work.back().text = " (mod ";
+        work.back().divided = form.term;
+      }
     }
     const WrittenForm::Operand first = form.operand(0);
     const WrittenForm first_form(manager, first.term, with_abs);
@@ -245,14 +344,57 @@ void SmtLib2TermPrinter::print_operator(std::ostream& out, const WrittenForm& fo
   out << '(';
   if (form.kind == WrittenForm::IntegerDivision) {
     out << "div";
+  } else if (form.kind == WrittenForm::Residue) {
+    out << "= (mod";
   } else if (form.kind == WrittenForm::AbsoluteValue) {
     out << "abs";
   } else if (form.kind != WrittenForm::Application) {
     out << '-';
   } else if (form.op != nullptr) {
-    out << form.op->text;
+    print_theory_head(out, form);
   } else {
     print_head(out, form.term->symbol);
+  }
+}
+
+void SmtLib2TermPrinter::print_theory_head(std::ostream& out, const WrittenForm& form) const {
+  const Symbol* s = form.term->symbol;
+  const char* const text = form.op->text;
+  size_t first = 0;
+  size_t second = 0;
+  switch (form.op->head) {
+    case SmtLib2Head::NAME:
+      out << text;
+      return;
+    case SmtLib2Head::RANGE:
+      manager.is_bv_extract(s, &first, &second, nullptr);
+      out << "(_ " << text << ' ' << std::to_string(first) << ' ' << std::to_string(second) << ')';
+      return;
+    case SmtLib2Head::AMOUNT:
+      for (const auto is_operator :
+           {&TermManager::is_bv_rotate_left, &TermManager::is_bv_rotate_right,
+            &TermManager::is_bv_zero_extend, &TermManager::is_bv_sign_extend}) {
+        if ((manager.*is_operator)(s, &first, nullptr)) break;
+      }
+      out << "(_ " << text << ' ' << std::to_string(first) << ')';
+      return;
+    case SmtLib2Head::WIDTH:
+      manager.is_bv_type(s->get_output_type(), &first);
+      out << "(_ " << text << ' ' << std::to_string(first) << ')';
+      return;
+    case SmtLib2Head::FORMAT:
+      manager.is_fp_type(s->get_output_type(), &first, &second);
+      out << "(_ " << text << ' ' << std::to_string(first) << ' ' << std::to_string(second + 1)
+          << ')';
+      return;
+    case SmtLib2Head::SORT:
+      out << "(as " << text << ' ';
+      print_type(out, manager, s->get_output_type(), rename_prefix, logic);
+      out << ')';
+      return;
+    case SmtLib2Head::MODULUS:
+      out << text << " (mod";
+      return;
   }
 }
 
@@ -271,19 +413,31 @@ void SmtLib2TermPrinter::print_head(std::ostream& out, const Symbol* function) c
 
 // What ends an application.
 SmtLib2TermPrinter::Item SmtLib2TermPrinter::closing(const WrittenForm& form) {
-  if (form.kind != WrittenForm::IntegerDivision) return {nullptr, nullptr, ")"};
-  return {nullptr, nullptr, " ", form.reciprocal_of_divisor()};
+  Item item{nullptr, nullptr, ")"};
+  if (form.kind == WrittenForm::IntegerDivision) item.text = "";
+  if (form.kind == WrittenForm::IntegerDivision || form.kind == WrittenForm::Residue ||
+      form.has_modulus()) {
+    item.divided = form.term;
+    item.form = form.kind;
+  }
+  return item;
+}
+
+SmtLib2TermPrinter::Item SmtLib2TermPrinter::end_of_annotation(const Term_* t) {
+  Item item{nullptr, nullptr, ""};
+  item.annotated = t;
+  return item;
 }
 
 void SmtLib2TermPrinter::print_text(std::ostream& out, const Item& item) const {
-  out << item.text;
   if (item.annotated != nullptr) print_annotation_end(out, item.annotated);
-  if (item.reciprocal == nullptr) return;
-  QNumber value;
-  manager.is_number(item.reciprocal->symbol, &value);
-  const std::string text = value.to_str();
-  const size_t bar = text.find('/');
-  out << (bar == std::string::npos ? "1" : text.substr(bar + 1)) << ')';
+  if (item.divided != nullptr) {
+    WrittenForm form(manager, item.divided, with_abs);
+    form.kind = item.form;
+    out << ' ' << form.divisor(manager) << ')';
+    if (form.kind == WrittenForm::Residue) out << ' ' << form.residue(manager);
+  }
+  out << item.text;
 }
 
 // The written form; with annotations, all arguments are written where a hidden one has some.
@@ -305,20 +459,42 @@ bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) c
 
 void SmtLib2TermPrinter::print_constant(std::ostream& out, const Symbol* s,
                                         const DataType* expected) const {
-  QNumber value;
-  size_t width = 0;
-  if (manager.is_number(s, &value)) {
-    if (manager.is_bv_type(s->type, &width)) {
-      out << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
-    } else {
-      print_number(out, value, /*as_real=*/expected == manager.get_rat_type() ||
-                                   s->type == manager.get_rat_type());
-    }
-  } else if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
+  if (print_numeral(out, s, expected)) return;
+  if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
     out << op->text;
+  } else if (const char* mode = rounding_mode(s)) {
+    out << mode;
   } else {
     print_symbol(out, s->name, rename_prefix, logic);
   }
+}
+
+// False for a symbol that is no numeral, and for a floating-point numeral that has no bits of its
+// format, as managers that check nothing can make them.
+bool SmtLib2TermPrinter::print_numeral(std::ostream& out, const Symbol* s,
+                                       const DataType* expected) const {
+  QNumber value;
+  size_t width = 0;
+  size_t e = 0;
+  size_t m = 0;
+  if (!manager.is_number(s, &value)) return false;
+  if (manager.is_bv_type(s->type, &width)) {
+    out << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
+  } else if (manager.is_fp_type(s->type, &e, &m)) {
+    return print_fp_bits(out, value, e, m);
+  } else {
+    print_number(out, value, /*as_real=*/expected == manager.get_rat_type() ||
+                                 s->type == manager.get_rat_type());
+  }
+  return true;
+}
+
+const char* SmtLib2TermPrinter::rounding_mode(const Symbol* s) const {
+  if (manager.is_fprounding_even(s)) return "RNE";
+  if (manager.is_fprounding_zero(s)) return "RTZ";
+  if (manager.is_fprounding_plus_inf(s)) return "RTP";
+  if (manager.is_fprounding_minus_inf(s)) return "RTN";
+  return nullptr;
 }
 
 // Whether an Int term stands where Real is asked for. Numerals are written with a point there

@@ -14,14 +14,16 @@
 // with @ can be bound but not declared, so the default clashes with no symbol; a prefix of the
 // caller's choice should begin with @ or a point as well.
 //
-// So far this covers the core, integers, reals and uninterpreted functions. The operators of other
-// theories are written by the manager's own names.
-//
 // Terms can carry annotations, (! t :key value). An annotated term is annotated where it is written
 // first; where a name is among its annotations (:named), the name is written from then on, unless
 // the term is a numeral. Annotated terms are kept out of lets, which readers refuse: lets
 // are moved below them or beside them, and what is above them is written as a tree. Only where that
 // tree would be many times as large as the graph are annotations written inside lets.
+//
+// Operators that the standard does not have are written as standard_encoding.h says, or as
+// extensions of the standard (see Configuration). Where the encoding needs constants of its own,
+// they have to be declared before the term: print_definitions() writes the commands. A printer that
+// is given no definitions writes such constants just by their names.
 //
 // Nothing is recursive, and nothing of the manager is changed.
 
@@ -35,8 +37,10 @@
 #include <utility>
 #include <vector>
 
+#include "quill/printers/bit_definitions.h"
 #include "quill/printers/let_plan.h"
 #include "quill/printers/smtlib_term_printer.h"
+#include "quill/printers/standard_encoding.h"
 #include "quill/printers/written_form.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
@@ -54,6 +58,20 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
                      const std::string& let_names, const std::string& renamed, bool share_by_let,
                      const Annotations* annotations_of_terms);
 
+  // The definitions that the text can rely on, which print_definitions() adds to. Not owned; null
+  // for none, as initially.
+  void set_definitions(BitDefinitions* made) { definitions = made; }
+
+  // Writes the commands that define what a text of the term relies on and that is not defined yet:
+  //
+  //   (declare-const quill!ieee_nan_1 (_ BitVec 32))
+  //   (declare-const quill!ieee_bits_1 (_ BitVec 32))
+  //   (assert ...)
+  //
+  // Annotated terms that appear there are annotated there and no more in what is written later.
+  // Needs definitions.
+  void print_definitions(std::ostream& out, const Term_* t);
+
   // Writes the term; with_annotations false leaves the annotations out.
   void print_atom(std::ostream& out, const Term_* t, bool with_annotations) override;
 
@@ -70,14 +88,22 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
     const Term_* term;         // null: only the text
     const DataType* expected;  // null: whatever the type of the term is
     std::string_view text;     // before the term
-    // Not null: after the text, the denominator of this numeral and a closing parenthesis.
-    const Term_* reciprocal = nullptr;
-    // Not null: after the text, the end of the annotation of this term.
+    // Not null: before the text, the divisor of this term, written in this form, and a closing
+    // parenthesis; then its residue, if the form has one.
+    const Term_* divided = nullptr;
+    WrittenForm::Kind form = WrittenForm::Application;
+    // Not null: before the text, the end of the annotation of this term.
     const Term_* annotated = nullptr;
   };
   using TermSet = hsh::HashSet<const Term_*>;
   using Weights = hsh::HashMap<const Term_*, uint64_t>;
 
+  bool print_encoded(std::ostream& out, const Term_* t, const DataType* expected,
+                     bool with_annotations);
+  void print_copy(std::ostream& out, StandardEncoding& encoding, const Term_* copy,
+                  const DataType* expected, bool with_annotations) const;
+  void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
+ TermSet& with_annotations) const;
   void print_annotated(std::ostream& out, const Term_* root, const DataType* expected);
   void print_above_annotated(std::ostream& out, const Term_* root, const DataType* expected,
                              const Weights& above);
@@ -85,15 +111,18 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   bool is_repeated_numeral(const Term_* t, const TermSet& named) const;
   bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named) const;
   void print_annotation_end(std::ostream& out, const Term_* t) const;
-  void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected) const;
-  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected,
-                       TermSet* named) const;
+  void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected);
+  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected, const LetPlan& plan, TermSet* named) const;
   void print_with_bindings(std::ostream& out, const Term_* root, const DataType* expected,
                            const LetPlan* plan, TermSet* named) const;
   void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;
+  bool print_numeral(std::ostream& out, const Symbol* s, const DataType* expected) const;
+  const char* rounding_mode(const Symbol* s) const;
   void print_operator(std::ostream& out, const WrittenForm& form) const;
+  void print_theory_head(std::ostream& out, const WrittenForm& form) const;
   void print_head(std::ostream& out, const Symbol* function) const;
   static Item closing(const WrittenForm& form);
+  static Item end_of_annotation(const Term_* t);
   void print_text(std::ostream& out, const Item& item) const;
   WrittenForm form_of(const Term_* t, bool with_annotations) const;
   bool may_join(const Term_* operand, bool with_annotations) const;
@@ -101,7 +130,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   bool is_annotated(const Term_* t) const {
     if (annotations == nullptr) return false;
     const auto found = annotations->find(t);
-    return found != annotations->end() && !found->second.empty();
+    return found != annotations->end() && !found->second.empty() &&
+           annotated_before.find(t) == annotated_before.end();
   }
 
   template <class MayJoin>
@@ -110,6 +140,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   const bool with_abs;  // whether absolute values are written as such
   const bool share;
   const Annotations* const annotations;
+  BitDefinitions* definitions = nullptr;
+  TermSet annotated_before;  // by print_definitions()
 };
 
 }  // namespace quill

@@ -1,5 +1,7 @@
 #include "quill/printers/written_form.h"
 
+#include "quill/utils/gmp_integer.h"
+
 namespace quill {
 
 namespace {
@@ -33,6 +35,21 @@ bool is_part_of_int(const TermManager& manager, const Term_* t) {
   return factor.num == 1;
 }
 
+// Whether t is a congruence with an integer as its second operand.
+bool is_congruence_to_numeral(const TermManager& manager, const Term_* t) {
+  QNumber value;
+  return manager.is_int_modular_congruence(t->symbol, nullptr) &&
+         manager.is_number(t->args[1]->symbol, &value) && value.is_integer();
+}
+
+void get_integer(const QNumber& value, mpz_ptr out) {
+  if (value.is_big()) {
+    mpz_set(out, value.big_num());
+  } else {
+    mpz_set_si(out, value.num);
+  }
+}
+
 // Whether t is ite(0 <= a, a, (-1) * a), with all operators over its type.
 bool is_absolute_value(const TermManager& manager, const Term_* t) {
   const DataType* type = t->symbol->get_output_type();
@@ -61,7 +78,30 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_a
     kind = IntegerDivision;
   } else if (with_abs && op->tag == SymbolTag::TERM_ITE && is_absolute_value(manager, t)) {
     kind = AbsoluteValue;
+  } else if (op->head == SmtLib2Head::MODULUS && is_congruence_to_numeral(manager, t)) {
+    kind = Residue;
   }
+}
+
+QNumber WrittenForm::divisor(const TermManager& manager) const {
+  QNumber value;
+  if (kind != IntegerDivision) {
+    manager.is_int_modular_congruence(term->symbol, &value);
+    return value;
+  }
+  manager.is_number(term->args[0]->args[0]->symbol, &value);  // 1/c
+  return value.is_big() ? QNumber(value.big_den()) : QNumber(value.den);
+}
+
+QNumber WrittenForm::residue(const TermManager& manager) const {
+  QNumber value;
+  manager.is_number(term->args[1]->symbol, &value);
+  GmpInteger remainder;
+  GmpInteger modulus;
+  get_integer(value, remainder);
+  get_integer(divisor(manager), modulus);
+  mpz_fdiv_r(remainder, remainder, modulus);
+  return QNumber(remainder);
 }
 
 bool is_numeral_product(const TermManager& manager, const Term_* t) {
@@ -83,6 +123,8 @@ WrittenForm::Operand WrittenForm::operand(uint64_t i) const {
       break;
     case Subtraction:
       if (i == 1) return {term->args[1]->args[1], term->symbol->type->get_component(2)};
+      break;
+    case Residue:
       break;
     case Negation:
       return {term->args[1], term->symbol->type->get_component(2)};

@@ -14,6 +14,12 @@
 // and for absolute values, in logics where readers know them and reason with them:
 //
 //   ite(0 <= a, a, (-1) * a)     (abs a)
+//
+// Congruence modulo n is written with the remainders of its operands, or with the number r in [0,
+// n) if the second one is a numeral:
+//
+//   a = b modulo n     (= (mod a n) (mod b n)), which counts as an application
+//   a = 17 modulo n    (= (mod a n) r)
 
 #ifndef QUILL_PRINTERS_WRITTEN_FORM_H
 #define QUILL_PRINTERS_WRITTEN_FORM_H
@@ -24,11 +30,19 @@
 #include "quill/printers/smtlib2_operators.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/qnumber.h"
 
 namespace quill {
 
 struct WrittenForm {
-  enum Kind : uint8_t { Application, Subtraction, Negation, IntegerDivision, AbsoluteValue };
+  enum Kind : uint8_t {
+    Application,
+    Subtraction,
+    Negation,
+    IntegerDivision,
+    AbsoluteValue,
+    Residue,
+  };
 
   struct Operand {
     const Term_* term;
@@ -55,19 +69,32 @@ struct WrittenForm {
         return {first(term), first(first(term))};
       case AbsoluteValue:
         return {first(term), first(first(term)), term->args[2], first(term->args[2])};
+      case Residue:
+        return {term->args[1]};
     }
     return {};
   }
 
-  // IntegerDivision: the numeral 1/c.
-  const Term_* reciprocal_of_divisor() const { return term->args[0]->args[0]; }
+  // What the form writes beside its operands. IntegerDivision: the divisor. Applications of
+  // congruence, and Residue: the modulus.
+  QNumber divisor(const TermManager& manager) const;
+  // Residue: the number that the remainder is compared with.
+  QNumber residue(const TermManager& manager) const;
 
   Operand operand(uint64_t i) const;
+
+  // Whether it is a congruence with every operand under its own mod.
+  bool has_modulus() const {
+    return kind == Application && op != nullptr && op->head == SmtLib2Head::MODULUS;
+  }
 
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
   // b c).
   bool joins_with(const WrittenForm& first) const {
-    return first.term->symbol == term->symbol && first.kind == kind &&
+    // Concatenations of one chain differ in their widths.
+    return (first.term->symbol == term->symbol ||
+            (op != nullptr && op == first.op && op->tag == SymbolTag::BV_CONCAT)) &&
+           first.kind == kind &&
            (kind == Subtraction || (op != nullptr && kind == Application && op->left_associative));
   }
 

@@ -35,7 +35,8 @@ TEST(Logic, OfNoNameAndAllAndUnknownNamesHaveEverything) {
     EXPECT_FALSE(logic.is_linear());
     EXPECT_FALSE(logic.is_nonlinear());
     EXPECT_FALSE(logic.numerals_are_real());
-    EXPECT_TRUE(logic.covers({true, true, true, true, true, true}));
+    EXPECT_TRUE(
+        logic.covers({true, true, true, true, true, true, true, true, true, true, true, true}));
   }
 }
 
@@ -71,6 +72,54 @@ TEST(Logic, IsExtendedByWhatIsNeeded) {
   products.ints = products.linear = products.nonlinear = true;
   EXPECT_EQ(Logic("QF_UFIDL").extended_by(products).name(), "QF_UFNIA");
   EXPECT_EQ(Logic("QF_LRA").extended_by(products).name(), "QF_NIRA");
+}
+
+TEST(Logic, IsExtendedByTheories) {
+  LogicNeeds arrays;
+  arrays.arrays = true;
+  EXPECT_EQ(Logic("QF_BV").extended_by(arrays).name(), "QF_ABV");
+  EXPECT_EQ(Logic("QF_LIA").extended_by(arrays).name(), "QF_ALIA");
+  EXPECT_EQ(Logic("QF_UF").extended_by(arrays).name(), "ALL");
+  LogicNeeds vectors;
+  vectors.bit_vectors = true;
+  EXPECT_EQ(Logic("QF_UF").extended_by(vectors).name(), "QF_UFBV");
+  EXPECT_EQ(Logic("QF_FP").extended_by(vectors).name(), "QF_BVFP");
+  EXPECT_EQ(Logic("QF_LIA").extended_by(vectors).name(), "ALL");
+  LogicNeeds floats;
+  floats.floating_point = true;
+  EXPECT_EQ(Logic("QF_BV").extended_by(floats).name(), "QF_BVFP");
+  EXPECT_EQ(Logic("QF_LRA").extended_by(floats).name(), "QF_FPLRA");
+  EXPECT_EQ(Logic("QF_ABV").extended_by(floats).name(), "ALL");
+}
+
+TEST(Logic, OfFloatsHasBitsButNoBitVectors) {
+  LogicNeeds bits;
+  bits.bits = true;
+  EXPECT_EQ(Logic("QF_FP").extended_by(bits).name(), "QF_FP");
+  EXPECT_EQ(Logic("QF_UF").extended_by(bits).name(), "QF_UFBV");
+  EXPECT_TRUE(Logic("QF_FP").has(Theory::BITS));
+  EXPECT_TRUE(Logic("QF_BV").has(Theory::BITS));
+  EXPECT_FALSE(Logic("QF_AUFLIRA").has(Theory::BITS));
+  EXPECT_FALSE(Logic("QF_FP").has(Theory::BIT_VECTORS));
+}
+
+TEST(Logic, OfArraysHasSortsButNoFunctions) {
+  LogicNeeds sorts;
+  sorts.free_sorts = true;
+  EXPECT_EQ(Logic("QF_AX").extended_by(sorts).name(), "QF_AX");
+  EXPECT_EQ(Logic("QF_ABV").extended_by(sorts).name(), "QF_AUFBV");
+  LogicNeeds functions;
+  functions.free_functions = true;
+  EXPECT_EQ(Logic("QF_AX").extended_by(functions).name(), "ALL");
+  EXPECT_EQ(Logic("QF_UF").extended_by(functions).name(), "QF_UF");
+}
+
+TEST(Logic, ThatHasEverythingIsAll) {
+  LogicNeeds everything;
+  everything.everything = true;
+  EXPECT_EQ(Logic("QF_AUFBV").extended_by(everything).name(), "ALL");
+  EXPECT_EQ(Logic("ALL").extended_by(everything).name(), "ALL");
+  EXPECT_EQ(Logic().extended_by(everything).name(), "");
 }
 
 TEST(TheoryNames, BelongToTheirTheory) {

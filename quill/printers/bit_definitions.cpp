@@ -1,0 +1,68 @@
+#include "quill/printers/bit_definitions.h"
+
+#include <utility>
+
+namespace quill {
+
+const BitDefinitions::Definition* BitDefinitions::find(const Term_* value) const {
+  const auto found = by_value.find(value);
+  return found == by_value.end() ? nullptr : &definitions[found->second];
+}
+
+const BitDefinitions::Definition* BitDefinitions::find_nan(IEEEFloat::format format) const {
+  const auto found = nans.find(format);
+  return found == nans.end() ? nullptr : &definitions[found->second];
+}
+
+size_t BitDefinitions::define(const Term_* value) {
+  const size_t before = definitions.size();
+  if (find(value) != nullptr) return before;
+  IEEEFloat::format format;
+  size_t e = 0;
+  size_t m = 0;
+  manager.is_fp_type(value->symbol->get_output_type(), &e, &m);
+  format.e = e;
+  format.m = m;
+  if (find_nan(format) == nullptr) add("quill!ieee_nan_", next_nan, format, nullptr);
+  add("quill!ieee_bits_", next_bits, format, value);
+  return before;
+}
+
+void BitDefinitions::add(const char* base, uint64_t& next, IEEEFloat::format format,
+                         const Term_* value) {
+  std::string name;
+  do {
+    name = base + std::to_string(next++);
+  } while (manager.get_signature()->get_symbol(name.c_str()) != nullptr ||
+           reserved.find(name) != reserved.end());
+  if (value == nullptr) {
+    nans[format] = definitions.size();
+  } else {
+    by_value[value] = definitions.size();
+  }
+  definitions.push_back({std::move(name), format, value});
+  depths.push_back(depth);
+}
+
+void BitDefinitions::forget_last() {
+  const Definition& last = definitions.back();
+  if (last.value == nullptr) {
+    nans.erase(nans.find(last.format));
+  } else {
+    by_value.erase(by_value.find(last.value));
+  }
+  definitions.pop_back();
+  depths.pop_back();
+}
+
+void BitDefinitions::pop(uint64_t levels) {
+  depth -= levels < depth ? levels : depth;
+  while (!depths.empty() && depths.back() > depth) forget_last();
+}
+
+void BitDefinitions::clear() {
+  depth = 0;
+  while (!definitions.empty()) forget_last();
+}
+
+}  // namespace quill

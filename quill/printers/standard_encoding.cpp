@@ -1,0 +1,202 @@
+#include "quill/printers/standard_encoding.h"
+
+#include "quill/terms/derived.h"
+#include "quill/utils/bv_number.h"
+
+namespace quill {
+
+namespace {
+
+// Lists the distinct terms below root that are not in `reached` yet, and root itself, operands
+// before operators; leaves out what is below the terms that `is_leaf` says.
+template <class Reached, class IsLeaf>
+std::vector<const Term_*> post_order(const Term_* root, Reached& reached, const IsLeaf& is_leaf) {
+  struct Frame {
+    const Term_* term;
+    uint64_t next;  // the argument to go to next
+  };
+  const auto open_frame = [&](const Term_* t) {
+    return Frame{t, is_leaf(t) ? t->symbol->arity : 0};
+  };
+  std::vector<const Term_*> order;
+  if (!reached.insert(root)) return order;
+  std::vector<Frame> open{open_frame(root)};
+  while (!open.empty()) {
+    Frame& frame = open.back();
+    if (frame.next == frame.term->symbol->arity) {
+      order.push_back(frame.term);
+      open.pop_back();
+      continue;
+    }
+    const Term_* arg = frame.term->args[frame.next++];
+    if (reached.insert(arg)) open.push_back(open_frame(arg));
+  }
+  return order;
+}
+
+}  // namespace
+
+bool StandardEncoding::is_rewritten(const TermManager& manager, const Symbol* s) {
+  size_t width = 0;
+  switch (manager.get_tag(s)) {
+    case SymbolTag::INT_FROM_SBV:
+      return manager.is_int_from_sbv(s, nullptr);
+    case SymbolTag::INT_TO_BV:
+      return manager.is_int_to_bv(s, &width) && width != 0 && width <= max_encoded_width;
+    case SymbolTag::FP_AS_IEEEBV:
+      return manager.is_fp_as_ieeebv(s, nullptr, nullptr);
+    default:
+      return false;
+  }
+}
+
+StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, const Term_* root) {
+  Need need;
+  hsh::HashSet<const Term_*> reached;
+  hsh::HashSet<const Term_*> values;
+  need.terms = post_order(root, reached, [](const Term_*) { return false; });
+  for (const Term_* t : need.terms) {
+    if (!is_rewritten(manager, t->symbol)) continue;
+    need.any = true;
+    if (manager.is_fp_as_ieeebv(t->symbol, nullptr, nullptr) && values.insert(t->args[0])) {
+      need.bit_values.push_back(t->args[0]);
+    }
+  }
+  return need;
+}
+
+// Terms are copied as they are, whether or not they would pass the checks.
+StandardEncoding::StandardEncoding(const TermManager& owner, const BitDefinitions& definitions)
+    : source(owner), bits(definitions) {
+  target.set_typecheck_enabled(false);
+  target.set_reject_bool_arguments(false);
+}
+
+const Term_* StandardEncoding::encode(const Term_* root) {
+  // Inserts each term once, with a copy to be made below.
+  struct NewCopies {
+    TermManager::TermMap& copies;
+    bool insert(const Term_* t) { return copies.insert({t, nullptr}); }
+  } reached{copies};
+  const std::vector<const Term_*> order = post_order(root, reached, [&](const Term_* t) {
+    return source.is_fp_as_ieeebv(t->symbol, nullptr, nullptr);
+  });
+
+  std::vector<const Symbol*> new_symbols;
+  for (const Term_* t : order) {
+    if (!is_rewritten(source, t->symbol) && symbols.insert({t->symbol, nullptr})) {
+      new_symbols.push_back(t->symbol);
+    }
+  }
+  copy_new_symbols(new_symbols);
+
+  std::vector<const Term_*> args;
+  for (const Term_* t : order) {
+    const Term_* copy = nullptr;
+    if (is_rewritten(source, t->symbol)) {
+      copy = rewrite(t);
+    } else {
+      args.clear();
+      for (uint64_t i = 0; i < t->symbol->arity; i++) args.push_back(copy_of(t->args[i]));
+      copy = target.do_make_term(symbols.find(t->symbol)->second, args);
+    }
+    copies[t] = copy;
+    originals.push_back(t);
+  }
+  return copy_of(root);
+}
+
+void StandardEncoding::copy_new_symbols(const std::vector<const Symbol*>& new_symbols) {
+  std::vector<const Symbol*> copied_symbols;
+  target.copy_symbols(source, new_symbols, copied_symbols);
+  for (size_t i = 0; i < new_symbols.size(); i++) {
+    const Symbol* copy = copied_symbols[i];
+    // The copy of another symbol of this name gives the name back, as that symbol has done.
+    while (!target.is_interpreted(copy) && !used_symbols.insert(copy)) {
+      target.free_symbol(copy);
+      std::vector<const Symbol*> again;
+      target.copy_symbols(source, {new_symbols[i]}, again);
+      copy = again[0];
+    }
+    symbols[new_symbols[i]] = copy;
+  }
+}
+
+const Term_* StandardEncoding::rewrite(const Term_* t) {
+  size_t width = 0;
+  const Term_* operand = t->args[0];
+  if (source.is_int_from_sbv(t->symbol, &width)) return signed_value(copy_of(operand), width);
+  if (source.is_int_to_bv(t->symbol, &width)) {
+    const bool is_value = source.is_int_from_ubv(operand->symbol, nullptr) ||
+                          source.is_int_from_sbv(operand->symbol, nullptr);
+    return is_value ? resized(operand, width) : low_bits(copy_of(operand), width);
+  }
+  return bits_constant(*bits.find(operand));
+}
+
+const Term_* StandardEncoding::bits_constant(const BitDefinitions::Definition& definition) {
+  const auto found = constants.find(definition.name);
+  if (found != constants.end()) return found->second;
+  const DataType* type = target.get_bv_type(definition.format.e + definition.format.m + 1);
+  const Symbol* homonym = target.get_signature()->get_symbol(definition.name.c_str());
+  if (homonym != nullptr) target.free_symbol(homonym);
+  const Symbol* symbol = target.make_symbol(definition.name, type);
+  used_symbols.insert(symbol);
+  return constants[definition.name] = target.make_constant(symbol);
+}
+
+const Term_* StandardEncoding::signed_value(const Term_* b, size_t width) {
+  QNumber modulus;
+  BVNumber::pow2(width, &modulus);
+  const Term_* value = target.make_int_from_ubv(b);
+  const Term_* sign = target.make_bv_extract(width - 1, width - 1, b);
+  const Term_* is_negative = target.make_equal(sign, target.make_bv_number(1, 1));
+  const Term_* all = target.make_number(modulus);
+  const Term_* none = target.make_number(0);
+  const Term_* excess = target.make_term_ite(is_negative, all, none);
+  return make_minus(target, value, excess);
+}
+
+// The bit-vector of this width that is congruent to the value of another one.
+const Term_* StandardEncoding::resized(const Term_* value, size_t width) {
+  const Term_* b = copy_of(value->args[0]);
+  size_t former = 0;
+  const bool is_signed = source.is_int_from_sbv(value->symbol, &former);
+  if (!is_signed) source.is_int_from_ubv(value->symbol, &former);
+  if (width < former) return target.make_bv_extract(width - 1, 0, b);
+  if (width == former) return b;
+  return is_signed ? target.make_bv_sign_extend(width - former, b)
+                   : target.make_bv_zero_extend(width - former, b);
+}
+
+const Term_* StandardEncoding::low_bits(const Term_* number, size_t width) {
+  const Term_* const one = target.make_number(1);
+  const Term_* const bit_one = target.make_bv_number(1, 1);
+  const Term_* const bit_zero = target.make_bv_number(0, 1);
+  std::vector<const Term_*> low_first;
+  for (size_t i = 0; i < width; i++) {
+    const Term_* is_odd = target.make_equal(make_mod(target, number, 2), one);
+    low_first.push_back(target.make_term_ite(is_odd, bit_one, bit_zero));
+    if (i + 1 != width) number = make_div(target, number, 2);
+  }
+  const Term_* result = low_first.back();
+  for (size_t i = width - 1; i-- > 0;) result = target.make_bv_concat(result, low_first[i]);
+  return result;
+}
+
+const Term_* StandardEncoding::add_defining_condition(const Term_* others, const Term_* value) {
+  const BitDefinitions::Definition& definition = *bits.find(value);
+  const IEEEFloat::format format = definition.format;
+  const Term_* const copy = encode(value);
+  const Term_* const constant = bits_constant(definition);
+  const Term_* const nan = bits_constant(*bits.find_nan(format));
+  const Term_* const read_back = target.make_fp_from_ieeebv(format.e, format.m, constant);
+  const Term_* const holds = target.make_equal(read_back, copy);
+  const Term_* const is_number = target.make_not(target.make_fp_isnan(copy));
+  const Term_* const has_bits_of_nan = target.make_equal(constant, nan);
+  const Term_* const same_for_nan = target.make_or(is_number, has_bits_of_nan);
+  const Term_* const first = others == nullptr ? holds : target.make_and(others, holds);
+  return target.make_and(first, same_for_nan);
+}
+
+}  // namespace quill

@@ -1,0 +1,100 @@
+// Terms rewritten for readers of plain SMT-LIB 2.6: copies in which the operators that the standard
+// does not have are expressed by those that it has.
+//
+//   int_from_sbv b    (- (bv2nat b) (ite (= ((_ extract w-1 w-1) b) #b1) 2^w 0))
+//   int_to_bv t       (concat b_w-1 ... b_0), where q_0 is t, q_i+1 is (div q_i 2) and b_i is
+//                     (ite (= (mod q_i 2) 1) #b1 #b0)
+//                     for t that is itself the value of a bit-vector: that bit-vector, extended or
+//                     cut off
+//   fp_as_ieeebv f    a constant, defined by the assertion of
+//                     (= ((_ to_fp e s) constant) f), (or (not (fp.isNaN f)) (= constant nan))
+//
+// for numbers of w bits. Each value has one constant, and each format a constant nan, which holds
+// the bits of every NaN: like those, they may be any bits of a NaN. Constants come from
+// BitDefinitions, and whoever writes the copies has to write their declarations and assertions
+// before.
+//
+// (mod t n) stands for the expansion of derived.h. Halving needs numbers no larger than t itself,
+// so that the text of int_to_bv is linear in w, and solvers fare better with it than with the
+// remainders modulo 2, 4, 8 and so on. Above max_encoded_width the operator is left as it is.
+//
+// The copies live in a manager of the encoding's own, so that the manager of the terms is only
+// read. Symbols keep their names; symbols of one name, of which all but one were freed in the
+// manager of the terms, are told apart there as well.
+//
+// Cost: time and memory linear in the number of distinct subterms and in the widths of the
+// rewritten operators; nothing is recursive. Making an encoding costs a manager. Throws what
+// TermManager::copy_symbols throws.
+
+#ifndef QUILL_PRINTERS_STANDARD_ENCODING_H
+#define QUILL_PRINTERS_STANDARD_ENCODING_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "quill/printers/bit_definitions.h"
+#include "quill/terms/term.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
+#include "quill/utils/name_hash.h"
+
+namespace quill {
+
+class StandardEncoding {
+ public:
+  static constexpr size_t max_encoded_width = size_t{1} << 16;
+
+  // What is rewritten in a term.
+  struct Need {
+    bool any = false;
+    // The values whose bits are taken, each once, after those below it.
+    std::vector<const Term_*> bit_values;
+    // All that is below the term, and itself, operands before operators.
+    std::vector<const Term_*> terms;
+  };
+  static Need need_of(const TermManager& manager, const Term_* root);
+
+  // Whether applications of the symbol are rewritten.
+  static bool is_rewritten(const TermManager& manager, const Symbol* s);
+
+  // Both must outlive the encoding.
+  StandardEncoding(const TermManager& owner, const BitDefinitions& definitions);
+
+  // The copy of a term. All values whose bits are taken in it must have been defined.
+  const Term_* encode(const Term_* root);
+
+  // The conjunction of `others`, unless they are null, and what is to be asserted of the constant
+  // that holds the bits of this value.
+  const Term_* add_defining_condition(const Term_* others, const Term_* value);
+
+  // The terms that were copied, operands before operators. What is below the operand of
+  // fp_as_ieeebv only is not among them.
+  const std::vector<const Term_*>& copied() const { return originals; }
+  const Term_* copy_of(const Term_* t) const { return copies.find(t)->second; }
+
+  // Of the copies.
+  TermManager& manager() { return target; }
+
+ private:
+  void copy_new_symbols(const std::vector<const Symbol*>& new_symbols);
+  const Term_* rewrite(const Term_* t);
+  const Term_* bits_constant(const BitDefinitions::Definition& definition);
+  const Term_* signed_value(const Term_* b, size_t width);
+  const Term_* resized(const Term_* value, size_t width);
+  const Term_* low_bits(const Term_* number, size_t width);
+
+  const TermManager& source;
+  const BitDefinitions& bits;
+  TermManager target;
+  TermManager::TermMap copies;
+  std::vector<const Term_*> originals;
+  hsh::HashMap<const Symbol*, const Symbol*> symbols;
+  hsh::HashMap<std::string, const Term_*, NameHash> constants;  // of the definitions, by name
+  hsh::HashSet<const Symbol*> used_symbols;                     // of copies and constants
+};
+
+}  // namespace quill
+
+#endif
