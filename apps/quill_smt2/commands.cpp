@@ -11,6 +11,7 @@
 #include <iostream>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "frontends/smt2/smt2.h"
 
@@ -39,14 +40,88 @@ double peak_mebibytes() {
   return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
+std::string written(TermManager& manager, const Script& script, Configuration::Dialect dialect) {
+  std::ostringstream text;
+  write(text, manager, script, dialect);
+  return std::move(text).str();
+}
+
+// Where the name before the '=' of a setting ends; a name between bars may hold that sign.
+size_t end_of_name(const std::string& setting) {
+  const size_t start = !setting.empty() && setting[0] == '|' ? setting.find('|', 1) : 0;
+  const size_t end = start == std::string::npos ? start : setting.find('=', start);
+  if (end == std::string::npos) throw Exception("'" + setting + "' is not NAME=TERM");
+  return end;
+}
+
+// The constant and the term of a setting, over the symbols that the script has left declared.
+std::pair<const Term_*, const Term_*> read_setting(const std::string& setting,
+                                                   TermManager& manager) {
+  const size_t end = end_of_name(setting);
+  try {
+    const Term_* constant = read_term(setting.substr(0, end), manager);
+    const Term_* value = read_term(setting.substr(end + 1), manager);
+    if (!manager.is_constant(constant->symbol)) {
+      throw Exception("'" + setting + "' does not begin with the name of a constant");
+    }
+    return {constant, value};
+  } catch (const ParseError& error) {
+    throw Exception("in '" + setting + "': " + error.text());
+  }
+}
+
 }  // namespace
 
-std::string print_script(const std::string& file) {
+std::string print_script(const std::string& file, Configuration::Dialect dialect) {
   TermManager manager;
   const Script script = read_file(file, manager);
+  return written(manager, script, dialect);
+}
+
+std::string substitute_in_script(const std::string& file, const std::vector<std::string>& settings,
+                                 Configuration::Dialect dialect) {
+  TermManager manager;
+  Script script = read_file(file, manager);
+  TermManager::TermMap images;
+  for (const std::string& setting : settings) {
+    const auto [constant, value] = read_setting(setting, manager);
+    images[constant] = value;
+  }
+  substitute(manager, script, images);
+  return written(manager, script, dialect);
+}
+
+std::string copy_script(const std::string& file, Configuration::Dialect dialect) {
+  TermManager manager;
+  const Script script = read_file(file, manager);
+  TermManager other;
+  const Script copied = copy(manager, script, other);
+  return written(other, copied, dialect);
+}
+
+std::string collection_report(const std::string& file) {
+  TermManager manager;
+  const Script script = read_file(file, manager);
+  const size_t terms = manager.get_bank()->size();
+  const size_t symbols = manager.get_signature()->size();
+  const size_t types = manager.get_universe()->size();
+  const size_t kept = collect_to_assertions(manager, script);
+  const auto& freed = manager.get_last_collection();
   std::ostringstream text;
-  write(text, manager, script);
+  text << "assertions kept: " << kept << "\n"
+       << "terms freed: " << freed.terms << " of " << terms << "\n"
+       << "symbols freed: " << freed.symbols << " of " << symbols << "\n"
+       << "types freed: " << freed.types << " of " << types << "\n"
+       << "memory given back: " << freed.slab_bytes << " bytes of terms in " << freed.slabs
+       << " slabs, " << freed.index_bytes << " bytes of their index\n";
   return std::move(text).str();
+}
+
+std::string collect_and_print(const std::string& file, Configuration::Dialect dialect) {
+  TermManager manager;
+  const Script script = read_file(file, manager);
+  collect(manager, script);
+  return written(manager, script, dialect);
 }
 
 std::string script_statistics(const std::string& file, bool with_timing) {

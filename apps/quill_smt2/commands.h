@@ -7,7 +7,9 @@
 #define APPS_QUILL_SMT2_COMMANDS_H
 
 #include <string>
+#include <vector>
 
+#include "quill/printers/configuration.h"
 #include "quill/utils/exception.h"
 
 namespace quill::smt2::app {
@@ -18,9 +20,23 @@ class OutputError : public Exception {
   using Exception::Exception;
 };
 
-// Both throw ParseError for a fault of the script and Exception for a file that cannot be read.
-std::string print_script(const std::string& file);
+// All throw ParseError for a fault of the script and Exception for a file that cannot be read.
+std::string print_script(const std::string& file, Configuration::Dialect dialect);
 std::string script_statistics(const std::string& file, bool with_timing);
+
+// The script with constants replaced; each setting is NAME=TERM. Throws Exception for a setting
+// that is no such thing.
+std::string substitute_in_script(const std::string& file, const std::vector<std::string>& settings,
+                                 Configuration::Dialect dialect);
+
+// The script, written from a copy in another manager.
+std::string copy_script(const std::string& file, Configuration::Dialect dialect);
+
+// What a collection frees that keeps the assertions in force at the end of the script.
+std::string collection_report(const std::string& file);
+
+// The script, after a collection that keeps what its commands mention.
+std::string collect_and_print(const std::string& file, Configuration::Dialect dialect);
 
 // Writes to standard output and flushes. False when nobody reads it any more; throws OutputError
 // when it fails otherwise.

@@ -8,9 +8,11 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "apps/quill_smt2/commands.h"
 #include "frontends/smt2/parse_error.h"
@@ -19,7 +21,15 @@ namespace {
 
 struct Options {
   std::string file;
+  std::vector<std::string> settings;
+  bool extensions = false;
   bool no_timing = false;
+  bool print = false;
+
+  quill::Configuration::Dialect dialect() const {
+    return extensions ? quill::Configuration::Dialect::Extensions
+                      : quill::Configuration::Dialect::Standard;
+  }
 };
 
 int fail(const std::string& file, const std::string& separator, const std::string& why) {
@@ -28,13 +38,11 @@ int fail(const std::string& file, const std::string& separator, const std::strin
   return 1;
 }
 
-int run(const CLI::App& print_command, const Options& options) {
+// Writes the text that the subcommand makes of the file.
+int run(const Options& options, const std::function<std::string()>& subcommand) {
   using namespace quill::smt2;
   try {
-    const std::string output = print_command.parsed()
-                                   ? app::print_script(options.file)
-                                   : app::script_statistics(options.file, !options.no_timing);
-    return app::write_output(output) ? 0 : 1;
+    return app::write_output(subcommand()) ? 0 : 1;
   } catch (const ParseError& e) {
     return fail(
         options.file,
@@ -56,20 +64,50 @@ int main(int argc, char** argv) {
   // Without this, errors of reading standard input would look like its end.
   std::ios::sync_with_stdio(false);
 
+  namespace app = quill::smt2::app;
   CLI::App cli("Reads an SMT-LIB 2.6 script into shared terms.", "quill-smt2");
   Options options;
-  CLI::App* print_command =
-      cli.add_subcommand("print", "Write the script back from its terms, definitions expanded");
-  CLI::App* stats_command = cli.add_subcommand("stats", "Show the size and shape of the terms");
-  for (CLI::App* command : {print_command, stats_command}) {
-    command->add_option("FILE", options.file, "The script; - is standard input")->required();
+  std::function<std::string()> subcommand;
+  const auto add_subcommand = [&](const char* name, const char* description,
+                                  std::function<std::string()> action) {
+    CLI::App* added = cli.add_subcommand(name, description);
+    added->add_option("FILE", options.file, "The script; - is standard input")->required();
+    added->callback([&subcommand, action] { subcommand = action; });
+    return added;
+  };
+  CLI::App* print =
+      add_subcommand("print", "Write the script back from its terms, definitions expanded",
+                     [&] { return app::print_script(options.file, options.dialect()); });
+  CLI::App* substitute = add_subcommand(
+      "substitute", "Write the script back with constants replaced by terms",
+      [&] { return app::substitute_in_script(options.file, options.settings, options.dialect()); });
+  substitute->add_option("--set", options.settings, "A constant and the term for it, NAME=TERM")
+      ->required()
+      ->allow_extra_args(false);
+  CLI::App* copy =
+      add_subcommand("copy", "Write the script back from a copy of its terms in another manager",
+                     [&] { return app::copy_script(options.file, options.dialect()); });
+  CLI::App* gc = add_subcommand(
+      "gc", "Free what the assertions in force at the end do not need, and report it", [&] {
+        return options.print ? app::collect_and_print(options.file, options.dialect())
+                             : app::collection_report(options.file);
+      });
+  gc->add_flag("--print", options.print,
+               "Keep what the commands mention instead, and write the script back");
+  CLI::App* stats = add_subcommand("stats", "Show the size and shape of the terms", [&] {
+    return app::script_statistics(options.file, !options.no_timing);
+  });
+  stats->add_flag("--no-timing", options.no_timing,
+                  "Leave out the last line, which shows time and memory");
+  for (CLI::App* writer : {print, substitute, copy, gc}) {
+    writer->add_flag("--extensions", options.extensions,
+                     "Write fp.to_ieee_bv, sbv_to_int and int2bv where the script has them, "
+                     "instead of standard terms in their place");
   }
-  stats_command->add_flag("--no-timing", options.no_timing,
-                          "Leave out the last line, which shows time and memory");
   cli.require_subcommand(1);
   try {
     cli.parse(argc, argv);
-    return run(*print_command, options);
+    return run(options, subcommand);
   } catch (const CLI::ParseError& e) {
     // Help ends the same way, with status 0.
     return cli.exit(e) == 0 ? 0 : 1;

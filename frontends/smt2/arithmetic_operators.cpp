@@ -47,6 +47,22 @@ const Term_* folded(TermBuilder& b, const Term_* t) {
   return b.manager.make_number(value);
 }
 
+// In logics of floating-point numbers that do not have the theory of an operator, it is there to
+// spell constants only: with numbers for arguments, and no other divisor than those.
+void expect_constants(const TermBuilder& b, const Application& a, Theory theory, size_t num_args,
+                      const char* example) {
+  if (b.logic.has(theory)) return;
+  bool constant = a.args.size() == num_args;
+  for (size_t i = 0; constant && i < num_args; ++i) {
+    QNumber value;
+    constant = b.manager.is_number(a.args[i].term->symbol, &value) && (i == 0 || !value.is_zero());
+  }
+  if (!constant) {
+    b.reject(a,
+             "is there in the logic " + b.logic.name() + " only for constants such as " + example);
+  }
+}
+
 QNumber divisor_of(const TermBuilder& b, const Application& a, size_t index) {
   QNumber divisor;
   if (!constant_value(b.manager, a.args[index].term, divisor)) {
@@ -56,7 +72,8 @@ QNumber divisor_of(const TermBuilder& b, const Application& a, size_t index) {
 }
 
 const Term_* divide_by_zero(TermBuilder& b, Division op, const Term_* dividend) {
-  const Symbol* function = b.zero_divisions.get(op);
+  const Symbol* function =
+      b.undefined_functions.get(zero_division_name(op), zero_division_type(b.manager, op));
   return b.manager.make_uninterpreted_function(function, {dividend});
 }
 
@@ -82,6 +99,7 @@ Value build_times(TermBuilder& b, const Application& a) {
 
 Value build_minus(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_arithmetic(a);
+  expect_constants(b, a, Theory::ARITHMETIC, 1, "(- 0.1)");
   const Term_* result = a.args[0].term;
   if (a.args.size() == 1) {
     QNumber value;
@@ -99,6 +117,7 @@ Value build_minus(TermBuilder& b, const Application& a) {
 
 Value build_divide(TermBuilder& b, const Application& a) {
   b.expect_all(a, b.real_type);
+  expect_constants(b, a, Theory::REALS, 2, "(/ 1 3)");
   const Term_* result = a.args[0].term;
   for (size_t i = 1; i < a.args.size(); ++i) {
     const QNumber divisor = divisor_of(b, a, i);

@@ -8,9 +8,11 @@
 //
 // Chains such as a < b < c are conjunctions, sums and products nest to the left. The expansions of
 // div, mod, abs, divisible, and of / by a constant stand in quill/terms/derived.h. Divisors must be
-// constants; division by zero is a function, see zero_divisions.h. In linear logics a constant
+// constants; division by zero is a function, see undefined_functions.h. In linear logics a constant
 // factor becomes a numeral where readers would take the product for one of terms: they know (* 2 3
 // i) as linear, but neither (* (+ 1 1) i) nor (* i (* 2 3)).
+//
+// In logics of floating-point numbers without arithmetic - and / are there only to spell constants.
 
 #ifndef FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H
 #define FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H

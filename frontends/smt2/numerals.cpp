@@ -96,6 +96,21 @@ QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
   return fraction(numerator, denominator);
 }
 
+QNumber number_from_digits(const std::string& digits, int base) {
+  GmpInteger value;
+  [[maybe_unused]] const int status = mpz_set_str(value, digits.c_str(), base);
+  assert(status == 0);
+  GmpInteger one;
+  mpz_set_ui(one, 1);
+  return fraction(value, one);
+}
+
+bool fits_into_bits(const QNumber& number, uint64_t width) {
+  GmpInteger value;
+  load_numerator(value, number);
+  return mpz_sgn(static_cast<mpz_srcptr>(value)) == 0 || mpz_sizeinbase(value, 2) <= width;
+}
+
 bool constant_value(const TermManager& manager, const Term_* t, QNumber& value) {
   unsigned budget = largest_constant;
   return evaluate(manager, t, value, budget);

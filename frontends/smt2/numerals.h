@@ -8,6 +8,9 @@
 #ifndef FRONTENDS_SMT2_NUMERALS_H
 #define FRONTENDS_SMT2_NUMERALS_H
 
+#include <cstdint>
+#include <string>
+
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
@@ -20,6 +23,12 @@ QNumber product(const QNumber& a, const QNumber& b);
 
 // Precondition: the divisor is not zero.
 QNumber quotient(const QNumber& dividend, const QNumber& divisor);
+
+// The number that the digits, at least one, spell in base 2 or 16; upper and lower case are alike.
+QNumber number_from_digits(const std::string& digits, int base);
+
+// Whether the integer, which is not negative, is less than 2^width.
+bool fits_into_bits(const QNumber& number, uint64_t width);
 
 // The value of a numeral, or of sums and products of a few dozen numerals. False for other terms,
 // and for larger ones.

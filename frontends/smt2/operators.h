@@ -23,6 +23,7 @@ struct Application {
   Position position;
   std::span<const std::string> indices;
   std::span<const Value> args;
+  const DataType* sort = nullptr;  // that (as name sort) gives the application; null without
 };
 
 inline constexpr size_t any_number = ~size_t{0};
@@ -33,6 +34,9 @@ struct Operator {
   size_t min_args;
   size_t max_args;
   Value (*build)(TermBuilder&, const Application&);
+  // Whether it is part of how constants of sort Real are spelled, as in (- 0.1) and (/ 1 3). Logics
+  // of floating-point numbers have these for to_fp, also where they have no arithmetic.
+  bool spells_constants = false;
 
   bool is_constant() const { return max_args == 0; }
 };

@@ -49,7 +49,7 @@ enum class CommandKind : uint8_t {
   SET_OPTION,
 };
 
-// A term that a command lists.
+// A term that a command lists, with its sort in the manager's types.
 struct ScriptTerm {
   Value value;
   // Not empty when the script gives the term only by a name that :named gave it, and that stands in
@@ -71,6 +71,10 @@ struct Command {
 
   // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed.
   std::vector<ScriptTerm> terms;
+
+  // Whether it mentions arrays with Bool indices or elements. They are held as arrays with
+  // bit-vectors of one bit in the place of Bool.
+  bool has_bool_arrays = false;
 
   // The names that :named gives to subterms of these terms. A name from a definition is listed with
   // the first assertion that the named term is part of.

@@ -130,7 +130,7 @@ void ScriptReader::read_reset(Command&) {
 }
 
 void ScriptReader::read_reset_assertions(Command&) {
-  if (!scopes.declarations_are_global()) builder.zero_divisions.reset();
+  if (!scopes.declarations_are_global()) builder.undefined_functions.reset();
   scopes.reset_assertions();
   forget_unbound_names();
 }

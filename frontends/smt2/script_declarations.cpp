@@ -51,8 +51,14 @@ SortName& ScriptReader::read_new_sort_name(std::string& text) {
 void ScriptReader::declare(Command& command, Name& name, const std::string& text, Position position,
                            const std::vector<const DataType*>& argument_sorts,
                            const DataType* result) {
-  const DataType* type =
-      argument_sorts.empty() ? result : manager.get_function_type(argument_sorts, result);
+  const DataType* sort = result;
+  const DataType* type = sorts.held(result);
+  if (!argument_sorts.empty()) {
+    std::vector<const DataType*> held;
+    for (const DataType* argument : argument_sorts) held.push_back(sorts.held(argument));
+    sort = manager.get_function_type(argument_sorts, result);
+    type = manager.get_function_type(held, type);
+  }
   std::string stored = term_reader.stored_name(text);
   const Symbol* present = manager.get_signature()->get_symbol(stored.c_str());
   if (scopes.is_used(stored)) {
@@ -64,6 +70,7 @@ void ScriptReader::declare(Command& command, Name& name, const std::string& text
   auto binding = std::make_unique<Binding>();
   binding->kind = Binding::Kind::FUNCTION;
   binding->symbol = manager.make_symbol(stored, type);
+  binding->sort = sort;
   binding->owned = present == nullptr;
   binding->stored_name = stored;
   command.symbol = binding->symbol;
@@ -149,7 +156,7 @@ Macro ScriptReader::read_parameters() {
     }
     lexer.next();
     // The name goes back at once, so that nothing can reach the placeholder by it.
-    const Symbol* symbol = manager.make_unique_symbol(stored, sort);
+    const Symbol* symbol = manager.make_unique_symbol(stored, sorts.held(sort));
     const Term_* placeholder = manager.make_constant(symbol);
     manager.free_symbol(symbol);
     macro.placeholders.push_back(placeholder);

@@ -20,7 +20,8 @@ class Survey {
   LogicNeeds needs;
 
  private:
-  void add_type(const DataType* type);
+  void add_type(const DataType* type, bool is_named);
+  void add_declaration(const Symbol* symbol);
   void add_symbol(const Symbol* symbol);
   void add_term(const Term_* root);
   void add_application(const WrittenForm& form);
@@ -32,37 +33,58 @@ class Survey {
   const TermManager& manager;
   hsh::HashSet<const Term_*> named;
   hsh::HashSet<const Term_*> seen;
-  hsh::HashSet<const DataType*> seen_types;
+  hsh::HashSet<const DataType*> seen_types[2];  // of types that are not named, and that are
   std::vector<const Term_*> pending;
 };
 
 void Survey::add(const Command& command) {
-  if (command.kind == CommandKind::DECLARE_SORT) needs.free_functions = true;
-  if (command.symbol != nullptr) add_symbol(command.symbol);
+  if (command.kind == CommandKind::DECLARE_SORT) needs.free_sorts = true;
+  if (command.has_bool_arrays) needs.everything = true;
+  if (command.symbol != nullptr) add_declaration(command.symbol);
   for (const ScriptTerm& term : command.terms) {
-    add_type(term.value.sort);
+    add_type(term.value.sort, /*is_named=*/false);
     add_term(term.value.term);
   }
 }
 
-void Survey::add_type(const DataType* root) {
+// Logics of floating-point numbers have bit-vectors, but some of their readers not the name of the
+// sort.
+void Survey::add_type(const DataType* root, bool is_named) {
   std::vector<const DataType*> types = {root};
   while (!types.empty()) {
     const DataType* type = types.back();
     types.pop_back();
-    if (!seen_types.insert(type)) continue;
+    if (!seen_types[is_named ? 1 : 0].insert(type)) continue;
     if (type == manager.get_int_type()) needs.ints = true;
     if (type == manager.get_rat_type()) needs.reals = true;
+    if (manager.is_bv_type(type, nullptr)) (is_named ? needs.bit_vectors : needs.bits) = true;
+    if (type == manager.get_fprounding_type() || manager.is_fp_type(type, nullptr, nullptr)) {
+      needs.floating_point = true;
+    }
+    if (manager.is_array_type(type, nullptr, nullptr)) needs.arrays = true;
     for (size_t i = 0; i < type->num_components(); ++i) types.push_back(type->get_component(i));
   }
 }
 
-// A numeral is written as its place asks for, so its own type says nothing.
+void Survey::add_declaration(const Symbol* symbol) {
+  if (symbol->arity != 0) needs.free_functions = true;
+  for (uint64_t i = 1; i <= symbol->arity; ++i) {
+    add_type(symbol->type->get_component(i), /*is_named=*/true);
+  }
+  add_type(symbol->get_output_type(), /*is_named=*/true);
+}
+
+// A numeral of arithmetic is written as its place asks for, so its own type says nothing.
 void Survey::add_symbol(const Symbol* symbol) {
-  if (manager.is_number(symbol, nullptr)) return;
+  const DataType* result = symbol->get_output_type();
+  if (manager.is_number(symbol, nullptr) && manager.is_subtype(result, manager.get_rat_type())) {
+    return;
+  }
   if (symbol->arity != 0 && manager.is_uninterpreted_function(symbol)) needs.free_functions = true;
-  for (uint64_t i = 1; i <= symbol->arity; ++i) add_type(symbol->type->get_component(i));
-  if (manager.get_tag(symbol) != SymbolTag::FLOOR) add_type(symbol->get_output_type());
+  for (uint64_t i = 1; i <= symbol->arity; ++i) {
+    add_type(symbol->type->get_component(i), /*is_named=*/false);
+  }
+  if (manager.get_tag(symbol) != SymbolTag::FLOOR) add_type(result, /*is_named=*/false);
 }
 
 void Survey::add_term(const Term_* root) {
@@ -96,7 +118,9 @@ void Survey::add_application(const WrittenForm& form) {
     return;
   }
   add_symbol(t->symbol);
-  switch (manager.get_tag(t->symbol)) {
+  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  if (tag >= SymbolTag::BV_CONCAT && tag <= SymbolTag::BV_SIGN_EXTEND) needs.bit_vectors = true;
+  switch (tag) {
     case SymbolTag::FLOOR:
       needs.both = true;
       break;
@@ -105,6 +129,22 @@ void Survey::add_application(const WrittenForm& form) {
       if (!is_numeral(t->args[1]) && !is_numeral_product(manager, t->args[0])) {
         needs.nonlinear = true;
       }
+      break;
+    case SymbolTag::ARRAY_CONST:
+      needs.everything = true;
+      break;
+    case SymbolTag::INT_FROM_UBV:
+    case SymbolTag::FP_AS_IEEEBV:  // written as a declared constant
+      needs.bit_vectors = true;
+      break;
+    case SymbolTag::INT_MODULAR_CONGRUENCE:
+      needs.linear = true;
+      break;
+    case SymbolTag::INT_FROM_SBV:
+    case SymbolTag::INT_TO_BV:
+      // Written in terms of arithmetic.
+      needs.bit_vectors = true;
+      needs.linear = true;
       break;
     case SymbolTag::PLUS:
       if (!is_in_difference_form(form)) needs.linear = true;

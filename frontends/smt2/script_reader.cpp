@@ -56,8 +56,9 @@ ScriptReader::ScriptReader(std::istream& input, TermManager& term_manager,
                                                        : Logic(read_options.default_logic)),
       logic(default_logic),
       scopes(term_manager),
-      sort_reader(lexer, term_manager, scopes, logic),
-      builder(term_manager, scopes, logic),
+      sorts(term_manager),
+      sort_reader(lexer, term_manager, scopes, sorts, logic),
+      builder(term_manager, scopes, sorts, logic),
       term_reader(lexer, scopes, sort_reader, builder) {}
 
 Script ScriptReader::read() {
@@ -76,7 +77,7 @@ Script ScriptReader::read() {
 }
 
 void ScriptReader::forget_declarations() {
-  builder.zero_divisions.reset();
+  builder.undefined_functions.reset();
   scopes.reset();
 }
 
@@ -89,10 +90,10 @@ void ScriptReader::read_commands() {
   }
 }
 
-// Appends the command, and puts declarations of the functions that it needs for division by zero to
+// Appends the command, and puts declarations of the functions that stand for undefined values to
 // the place for declarations, which is on level 0.
 void ScriptReader::add(Command command) {
-  for (const Symbol* function : builder.zero_divisions.take_new()) {
+  for (const Symbol* function : builder.undefined_functions.take_new()) {
     Command declaration;
     declaration.kind = CommandKind::DECLARE_FUN;
     declaration.symbol = function;
@@ -125,6 +126,8 @@ Command ScriptReader::read_command() {
   command.kind = row.kind;
   lexer.next();
   (this->*row.read)(command);
+  command.has_bool_arrays = sorts.take_bool_arrays();
+  for (ScriptTerm& term : command.terms) term.value.sort = sorts.held(term.value.sort);
   expect_end_of_command();
   const size_t first_own = unplaced_names.size();
   unplaced_names.insert(unplaced_names.end(), term_reader.named_terms.begin(),

@@ -15,6 +15,7 @@
 #include "frontends/smt2/sort_reader.h"
 #include "frontends/smt2/term_builder.h"
 #include "frontends/smt2/term_reader.h"
+#include "frontends/smt2/theory_sorts.h"
 #include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -89,6 +90,7 @@ class ScriptReader {
   const Logic default_logic;
   Logic logic;  // the one in force
   Scopes scopes;
+  TheorySorts sorts;
   SortReader sort_reader;
   TermBuilder builder;
   TermReader term_reader;

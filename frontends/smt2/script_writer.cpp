@@ -1,30 +1,108 @@
 #include "frontends/smt2/script_writer.h"
 
+#include <map>
+#include <optional>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "frontends/smt2/script_logic.h"
+#include "quill/printers/bit_definitions.h"
 #include "quill/printers/name_escape.h"
 #include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
-#include "quill/utils/hash_map.h"
+#include "quill/terms/termmanager/term_visitor.h"
 
 namespace quill::smt2 {
 
 namespace {
 
-using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
+// Whether some term of the script takes the bits of a floating-point value.
+bool takes_bits(const TermManager& manager, const Script& script) {
+  struct Search {
+    int visit(const Term_* t, bool /*preorder*/) {
+      if (manager.get_tag(t->symbol) == SymbolTag::FP_AS_IEEEBV) found = true;
+      return found ? 0 : 2;
+    }
+    const TermManager& manager;
+    bool found = false;
+  } search{manager};
+  TermVisitor<Search> visitor(&search, /*visit_once=*/true);
+  for (const Command& command : script.commands) {
+    for (const ScriptTerm& term : command.terms) {
+      visitor.visit(term.value.term, /*clear_marks=*/false);
+      if (search.found) return true;
+    }
+  }
+  return false;
+}
+
+// Whether a command leaves the answer of a check-sat before it as it is.
+bool asks_about_answer(CommandKind kind) {
+  switch (kind) {
+    case CommandKind::DEFINE_CONST:
+    case CommandKind::DEFINE_FUN:
+    case CommandKind::DEFINE_SORT:  // not written
+    case CommandKind::ECHO:
+    case CommandKind::GET_ASSERTIONS:
+    case CommandKind::GET_ASSIGNMENT:
+    case CommandKind::GET_INFO:
+    case CommandKind::GET_MODEL:
+    case CommandKind::GET_OPTION:
+    case CommandKind::GET_PROOF:
+    case CommandKind::GET_UNSAT_ASSUMPTIONS:
+    case CommandKind::GET_UNSAT_CORE:
+    case CommandKind::GET_VALUE:
+    case CommandKind::SET_INFO:
+    case CommandKind::SET_OPTION:
+      return true;
+    case CommandKind::ASSERT:
+    case CommandKind::CHECK_SAT:
+    case CommandKind::CHECK_SAT_ASSUMING:
+    case CommandKind::DECLARE_CONST:
+    case CommandKind::DECLARE_FUN:
+    case CommandKind::DECLARE_SORT:
+    case CommandKind::EXIT:
+    case CommandKind::POP:
+    case CommandKind::PUSH:
+    case CommandKind::RESET:
+    case CommandKind::RESET_ASSERTIONS:
+    case CommandKind::SET_LOGIC:
+      return false;
+  }
+  return false;
+}
 
 class ScriptWriter {
  public:
-  ScriptWriter(std::ostream& stream, TermManager& term_manager, const Script& script)
-      : out(stream), manager(term_manager), logics(written_logics(term_manager, script)) {}
+  ScriptWriter(std::ostream& stream, TermManager& term_manager, const Script& script,
+               Configuration::Dialect chosen_dialect)
+      : out(stream),
+        manager(term_manager),
+        commands(script.commands),
+        logics(written_logics(term_manager, script)),
+        dialect(chosen_dialect),
+        needs_definitions(dialect == Configuration::Dialect::Standard &&
+                          takes_bits(term_manager, script)),
+        definitions(term_manager) {
+    if (needs_definitions) reserve_names();
+  }
 
-  void write(const Command& command);
+  void write();
 
  private:
+  // What writes the terms of one command, with the names that it gives.
+  struct CommandPrinter {
+    SmtLib2TermPrinter::Annotations annotations;
+    std::optional<SmtLib2TermPrinter> printer;
+  };
+
+  void reserve_names();
+  void write_definitions_before(size_t position);
+  void write_definitions(size_t position);
+  void follow_scopes(const Command& command);
+  void make_printer(const Command& command, CommandPrinter& result);
+  void write(const Command& command);
   void write_declaration(const Command& command);
   void write_terms(const Command& command);
   void write_type(const DataType* type);
@@ -33,9 +111,71 @@ class ScriptWriter {
 
   std::ostream& out;
   TermManager& manager;
+  const std::vector<Command>& commands;
   const std::vector<Logic> logics;
+  const Configuration::Dialect dialect;
+  const bool needs_definitions;
   size_t stretch = 0;  // the number of (reset) before here
+  BitDefinitions definitions;
+  // Of commands for which definitions are written already, and which follow.
+  std::map<const Command*, CommandPrinter> printers;
 };
+
+void ScriptWriter::write() {
+  for (size_t position = 0; position < commands.size(); ++position) {
+    if (needs_definitions) write_definitions_before(position);
+    write(commands[position]);
+    if (needs_definitions) follow_scopes(commands[position]);
+    printers.erase(&commands[position]);
+  }
+}
+
+// Names that the script gives at any time are not given to constants.
+void ScriptWriter::reserve_names() {
+  for (const Command& command : commands) {
+    if (command.symbol != nullptr) definitions.reserve(command.symbol->name);
+    for (const NamedTerm& named : command.named_terms) definitions.reserve(named.stored_name);
+  }
+}
+
+void ScriptWriter::write_definitions_before(size_t position) {
+  write_definitions(position);
+  const CommandKind kind = commands[position].kind;
+  if (kind != CommandKind::CHECK_SAT && kind != CommandKind::CHECK_SAT_ASSUMING) return;
+  while (++position < commands.size() && asks_about_answer(commands[position].kind)) {
+    write_definitions(position);
+  }
+}
+
+void ScriptWriter::write_definitions(size_t position) {
+  const Command& command = commands[position];
+  if (command.terms.empty() || printers.contains(&command)) return;
+  CommandPrinter& made = printers[&command];
+  make_printer(command, made);
+  for (const ScriptTerm& term : command.terms) {
+    if (term.spelled_name.empty()) made.printer->print_definitions(out, term.value.term);
+  }
+}
+
+void ScriptWriter::follow_scopes(const Command& command) {
+  if (command.kind == CommandKind::PUSH) definitions.push(command.count);
+  if (command.kind == CommandKind::POP) definitions.pop(command.count);
+  if (command.kind == CommandKind::RESET || command.kind == CommandKind::RESET_ASSERTIONS) {
+    definitions.clear();
+  }
+}
+
+void ScriptWriter::make_printer(const Command& command, CommandPrinter& result) {
+  for (const NamedTerm& named : command.named_terms) {
+    result.annotations[named.term].push_back({"named", symbol_text(named.stored_name)});
+  }
+  Configuration::Printer configuration;
+  configuration.dialect = dialect;
+  configuration.logic = logic().name();
+  result.printer.emplace(&manager, &configuration, "", "", /*share_by_let=*/true,
+                         &result.annotations);
+  result.printer->set_definitions(&definitions);
+}
 
 void ScriptWriter::write_type(const DataType* type) {
   print_type(out, manager, type, default_escape_prefix, logic());
@@ -154,13 +294,11 @@ void ScriptWriter::write_declaration(const Command& command) {
 }
 
 void ScriptWriter::write_terms(const Command& command) {
-  Annotations annotations;
-  for (const NamedTerm& named : command.named_terms) {
-    annotations[named.term].push_back({"named", symbol_text(named.stored_name)});
-  }
-  Configuration::Printer configuration;
-  configuration.logic = logic().name();
-  SmtLib2TermPrinter printer(&manager, &configuration, "", "", /*share_by_let=*/true, &annotations);
+  CommandPrinter made_now;
+  const auto made_before = printers.find(&command);
+  if (made_before == printers.end()) make_printer(command, made_now);
+  SmtLib2TermPrinter& printer =
+      made_before == printers.end() ? *made_now.printer : *made_before->second.printer;
   bool first = true;
   for (const ScriptTerm& term : command.terms) {
     if (!first) out << ' ';
@@ -175,9 +313,10 @@ void ScriptWriter::write_terms(const Command& command) {
 
 }  // namespace
 
-void write(std::ostream& out, TermManager& manager, const Script& script) {
-  ScriptWriter writer(out, manager, script);
-  for (const Command& command : script.commands) writer.write(command);
+void write(std::ostream& out, TermManager& manager, const Script& script,
+           Configuration::Dialect dialect) {
+  ScriptWriter writer(out, manager, script, dialect);
+  writer.write();
 }
 
 }  // namespace quill::smt2

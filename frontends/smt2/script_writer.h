@@ -3,6 +3,11 @@
 // Definitions are not written: the terms have them expanded. Names given by :named, options and
 // information are kept, as are all commands that ask something. A logic that does not cover what is
 // written is replaced by one that does. Reading the text and writing it again gives the same bytes.
+//
+// In the standard dialect the bits of a floating-point value are constants that the text declares
+// and defines, in the scope of the first command that needs them and before it (see
+// quill/printers/standard_encoding.h). What get-value needs is defined before the check-sat that it
+// asks about.
 
 #ifndef FRONTENDS_SMT2_SCRIPT_WRITER_H
 #define FRONTENDS_SMT2_SCRIPT_WRITER_H
@@ -10,12 +15,14 @@
 #include <ostream>
 
 #include "frontends/smt2/script.h"
+#include "quill/printers/configuration.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill::smt2 {
 
 // The manager must be the one that the script was read into.
-void write(std::ostream& out, TermManager& manager, const Script& script);
+void write(std::ostream& out, TermManager& manager, const Script& script,
+           Configuration::Dialect dialect = Configuration::Dialect::Standard);
 
 }  // namespace quill::smt2
 

@@ -9,6 +9,7 @@
 #include "frontends/smt2/sort_reader.h"
 #include "frontends/smt2/term_builder.h"
 #include "frontends/smt2/term_reader.h"
+#include "frontends/smt2/theory_sorts.h"
 #include "quill/printers/smtlib2_logic.h"
 
 namespace quill::smt2 {
@@ -43,8 +44,9 @@ const Term_* read_term(std::string_view text, TermManager& manager) {
   Lexer lexer(input);
   const Logic logic;
   Scopes scopes(manager);
-  SortReader sort_reader(lexer, manager, scopes, logic);
-  TermBuilder builder(manager, scopes, logic);
+  TheorySorts sorts(manager);
+  SortReader sort_reader(lexer, manager, scopes, sorts, logic);
+  TermBuilder builder(manager, scopes, sorts, logic);
   TermReader reader(lexer, scopes, sort_reader, builder);
   reader.use_signature = true;
   try {

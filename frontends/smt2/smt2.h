@@ -19,6 +19,7 @@
 #include "frontends/smt2/read_options.h"
 #include "frontends/smt2/script.h"
 #include "frontends/smt2/script_stats.h"
+#include "frontends/smt2/script_transformations.h"
 #include "frontends/smt2/script_writer.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"

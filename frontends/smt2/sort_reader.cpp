@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "frontends/smt2/indices.h"
 #include "frontends/smt2/reserved_words.h"
 #include "quill/printers/smtlib2_names.h"
 #include "quill/printers/smtlib2_syntax.h"
@@ -11,18 +12,30 @@ namespace quill::smt2 {
 
 namespace {
 
-using Maker = const DataType* (TermManager::*)() const;
+// What a use of a sort consists of.
+enum class Form { NAME, BIT_VECTOR, FLOATING_POINT, ARRAY };
 
 struct SupportedSort {
   std::string_view name;
-  Maker make;
+  Form form;
+  const DataType* (*make)(TermManager&);  // of a NAME
 };
 
+// clang-format off
 constexpr SupportedSort supported_sorts[] = {
-    {"Bool", &TermManager::get_bool_type},
-    {"Int", &TermManager::get_int_type},
-    {"Real", &TermManager::get_rat_type},
+    {"Array",         Form::ARRAY,          nullptr},
+    {"BitVec",        Form::BIT_VECTOR,     nullptr},
+    {"Bool",          Form::NAME,           [](TermManager& m) { return m.get_bool_type(); }},
+    {"Float128",      Form::NAME,           [](TermManager& m) { return m.get_fp_type(15, 112); }},
+    {"Float16",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(5, 10); }},
+    {"Float32",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(8, 23); }},
+    {"Float64",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(11, 52); }},
+    {"FloatingPoint", Form::FLOATING_POINT, nullptr},
+    {"Int",           Form::NAME,           [](TermManager& m) { return m.get_int_type(); }},
+    {"Real",          Form::NAME,           [](TermManager& m) { return m.get_rat_type(); }},
+    {"RoundingMode",  Form::NAME,           [](TermManager& m) { return m.get_fprounding_type(); }},
 };
+// clang-format on
 
 constexpr bool complete() {
   for (const SupportedSort& sort : supported_sorts) {
@@ -33,12 +46,14 @@ constexpr bool complete() {
 static_assert(complete(), "a theory has each sort");
 
 // Null when the logic does not have the sort, or nothing here can make it.
-Maker find_maker(const std::string& name, const Logic& logic) {
+const SupportedSort* find_supported(const std::string& name, const Logic& logic) {
   for (const SupportedSort& sort : supported_sorts) {
-    if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? sort.make : nullptr;
+    if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? &sort : nullptr;
   }
   return nullptr;
 }
+
+constexpr uint64_t array_arity = 2;
 
 }  // namespace
 
@@ -54,10 +69,13 @@ const DataType* SortReader::read() {
   args.clear();
   for (;;) {
     if (lexer.token.kind == TokenKind::OPEN) {
-      heads.push_back(open());
-      continue;
-    }
-    if (lexer.token.kind == TokenKind::CLOSE && !heads.empty()) {
+      lexer.next();
+      if (!lexer.token.is_word("_")) {
+        heads.push_back(open());
+        continue;
+      }
+      args.push_back(read_indexed());
+    } else if (lexer.token.kind == TokenKind::CLOSE && !heads.empty()) {
       const DataType* sort = apply(heads.back());
       args.resize(heads.back().first_arg);
       args.push_back(sort);
@@ -87,25 +105,67 @@ const DataType* SortReader::read_name() {
     expect_arity(token.position, token.text, name.global->arity, 0);
     sort = name.global->type;
   } else {
-    const Maker make = find_maker(token.text, logic);
-    if (make == nullptr) reject_name(token);
-    sort = (manager.*make)();
+    const SupportedSort* row = find_supported(token.text, logic);
+    if (row == nullptr) reject_name(token);
+    switch (row->form) {
+      case Form::NAME:
+        sort = row->make(manager);
+        break;
+      case Form::ARRAY:
+        expect_arity(token.position, token.text, array_arity, 0);
+        break;
+      case Form::BIT_VECTOR:
+        throw ParseError(token.position, "the sort 'BitVec' is written (_ BitVec width)");
+      case Form::FLOATING_POINT:
+        throw ParseError(token.position,
+                         "the sort 'FloatingPoint' is written (_ FloatingPoint e s)");
+    }
   }
   lexer.next();
   return sort;
 }
 
-// The opening parenthesis of an application and the name behind it.
-SortReader::Head SortReader::open() {
-  lexer.next();
+// (_ name index ...) behind its parenthesis. On return the current token is the closing one's
+// successor.
+const DataType* SortReader::read_indexed() {
   const Token& token = lexer.token;
-  if (token.is_word("_")) {
-    lexer.next();
-    if (token.kind != TokenKind::SYMBOL) {
-      throw ParseError(token.position, "a name is expected behind '_', not " + token.description());
-    }
-    reject_name(token);
+  lexer.next();
+  if (token.kind == TokenKind::END) {
+    throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
   }
+  if (token.kind != TokenKind::SYMBOL) {
+    throw ParseError(token.position, "a name is expected behind '_', not " + token.description());
+  }
+  const SupportedSort* row = find_supported(token.text, logic);
+  if (row == nullptr) reject_name(token);
+  const Position position = token.position;
+  const std::string owner = "the sort " + token.description();
+  const size_t wanted = row->form == Form::BIT_VECTOR       ? 1
+                        : row->form == Form::FLOATING_POINT ? 2
+                                                            : 0;
+  if (wanted == 0) throw ParseError(position, owner + " takes no indices");
+  lexer.next();
+  std::vector<uint64_t> numbers;
+  for (; token.kind != TokenKind::CLOSE; lexer.next()) {
+    if (token.kind == TokenKind::END) {
+      throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
+    }
+    numbers.push_back(index_value(token.spelling(), owner, token.position));
+  }
+  if (numbers.size() != wanted) {
+    throw ParseError(position, owner + " takes " + std::to_string(wanted) +
+                                   (wanted == 1 ? " index, not " : " indices, not ") +
+                                   std::to_string(numbers.size()));
+  }
+  const DataType* sort = wanted == 1 ? sorts.bit_vector(numbers[0], position)
+                                     : sorts.floating_point(numbers[0], numbers[1], position);
+  lexer.next();
+  return sort;
+}
+
+// The name at the head of an application.
+SortReader::Head SortReader::open() {
+  const Token& token = lexer.token;
   if (token.kind == TokenKind::END) {
     throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
   }
@@ -115,8 +175,11 @@ SortReader::Head SortReader::open() {
   const SortName& name = scopes.sort_name(token.text);
   if (name.parameter != nullptr) expect_arity(token.position, token.text, 0, 1);
   if (name.global == nullptr) {
-    if (find_maker(token.text, logic) == nullptr) reject_name(token);
-    throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
+    const SupportedSort* row = find_supported(token.text, logic);
+    if (row == nullptr) reject_name(token);
+    if (row->form != Form::ARRAY) {
+      throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
+    }
   }
   Head head{token.position, token.text, name.global.get(), args.size()};
   lexer.next();
@@ -149,8 +212,10 @@ const DataType* SortReader::apply(const Head& head) {
   const size_t given = args.size() - head.first_arg;
   if (given == 0)
     throw ParseError(head.position, "the sort " + shown(head.name) + " between parentheses");
-  expect_arity(head.position, head.name, head.binding->arity, given);
+  const uint64_t arity = head.binding != nullptr ? head.binding->arity : array_arity;
+  expect_arity(head.position, head.name, arity, given);
   const DataType* const* first = args.data() + head.first_arg;
+  if (head.binding == nullptr) return sorts.array(first[0], first[1]);
   if (head.binding->defined) {
     try {
       return expand(*head.binding, first);
@@ -201,7 +266,10 @@ const DataType* SortReader::expand(const SortBinding& definition, const DataType
       }
     }
     if (pending.size() != pending_before) continue;
-    images[type] = type->is_simple() ? type : manager.get_compound_type(components);
+    images[type] = type->is_simple() ? type
+                   : manager.is_array_type(type, nullptr, nullptr)
+                       ? sorts.array(components[1], components[2])
+                       : manager.get_compound_type(components);
     pending.pop_back();
   }
   return images[definition.type];

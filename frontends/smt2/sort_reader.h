@@ -1,8 +1,9 @@
 // Reads sorts, without recursion, and knows which sorts of the theories are supported.
 //
-// A sort is a type of the manager. A declared sort of arity 0 is a simple type; one of higher arity
-// applied to arguments is the compound (head, arguments ...), whose head is the simple type of the
-// name. A defined sort is a type over placeholders for its parameters, which a use replaces.
+// A sort is a type of the manager, but for arrays of Bool (see theory_sorts.h). A declared sort of
+// arity 0 is a simple type; one of higher arity applied to arguments is the compound (head,
+// arguments ...), whose head is the simple type of the name. A defined sort is a type over
+// placeholders for its parameters, which a use replaces.
 
 #ifndef FRONTENDS_SMT2_SORT_READER_H
 #define FRONTENDS_SMT2_SORT_READER_H
@@ -13,6 +14,7 @@
 
 #include "frontends/smt2/lexer.h"
 #include "frontends/smt2/scopes.h"
+#include "frontends/smt2/theory_sorts.h"
 #include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -21,8 +23,12 @@ namespace quill::smt2 {
 class SortReader {
  public:
   SortReader(Lexer& token_source, TermManager& term_manager, Scopes& all_scopes,
-             const Logic& script_logic)
-      : lexer(token_source), manager(term_manager), scopes(all_scopes), logic(script_logic) {}
+             TheorySorts& sorts_of_theories, const Logic& script_logic)
+      : lexer(token_source),
+        manager(term_manager),
+        scopes(all_scopes),
+        sorts(sorts_of_theories),
+        logic(script_logic) {}
 
   // Reads one sort. On entry the current token is its first one, on return the first one behind it.
   const DataType* read();
@@ -37,12 +43,13 @@ class SortReader {
   struct Head {
     Position position;
     std::string name;
-    const SortBinding* binding;
+    const SortBinding* binding;  // null for arrays
     size_t first_arg;
   };
 
   Head open();
   const DataType* read_name();
+  const DataType* read_indexed();
   const DataType* apply(const Head& head);
   const DataType* expand(const SortBinding& definition, const DataType* const* actual);
   const DataType* compound(const std::vector<const DataType*>& components, Position position,
@@ -53,6 +60,7 @@ class SortReader {
   Lexer& lexer;
   TermManager& manager;
   Scopes& scopes;
+  TheorySorts& sorts;
   const Logic& logic;
   std::vector<Head> heads;
   std::vector<const DataType*> args;

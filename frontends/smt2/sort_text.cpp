@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "frontends/smt2/theory_sorts.h"
 #include "quill/printers/name_escape.h"
 
 namespace quill::smt2 {
@@ -23,11 +24,23 @@ std::string sort_text(const TermManager& manager, const DataType* sort) {
       continue;
     }
     if (!text.empty() && text.back() != '(') text += ' ';
-    if (!next->is_simple()) {
-      text += '(';
+    size_t width = 0;
+    size_t e = 0;
+    size_t m = 0;
+    if (manager.is_bv_type(next, &width)) {
+      text += "(_ BitVec " + std::to_string(width) + ")";
+    } else if (manager.is_fp_type(next, &e, &m)) {
+      text += "(_ FloatingPoint " + std::to_string(e) + " " + std::to_string(m + 1) + ")";
+    } else if (!next->is_simple()) {
+      const bool is_array = manager.is_array_type(next, nullptr, nullptr);
+      text += is_array ? "(Array" : "(";
       pending.push_back(nullptr);
-      for (size_t i = next->num_components(); i-- > 0;) pending.push_back(next->get_component(i));
-    } else if (next == manager.get_bool_type()) {
+      for (size_t i = next->num_components(); i-- > (is_array ? 1 : 0);) {
+        pending.push_back(next->get_component(i));
+      }
+    } else if (next == manager.get_fprounding_type()) {
+      text += "RoundingMode";
+    } else if (next == manager.get_bool_type() || TheorySorts::is_bool_marker(next)) {
       text += "Bool";
     } else if (next == manager.get_int_type()) {
       text += "Int";

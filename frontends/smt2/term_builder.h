@@ -14,8 +14,9 @@
 #include "frontends/smt2/lexer.h"
 #include "frontends/smt2/operators.h"
 #include "frontends/smt2/scopes.h"
+#include "frontends/smt2/theory_sorts.h"
+#include "frontends/smt2/undefined_functions.h"
 #include "frontends/smt2/value.h"
-#include "frontends/smt2/zero_divisions.h"
 #include "quill/printers/smtlib2_logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -23,13 +24,15 @@ namespace quill::smt2 {
 
 class TermBuilder {
  public:
-  TermBuilder(TermManager& term_manager, Scopes& scopes, const Logic& script_logic);
+  TermBuilder(TermManager& term_manager, Scopes& scopes, TheorySorts& theories,
+              const Logic& script_logic);
   TermBuilder(const TermBuilder&) = delete;
   TermBuilder& operator=(const TermBuilder&) = delete;
 
   TermManager& manager;
+  TheorySorts& sorts;
   const Logic& logic;  // the one in force, which set-logic and reset change
-  ZeroDivisions zero_divisions;
+  UndefinedFunctions undefined_functions;
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;
@@ -50,7 +53,15 @@ class TermBuilder {
   // The sort that the arguments from the given one on have in common.
   const DataType* expect_common(const Application& application, size_t first) const;
 
+  // The width of an argument that must be a bit-vector.
+  uint64_t expect_bit_vector(const Application& application, size_t index) const;
+
+  // The index of this number; it must be a numeral and fit into 64 bits.
+  uint64_t index(const Application& application, size_t number) const;
+
   [[noreturn]] void reject(const Application& application, const std::string& why) const;
+  [[noreturn]] void reject_argument(const Application& application, size_t index,
+                                    const std::string& expected) const;
 
   // ----- terms, for arguments of the given sort -------------------------------------------------
 
@@ -63,8 +74,20 @@ class TermBuilder {
   const Term_* times(const Term_* a, const Term_* b, const DataType* sort);
   const Term_* negative(const Term_* a, const DataType* sort);
 
+  // A term as an index or element of an array, of the given sort, in the manager's type, and back:
+  //
+  //   Bool      (ite b #b1 #b0), but #b1 and #b0 for true and false, and t for (= t #b1), which is
+  //             what t gives on the way back
+  //   others    the term itself
+  const Term_* to_held(const Term_* t, const DataType* sort);
+  const Term_* from_held(const Term_* t, const DataType* sort);
+
   // A numeral or decimal of an input.
   Value number(const Token& token);
+  // The bit-vector that a binary or hexadecimal token of an input spells.
+  Value bits(const Token& token);
+  // (_ bvN width), for N in decimal.
+  Value bit_vector_number(const std::string& digits, uint64_t width, Position position);
 
  private:
   // An operator of the manager in its two forms.
@@ -73,6 +96,7 @@ class TermBuilder {
     const Symbol* rational;
   };
   Pair standard(const char* base_name) const;
+  const Term_* bit(bool is_set);
 
   const Pair leq_symbols;
   const Pair plus_symbols;

@@ -1,5 +1,6 @@
 // What a term reader does with atoms and names: what they mean where they stand.
 
+#include "frontends/smt2/indices.h"
 #include "frontends/smt2/reserved_words.h"
 #include "frontends/smt2/sort_text.h"
 #include "frontends/smt2/term_reader.h"
@@ -23,6 +24,7 @@ TermReader::Meaning TermReader::read_identifier() {
   if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
     throw ParseError(token.position, "a symbol is expected, not " + token.description());
   }
+  if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
   const Meaning meaning = meaning_of(token, indexed);
   lexer.next();
   if (!indexed) return meaning;
@@ -37,6 +39,31 @@ TermReader::Meaning TermReader::read_identifier() {
   }
   expect_close("identifier");
   lexer.next();
+  return meaning;
+}
+
+// Whether a token behind "_" is the name of a literal such as (_ bv5 8).
+bool TermReader::is_bit_vector_number(const Token& token) const {
+  const std::string& text = token.text;
+  return builder.logic.has(Theory::BITS) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&
+         text.find_first_not_of("0123456789", 2) == std::string::npos;
+}
+
+// The name of a bit-vector literal, its width and its closing parenthesis.
+TermReader::Meaning TermReader::read_bit_vector_number() {
+  const Token& token = lexer.token;
+  const Position position = token.position;
+  const std::string name = token.text;
+  lexer.next();
+  if (token.kind == TokenKind::CLOSE) {
+    throw ParseError(token.position, "an index is expected, not " + token.description());
+  }
+  const uint64_t width = index_value(token.spelling(), shown(name), token.position);
+  lexer.next();
+  expect_close("identifier");
+  lexer.next();
+  Meaning meaning;
+  meaning.value = builder.bit_vector_number(name.substr(2), width, position);
   return meaning;
 }
 
@@ -68,8 +95,8 @@ Value TermReader::read_atom() {
     }
     case TokenKind::BINARY:
     case TokenKind::HEXADECIMAL:
-      throw ParseError(token.position,
-                       "unsupported: the bit-vector literal " + token.description());
+      value = builder.bits(token);
+      break;
     case TokenKind::STRING:
       throw ParseError(token.position, "unsupported: a string as a term");
     case TokenKind::END:
@@ -117,9 +144,10 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
         break;
       case Binding::Kind::FUNCTION:
         if (binding.symbol->arity == 0) {
-          meaning.value = {manager.make_constant(binding.symbol), binding.symbol->type};
+          meaning.value = {manager.make_constant(binding.symbol), binding.sort};
         } else {
           meaning.function = binding.symbol;
+          meaning.signature = binding.sort;
         }
         break;
     }
@@ -142,6 +170,7 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
     }
     if (symbol != nullptr) {
       meaning.function = symbol;
+      meaning.signature = symbol->type;
       return meaning;
     }
   }
@@ -150,14 +179,10 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
 
 void TermReader::reject_unknown(const Token& token) const {
   const std::string& text = token.text;
-  if (text.size() > 2 && text.compare(0, 2, "bv") == 0 && text[2] >= '0' && text[2] <= '9' &&
-      builder.logic.has(Theory::BIT_VECTORS)) {
-    throw ParseError(token.position, "unknown symbol " + token.description() +
-                                         " (bit-vector literals are not supported)");
-  }
   std::string why = "unknown symbol " + token.description();
   const Name& name = scopes.name(text);
-  if (name.theory != nullptr && name.theory->theory != Theory::NONE) {
+  if (name.theory_operator != nullptr ||
+      (name.theory != nullptr && name.theory->theory != Theory::NONE)) {
     why += " (the logic " + builder.logic.name() + " does not have it)";
   } else if (text.size() > 1 && text[0] == '-' && text[1] >= '0' && text[1] <= '9') {
     why += " (negative numbers are written (- " + shown(text.substr(1)) + "))";

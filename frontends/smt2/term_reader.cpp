@@ -186,7 +186,7 @@ void TermReader::close_application() {
   if (frame.kind == FrameKind::OPERATOR) {
     const Application application{*frame.head.op, frame.position,
                                   std::span(indices).subspan(frame.first_extra),
-                                  std::span(values).subspan(frame.first_value)};
+                                  std::span(values).subspan(frame.first_value), frame.sort};
     result = apply_operator(builder, application);
     indices.resize(frame.first_extra);
   } else if (frame.kind == FrameKind::FUNCTION) {
@@ -215,7 +215,7 @@ Value TermReader::apply_function(const Frame& frame, size_t num_args) {
   terms.reserve(num_args);
   for (size_t i = 0; i < num_args; ++i) {
     const Value& argument = values[frame.first_value + i];
-    const DataType* asked = function->type->get_component(i + 1);
+    const DataType* asked = frame.head.signature->get_component(i + 1);
     if (!builder.fits(argument.sort, asked)) {
       throw ParseError(frame.position, "argument " + std::to_string(i + 1) + " of " + name() +
                                            " has sort " + sort_text(manager, argument.sort) +
@@ -223,7 +223,8 @@ Value TermReader::apply_function(const Frame& frame, size_t num_args) {
     }
     terms.push_back(argument.term);
   }
-  return {manager.make_uninterpreted_function(function, terms), function->get_output_type()};
+  return {manager.make_uninterpreted_function(function, terms),
+          frame.head.signature->get_component(num_args + 1)};
 }
 
 Value TermReader::apply_macro(const Frame& frame, size_t num_args) {

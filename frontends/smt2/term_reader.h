@@ -51,18 +51,21 @@ class TermReader {
  private:
   // Whether the name, unless it is declared, is an operator, reserved or not.
   bool has_operator(const Name& name) const {
-    return is_reserved(name) ||
-           (name.theory_operator != nullptr && builder.logic.has(name.theory->readers));
+    if (is_reserved(name)) return true;
+    if (name.theory_operator == nullptr) return false;
+    return builder.logic.has(name.theory->readers) ||
+           (name.theory_operator->spells_constants && builder.logic.has(Theory::FLOATING_POINT));
   }
 
   enum class FrameKind { OPERATOR, FUNCTION, MACRO, BINDINGS, BODY, ANNOTATION };
 
-  // What stands at the head of an application, or a constant. Exactly one of the pointers is set,
-  // or the value.
+  // What stands at the head of an application, or a constant: exactly one of value, operator,
+  // function and macro is set.
   struct Meaning {
     Value value;
     const Operator* op = nullptr;
     const Symbol* function = nullptr;
+    const DataType* signature = nullptr;  // of the function: its type, in sorts
     const Macro* macro = nullptr;
   };
 
@@ -90,6 +93,8 @@ class TermReader {
 
   Value read_atom();
   Meaning read_identifier();
+  Meaning read_bit_vector_number();
+  bool is_bit_vector_number(const Token& token) const;
   Value as_constant(const Meaning& meaning, const std::string& name, Position position,
                     size_t first_index);
   const DataType* read_ascribed_sort();

@@ -2,7 +2,8 @@
 //
 // The sort may be Real where the manager's type of the term is Int: the manager has one numeral 3,
 // and an Int term is one of the Real terms. SMT-LIB tells 3 from 3.0 and i from (to_real i), and
-// the operators have to, because the manager has an operator for each.
+// the operators have to, because the manager has an operator for each. While a script is read,
+// sorts also tell arrays of Bool from those of bit-vectors that the manager has in their place.
 
 #ifndef FRONTENDS_SMT2_VALUE_H
 #define FRONTENDS_SMT2_VALUE_H

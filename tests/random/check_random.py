@@ -18,7 +18,7 @@ import tempfile
 
 COMMANDS = {
     "z3": ["z3", "-smt2"],
-    "cvc5": ["cvc5", "--lang", "smt2", "--incremental"],
+    "cvc5": ["cvc5", "--lang", "smt2", "--incremental", "--fp-exp"],
 }
 SCRIPT = re.compile(rb"^; script (\d+)\n", re.MULTILINE)
 SKIPPED = 77

@@ -1,5 +1,6 @@
-// Random well-typed scripts over Core, Ints, Reals, Reals_Ints and free sorts and functions, made
-// through the interface of the library, with any names that a term manager can hold.
+// Random well-typed scripts over all theories and free sorts and functions, made through the
+// interface of the library, with any names that a term manager can hold. All readers know what they
+// use.
 //
 // A script depends on its seed alone, on every machine: nothing of <random> is used but the
 // generator. Logics are drawn independently of the terms, so that most of them do not cover what
@@ -18,12 +19,18 @@
 #include "quill/printers/smtlib2_names.h"
 #include "quill/terms/derived.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/random/random_theory_terms.h"
 
 namespace quill::smt2 {
 
 class RandomScript {
  public:
-  RandomScript(TermManager& term_manager, uint32_t seed) : manager(term_manager), random(seed) {
+  RandomScript(TermManager& term_manager, uint32_t seed)
+      : manager(term_manager),
+        random(seed),
+        theories(
+            term_manager, [this](uint32_t n) { return below(n); },
+            [this](const DataType* type) { return make_of(type, 0); }, /*for_all_readers=*/true) {
     manager.set_reject_bool_arguments(false);
     make();
   }
@@ -41,9 +48,10 @@ class RandomScript {
 
   void make() {
     static const std::vector<std::string> logics = {
-        "",         "ALL",       "QF_UF",    "QF_IDL",   "QF_RDL",   "QF_LIA",   "QF_LRA",
-        "QF_LIRA",  "QF_NIA",    "QF_NRA",   "QF_NIRA",  "QF_UFIDL", "QF_UFRDL", "QF_UFLIA",
-        "QF_UFLRA", "QF_UFLIRA", "QF_UFNIA", "QF_UFNRA", "QF_UFNIRA"};
+        "",         "ALL",       "QF_UF",    "QF_IDL",   "QF_RDL",    "QF_LIA",   "QF_LRA",
+        "QF_LIRA",  "QF_NIA",    "QF_NRA",   "QF_NIRA",  "QF_UFIDL",  "QF_UFRDL", "QF_UFLIA",
+        "QF_UFLRA", "QF_UFLIRA", "QF_UFNIA", "QF_UFNRA", "QF_UFNIRA", "QF_AX",    "QF_BV",
+        "QF_ABV",   "QF_AUFBV",  "QF_FP",    "QF_BVFP",  "QF_FPLRA",  "QF_AUFLIA"};
     const std::string& name = pick(logics);
     if (!name.empty()) {
       logic = Logic(name);
@@ -55,10 +63,16 @@ class RandomScript {
     with_reals = (numbers & 2) != 0;
     with_functions = !one_in(3);
     with_products = one_in(3);
+    with_theories = one_in(2);
     declare_sorts();
     types.push_back(manager.get_bool_type());
     if (with_ints) types.push_back(manager.get_int_type());
     if (with_reals) types.push_back(manager.get_rat_type());
+    if (with_theories) {
+      for (const DataType* type : theories.types()) {
+        if (one_in(2)) types.push_back(type);
+      }
+    }
     for (uint32_t i = 3 + below(5); i != 0; --i) declare();
     uint64_t depth = 0;
     for (uint32_t i = 2 + below(4); i != 0; --i) {
@@ -323,6 +337,7 @@ class RandomScript {
     }
     const auto operand = [&] { return make_of(manager.get_bool_type(), depth - 1); };
     const uint32_t choice = below(13);
+    if (with_theories && one_in(2)) return make_of_theories();
     if (choice < 7) {
       const Term_* a = operand();
       if (choice == 0) return manager.make_not(a);
@@ -356,6 +371,14 @@ class RandomScript {
     }
     const Term_* b = make_argument(number, depth - 1);
     return choice == 11 ? make_lt(manager, a, b) : manager.make_leq(a, b);
+  }
+
+  // The last of some applications, or what it is equal to.
+  const Term_* make_of_theories() {
+    for (uint32_t i = below(6); i != 0; --i) keep(theories.make());
+    const Term_* term = keep(theories.make());
+    const DataType* type = term->symbol->get_output_type();
+    return type == manager.get_bool_type() ? term : manager.make_equal(make_of(type, 0), term);
   }
 
   const DataType* number_type() {
@@ -446,11 +469,13 @@ class RandomScript {
 
   TermManager& manager;
   std::mt19937 random;
+  RandomTheoryTerms theories;
   Logic logic;
   bool with_ints = false;
   bool with_reals = false;
   bool with_functions = false;
   bool with_products = false;
+  bool with_theories = false;
   std::vector<const DataType*> types;
   std::vector<const Symbol*> functions;  // declared and in scope
   std::vector<const Term_*> pool;        // terms over them

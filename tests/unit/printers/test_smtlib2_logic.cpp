@@ -43,6 +43,7 @@ TEST(Logic, OfNoNameAndAllAndUnknownNamesHaveEverything) {
 TEST(Logic, NumeralsAreRealWithoutIntegers) {
   EXPECT_TRUE(Logic("QF_RDL").numerals_are_real());
   EXPECT_TRUE(Logic("QF_UFNRA").numerals_are_real());
+  EXPECT_TRUE(Logic("QF_FP").numerals_are_real());
   EXPECT_FALSE(Logic("QF_LIRA").numerals_are_real());
   EXPECT_FALSE(Logic("QF_UF").numerals_are_real());
 }

@@ -73,6 +73,18 @@ TEST_F(Command, PrintsStandardInput) {
   EXPECT_EQ(output, script_printed);
 }
 
+TEST_F(Command, PrintsTheStandardOrExtensions) {
+  const std::string text = "(declare-const b (_ BitVec 2))\n(assert (= (sbv_to_int b) 1))\n";
+  const std::string file = write_file("a.smt2", text);
+  run("print " + file);
+  EXPECT_EQ(output,
+            "(declare-const b (_ BitVec 2))\n"
+            "(assert (= (- (bv2nat b) (ite (= ((_ extract 1 1) b) (_ bv1 1)) 4 0)) 1))\n");
+  run("print --extensions " + file);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output, text);
+}
+
 TEST_F(Command, ShowsStatisticsWithoutTiming) {
   run("stats --no-timing " + write_file("a.smt2", script));
   EXPECT_EQ(status, 0);
@@ -165,6 +177,83 @@ TEST_F(Command, EndsQuietlyWhenNobodyReads) {
   while (content("status").empty()) std::system("sleep 0.1");
   EXPECT_EQ(content("status"), "1\n");
   EXPECT_EQ(errors, "");
+}
+
+const std::string scopes_script =
+    "(declare-const x Int)(declare-const |a=b| Int)(assert (<= x |a=b|))"
+    "(push 1)(declare-const y Int)(assert (<= y 7))(pop 1)";
+
+TEST_F(Command, SubstitutesConstants) {
+  const std::string file = write_file("a.smt2", scopes_script);
+  run("substitute --set 'x=(+ |a=b| 1)' --set '|a=b|=5' " + file);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output,
+            "(declare-const x Int)\n(declare-const a=b Int)\n(assert (<= (+ a=b 1) 5))\n"
+            "(push 1)\n(declare-const y Int)\n(assert (<= y 7))\n(pop 1)\n");
+}
+
+TEST_F(Command, SaysWhatIsWrongWithASetting) {
+  const std::string file = write_file("a.smt2", scopes_script);
+  const auto message = [&](const std::string& setting) {
+    run("substitute --set '" + setting + "' " + file);
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(output, "");
+    return errors.substr(file.size());
+  };
+  EXPECT_EQ(message("x"), ": error: 'x' is not NAME=TERM\n");
+  EXPECT_EQ(message("|a=b|"), ": error: '|a=b|' is not NAME=TERM\n");
+  EXPECT_EQ(message("q=1"), ": error: in 'q=1': unknown symbol 'q'\n");
+  EXPECT_EQ(message("y=1"), ": error: in 'y=1': unknown symbol 'y'\n");
+  EXPECT_EQ(message("x=(+ 1"), ": error: in 'x=(+ 1': the input ends where a term is expected\n");
+  EXPECT_EQ(message("(+ x 1)=1"),
+            ": error: '(+ x 1)=1' does not begin with the name of a constant\n");
+  EXPECT_EQ(message("x=true"), ": error: substitution between terms of incompatible types\n");
+}
+
+TEST_F(Command, PrintsACopy) {
+  const std::string file = write_file("a.smt2", scopes_script);
+  run("print " + file);
+  const std::string original = output;
+  run("copy " + file);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output, original);
+}
+
+TEST_F(Command, ReportsACollection) {
+  run("gc " + write_file("a.smt2", scopes_script));
+  EXPECT_EQ(status, 0);
+  // y, 7 and their comparison go.
+  EXPECT_EQ(output,
+            "assertions kept: 1\n"
+            "terms freed: 3 of 8\n"
+            "symbols freed: 2 of 23\n"
+            "types freed: 0 of 15\n"
+            "memory given back: 0 bytes of terms in 0 slabs, 0 bytes of their index\n");
+}
+
+TEST_F(Command, PrintsAfterACollection) {
+  const std::string file = write_file("a.smt2", scopes_script);
+  run("print " + file);
+  const std::string original = output;
+  run("gc --print " + file);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(output, original);
+}
+
+TEST_F(Command, PrintsTheExamplesAsAFixedPoint) {
+  size_t files = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(QUILL_SOURCE_DIR "/examples/benchmarks")) {
+    if (entry.path().extension() != ".smt2") continue;
+    files++;
+    run("print '" + entry.path().string() + "'");
+    EXPECT_EQ(status, 0) << entry.path();
+    EXPECT_NE(output.find("(check-sat)"), std::string::npos) << entry.path();
+    const std::string once = output;
+    run("print '" + write_file("again.smt2", once) + "'");
+    EXPECT_EQ(output, once) << entry.path();
+  }
+  EXPECT_EQ(files, 5u);
 }
 
 TEST_F(Command, NeedsASubcommand) {

@@ -262,7 +262,7 @@ TEST(DerivedFpMeaning, ToUbvOfEveryValueOfSmallFormats) {
   for (size_t e = 2; e <= 4; e++) {
     for (size_t m = 2; m <= 4; m++) {
       // The largest finite values are below 4, 16 and 256.
-      for (const size_t width : {1, 2, 4, 5, 8, 9}) check_format({e, m}, width);
+      for (const int width : {1, 2, 4, 5, 8, 9}) check_format({e, m}, static_cast<size_t>(width));
     }
   }
 }
