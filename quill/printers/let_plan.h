@@ -1,10 +1,10 @@
 // Which subterms of a printed term are bound by let, and in which order.
 //
 // A subterm is bound when it occurs more than once, unless it is tiny: a constant, one operator
-// without indices and one constant behind it, such as (not p), or a product of a few numerals. Bindings are put
-// into groups, one let for each: group 0 refers to no binding, group n + 1 to some binding of group
-// n, so that the lets nest no deeper than they must. Within a group the order is that of a walk
-// from the left, and depends on the term alone.
+// without indices and one constant behind it, such as (not p), or a product of a few numerals.
+// Bindings are put into groups, one let for each: group 0 refers to no binding, group n + 1 to some
+// binding of group n, so that the lets nest no deeper than they must. Within a group the order is
+// that of a walk from the left, and depends on the term alone.
 //
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 

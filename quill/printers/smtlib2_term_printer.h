@@ -103,7 +103,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   void print_copy(std::ostream& out, StandardEncoding& encoding, const Term_* copy,
                   const DataType* expected, bool with_annotations) const;
   void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
- TermSet& with_annotations) const;
+                                   TermSet& with_annotations) const;
   void print_annotated(std::ostream& out, const Term_* root, const DataType* expected);
   void print_above_annotated(std::ostream& out, const Term_* root, const DataType* expected,
                              const Weights& above);
@@ -112,7 +112,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named) const;
   void print_annotation_end(std::ostream& out, const Term_* t) const;
   void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected);
-  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected, const LetPlan& plan, TermSet* named) const;
+  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected,
+                       const LetPlan& plan, TermSet* named) const;
   void print_with_bindings(std::ostream& out, const Term_* root, const DataType* expected,
                            const LetPlan* plan, TermSet* named) const;
   void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;

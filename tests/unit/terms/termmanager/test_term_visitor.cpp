@@ -449,6 +449,29 @@ TEST(TermVisitorAgainstRecursion, AllGraphsOfFourNodesWithUpToThreeArguments) {
   EXPECT_EQ(graphs, 1U + 4U + 60U + 2400U);
 }
 
+TEST(TermVisitorAgainstRecursion, AllGraphsOfFiveNodesWithUpToTwoArguments) {
+  Graph g;
+  std::mt19937 random(7);
+  size_t graphs = 0;
+  Terms nodes;
+  const std::vector<int> go_on(10, 2);
+  for_all_graphs(5, 2, g, nodes, [&](const Terms& graph) {
+    graphs++;
+    for (const bool dag_mode : {as_dag, as_tree}) {
+      compare(graph, go_on, dag_mode);
+      for (int round = 0; round < 8; round++) {
+        std::vector<int> answers = go_on;
+        for (int& answer : answers) {
+          if (random() % 4 == 0) answer = static_cast<int>(random() % 3);
+        }
+        compare(graph, answers, dag_mode);
+      }
+    }
+  });
+  // The second node has 3 choices of arguments, the third 7, the fourth 13, the fifth 21.
+  EXPECT_EQ(graphs, 3U * 7U * 13U * 21U);
+}
+
 TEST(TermVisitorAgainstRecursion, AllGraphsOfThreeNodesWithAllAnswers) {
   Graph g;
   size_t walks = 0;
