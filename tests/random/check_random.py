@@ -22,6 +22,7 @@ COMMANDS = {
 }
 SCRIPT = re.compile(rb"^; script (\d+)\n", re.MULTILINE)
 SKIPPED = 77
+TIME_LIMIT = 300  # seconds for one solver process; z3 begins to solve at a push
 
 
 def make_scripts(program, first, count):
@@ -34,6 +35,15 @@ def make_scripts(program, first, count):
     return faults, list(zip((int(seed) for seed in pieces[::2]), pieces[1::2]))
 
 
+def run(command):
+    """What a command writes, and how it ended."""
+    try:
+        done = subprocess.run(command, capture_output=True, check=False, timeout=TIME_LIMIT)
+    except subprocess.TimeoutExpired as expired:
+        return expired.stdout or b"", f"no end after {TIME_LIMIT} seconds"
+    return done.stdout + done.stderr, f"ended with status {done.returncode}"
+
+
 def read_scripts(solver, scripts):
     """What the solver says against the scripts, at most one message for each."""
     faults = []
@@ -42,10 +52,10 @@ def read_scripts(solver, scripts):
         with tempfile.NamedTemporaryFile(suffix=".smt2") as file:
             file.write(text)
             file.flush()
-            done = subprocess.run([*COMMANDS[solver], file.name], capture_output=True, check=False)
+            output, end = run([*COMMANDS[solver], file.name])
         current = scripts[0][0]
         refused = {}
-        for line in (done.stdout + done.stderr).decode(errors="replace").splitlines():
+        for line in output.decode(errors="replace").splitlines():
             marker = re.search(r"@script (\d+)", line)
             if marker:
                 current = int(marker[1])
@@ -56,7 +66,7 @@ def read_scripts(solver, scripts):
         rest = [i for i, (seed, _) in enumerate(scripts) if seed == current]
         at_end = current == scripts[-1][0]
         if not at_end and current not in refused:
-            faults.append(f"{solver}: script {current}: ended with status {done.returncode}")
+            faults.append(f"{solver}: script {current}: {end}")
         scripts = [] if at_end else scripts[rest[0] + 1:]
     return faults
 
