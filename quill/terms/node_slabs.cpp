@@ -43,35 +43,50 @@ void unpoison([[maybe_unused]] void* memory, [[maybe_unused]] size_t bytes) {
 }  // namespace
 
 NodeSlabs::~NodeSlabs() {
-  for (const Slab& slab : directory) ::operator delete(slab.memory);
+  for (const Slab& slab : directory) {
+    if (slab.region == none) ::operator delete(slab.memory);
+  }
 }
 
 uint32_t NodeSlabs::add_slab(uint64_t arity, size_t bytes, uint32_t capacity) {
   if (vacant == none) {
     if (directory.size() == max_slabs - 1) throw std::bad_alloc();  // the last handles mean none
-    directory.push_back({nullptr, 0, 0, none});
+    directory.push_back({nullptr, 0, 0, none, none});
     vacant = static_cast<uint32_t>(directory.size() - 1);
   }
-  char* memory = static_cast<char*>(::operator new(bytes));
+  const bool in_region = bytes == max_slab_bytes && bytes_held >= min_bytes_for_regions;
+  const auto [memory, region] =
+      in_region ? regions.allocate()
+                : SlabRegions::Piece{static_cast<char*>(::operator new(bytes)), none};
   const uint32_t slab = vacant;
   vacant = directory[slab].capacity;
-  directory[slab] = {memory, arity, 0, capacity};
+  directory[slab] = {memory, static_cast<uint32_t>(arity), 0, capacity, region};
   slabs_held++;
   bytes_held += bytes;
   return slab;
 }
 
+void NodeSlabs::free_memory(const Slab& slab) noexcept {
+  if (slab.region == none) {
+    ::operator delete(slab.memory);
+  } else {
+    unpoison(slab.memory, max_slab_bytes);
+    regions.free({slab.memory, slab.region});
+  }
+}
+
 void NodeSlabs::release(uint32_t slab) noexcept {
   slabs_held--;
   bytes_held -= bytes_of(directory[slab]);
-  ::operator delete(directory[slab].memory);
-  directory[slab] = {nullptr, 0, 0, vacant};
+  free_memory(directory[slab]);
+  directory[slab] = {nullptr, 0, 0, vacant, none};
   vacant = slab;
 }
 
 // A node in a slab of its own.
 uint32_t NodeSlabs::allocate_large(uint64_t arity) {
-  if (arity > (SIZE_MAX - sizeof(Term_)) / word) throw std::bad_alloc();
+  if (arity > std::min<uint64_t>(UINT32_MAX, (SIZE_MAX - sizeof(Term_)) / word))
+    throw std::bad_alloc();
   const uint32_t slab = add_slab(arity, sizeof(Term_) + arity * word, /*capacity=*/1);
   directory[slab].used = 1;
   return slab << offset_bits;
@@ -128,6 +143,7 @@ size_t NodeSlabs::sweep(const std::vector<bool>& seen) noexcept {
       vacant = slab;
     }
   }
+  regions.give_back();
   return freed;
 }
 

@@ -8,7 +8,8 @@
 // so that a handle is turned into an address by one look at the directory, and memory is bounded by
 // 2^19 slabs (32 GiB of nodes in full slabs). The slabs of one arity double in size up to 64 KiB; a
 // slab that is given back halves the size of the next one. A large node, of more than
-// max_slab_arity arguments, has a slab of its own.
+// max_slab_arity arguments, has a slab of its own. Once there are some megabytes of nodes, slabs of
+// 64 KiB lie in huge pages (slab_regions.h).
 //
 // Free nodes keep their place: their symbol is null and their id field is the handle of the next
 // free node of the same arity. Under AddressSanitizer they are poisoned, so that the use of a freed
@@ -25,6 +26,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "quill/terms/slab_regions.h"
 #include "quill/terms/term.h"
 
 namespace quill {
@@ -73,12 +75,15 @@ class NodeSlabs {
   static constexpr size_t first_slab_bytes = 1024;
   static constexpr size_t max_slab_bytes = word << offset_bits;
   static constexpr uint64_t max_slab_arity = 1022;  // nodes of 8 KiB
+  static constexpr size_t min_bytes_for_regions = size_t{1} << 21;
+  static_assert(max_slab_bytes == SlabRegions::piece_bytes);
 
   struct Slab {
     char* memory;
-    uint64_t arity;
+    uint32_t arity;
     uint32_t used;      // words handed out so far, free nodes included
     uint32_t capacity;  // words in all
+    uint32_t region;    // of the memory, none if it is not in a region
     // The slab of a large node counts as one word. A place without a slab has no memory, and its
     // capacity is the next such place.
   };
@@ -95,11 +100,13 @@ class NodeSlabs {
     return slab.arity > max_slab_arity ? sizeof(Term_) + slab.arity * word : slab.capacity * word;
   }
   uint32_t add_slab(uint64_t arity, size_t bytes, uint32_t capacity);
+  void free_memory(const Slab& slab) noexcept;
   uint32_t allocate_large(uint64_t arity);
   void put_on_free_list(uint32_t handle, uint64_t arity) noexcept;
   size_t sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexcept;
   void release(uint32_t slab) noexcept;
 
+  SlabRegions regions;
   std::vector<Slab> directory;
   std::vector<SizeClass> classes;  // by arity, up to the largest one asked for
   uint32_t vacant = none;          // the first place without a slab

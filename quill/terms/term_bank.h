@@ -11,7 +11,7 @@
 // here. It owns the terms; it does not own the symbols, which must outlive them.
 //
 // Limits: 2^19 slabs, that is 32 GiB of nodes of up to 1022 arguments, and a slab for each larger
-// node. Beyond them make_term throws std::bad_alloc.
+// node, of fewer than 2^32 arguments. Beyond them make_term throws std::bad_alloc.
 
 #ifndef QUILL_TERMS_TERM_BANK_H
 #define QUILL_TERMS_TERM_BANK_H

@@ -24,6 +24,8 @@
 #include <new>
 #include <vector>
 
+#include "quill/utils/huge_pages.h"
+
 namespace quill {
 
 class InternIndex {
@@ -85,7 +87,7 @@ class InternIndex {
   void clear(size_t expected) noexcept {
     assert(expected <= taken);
     taken = 0;
-    std::vector<Slot> smaller;
+    Slots smaller;
     if (allocate_smaller(smaller, expected)) {
       slots.swap(smaller);
     } else {
@@ -95,7 +97,7 @@ class InternIndex {
 
   // Gives room back when much fewer entries are left than there was room for.
   void shrink() noexcept {
-    std::vector<Slot> smaller;
+    Slots smaller;
     if (!allocate_smaller(smaller, taken)) return;
     for (const Slot& slot : slots) {
       if (slot.handle != none) place(smaller, slot);
@@ -112,8 +114,9 @@ class InternIndex {
     uint32_t hash = 0;
     uint32_t handle = none;
   };
+  using Slots = std::vector<Slot, huge_pages::Allocator<Slot>>;
 
-  static void place(std::vector<Slot>& into, Slot entry) noexcept {
+  static void place(Slots& into, Slot entry) noexcept {
     const size_t mask = into.size() - 1;
     size_t i = entry.hash & mask;
     while (into[i].handle != none) i = (i + 1) & mask;
@@ -132,7 +135,7 @@ class InternIndex {
 
   // Whether a table for so many entries, and as many again, is at most half as large, and could be
   // had.
-  bool allocate_smaller(std::vector<Slot>& smaller, size_t entries) const noexcept {
+  bool allocate_smaller(Slots& smaller, size_t entries) const noexcept {
     size_t wanted = fewest_slots;
     while (3 * entries > wanted) wanted *= 2;
     if (2 * wanted > slots.size()) return false;
@@ -146,7 +149,7 @@ class InternIndex {
 
   void grow() {
     if (taken + 1 >= none) throw std::bad_alloc();  // out of handles
-    std::vector<Slot> larger(slots.empty() ? fewest_slots : 2 * slots.size());
+    Slots larger(slots.empty() ? fewest_slots : 2 * slots.size());
     for (const Slot& slot : slots) {
       if (slot.handle != none) place(larger, slot);
     }
@@ -155,7 +158,7 @@ class InternIndex {
 
   static constexpr size_t fewest_slots = 64;
 
-  std::vector<Slot> slots;  // a power of two, or none at all
+  Slots slots;  // a power of two, or none at all
   size_t taken = 0;
 };
 

@@ -1,0 +1,63 @@
+// Large blocks of memory in huge pages, where the system has them.
+//
+// A table or a slab region of many megabytes is read at random; with pages of 4 KiB nearly every
+// such read misses the processor's table of page addresses as well as its caches. Blocks are whole
+// multiples of a huge page and aligned to one, so that the system can map them as such. Elsewhere
+// than on systems with mmap and madvise they come from operator new.
+//
+// Everything here is safe to call from any thread.
+
+#ifndef QUILL_UTILS_HUGE_PAGES_H
+#define QUILL_UTILS_HUGE_PAGES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+namespace quill::huge_pages {
+
+constexpr size_t page_bytes = size_t{1} << 21;
+
+// The smallest multiple of a page that has room for this many bytes.
+constexpr size_t round_up(size_t bytes) { return (bytes + page_bytes - 1) & ~(page_bytes - 1); }
+
+// A block of a multiple of page_bytes, its contents unknown. Throws std::bad_alloc.
+void* allocate(size_t bytes);
+void deallocate(void* block, size_t bytes) noexcept;
+
+// Hands a part of a block back to the system, which keeps the addresses valid and the contents
+// unknown. Begins and ends at multiples of 64 KiB within the block.
+void discard(void* part, size_t bytes) noexcept;
+
+// An allocator for vectors that uses blocks from a whole page on, and operator new below that.
+template <class T>
+struct Allocator {
+  using value_type = T;
+
+  Allocator() = default;
+  template <class U>
+  Allocator(const Allocator<U>&) {}  // NOLINT(google-explicit-constructor): as allocators are
+
+  T* allocate(size_t n) {
+    if (n > (SIZE_MAX - page_bytes) / sizeof(T)) throw std::bad_array_new_length();
+    const size_t bytes = n * sizeof(T);
+    return static_cast<T*>(bytes < min_bytes ? ::operator new(bytes)
+                                             : huge_pages::allocate(round_up(bytes)));
+  }
+  void deallocate(T* block, size_t n) noexcept {
+    const size_t bytes = n * sizeof(T);
+    if (bytes < min_bytes) {
+      ::operator delete(block);
+    } else {
+      huge_pages::deallocate(block, round_up(bytes));
+    }
+  }
+  friend bool operator==(const Allocator&, const Allocator&) { return true; }
+
+ private:
+  static constexpr size_t min_bytes = page_bytes;
+};
+
+}  // namespace quill::huge_pages
+
+#endif

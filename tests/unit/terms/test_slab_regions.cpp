@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <set>
+#include <vector>
+
+#include "quill/terms/slab_regions.h"
+
+namespace quill {
+namespace {
+
+constexpr size_t piece_bytes = 65536;
+
+TEST(SlabRegions, PiecesLieSideBySideInARegionOfThirtyTwo) {
+  SlabRegions regions;
+  const SlabRegions::Piece first = regions.allocate();
+  EXPECT_EQ(first.region, 0U);
+  EXPECT_EQ(reinterpret_cast<uintptr_t>(first.memory) % 2097152, 0U);
+  for (size_t i = 1; i < 32; i++) {
+    const SlabRegions::Piece piece = regions.allocate();
+    EXPECT_EQ(piece.region, 0U);
+    EXPECT_EQ(piece.memory, first.memory + i * piece_bytes);
+  }
+  EXPECT_EQ(regions.allocate().region, 1U);
+}
+
+TEST(SlabRegions, TheLowestFreePieceIsHandedOutFirst) {
+  SlabRegions regions;
+  std::vector<SlabRegions::Piece> pieces;
+  for (int i = 0; i < 70; i++) pieces.push_back(regions.allocate());
+  for (const size_t i : {65, 40, 3, 31}) regions.free(pieces[i]);
+  for (const size_t i : {3, 31, 40, 65}) EXPECT_EQ(regions.allocate().memory, pieces[i].memory);
+}
+
+TEST(SlabRegions, GivingBackLeavesThePiecesInUseAlone) {
+  SlabRegions regions;
+  std::vector<SlabRegions::Piece> pieces;
+  for (int i = 0; i < 96; i++) {
+    pieces.push_back(regions.allocate());
+    std::memset(pieces.back().memory, i, piece_bytes);
+  }
+  // All of the second region, and runs at both ends and in the middle of the others.
+  const std::set<int> kept{4, 5, 9, 63 + 8};
+  for (int i = 0; i < 96; i++) {
+    if (kept.count(i) == 0) regions.free(pieces[static_cast<size_t>(i)]);
+  }
+  regions.give_back();
+  for (const int i : kept) {
+    for (size_t at = 0; at < piece_bytes; at++) {
+      ASSERT_EQ(pieces[static_cast<size_t>(i)].memory[at], i);
+    }
+  }
+  // All places serve again.
+  for (int i = 0; i < 92; i++) std::memset(regions.allocate().memory, 'z', piece_bytes);
+  for (const int i : kept) EXPECT_EQ(pieces[static_cast<size_t>(i)].memory[piece_bytes - 1], i);
+  EXPECT_EQ(regions.allocate().region, 3U);
+}
+
+TEST(SlabRegions, RandomUseNeverSharesAPiece) {
+  SlabRegions regions;
+  std::mt19937 random(7);
+  std::vector<SlabRegions::Piece> held;
+  std::set<char*> addresses;
+  for (int step = 0; step < 20000; step++) {
+    const unsigned what = random() % 16;
+    if (what == 0) {
+      regions.give_back();
+    } else if (what < 9 || held.empty()) {
+      held.push_back(regions.allocate());
+      ASSERT_TRUE(addresses.insert(held.back().memory).second);
+      held.back().memory[0] = 'x';
+    } else {
+      const size_t i = random() % held.size();
+      ASSERT_EQ(held[i].memory[0], 'x');
+      addresses.erase(held[i].memory);
+      regions.free(held[i]);
+      held[i] = held.back();
+      held.pop_back();
+    }
+  }
+  EXPECT_EQ(addresses.size(), held.size());
+}
+
+}  // namespace
+}  // namespace quill
