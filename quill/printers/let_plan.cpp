@@ -1,6 +1,7 @@
 #include "quill/printers/let_plan.h"
 
 #include <algorithm>
+#include <new>
 
 namespace quill {
 
@@ -28,7 +29,7 @@ bool is_tiny(const WrittenForm& form) {
 
 LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of) {
   collect(root, form_of);
-  bind(manager, root, form_of);
+  bind(manager);
 }
 
 // Counts the places in which each subterm is written, and lists the subterms with operands before
@@ -36,53 +37,79 @@ LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& fo
 void LetPlan::collect(const Term_* root, const FormOf& form_of) {
   if (root->symbol->arity == 0) return;
   struct Frame {
-    WrittenForm form;
-    uint64_t next;  // the operand to go to next
+    uint32_t node;
+    uint32_t next;  // the operand to go to next
+    uint32_t num_operands;
   };
-  std::vector<Frame> open{{form_of(root), 0}};
-  nodes[root].occurrences = 1;
+  Array<Frame> open;
+  TermTable<uint32_t> numbers;
+  const auto add_node = [&](const Term_* t) {
+    const WrittenForm form = form_of(t);
+    const uint64_t num_operands = form.num_operands();
+    const size_t first_operand = operands.size();
+    if (num_operands >= constant - first_operand) throw std::bad_alloc();  // out of numbers
+    open.push_back({static_cast<uint32_t>(nodes.size()), 0, static_cast<uint32_t>(num_operands)});
+    nodes.push_back({form, static_cast<uint32_t>(first_operand), 1, 0, 0});
+    operands.resize(first_operand + num_operands, constant);
+  };
+  numbers.insert(root, 0);
+  add_node(root);
   while (!open.empty()) {
     Frame& frame = open.back();
-    if (frame.next == frame.form.num_operands()) {
-      if (frame.form.op != nullptr && !frame.form.op->standard) extensions = true;
-      post_order.push_back(frame.form.term);
+    const Node& node = nodes[frame.node];
+    if (frame.next == frame.num_operands) {
+      if (node.form.op != nullptr && !node.form.op->standard) extensions = true;
+      post_order.push_back(frame.node);
       open.pop_back();
       continue;
     }
-    const Term_* operand = frame.form.operand(frame.next++).term;
-    if (operand->symbol->arity != 0 && nodes[operand].occurrences++ == 0) {
-      open.push_back({form_of(operand), 0});
+    const uint32_t place = node.first_operand + frame.next;
+    const Term_* operand = node.form.operand(frame.next++).term;
+    if (operand->symbol->arity == 0) continue;
+    const uint32_t next = static_cast<uint32_t>(nodes.size());
+    const uint32_t number = numbers.insert(operand, next);
+    operands[place] = number;
+    if (number == next) {
+      add_node(operand);
+    } else {
+      nodes[number].occurrences++;
     }
   }
 }
 
-void LetPlan::bind(const TermManager& manager, const Term_* root, const FormOf& form_of) {
+void LetPlan::bind(const TermManager& manager) {
   // The level of a term is the number of groups that must come before it.
   std::vector<size_t> sizes;  // of the groups
-  for (const Term_* t : post_order) {
-    const WrittenForm form = form_of(t);
-    Node& node = nodes[t];
-    for (uint64_t i = 0; i < form.num_operands(); i++) {
-      const auto operand = nodes.find(form.operand(i).term);
-      if (operand == nodes.end()) continue;
-      const bool is_bound = operand->second.number != 0;
-      node.level = std::max(node.level, operand->second.level + (is_bound ? 1 : 0));
+  std::vector<uint32_t> shared;
+  for (const uint32_t at : post_order) {
+    Node& node = nodes[at];
+    const WrittenForm& form = node.form;
+    const uint32_t* operand = operands.data() + node.first_operand;
+    for (uint64_t i = form.num_operands(); i-- > 0; operand++) {
+      if (*operand == constant) continue;
+      const bool is_bound = nodes[*operand].number != 0;
+      node.level = std::max(node.level, nodes[*operand].level + (is_bound ? 1 : 0));
     }
-    if (t == root || node.occurrences < 2 || is_tiny(form) || is_numeral_product(manager, t)) {
+    if (at == 0 || node.occurrences < 2 || is_tiny(form) ||
+        is_numeral_product(manager, form.term)) {
       continue;
     }
     node.number = 1;  // bound; which number follows below
     if (node.level == sizes.size()) sizes.push_back(0);
     sizes[node.level]++;
-    bound.push_back(t);
+    shared.push_back(at);
   }
 
   size_t end = 0;
   for (const size_t size : sizes) ends.push_back(end += size);
-  std::stable_sort(bound.begin(), bound.end(), [this](const Term_* a, const Term_* b) {
-    return nodes.find(a)->second.level < nodes.find(b)->second.level;
-  });
-  for (size_t i = 0; i < bound.size(); i++) nodes[bound[i]].number = i + 1;
+  std::vector<size_t> next(sizes.size());  // the position of the next binding of each group
+  for (size_t level = 1; level < sizes.size(); level++) next[level] = ends[level - 1];
+  bound.resize(end);
+  for (const uint32_t at : shared) {
+    const size_t position = next[nodes[at].level]++;
+    bound[position] = at;
+    nodes[at].number = static_cast<uint32_t>(position + 1);
+  }
 }
 
 }  // namespace quill

@@ -6,6 +6,10 @@
 // binding of group n, so that the lets nest no deeper than they must. Within a group the order is
 // that of a walk from the left, and depends on the term alone.
 //
+// Representation: the subterms that are no constants are numbered, from the root at 0 in the order
+// in which a walk meets them; one array has the nodes, another the numbers of their operands. Terms
+// are looked up while the numbers are given, and no more.
+//
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 
 #ifndef QUILL_PRINTERS_LET_PLAN_H
@@ -18,8 +22,9 @@
 
 #include "quill/printers/written_form.h"
 #include "quill/terms/term.h"
+#include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/hash_map.h"
+#include "quill/utils/huge_pages.h"
 
 namespace quill {
 
@@ -28,10 +33,13 @@ class LetPlan {
   // How terms are to be written: which operands stand where.
   using FormOf = std::function<WrittenForm(const Term_*)>;
 
+  // The number of constants, which are not in the plan.
+  static constexpr uint32_t constant = UINT32_MAX;
+
   LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of);
 
-  // The bound terms, group by group; the number of a binding is its position here plus one.
-  const std::vector<const Term_*>& bindings() const { return bound; }
+  // The bound nodes, group by group; the number of a binding is its position here plus one.
+  const std::vector<uint32_t>& bindings() const { return bound; }
 
   // The position behind the last binding of each group.
   const std::vector<size_t>& group_ends() const { return ends; }
@@ -39,25 +47,34 @@ class LetPlan {
   // Whether some operator in the text is none of the standard.
   bool has_extensions() const { return extensions; }
 
-  // The number of the binding, 0 if the term is not bound.
-  uint64_t binding_number(const Term_* t) const {
-    const auto found = nodes.find(t);
-    return found != nodes.end() ? found->second.number : 0;
+  // How a node is written, and the nodes of its operands there.
+  const WrittenForm& form(uint32_t node) const { return nodes[node].form; }
+  uint32_t operand(uint32_t node, uint64_t i) const {
+    return operands[nodes[node].first_operand + i];
   }
 
+  // The number of the binding, 0 if the node is not bound.
+  uint32_t binding_number(uint32_t node) const { return node == constant ? 0 : nodes[node].number; }
+
  private:
+  template <class T>
+  using Array = std::vector<T, huge_pages::Allocator<T>>;
+
   struct Node {
-    uint64_t occurrences = 0;
-    uint64_t number = 0;
-    size_t level = 0;
+    WrittenForm form;
+    uint32_t first_operand;
+    uint32_t occurrences;
+    uint32_t level;
+    uint32_t number;
   };
 
   void collect(const Term_* root, const FormOf& form_of);
-  void bind(const TermManager& manager, const Term_* root, const FormOf& form_of);
+  void bind(const TermManager& manager);
 
-  hsh::HashMap<const Term_*, Node> nodes;  // every subterm that is not a constant
-  std::vector<const Term_*> post_order;
-  std::vector<const Term_*> bound;
+  Array<Node> nodes;
+  Array<uint32_t> operands;
+  Array<uint32_t> post_order;
+  std::vector<uint32_t> bound;
   std::vector<size_t> ends;
   bool extensions = false;
 };

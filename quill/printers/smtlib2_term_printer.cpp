@@ -3,6 +3,7 @@
 #include <cassert>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "quill/printers/smtlib2_syntax.h"
 
@@ -22,11 +23,15 @@ void SmtLib2TermPrinter::print_atom(std::ostream& out, const Term_* t, bool with
 
 void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const DataType* expected,
                                     bool with_annotations) {
+  // The symbols of the last text may have been freed.
+  texts.emplace(manager, rename_prefix, logic);
+  TextBuffer buffer(out);
   if (with_annotations && annotations != nullptr && annotations->count != 0) {
-    if (!print_encoded(out, t, expected, with_annotations)) print_annotated(out, t, expected);
+    if (!print_encoded(out, t, expected, with_annotations)) print_annotated(buffer, t, expected);
   } else {
-    print_unannotated(out, t, expected);
+    print_unannotated(buffer, t, expected);
   }
+  buffer.flush();
 }
 
 //---------------------------------------------------------------------------------------------
@@ -124,7 +129,7 @@ void SmtLib2TermPrinter::find_terms_with_annotations(const std::vector<const Ter
 // The terms above an annotated one are written without let, operator by operator; everything else
 // below them, and what is inside an annotation, is written with lets of its own.
 
-void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
+void SmtLib2TermPrinter::print_annotated(TextBuffer& out, const Term_* root,
                                          const DataType* expected) {
   constexpr uint64_t max_blowup = 16;
   constexpr uint64_t always_allowed = 1000;
@@ -138,42 +143,9 @@ void SmtLib2TermPrinter::print_annotated(std::ostream& out, const Term_* root,
     TermSet named;
     print_with_lets(out, root, expected, plan, &named);
   } else {
-    print_above_annotated(out, root, expected, above);
-  }
-}
-
-void SmtLib2TermPrinter::print_above_annotated(std::ostream& out, const Term_* root,
-                                               const DataType* expected, const Weights& above) {
-  TermSet named;  // written before, and to be written by name from now on
-  std::vector<Item> work{{root, expected, ""}};
-  while (!work.empty()) {
-    const Item item = work.back();
-    work.pop_back();
-    const Term_* t = item.term;
-    print_text(out, item);
-    if (t == nullptr) continue;
-
-    const bool is_above = above.find(t) != above.end();
-    if (needs_to_real(t, item.expected) && (is_annotated(t) || is_above)) {
-      out << "(to_real ";
-      work.push_back({nullptr, nullptr, ")"});
-      work.push_back({t, nullptr, ""});
-      continue;
-    }
-    if (is_annotated(t) && !is_repeated_numeral(t, named)) {
-      if (!print_annotation_start(out, t, named)) continue;
-      work.push_back(end_of_annotation(t));
-    }
-    if (!is_above) {
-      print_unannotated(out, t, item.expected);
-      continue;
-    }
-    const WrittenForm form = form_of(t, /*with_annotations=*/true);
-    print_operator(out, form);
-    work.push_back(closing(form));
-    push_operands(work, form, [this](const Term_* operand) {
-      return may_join(operand, /*with_annotations=*/true);
-    });
+    OpenTerms open;
+    TermSet named;
+    print_tree(out, open, {root, LetPlan::constant, expected}, {nullptr, &above, &named});
   }
 }
 
@@ -215,7 +187,7 @@ bool SmtLib2TermPrinter::is_repeated_numeral(const Term_* t, const TermSet& name
 
 // Begins an annotation. False when the term was written before: then it has been written again, by
 // its name.
-bool SmtLib2TermPrinter::print_annotation_start(std::ostream& out, const Term_* t,
+bool SmtLib2TermPrinter::print_annotation_start(TextBuffer& out, const Term_* t,
                                                 TermSet& named) const {
   if (named.find(t) != named.end()) {
     for (const auto& [key, value] : annotations->find(t)->second) {
@@ -230,7 +202,7 @@ bool SmtLib2TermPrinter::print_annotation_start(std::ostream& out, const Term_* 
   return true;
 }
 
-void SmtLib2TermPrinter::print_annotation_end(std::ostream& out, const Term_* t) const {
+void SmtLib2TermPrinter::print_annotation_end(TextBuffer& out, const Term_* t) const {
   for (const auto& [key, value] : annotations->find(t)->second) {
     out << (key.substr(0, 1) == ":" ? " " : " :") << key << ' ' << value;
   }
@@ -241,203 +213,179 @@ void SmtLib2TermPrinter::print_annotation_end(std::ostream& out, const Term_* t)
 // Terms and their lets
 
 // The plan knows at no cost whether there is anything to encode.
-void SmtLib2TermPrinter::print_unannotated(std::ostream& out, const Term_* root,
+void SmtLib2TermPrinter::print_unannotated(TextBuffer& out, const Term_* root,
                                            const DataType* expected) {
   if (share && root->symbol->arity != 0) {
     const LetPlan plan(manager, root,
                        [&](const Term_* t) { return form_of(t, /*with_annotations=*/false); });
-    if (!plan.has_extensions() || !print_encoded(out, root, expected, /*with_annotations=*/false)) {
+    if (!plan.has_extensions() ||
+        !print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
       print_with_lets(out, root, expected, plan, nullptr);
     }
-  } else if (!print_encoded(out, root, expected, /*with_annotations=*/false)) {
-    print_with_bindings(out, root, expected, nullptr, nullptr);
+  } else if (!print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
+    OpenTerms open;
+    print_tree(out, open, {root, LetPlan::constant, expected}, {nullptr, nullptr, nullptr});
   }
 }
 
 // With a set of named terms the annotations are written, too.
-void SmtLib2TermPrinter::print_with_lets(std::ostream& out, const Term_* root,
+void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
                                          const DataType* expected, const LetPlan& plan,
-                                         TermSet* named) const {
-  size_t number = 0;
+                                         TermSet* named) {
+  OpenTerms open;
+  const Choices choices{&plan, nullptr, named};
+  uint32_t number = 0;
   for (const size_t end : plan.group_ends()) {
     out << "(let (";
-    for (const size_t first = number; number < end; number++) {
-      out << (number == first ? "(" : " (") << let_prefix << std::to_string(number + 1) << ' ';
-      print_with_bindings(out, plan.bindings()[number], nullptr, &plan, named);
+    for (const uint32_t first = number; number < end; number++) {
+      const uint32_t node = plan.bindings()[number];
+      out << (number == first ? "(" : " (") << let_prefix << uint64_t{number} + 1 << ' ';
+      print_tree(out, open, {plan.form(node).term, node, nullptr}, choices);
       out << ')';
     }
     out << ") ";
   }
-  print_with_bindings(out, root, expected, &plan, named);
+  print_tree(out, open, {root, 0, expected}, choices);
   for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
 }
 
-// Writes the root itself, and bound terms below it by their names. Without a plan nothing is bound.
-void SmtLib2TermPrinter::print_with_bindings(std::ostream& out, const Term_* root,
-                                             const DataType* expected, const LetPlan* plan,
-                                             TermSet* named) const {
-  const bool with_annotations = named != nullptr;
-  const auto binding_number = [&](const Term_* t) {
-    return plan == nullptr || t == root ? 0 : plan->binding_number(t);
-  };
-  std::vector<Item> work{{root, expected, ""}};
-  while (!work.empty()) {
-    const Item item = work.back();
-    work.pop_back();
-    print_text(out, item);
-    const Term_* t = item.term;
-    if (t == nullptr) continue;
-
-    const uint64_t number = binding_number(t);
-    const bool annotate =
-        number == 0 && with_annotations && is_annotated(t) && !is_repeated_numeral(t, *named);
-    const DataType* asked = item.expected;
-    if (needs_to_real(t, asked)) {
-      out << "(to_real ";
-      work.push_back({nullptr, nullptr, ")"});
+// Writes the root itself, whether it is bound or not, and what is below it as chosen. Needs an
+// empty stack.
+void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Place& root,
+                                    const Choices& choices) {
+  begin(out, open, root, /*number=*/0, choices);
+  while (!open.empty()) {
+    OpenTerm& frame = open.back();
+    const WrittenForm& form = frame.form;
+    if (frame.next == frame.end) {
+      if (!frame.is_joined) print_closing(out, form);
+      finish(out, form.term, frame.is_annotated, frame.is_real);
+      open.pop_back();
+      continue;
     }
-    if (annotate) {
-      if (!print_annotation_start(out, t, *named)) continue;
-      work.push_back(end_of_annotation(t));
-    }
-    if (number != 0) {
-      out << let_prefix << std::to_string(number);
-    } else if (t->symbol->arity == 0) {
-      print_constant(out, t->symbol, asked);
+    const uint64_t i = frame.next++;
+    if (i > 0 && form.has_modulus()) {
+      print_divisor(out, form);
+      out << " (mod ";
     } else {
-      const WrittenForm form = form_of(t, with_annotations);
-      print_operator(out, form);
-      work.push_back(closing(form));
-      push_operands(work, form, [&](const Term_* operand) {
-        return binding_number(operand) == 0 && may_join(operand, with_annotations);
-      });
+      out << ' ';
     }
+    const WrittenForm::Operand operand = form.operand(i);
+    const uint32_t node =
+        choices.plan != nullptr ? choices.plan->operand(frame.node, i) : LetPlan::constant;
+    const uint32_t number = choices.plan != nullptr ? choices.plan->binding_number(node) : 0;
+    begin(out, open, {operand.term, node, operand.expected}, number, choices);
   }
 }
 
-// Pushes the operands, the first one on top, and opens up first operands that may be written in the
-// same parentheses.
-template <class MayJoin>
-void SmtLib2TermPrinter::push_operands(std::vector<Item>& work, WrittenForm form,
-                                       const MayJoin& may_be_opened) const {
-  for (;;) {
-    for (uint64_t i = form.num_operands(); i-- > 1;) {
-      const WrittenForm::Operand operand = form.operand(i);
-      work.push_back({operand.term, operand.expected, " "});
-      if (form.has_modulus()) {
-        work.back().text = " (mod ";
-        work.back().divided = form.term;
-      }
-    }
-    const WrittenForm::Operand first = form.operand(0);
-    const WrittenForm first_form(manager, first.term, with_abs);
-    if (first.term->symbol->arity == 0 || !form.joins_with(first_form) ||
-        !may_be_opened(first.term)) {
-      work.push_back({first.term, first.expected, " "});
-      return;
-    }
-    form = first_form;
-  }
-}
-
-void SmtLib2TermPrinter::print_operator(std::ostream& out, const WrittenForm& form) const {
-  out << '(';
-  if (form.kind == WrittenForm::IntegerDivision) {
-    out << "div";
-  } else if (form.kind == WrittenForm::Residue) {
-    out << "= (mod";
-  } else if (form.kind == WrittenForm::AbsoluteValue) {
-    out << "abs";
-  } else if (form.kind != WrittenForm::Application) {
-    out << '-';
-  } else if (form.op != nullptr) {
-    print_theory_head(out, form);
-  } else {
-    print_head(out, form.term->symbol);
-  }
-}
-
-void SmtLib2TermPrinter::print_theory_head(std::ostream& out, const WrittenForm& form) const {
-  const Symbol* s = form.term->symbol;
-  const char* const text = form.op->text;
-  size_t first = 0;
-  size_t second = 0;
-  switch (form.op->head) {
-    case SmtLib2Head::NAME:
-      out << text;
-      return;
-    case SmtLib2Head::RANGE:
-      manager.is_bv_extract(s, &first, &second, nullptr);
-      out << "(_ " << text << ' ' << std::to_string(first) << ' ' << std::to_string(second) << ')';
-      return;
-    case SmtLib2Head::AMOUNT:
-      for (const auto is_operator :
-           {&TermManager::is_bv_rotate_left, &TermManager::is_bv_rotate_right,
-            &TermManager::is_bv_zero_extend, &TermManager::is_bv_sign_extend}) {
-        if ((manager.*is_operator)(s, &first, nullptr)) break;
-      }
-      out << "(_ " << text << ' ' << std::to_string(first) << ')';
-      return;
-    case SmtLib2Head::WIDTH:
-      manager.is_bv_type(s->get_output_type(), &first);
-      out << "(_ " << text << ' ' << std::to_string(first) << ')';
-      return;
-    case SmtLib2Head::FORMAT:
-      manager.is_fp_type(s->get_output_type(), &first, &second);
-      out << "(_ " << text << ' ' << std::to_string(first) << ' ' << std::to_string(second + 1)
-          << ')';
-      return;
-    case SmtLib2Head::SORT:
-      out << "(as " << text << ' ';
-      print_type(out, manager, s->get_output_type(), rename_prefix, logic);
-      out << ')';
-      return;
-    case SmtLib2Head::MODULUS:
-      out << text << " (mod";
-      return;
-  }
-}
-
-void SmtLib2TermPrinter::print_head(std::ostream& out, const Symbol* function) const {
-  const std::string name = name_to_smtlib(function->name, NameKind::Symbol, rename_prefix, logic);
-  if (!needs_qualified_head(name)) {
-    print_quoted(out, name);
+// Writes a term up to its first operand, or the whole of a term that has none or is bound to the
+// number given.
+void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, const Place& place,
+                               uint32_t number, const Choices& choices) {
+  const Term_* t = place.term;
+  const bool has_lets_of_its_own =
+      choices.above != nullptr && choices.above->find(t) == choices.above->end();
+  if (has_lets_of_its_own && !is_annotated(t)) {
+    print_unannotated(out, t, place.expected);
     return;
   }
-  out << "(as ";
-  print_quoted(out, name);
-  out << ' ';
-  print_type(out, manager, function->get_output_type(), rename_prefix, logic);
-  out << ')';
+  const bool to_real = needs_to_real(t, place.expected);
+  const DataType* expected = to_real ? nullptr : place.expected;
+  if (to_real) out << "(to_real ";
+  const bool annotate = number == 0 && choices.named != nullptr && is_annotated(t) &&
+                        !is_repeated_numeral(t, *choices.named);
+  if (annotate && !print_annotation_start(out, t, *choices.named)) {
+    finish(out, t, /*annotated=*/false, to_real);
+    return;
+  }
+  if (number != 0) {
+    out << let_prefix << uint64_t{number};
+  } else if (has_lets_of_its_own) {
+    print_unannotated(out, t, expected);
+  } else if (t->symbol->arity == 0) {
+    out << texts->of(t->symbol, expected == manager.get_rat_type());
+  } else {
+    open_application(out, open, place, choices);
+    open.back().is_annotated = annotate;
+    open.back().is_real = to_real;
+    open_first_operands(open, choices);
+    return;
+  }
+  finish(out, t, annotate, to_real);
+}
+
+void SmtLib2TermPrinter::finish(TextBuffer& out, const Term_* t, bool annotated,
+                                bool to_real) const {
+  if (annotated) print_annotation_end(out, t);
+  if (to_real) out << ')';
+}
+
+void SmtLib2TermPrinter::open_application(TextBuffer& out, OpenTerms& open, const Place& place,
+                                          const Choices& choices) {
+  const WrittenForm form = form_at(place.term, place.node, choices);
+  print_operator(out, form);
+  open.push_back({form, 0, form.num_operands(), place.node, false, false, false});
+}
+
+// Opens up first operands that may be written in the same parentheses.
+void SmtLib2TermPrinter::open_first_operands(OpenTerms& open, const Choices& choices) const {
+  for (;;) {
+    OpenTerm& frame = open.back();
+    const Term_* first = frame.form.operand(0).term;
+    // Most terms cannot join, and show it.
+    if (first->symbol->arity == 0 || !frame.form.may_join_with(first->symbol)) return;
+    uint32_t node = LetPlan::constant;
+    if (choices.plan != nullptr) {
+      node = choices.plan->operand(frame.node, 0);
+      if (choices.plan->binding_number(node) != 0) return;
+    }
+    const WrittenForm form = form_at(first, node, choices);
+    if (!frame.form.joins_with(form) || !may_join(first, choices.named != nullptr)) return;
+    frame.next = 1;
+    open.push_back({form, 0, form.num_operands(), node, /*is_joined=*/true, false, false});
+  }
+}
+
+void SmtLib2TermPrinter::print_operator(TextBuffer& out, const WrittenForm& form) {
+  switch (form.kind) {
+    case WrittenForm::Application:
+      out << '(' << texts->of(form.term->symbol);
+      return;
+    case WrittenForm::Subtraction:
+    case WrittenForm::Negation:
+      out << "(-";
+      return;
+    case WrittenForm::IntegerDivision:
+      out << "(div";
+      return;
+    case WrittenForm::AbsoluteValue:
+      out << "(abs";
+      return;
+    case WrittenForm::Residue:
+      out << "(= (mod";
+      return;
+  }
 }
 
 // What ends an application.
-SmtLib2TermPrinter::Item SmtLib2TermPrinter::closing(const WrittenForm& form) {
-  Item item{nullptr, nullptr, ")"};
-  if (form.kind == WrittenForm::IntegerDivision) item.text = "";
-  if (form.kind == WrittenForm::IntegerDivision || form.kind == WrittenForm::Residue ||
-      form.has_modulus()) {
-    item.divided = form.term;
-    item.form = form.kind;
+void SmtLib2TermPrinter::print_closing(TextBuffer& out, const WrittenForm& form) const {
+  const bool is_residue = form.kind == WrittenForm::Residue;
+  if (form.kind == WrittenForm::IntegerDivision || is_residue || form.has_modulus()) {
+    print_divisor(out, form);
+    if (form.kind == WrittenForm::IntegerDivision) return;
   }
-  return item;
+  if (is_residue) out << ' ' << form.residue(manager).to_str();
+  out << ')';
 }
 
-SmtLib2TermPrinter::Item SmtLib2TermPrinter::end_of_annotation(const Term_* t) {
-  Item item{nullptr, nullptr, ""};
-  item.annotated = t;
-  return item;
+// The number behind an operand of div or mod, and the parenthesis.
+void SmtLib2TermPrinter::print_divisor(TextBuffer& out, const WrittenForm& form) const {
+  out << ' ' << form.divisor(manager).to_str() << ')';
 }
 
-void SmtLib2TermPrinter::print_text(std::ostream& out, const Item& item) const {
-  if (item.annotated != nullptr) print_annotation_end(out, item.annotated);
-  if (item.divided != nullptr) {
-    WrittenForm form(manager, item.divided, with_abs);
-    form.kind = item.form;
-    out << ' ' << form.divisor(manager) << ')';
-    if (form.kind == WrittenForm::Residue) out << ' ' << form.residue(manager);
-  }
-  out << item.text;
+WrittenForm SmtLib2TermPrinter::form_at(const Term_* t, uint32_t node,
+                                        const Choices& choices) const {
+  return choices.plan != nullptr ? choices.plan->form(node) : form_of(t, choices.named != nullptr);
 }
 
 // The written form; with annotations, all arguments are written where a hidden one has some.
@@ -455,46 +403,6 @@ bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) c
   if (!with_annotations) return true;
   return !is_annotated(operand) && form_of(operand, /*with_annotations=*/true).kind ==
                                        form_of(operand, /*with_annotations=*/false).kind;
-}
-
-void SmtLib2TermPrinter::print_constant(std::ostream& out, const Symbol* s,
-                                        const DataType* expected) const {
-  if (print_numeral(out, s, expected)) return;
-  if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
-    out << op->text;
-  } else if (const char* mode = rounding_mode(s)) {
-    out << mode;
-  } else {
-    print_symbol(out, s->name, rename_prefix, logic);
-  }
-}
-
-// False for a symbol that is no numeral, and for a floating-point numeral that has no bits of its
-// format, as managers that check nothing can make them.
-bool SmtLib2TermPrinter::print_numeral(std::ostream& out, const Symbol* s,
-                                       const DataType* expected) const {
-  QNumber value;
-  size_t width = 0;
-  size_t e = 0;
-  size_t m = 0;
-  if (!manager.is_number(s, &value)) return false;
-  if (manager.is_bv_type(s->type, &width)) {
-    out << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
-  } else if (manager.is_fp_type(s->type, &e, &m)) {
-    return print_fp_bits(out, value, e, m);
-  } else {
-    print_number(out, value, /*as_real=*/expected == manager.get_rat_type() ||
-                                 s->type == manager.get_rat_type());
-  }
-  return true;
-}
-
-const char* SmtLib2TermPrinter::rounding_mode(const Symbol* s) const {
-  if (manager.is_fprounding_even(s)) return "RNE";
-  if (manager.is_fprounding_zero(s)) return "RTZ";
-  if (manager.is_fprounding_plus_inf(s)) return "RTP";
-  if (manager.is_fprounding_minus_inf(s)) return "RTN";
-  return nullptr;
 }
 
 // Whether an Int term stands where Real is asked for. Numerals are written with a point there

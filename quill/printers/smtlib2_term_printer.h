@@ -32,8 +32,8 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,9 +41,12 @@
 #include "quill/printers/let_plan.h"
 #include "quill/printers/smtlib_term_printer.h"
 #include "quill/printers/standard_encoding.h"
+#include "quill/printers/symbol_texts.h"
+#include "quill/printers/text_buffer.h"
 #include "quill/printers/written_form.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
+#include "quill/utils/huge_pages.h"
 
 namespace quill {
 
@@ -83,20 +86,34 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   }
 
  private:
-  // What is still to be written.
-  struct Item {
-    const Term_* term;         // null: only the text
+  // A place in the text where a term stands.
+  struct Place {
+    const Term_* term;
+    uint32_t node;             // in the plan, where there is one
     const DataType* expected;  // null: whatever the type of the term is
-    std::string_view text;     // before the term
-    // Not null: before the text, the divisor of this term, written in this form, and a closing
-    // parenthesis; then its residue, if the form has one.
-    const Term_* divided = nullptr;
-    WrittenForm::Kind form = WrittenForm::Application;
-    // Not null: before the text, the end of the annotation of this term.
-    const Term_* annotated = nullptr;
   };
+
+  // An application that is being written.
+  struct OpenTerm {
+    WrittenForm form;
+    uint64_t next;  // the operand to write next
+    uint64_t end;
+    uint32_t node;
+    bool is_joined;  // in the parentheses of the application below, as its first operand
+    bool is_annotated;
+    bool is_real;  // within to_real
+  };
+  using OpenTerms = std::vector<OpenTerm, huge_pages::Allocator<OpenTerm>>;
+
   using TermSet = hsh::HashSet<const Term_*>;
   using Weights = hsh::HashMap<const Term_*, uint64_t>;
+
+  // How the terms of a tree are written; each may be null.
+  struct Choices {
+    const LetPlan* plan;   // bound terms are written by their names
+    const Weights* above;  // the terms that are not in here are written with lets of their own
+    TermSet* named;  // annotations are written, and terms that have been given a name are here
+  };
 
   bool print_encoded(std::ostream& out, const Term_* t, const DataType* expected,
                      bool with_annotations);
@@ -104,27 +121,25 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
                   const DataType* expected, bool with_annotations) const;
   void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                    TermSet& with_annotations) const;
-  void print_annotated(std::ostream& out, const Term_* root, const DataType* expected);
-  void print_above_annotated(std::ostream& out, const Term_* root, const DataType* expected,
-                             const Weights& above);
+  void print_annotated(TextBuffer& out, const Term_* root, const DataType* expected);
   void weigh_terms_above_annotated(const Term_* root, Weights& above) const;
   bool is_repeated_numeral(const Term_* t, const TermSet& named) const;
-  bool print_annotation_start(std::ostream& out, const Term_* t, TermSet& named) const;
-  void print_annotation_end(std::ostream& out, const Term_* t) const;
-  void print_unannotated(std::ostream& out, const Term_* root, const DataType* expected);
-  void print_with_lets(std::ostream& out, const Term_* root, const DataType* expected,
-                       const LetPlan& plan, TermSet* named) const;
-  void print_with_bindings(std::ostream& out, const Term_* root, const DataType* expected,
-                           const LetPlan* plan, TermSet* named) const;
-  void print_constant(std::ostream& out, const Symbol* s, const DataType* expected) const;
-  bool print_numeral(std::ostream& out, const Symbol* s, const DataType* expected) const;
-  const char* rounding_mode(const Symbol* s) const;
-  void print_operator(std::ostream& out, const WrittenForm& form) const;
-  void print_theory_head(std::ostream& out, const WrittenForm& form) const;
-  void print_head(std::ostream& out, const Symbol* function) const;
-  static Item closing(const WrittenForm& form);
-  static Item end_of_annotation(const Term_* t);
-  void print_text(std::ostream& out, const Item& item) const;
+  bool print_annotation_start(TextBuffer& out, const Term_* t, TermSet& named) const;
+  void print_annotation_end(TextBuffer& out, const Term_* t) const;
+  void print_unannotated(TextBuffer& out, const Term_* root, const DataType* expected);
+  void print_with_lets(TextBuffer& out, const Term_* root, const DataType* expected,
+                       const LetPlan& plan, TermSet* named);
+  void print_tree(TextBuffer& out, OpenTerms& open, const Place& root, const Choices& choices);
+  void begin(TextBuffer& out, OpenTerms& open, const Place& place, uint32_t number,
+             const Choices& choices);
+  void finish(TextBuffer& out, const Term_* t, bool annotated, bool to_real) const;
+  void open_application(TextBuffer& out, OpenTerms& open, const Place& place,
+                        const Choices& choices);
+  void open_first_operands(OpenTerms& open, const Choices& choices) const;
+  void print_operator(TextBuffer& out, const WrittenForm& form);
+  void print_closing(TextBuffer& out, const WrittenForm& form) const;
+  void print_divisor(TextBuffer& out, const WrittenForm& form) const;
+  WrittenForm form_at(const Term_* t, uint32_t node, const Choices& choices) const;
   WrittenForm form_of(const Term_* t, bool with_annotations) const;
   bool may_join(const Term_* operand, bool with_annotations) const;
   bool needs_to_real(const Term_* t, const DataType* expected) const;
@@ -135,14 +150,13 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
            annotated_before.find(t) == annotated_before.end();
   }
 
-  template <class MayJoin>
-  void push_operands(std::vector<Item>& work, WrittenForm form, const MayJoin& may_be_opened) const;
-
   const bool with_abs;  // whether absolute values are written as such
   const bool share;
   const Annotations* const annotations;
   BitDefinitions* definitions = nullptr;
   TermSet annotated_before;  // by print_definitions()
+
+  std::optional<SymbolTexts> texts;  // of the text that is being printed
 };
 
 }  // namespace quill

@@ -107,7 +107,7 @@ QNumber WrittenForm::residue(const TermManager& manager) const {
 bool is_numeral_product(const TermManager& manager, const Term_* t) {
   constexpr unsigned max_factors = 8;
   for (unsigned factors = 1; factors <= max_factors; factors++) {
-    if (manager.is_number(t->symbol, nullptr)) return true;
+    if (t->symbol->arity == 0) return manager.is_number(t->symbol, nullptr);
     if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
         !manager.is_number(t->args[1]->symbol, nullptr)) {
       return false;

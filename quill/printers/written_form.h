@@ -88,6 +88,11 @@ struct WrittenForm {
     return kind == Application && op != nullptr && op->head == SmtLib2Head::MODULUS;
   }
 
+  // Whether a first operand of this symbol could join as the next member says.
+  bool may_join_with(const Symbol* first) const {
+    return first == term->symbol || (op != nullptr && op->tag == SymbolTag::BV_CONCAT);
+  }
+
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
   // b c).
   bool joins_with(const WrittenForm& first) const {

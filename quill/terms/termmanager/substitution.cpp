@@ -1,6 +1,6 @@
 // Substitution: one walk that rebuilds a term bottom-up, with the substitution itself as the memo.
 
-#include "quill/terms/term_images.h"
+#include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/scope_guard.h"
@@ -17,8 +17,13 @@ const Term_* find_image(const TermManager::TermMap& images, const Term_* t) {
 void add_image(TermManager::TermMap& images, const Term_* t, const Term_* image) {
   images.insert({t, image});
 }
-const Term_* find_image(const TermImages& images, const Term_* t) { return images.find(t); }
-void add_image(TermImages& images, const Term_* t, const Term_* image) { images.set(t, image); }
+
+using ImageTable = TermTable<const Term_*>;
+const Term_* find_image(const ImageTable& images, const Term_* t) {
+  const Term_* const* found = images.find(t);
+  return found != nullptr ? *found : nullptr;
+}
+void add_image(ImageTable& images, const Term_* t, const Term_* image) { images.insert(t, image); }
 
 template <class Images>
 struct SubstitutionCallback {
@@ -94,8 +99,9 @@ const Term_* TermManager::substitute(const Term_* t, const std::vector<const Ter
 
 const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
                                      const std::vector<const Term_*>& to) {
-  TermImages images;
-  enter_pairs(from, to, [&](const Term_* f, const Term_* image) { images.set(f, image); });
+  ImageTable images;
+  enter_pairs(from, to,
+              [&](const Term_* f, const Term_* image) { images.insert(f, image) = image; });
   const ScopedValue<bool> checking(typecheck_enabled, false);
   return rebuild(*this, t, images, marks);
 }

@@ -1,0 +1,113 @@
+#include "quill/printers/symbol_texts.h"
+
+#include <string>
+
+#include "quill/printers/smtlib2_syntax.h"
+
+namespace quill {
+
+const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
+  const auto found = texts[as_real].find(s);
+  if (found != texts[as_real].end()) return found->second;
+  text.str(std::string());
+  if (s->arity == 0) {
+    write_constant(s, as_real);
+  } else if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
+    write_theory_head(*op, s);
+  } else {
+    write_head(s);
+  }
+  return texts[as_real][s] = text.str();
+}
+
+void SymbolTexts::write_theory_head(const SmtLib2Operator& op, const Symbol* s) {
+  size_t first = 0;
+  size_t second = 0;
+  switch (op.head) {
+    case SmtLib2Head::NAME:
+      text << op.text;
+      return;
+    case SmtLib2Head::RANGE:
+      manager.is_bv_extract(s, &first, &second, nullptr);
+      text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << std::to_string(second)
+           << ')';
+      return;
+    case SmtLib2Head::AMOUNT:
+      for (const auto is_operator :
+           {&TermManager::is_bv_rotate_left, &TermManager::is_bv_rotate_right,
+            &TermManager::is_bv_zero_extend, &TermManager::is_bv_sign_extend}) {
+        if ((manager.*is_operator)(s, &first, nullptr)) break;
+      }
+      text << "(_ " << op.text << ' ' << std::to_string(first) << ')';
+      return;
+    case SmtLib2Head::WIDTH:
+      manager.is_bv_type(s->get_output_type(), &first);
+      text << "(_ " << op.text << ' ' << std::to_string(first) << ')';
+      return;
+    case SmtLib2Head::FORMAT:
+      manager.is_fp_type(s->get_output_type(), &first, &second);
+      text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << std::to_string(second + 1)
+           << ')';
+      return;
+    case SmtLib2Head::SORT:
+      text << "(as " << op.text << ' ';
+      print_type(text, manager, s->get_output_type(), rename_prefix, logic);
+      text << ')';
+      return;
+    case SmtLib2Head::MODULUS:
+      text << op.text << " (mod";
+      return;
+  }
+}
+
+void SymbolTexts::write_head(const Symbol* function) {
+  const std::string name = name_to_smtlib(function->name, NameKind::Symbol, rename_prefix, logic);
+  if (!needs_qualified_head(name)) {
+    print_quoted(text, name);
+    return;
+  }
+  text << "(as ";
+  print_quoted(text, name);
+  text << ' ';
+  print_type(text, manager, function->get_output_type(), rename_prefix, logic);
+  text << ')';
+}
+
+void SymbolTexts::write_constant(const Symbol* s, bool as_real) {
+  if (write_numeral(s, as_real)) return;
+  if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
+    text << op->text;
+  } else if (const char* mode = rounding_mode(s)) {
+    text << mode;
+  } else {
+    print_symbol(text, s->name, rename_prefix, logic);
+  }
+}
+
+// False for a symbol that is no numeral, and for a floating-point numeral that has no bits of its
+// format, as managers that check nothing can make them.
+bool SymbolTexts::write_numeral(const Symbol* s, bool as_real) {
+  QNumber value;
+  size_t width = 0;
+  size_t e = 0;
+  size_t m = 0;
+  if (!manager.is_number(s, &value)) return false;
+  if (manager.is_bv_type(s->type, &width)) {
+    text << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
+  } else if (manager.is_fp_type(s->type, &e, &m)) {
+    return print_fp_bits(text, value, e, m);
+  } else {
+    print_number(text, value, as_real || s->type == manager.get_rat_type());
+  }
+  return true;
+}
+
+const char* SymbolTexts::rounding_mode(const Symbol* s) const {
+  if (manager.is_fprounding_even(s)) return "RNE";
+  if (manager.is_fprounding_zero(s)) return "RTZ";
+  if (manager.is_fprounding_plus_inf(s)) return "RTP";
+  if (manager.is_fprounding_minus_inf(s)) return "RTN";
+  return nullptr;
+}
+
+}  // namespace quill

@@ -1,0 +1,48 @@
+// How symbols are written in SMT-LIB 2.6: at the head of an application, and as constants.
+//
+// A text is made when it is first asked for, and kept: a printed term has far fewer symbols than
+// applications. Texts of symbols that are freed must not be asked for again.
+
+#ifndef QUILL_PRINTERS_SYMBOL_TEXTS_H
+#define QUILL_PRINTERS_SYMBOL_TEXTS_H
+
+#include <array>
+#include <iosfwd>
+#include <sstream>
+#include <string>
+
+#include "quill/printers/smtlib2_logic.h"
+#include "quill/printers/smtlib2_operators.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/hash_map.h"
+
+namespace quill {
+
+class SymbolTexts {
+ public:
+  // `renamed` is the prefix of symbols that SMT-LIB can't name. All three must outlive the texts.
+  SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names)
+      : manager(owner), rename_prefix(renamed), logic(names) {}
+
+  // The text of a symbol; that of an integer where a Real is expected has a point.
+  const std::string& of(const Symbol* s, bool as_real = false);
+
+ private:
+  using Texts = hsh::HashMap<const Symbol*, std::string>;
+
+  void write_constant(const Symbol* s, bool as_real);
+  bool write_numeral(const Symbol* s, bool as_real);
+  void write_theory_head(const SmtLib2Operator& op, const Symbol* s);
+  void write_head(const Symbol* function);
+  const char* rounding_mode(const Symbol* s) const;
+
+  const TermManager& manager;
+  const std::string& rename_prefix;
+  const Logic& logic;
+  std::array<Texts, 2> texts;  // the second one where Real is expected
+  std::ostringstream text;     // of the symbol at hand
+};
+
+}  // namespace quill
+
+#endif
