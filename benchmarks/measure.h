@@ -13,6 +13,10 @@
 #include <streambuf>
 #include <string>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace quill::bench {
 
 // The processor time of this thread, in nanoseconds: what other programs do does not count.
@@ -38,6 +42,15 @@ inline double resident_bytes() {
   double resident = 0;
   statm >> all >> resident;
   return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+// The same without what the allocator keeps of memory that was freed before, where it can be told
+// to let go.
+inline double resident_bytes_in_use() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
+  return resident_bytes();
 }
 
 // The buffer of a stream that counts what is written and keeps nothing.

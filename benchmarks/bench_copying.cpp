@@ -1,0 +1,62 @@
+// Measures copying between managers: a whole graph, and three terms out of a manager with very
+// many.
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "benchmarks/term_shapes.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace {
+
+using quill::Term_;
+using quill::TermManager;
+using quill::bench::Shape;
+using quill::bench::Terms;
+
+void copy_whole(benchmark::State& state, const TermManager& source, const Term_* root) {
+  std::optional<TermManager> target(std::in_place);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(target->copy_term(source, root));
+    state.PauseTiming();
+    target.emplace();
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void shared_graph(benchmark::State& state) {
+  TermManager source;
+  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const Term_* root = quill::bench::make_connected_graph(source, terms, 1);
+  copy_whole(state, source, root);
+}
+
+void chain(benchmark::State& state) {
+  TermManager source;
+  Terms terms = quill::bench::make_constants(source, "x", 1, 32);
+  quill::bench::add_shape(source, Shape::LeftChain, terms,
+                          static_cast<std::size_t>(state.range(0)));
+  copy_whole(state, source, terms.back());
+}
+
+// The three have the largest ids of all; the target has their copies from the first call on.
+void three_terms(benchmark::State& state) {
+  TermManager source;
+  Terms terms = quill::bench::make_constants(source, "x", 1, 32);
+  quill::bench::add_shape(source, Shape::LeftChain, terms,
+                          static_cast<std::size_t>(state.range(0)));
+  const Term_* last = quill::bench::make_constants(source, "last", 1, 32)[0];
+  const Term_* root = source.make_bv_not(source.make_bv_neg(last));
+  TermManager target;
+  for (auto _ : state) benchmark::DoNotOptimize(target.copy_term(source, root));
+}
+
+BENCHMARK(shared_graph)->ArgName("terms")->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(chain)->ArgName("terms")->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(three_terms)->ArgName("terms")->Arg(1'000)->Arg(100'000)->Arg(10'000'000);
+
+}  // namespace
