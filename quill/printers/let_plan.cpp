@@ -30,12 +30,15 @@ bool is_tiny(const WrittenForm& form) {
 LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of) {
   collect(root, form_of);
   bind(manager);
+  name_bound_operands();
 }
 
 // Counts the places in which each subterm is written, and lists the subterms with operands before
 // operators.
 void LetPlan::collect(const Term_* root, const FormOf& form_of) {
   if (root->symbol->arity == 0) return;
+  constexpr size_t max_operands = INT32_MAX;
+  constexpr uint64_t max_prefetched = 4;
   struct Frame {
     uint32_t node;
     uint32_t next;  // the operand to go to next
@@ -47,10 +50,14 @@ void LetPlan::collect(const Term_* root, const FormOf& form_of) {
     const WrittenForm form = form_of(t);
     const uint64_t num_operands = form.num_operands();
     const size_t first_operand = operands.size();
-    if (num_operands >= constant - first_operand) throw std::bad_alloc();  // out of numbers
+    // The walk comes to the operands later, and would wait for each: they lie anywhere in memory.
+    for (uint64_t i = std::min(num_operands, max_prefetched); i-- > 0;) {
+      __builtin_prefetch(form.operand(i).term);
+    }
+    if (num_operands > max_operands - first_operand) throw std::bad_alloc();  // out of numbers
     open.push_back({static_cast<uint32_t>(nodes.size()), 0, static_cast<uint32_t>(num_operands)});
     nodes.push_back({form, static_cast<uint32_t>(first_operand), 1, 0, 0});
-    operands.resize(first_operand + num_operands, constant);
+    operands.resize(first_operand + num_operands, Operand::constant());
   };
   numbers.insert(root, 0);
   add_node(root);
@@ -68,7 +75,7 @@ void LetPlan::collect(const Term_* root, const FormOf& form_of) {
     if (operand->symbol->arity == 0) continue;
     const uint32_t next = static_cast<uint32_t>(nodes.size());
     const uint32_t number = numbers.insert(operand, next);
-    operands[place] = number;
+    operands[place] = Operand::node(number);
     if (number == next) {
       add_node(operand);
     } else {
@@ -84,11 +91,11 @@ void LetPlan::bind(const TermManager& manager) {
   for (const uint32_t at : post_order) {
     Node& node = nodes[at];
     const WrittenForm& form = node.form;
-    const uint32_t* operand = operands.data() + node.first_operand;
+    const Operand* operand = operands.data() + node.first_operand;
     for (uint64_t i = form.num_operands(); i-- > 0; operand++) {
-      if (*operand == constant) continue;
-      const bool is_bound = nodes[*operand].number != 0;
-      node.level = std::max(node.level, nodes[*operand].level + (is_bound ? 1 : 0));
+      if (operand->is_constant()) continue;
+      const Node& below = nodes[operand->number()];
+      node.level = std::max(node.level, below.level + (below.number != 0 ? 1 : 0));
     }
     if (at == 0 || node.occurrences < 2 || is_tiny(form) ||
         is_numeral_product(manager, form.term)) {
@@ -109,6 +116,15 @@ void LetPlan::bind(const TermManager& manager) {
     const size_t position = next[nodes[at].level]++;
     bound[position] = at;
     nodes[at].number = static_cast<uint32_t>(position + 1);
+  }
+}
+
+void LetPlan::name_bound_operands() {
+  if (bound.empty()) return;
+  for (Operand& operand : operands) {
+    if (operand.is_constant()) continue;
+    const uint32_t number = nodes[operand.number()].number;
+    if (number != 0) operand = Operand::binding(number);
   }
 }
 

@@ -7,8 +7,12 @@
 // that of a walk from the left, and depends on the term alone.
 //
 // Representation: the subterms that are no constants are numbered, from the root at 0 in the order
-// in which a walk meets them; one array has the nodes, another the numbers of their operands. Terms
-// are looked up while the numbers are given, and no more.
+// in which a walk meets them; one array has the nodes, another what is written for their operands:
+//
+//   a constant | a node, which is written in its place | a binding, which is written by its name
+//
+// so that terms are looked up while the numbers are given, and no more, and writing a binding's
+// name needs nothing of its node.
 //
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 
@@ -33,8 +37,24 @@ class LetPlan {
   // How terms are to be written: which operands stand where.
   using FormOf = std::function<WrittenForm(const Term_*)>;
 
-  // The number of constants, which are not in the plan.
-  static constexpr uint32_t constant = UINT32_MAX;
+  // What is written for an operand.
+  class Operand {
+   public:
+    static constexpr Operand constant() { return Operand(UINT32_MAX); }
+    static constexpr Operand node(uint32_t number) { return Operand(number); }
+    static constexpr Operand binding(uint32_t number) { return Operand(number | binding_bit); }
+
+    bool is_constant() const { return code == UINT32_MAX; }
+    bool is_binding() const { return (code & binding_bit) != 0 && !is_constant(); }
+    // Of a node, or of a binding.
+    uint32_t number() const { return code & ~binding_bit; }
+    friend bool operator==(const Operand&, const Operand&) = default;
+
+   private:
+    static constexpr uint32_t binding_bit = uint32_t{1} << 31;
+    explicit constexpr Operand(uint32_t value) : code(value) {}
+    uint32_t code;
+  };
 
   LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of);
 
@@ -47,14 +67,11 @@ class LetPlan {
   // Whether some operator in the text is none of the standard.
   bool has_extensions() const { return extensions; }
 
-  // How a node is written, and the nodes of its operands there.
+  // How a node is written, and what for its operands.
   const WrittenForm& form(uint32_t node) const { return nodes[node].form; }
-  uint32_t operand(uint32_t node, uint64_t i) const {
+  Operand operand(uint32_t node, uint64_t i) const {
     return operands[nodes[node].first_operand + i];
   }
-
-  // The number of the binding, 0 if the node is not bound.
-  uint32_t binding_number(uint32_t node) const { return node == constant ? 0 : nodes[node].number; }
 
  private:
   template <class T>
@@ -65,14 +82,15 @@ class LetPlan {
     uint32_t first_operand;
     uint32_t occurrences;
     uint32_t level;
-    uint32_t number;
+    uint32_t number;  // of the binding, 0 for none
   };
 
   void collect(const Term_* root, const FormOf& form_of);
   void bind(const TermManager& manager);
+  void name_bound_operands();
 
   Array<Node> nodes;
-  Array<uint32_t> operands;
+  Array<Operand> operands;
   Array<uint32_t> post_order;
   std::vector<uint32_t> bound;
   std::vector<size_t> ends;

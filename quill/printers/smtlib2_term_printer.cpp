@@ -9,6 +9,10 @@
 
 namespace quill {
 
+namespace {
+constexpr LetPlan::Operand no_plan = LetPlan::Operand::constant();
+}  // namespace
+
 SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printer* choices,
                                        const std::string& let_names, const std::string& renamed,
                                        bool share_by_let, const Annotations* annotations_of_terms)
@@ -145,7 +149,7 @@ void SmtLib2TermPrinter::print_annotated(TextBuffer& out, const Term_* root,
   } else {
     OpenTerms open;
     TermSet named;
-    print_tree(out, open, {root, LetPlan::constant, expected}, {nullptr, &above, &named});
+    print_tree(out, open, {root, no_plan, expected}, {nullptr, &above, &named});
   }
 }
 
@@ -224,7 +228,7 @@ void SmtLib2TermPrinter::print_unannotated(TextBuffer& out, const Term_* root,
     }
   } else if (!print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
     OpenTerms open;
-    print_tree(out, open, {root, LetPlan::constant, expected}, {nullptr, nullptr, nullptr});
+    print_tree(out, open, {root, no_plan, expected}, {nullptr, nullptr, nullptr});
   }
 }
 
@@ -240,12 +244,12 @@ void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
     for (const uint32_t first = number; number < end; number++) {
       const uint32_t node = plan.bindings()[number];
       out << (number == first ? "(" : " (") << let_prefix << uint64_t{number} + 1 << ' ';
-      print_tree(out, open, {plan.form(node).term, node, nullptr}, choices);
+      print_tree(out, open, {plan.form(node).term, LetPlan::Operand::node(node), nullptr}, choices);
       out << ')';
     }
     out << ") ";
   }
-  print_tree(out, open, {root, 0, expected}, choices);
+  print_tree(out, open, {root, LetPlan::Operand::node(0), expected}, choices);
   for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
 }
 
@@ -253,7 +257,7 @@ void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
 // empty stack.
 void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Place& root,
                                     const Choices& choices) {
-  begin(out, open, root, /*number=*/0, choices);
+  begin(out, open, root, choices);
   while (!open.empty()) {
     OpenTerm& frame = open.back();
     const WrittenForm& form = frame.form;
@@ -271,17 +275,15 @@ void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Plac
       out << ' ';
     }
     const WrittenForm::Operand operand = form.operand(i);
-    const uint32_t node =
-        choices.plan != nullptr ? choices.plan->operand(frame.node, i) : LetPlan::constant;
-    const uint32_t number = choices.plan != nullptr ? choices.plan->binding_number(node) : 0;
-    begin(out, open, {operand.term, node, operand.expected}, number, choices);
+    const LetPlan::Operand node =
+        choices.plan != nullptr ? choices.plan->operand(frame.node, i) : no_plan;
+    begin(out, open, {operand.term, node, operand.expected}, choices);
   }
 }
 
-// Writes a term up to its first operand, or the whole of a term that has none or is bound to the
-// number given.
+// Writes a term up to its first operand, or the whole of a term that has none or is bound.
 void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, const Place& place,
-                               uint32_t number, const Choices& choices) {
+                               const Choices& choices) {
   const Term_* t = place.term;
   const bool has_lets_of_its_own =
       choices.above != nullptr && choices.above->find(t) == choices.above->end();
@@ -292,17 +294,18 @@ void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, const Place& pl
   const bool to_real = needs_to_real(t, place.expected);
   const DataType* expected = to_real ? nullptr : place.expected;
   if (to_real) out << "(to_real ";
-  const bool annotate = number == 0 && choices.named != nullptr && is_annotated(t) &&
+  const bool is_bound = place.node.is_binding();
+  const bool annotate = !is_bound && choices.named != nullptr && is_annotated(t) &&
                         !is_repeated_numeral(t, *choices.named);
   if (annotate && !print_annotation_start(out, t, *choices.named)) {
     finish(out, t, /*annotated=*/false, to_real);
     return;
   }
-  if (number != 0) {
-    out << let_prefix << uint64_t{number};
+  if (is_bound) {
+    out << let_prefix << uint64_t{place.node.number()};
   } else if (has_lets_of_its_own) {
     print_unannotated(out, t, expected);
-  } else if (t->symbol->arity == 0) {
+  } else if (choices.plan != nullptr ? place.node.is_constant() : t->symbol->arity == 0) {
     out << texts->of(t->symbol, expected == manager.get_rat_type());
   } else {
     open_application(out, open, place, choices);
@@ -322,23 +325,26 @@ void SmtLib2TermPrinter::finish(TextBuffer& out, const Term_* t, bool annotated,
 
 void SmtLib2TermPrinter::open_application(TextBuffer& out, OpenTerms& open, const Place& place,
                                           const Choices& choices) {
-  const WrittenForm form = form_at(place.term, place.node, choices);
+  const uint32_t node = place.node.number();
+  const WrittenForm form = form_at(place.term, node, choices);
   print_operator(out, form);
-  open.push_back({form, 0, form.num_operands(), place.node, false, false, false});
+  open.push_back({form, 0, form.num_operands(), node, false, false, false});
 }
 
 // Opens up first operands that may be written in the same parentheses.
 void SmtLib2TermPrinter::open_first_operands(OpenTerms& open, const Choices& choices) const {
   for (;;) {
     OpenTerm& frame = open.back();
-    const Term_* first = frame.form.operand(0).term;
-    // Most terms cannot join, and show it.
-    if (first->symbol->arity == 0 || !frame.form.may_join_with(first->symbol)) return;
-    uint32_t node = LetPlan::constant;
+    uint32_t node = 0;
     if (choices.plan != nullptr) {
-      node = choices.plan->operand(frame.node, 0);
-      if (choices.plan->binding_number(node) != 0) return;
+      // What the plan has at hand tells most terms apart; the terms themselves may be far away.
+      const LetPlan::Operand operand = choices.plan->operand(frame.node, 0);
+      if (operand.is_constant() || operand.is_binding()) return;
+      node = operand.number();
+      if (choices.plan->form(node).op != frame.form.op) return;
     }
+    const Term_* first = frame.form.operand(0).term;
+    if (first->symbol->arity == 0) return;
     const WrittenForm form = form_at(first, node, choices);
     if (!frame.form.joins_with(form) || !may_join(first, choices.named != nullptr)) return;
     frame.next = 1;

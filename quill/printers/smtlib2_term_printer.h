@@ -89,7 +89,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   // A place in the text where a term stands.
   struct Place {
     const Term_* term;
-    uint32_t node;             // in the plan, where there is one
+    LetPlan::Operand node;     // in the plan, where there is one
     const DataType* expected;  // null: whatever the type of the term is
   };
 
@@ -130,8 +130,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   void print_with_lets(TextBuffer& out, const Term_* root, const DataType* expected,
                        const LetPlan& plan, TermSet* named);
   void print_tree(TextBuffer& out, OpenTerms& open, const Place& root, const Choices& choices);
-  void begin(TextBuffer& out, OpenTerms& open, const Place& place, uint32_t number,
-             const Choices& choices);
+  void begin(TextBuffer& out, OpenTerms& open, const Place& place, const Choices& choices);
   void finish(TextBuffer& out, const Term_* t, bool annotated, bool to_real) const;
   void open_application(TextBuffer& out, OpenTerms& open, const Place& place,
                         const Choices& choices);

@@ -9,46 +9,60 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <ostream>
-#include <string>
 #include <string_view>
 
 namespace quill {
 
 class TextBuffer {
  public:
-  explicit TextBuffer(std::ostream& target) : out(target) {}
+  explicit TextBuffer(std::ostream& target) : out(target), text(new char[capacity]) {}
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
 
   TextBuffer& operator<<(std::string_view piece) {
-    text.append(piece);
-    if (text.size() >= piece_size) flush();
+    if (piece.size() > capacity - size) return write_long(piece);
+    std::memcpy(text.get() + size, piece.data(), piece.size());
+    size += piece.size();
     return *this;
   }
   TextBuffer& operator<<(char c) {
-    text.push_back(c);
+    if (size == capacity) flush();
+    text[size++] = c;
     return *this;
   }
   TextBuffer& operator<<(uint64_t number) {
-    char digits[20];
-    const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    text.append(digits, end);
+    constexpr size_t max_digits = 20;
+    if (capacity - size < max_digits) flush();
+    char* const end = std::to_chars(text.get() + size, text.get() + capacity, number).ptr;
+    size = static_cast<size_t>(end - text.get());
     return *this;
   }
 
   // Hands everything over; the stream is then in step with the text, and may be written to.
   std::ostream& flush() {
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    text.clear();
+    out.write(text.get(), static_cast<std::streamsize>(size));
+    size = 0;
     return out;
   }
 
  private:
-  static constexpr size_t piece_size = size_t{1} << 16;
+  static constexpr size_t capacity = size_t{1} << 14;
+
+  TextBuffer& write_long(std::string_view piece) {
+    flush();
+    if (piece.size() > capacity) {
+      out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+      return *this;
+    }
+    return *this << piece;
+  }
 
   std::ostream& out;
-  std::string text;
+  std::unique_ptr<char[]> text;
+  size_t size = 0;
 };
 
 }  // namespace quill

@@ -117,7 +117,7 @@ bool is_numeral_product(const TermManager& manager, const Term_* t) {
   return false;
 }
 
-WrittenForm::Operand WrittenForm::operand(uint64_t i) const {
+WrittenForm::Operand WrittenForm::operand_of_other_form(uint64_t i) const {
   switch (kind) {
     case Application:
       break;

@@ -81,16 +81,14 @@ struct WrittenForm {
   // Residue: the number that the remainder is compared with.
   QNumber residue(const TermManager& manager) const;
 
-  Operand operand(uint64_t i) const;
+  Operand operand(uint64_t i) const {
+    if (kind != Application) return operand_of_other_form(i);
+    return {term->args[i], term->symbol->type->get_component(i + 1)};
+  }
 
   // Whether it is a congruence with every operand under its own mod.
   bool has_modulus() const {
     return kind == Application && op != nullptr && op->head == SmtLib2Head::MODULUS;
-  }
-
-  // Whether a first operand of this symbol could join as the next member says.
-  bool may_join_with(const Symbol* first) const {
-    return first == term->symbol || (op != nullptr && op->tag == SymbolTag::BV_CONCAT);
   }
 
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
@@ -106,6 +104,9 @@ struct WrittenForm {
   const Term_* term;
   Kind kind = Application;
   const SmtLib2Operator* op;  // null: written by the name of the symbol
+
+ private:
+  Operand operand_of_other_form(uint64_t i) const;
 };
 
 // Whether t is a numeral or a product of a few numerals, (* (* 2 3) 5). Readers of linear logics

@@ -49,27 +49,34 @@ TEST_F(LetPlanTest, ConstantsAreNotBound) {
 
 TEST_F(LetPlanTest, NodesAreNumberedAsAWalkFromTheLeftMeetsThem) {
   const LetPlan numbered = plan(m.make_leq(m.make_plus(ij, i), m.make_times(ij, ji)));
-  EXPECT_EQ(numbered.operand(0, 0), 1U);
-  EXPECT_EQ(numbered.operand(1, 0), 2U);
-  EXPECT_EQ(numbered.operand(1, 1), LetPlan::constant);
-  EXPECT_EQ(numbered.operand(0, 1), 3U);
-  EXPECT_EQ(numbered.operand(3, 0), 2U);
-  EXPECT_EQ(numbered.operand(3, 1), 4U);
+  EXPECT_EQ(numbered.operand(0, 0), LetPlan::Operand::node(1));
+  EXPECT_EQ(numbered.operand(1, 0), LetPlan::Operand::binding(1));
+  EXPECT_EQ(numbered.operand(1, 1), LetPlan::Operand::constant());
+  EXPECT_EQ(numbered.operand(0, 1), LetPlan::Operand::node(3));
+  EXPECT_EQ(numbered.operand(3, 0), LetPlan::Operand::binding(1));
+  EXPECT_EQ(numbered.operand(3, 1), LetPlan::Operand::node(4));
+  EXPECT_EQ(bindings(numbered), Bindings{ij});
   EXPECT_EQ(numbered.form(2).term, ij);
   EXPECT_EQ(numbered.form(4).term, ji);
-  EXPECT_EQ(numbered.binding_number(LetPlan::constant), 0U);
+}
+
+TEST_F(LetPlanTest, OperandsAreConstantsNodesOrBindings) {
+  EXPECT_TRUE(LetPlan::Operand::constant().is_constant());
+  EXPECT_FALSE(LetPlan::Operand::constant().is_binding());
+  EXPECT_FALSE(LetPlan::Operand::node(7).is_constant());
+  EXPECT_FALSE(LetPlan::Operand::node(7).is_binding());
+  EXPECT_EQ(LetPlan::Operand::node(7).number(), 7U);
+  EXPECT_FALSE(LetPlan::Operand::binding(7).is_constant());
+  EXPECT_TRUE(LetPlan::Operand::binding(7).is_binding());
+  EXPECT_EQ(LetPlan::Operand::binding(7).number(), 7U);
 }
 
 TEST_F(LetPlanTest, ASharedTermIsBound) {
   const LetPlan one = plan(m.make_leq(ij, ij));
   EXPECT_EQ(bindings(one), Bindings{ij});
   EXPECT_EQ(one.group_ends(), Ends{1});
-  EXPECT_EQ(one.binding_number(one.bindings()[0]), 1U);
-}
-
-TEST_F(LetPlanTest, TheRootIsNotBound) {
-  const LetPlan one = plan(m.make_leq(ij, ij));
-  EXPECT_EQ(one.binding_number(0), 0U);
+  EXPECT_EQ(one.operand(0, 0), LetPlan::Operand::binding(1));
+  EXPECT_EQ(one.operand(0, 1), LetPlan::Operand::binding(1));
 }
 
 TEST_F(LetPlanTest, TermsBelowASharedTermOccurOnce) {
@@ -86,9 +93,6 @@ TEST_F(LetPlanTest, GroupsFollowTheNestingOfBindings) {
   const LetPlan grouped = plan(root);
   EXPECT_EQ(bindings(grouped), (Bindings{ij, ji, product}));
   EXPECT_EQ(grouped.group_ends(), (Ends{2, 3}));
-  EXPECT_EQ(grouped.binding_number(grouped.bindings()[0]), 1U);
-  EXPECT_EQ(grouped.binding_number(grouped.bindings()[1]), 2U);
-  EXPECT_EQ(grouped.binding_number(grouped.bindings()[2]), 3U);
 }
 
 TEST_F(LetPlanTest, UnboundTermsBetweenBindingsAddNoGroup) {
