@@ -2,21 +2,26 @@
 
 namespace quill {
 
-Exception::Exception(const std::string& message) {
+// A stream that can't have its memory throws std::bad_alloc: a message is never cut off.
+Exception::Exception() { stream.exceptions(std::ios_base::badbit); }
+
+Exception::Exception(const std::string& message) : Exception() {
   stream << message;
   dump_msg_and_raise_assertion(message);
 }
 
 Exception::Exception(const Exception& other) : std::exception(other) {
+  stream.exceptions(std::ios_base::badbit);
   stream << other.stream.str();
 }
 
 Exception& Exception::operator=(const Exception& other) {
   if (this != &other) {
+    const std::string message = other.stream.str();
     std::exception::operator=(other);
-    stream = std::ostringstream();
-    stream << other.stream.str();
     text_is_current = false;
+    stream.str("");
+    stream << message;
   }
   return *this;
 }

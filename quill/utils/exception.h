@@ -7,7 +7,8 @@
 //   throw TermManager::error("unrelated types: ") << a->to_str() << " and " << b->to_str();
 //
 // Copies are independent. what() returns a text that stays valid until the exception is changed or
-// destroyed.
+// destroyed. Where the message can't have its memory, std::bad_alloc is thrown instead: no message
+// is cut off.
 
 #ifndef QUILL_UTILS_EXCEPTION_H
 #define QUILL_UTILS_EXCEPTION_H
@@ -22,7 +23,7 @@ namespace quill {
 
 class Exception : public std::exception {
  public:
-  Exception() = default;
+  Exception();
   explicit Exception(const std::string& message);
   Exception(const Exception& other);
   Exception& operator=(const Exception& other);
