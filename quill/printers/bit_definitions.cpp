@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "quill/utils/scope_guard.h"
+
 namespace quill {
 
 const BitDefinitions::Definition* BitDefinitions::find(const Term_* value) const {
@@ -23,8 +25,10 @@ size_t BitDefinitions::define(const Term_* value) {
   manager.is_fp_type(value->symbol->get_output_type(), &e, &m);
   format.e = e;
   format.m = m;
+  ScopeGuard undo([this, made = mark()] { take_back_to(made); });
   if (find_nan(format) == nullptr) add("quill!ieee_nan_", next_nan, format, nullptr);
   add("quill!ieee_bits_", next_bits, format, value);
+  undo.dismiss();
   return before;
 }
 
@@ -35,16 +39,26 @@ void BitDefinitions::add(const char* base, uint64_t& next, IEEEFloat::format for
     name = base + std::to_string(next++);
   } while (manager.get_signature()->get_symbol(name.c_str()) != nullptr ||
            reserved.find(name) != reserved.end());
-  if (value == nullptr) {
-    nans[format] = definitions.size();
-  } else {
-    by_value[value] = definitions.size();
-  }
   definitions.push_back({std::move(name), format, value});
+  ScopeGuard undo_definition([this] { definitions.pop_back(); });
   depths.push_back(depth);
+  ScopeGuard undo_depth([this] { depths.pop_back(); });
+  if (value == nullptr) {
+    nans.insert({format, definitions.size() - 1});
+  } else {
+    by_value.insert({value, definitions.size() - 1});
+  }
+  undo_depth.dismiss();
+  undo_definition.dismiss();
 }
 
-void BitDefinitions::forget_last() {
+void BitDefinitions::take_back_to(const Mark& before) noexcept {
+  while (definitions.size() > before.count) forget_last();
+  next_bits = before.next_bits;
+  next_nan = before.next_nan;
+}
+
+void BitDefinitions::forget_last() noexcept {
   const Definition& last = definitions.back();
   if (last.value == nullptr) {
     nans.erase(nans.find(last.format));

@@ -45,8 +45,18 @@ class BitDefinitions {
   const Definition* find_nan(IEEEFloat::format format) const;
 
   // Makes the definition for a value that has none, after that of NaN in its format if there is
-  // none either. Returns the former number of definitions.
+  // none either. Returns the former number of definitions. All or nothing.
   size_t define(const Term_* value);
+
+  // Takes the latest definitions of the current scope back, with their names, which are given
+  // again: for a text that could not be written.
+  struct Mark {
+    size_t count;
+    uint64_t next_bits;
+    uint64_t next_nan;
+  };
+  Mark mark() const { return {definitions.size(), next_bits, next_nan}; }
+  void take_back_to(const Mark& before) noexcept;
 
   // Of all scopes, in the order in which they were made.
   const std::vector<Definition>& all() const { return definitions; }
@@ -58,7 +68,7 @@ class BitDefinitions {
 
  private:
   void add(const char* base, uint64_t& next, IEEEFloat::format format, const Term_* value);
-  void forget_last();
+  void forget_last() noexcept;
 
   const TermManager& manager;
   hsh::HashSet<std::string, NameHash> reserved;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "quill/printers/smtlib2_syntax.h"
+#include "quill/utils/scope_guard.h"
 
 namespace quill {
 
@@ -86,6 +87,8 @@ void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
   TermSet with_annotations;
   find_terms_with_annotations(need.terms, with_annotations);
   std::vector<const Term_*> to_assert;
+  // Definitions that were not written to their end must not count as written.
+  ScopeGuard undo([this, before = definitions->mark()] { definitions->take_back_to(before); });
   for (const Term_* value : need.bit_values) {
     const bool is_new = definitions->find(value) == nullptr;
     for (size_t i = definitions->define(value); i < definitions->all().size(); i++) {
@@ -98,7 +101,10 @@ void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
       to_assert.push_back(value);
     }
   }
-  if (to_assert.empty()) return;
+  if (to_assert.empty()) {
+    undo.dismiss();
+    return;
+  }
 
   StandardEncoding encoding(manager, *definitions);
   const Term_* all = nullptr;
@@ -106,9 +112,17 @@ void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
   out << "(assert ";
   print_copy(out, encoding, all, nullptr, /*with_annotations=*/true);
   out << ")\n";
+  std::vector<const Term_*> annotated_now;
   for (const Term_* copied : encoding.copied()) {
-    if (is_annotated(copied)) annotated_before.insert(copied);
+    if (is_annotated(copied)) annotated_now.push_back(copied);
   }
+  size_t entered = 0;
+  ScopeGuard undo_annotated([&] {
+    while (entered != 0) annotated_before.erase(annotated_before.find(annotated_now[--entered]));
+  });
+  for (; entered < annotated_now.size(); entered++) annotated_before.insert(annotated_now[entered]);
+  undo_annotated.dismiss();
+  undo.dismiss();
 }
 
 // Of some terms and everything below them, operands before operators: those in whose text something

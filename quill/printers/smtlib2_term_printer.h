@@ -72,7 +72,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   //   (assert ...)
   //
   // Annotated terms that appear there are annotated there and no more in what is written later.
-  // Needs definitions.
+  // Needs definitions. When it throws, the commands are to be written again: nothing of what it
+  // wrote counts as defined.
   void print_definitions(std::ostream& out, const Term_* t);
 
   // Writes the term; with_annotations false leaves the annotations out.
