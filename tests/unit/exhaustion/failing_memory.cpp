@@ -1,0 +1,121 @@
+// operator new and malloc with a countdown, and functions for GMP.
+//
+// The program is linked so that its own calls of malloc, those of the pools, come here, and that
+// __real_malloc is the malloc of the C library or of the address sanitizer.
+
+#include "tests/unit/exhaustion/failing_memory.h"
+
+#include <gmp.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+extern "C" {
+void* __real_malloc(size_t size);
+void* __wrap_malloc(size_t size);
+}
+
+namespace {
+
+struct Countdown {
+  bool is_armed = false;
+  quill::testing::Failures failures = quill::testing::Failures::Once;
+  size_t successes = 0;
+  size_t asked = 0;
+};
+thread_local Countdown countdown;
+
+std::atomic<size_t> malloc_calls = 0;
+
+void* allocate(size_t size) {
+  if (countdown.is_armed) {
+    const size_t number = countdown.asked++;
+    const bool fails = countdown.failures == quill::testing::Failures::Once
+                           ? number == countdown.successes
+                           : number >= countdown.successes;
+    if (fails) return nullptr;
+  }
+  return __real_malloc(size == 0 ? 1 : size);
+}
+
+// A block of GMP's begins with its size and a word that tells it from other blocks.
+struct GmpHeader {
+  size_t size;
+  uint64_t mark;
+};
+constexpr uint64_t gmp_mark = 0x6b636f6c62706d67;
+std::atomic<size_t> gmp_blocks_held = 0;
+std::atomic<size_t> gmp_largest = 0;
+
+void* gmp_allocate(size_t size) {
+  auto* header = static_cast<GmpHeader*>(__real_malloc(sizeof(GmpHeader) + size));
+  if (header == nullptr) std::abort();
+  *header = {size, gmp_mark};
+  ++gmp_blocks_held;
+  gmp_largest = std::max<size_t>(gmp_largest, size);
+  return header + 1;
+}
+
+void gmp_free(void* memory, size_t) {
+  GmpHeader* header = static_cast<GmpHeader*>(memory) - 1;
+  if (header->mark != gmp_mark) std::abort();
+  header->mark = 0;
+  --gmp_blocks_held;
+  std::free(header);
+}
+
+void* gmp_reallocate(void* memory, size_t, size_t size) {
+  void* larger = gmp_allocate(size);
+  const GmpHeader* header = static_cast<GmpHeader*>(memory) - 1;
+  std::memcpy(larger, memory, std::min(header->size, size));
+  gmp_free(memory, 0);
+  return larger;
+}
+
+// Before the first number is made.
+const bool gmp_is_set_apart = [] {
+  mp_set_memory_functions(gmp_allocate, gmp_reallocate, gmp_free);
+  return true;
+}();
+
+}  // namespace
+
+namespace quill::testing {
+
+FailingMemory::FailingMemory(size_t successes, Failures failures) {
+  countdown = {true, failures, successes, 0};
+}
+FailingMemory::~FailingMemory() { countdown.is_armed = false; }
+bool FailingMemory::has_failed() const { return countdown.asked > countdown.successes; }
+size_t FailingMemory::asked() const { return countdown.asked; }
+
+size_t pool_chunks() { return malloc_calls; }
+size_t gmp_blocks() { return gmp_blocks_held; }
+size_t largest_gmp_block() { return gmp_largest; }
+
+}  // namespace quill::testing
+
+void* __wrap_malloc(size_t size) {
+  ++malloc_calls;
+  return allocate(size);
+}
+
+void* operator new(size_t size) {
+  void* memory = allocate(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t) noexcept { std::free(memory); }
+
+// The address sanitizer otherwise ends the program when malloc is asked for more than there can be.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }

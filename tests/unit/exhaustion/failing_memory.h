@@ -1,0 +1,37 @@
+// Makes the memory of the test program run out on demand: operator new, and the malloc of the
+// library's pools. What GMP takes for its numbers is not counted and never fails; it is set apart
+// instead, so that a block of GMP's that reaches free(), or the other way round, stops the program.
+
+#ifndef QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H
+#define QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H
+
+#include <cstddef>
+
+namespace quill::testing {
+
+enum class Failures { Once, FromThenOn };
+
+// While it lives, the first `successes` allocations of this thread succeed and the next one fails,
+// or the next one and all later ones. Not to be nested.
+class FailingMemory {
+ public:
+  FailingMemory(size_t successes, Failures failures);
+  ~FailingMemory();
+  FailingMemory(const FailingMemory&) = delete;
+  FailingMemory& operator=(const FailingMemory&) = delete;
+
+  // Whether an allocation failed, and how many were asked for.
+  bool has_failed() const;
+  size_t asked() const;
+};
+
+// How many blocks of malloc the library's pools have asked for.
+size_t pool_chunks();
+
+// The blocks that GMP holds in this program, and the largest one that it ever asked for.
+size_t gmp_blocks();
+size_t largest_gmp_block();
+
+}  // namespace quill::testing
+
+#endif
