@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <new>
 
+#include "quill/terms/termmanager/ownership.h"
+
 namespace quill {
 
 namespace {
@@ -28,6 +30,7 @@ bool is_tiny(const WrittenForm& form) {
 }  // namespace
 
 LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of) {
+  require_own(manager, root);
   collect(root, form_of);
   bind(manager);
   name_bound_operands();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "quill/printers/smtlib2_names.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/gmp_integer.h"
 
 namespace quill {
@@ -76,6 +77,7 @@ void print_symbol(std::ostream& out, std::string_view manager_name, std::string_
 
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
                 std::string_view escape_prefix, const Logic& logic) {
+  require_own(manager, type);
   struct Frame {
     const DataType* type;
     size_t next;  // the component to print next

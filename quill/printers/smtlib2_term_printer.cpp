@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "quill/printers/smtlib2_syntax.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/scope_guard.h"
 
 namespace quill {
@@ -28,6 +29,8 @@ void SmtLib2TermPrinter::print_atom(std::ostream& out, const Term_* t, bool with
 
 void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const DataType* expected,
                                     bool with_annotations) {
+  require_own(manager, t);
+  require_own(manager, expected);
   // The symbols of the last text may have been freed.
   texts.emplace(manager, rename_prefix, logic);
   TextBuffer buffer(out);
@@ -79,6 +82,7 @@ void SmtLib2TermPrinter::print_copy(std::ostream& out, StandardEncoding& encodin
 
 void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
   assert(definitions != nullptr);
+  require_own(manager, t);
   if (configuration.dialect == Configuration::Dialect::Extensions) return;
   const StandardEncoding::Need need = StandardEncoding::need_of(manager, t);
   if (need.bit_values.empty()) return;

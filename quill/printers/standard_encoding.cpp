@@ -1,6 +1,7 @@
 #include "quill/printers/standard_encoding.h"
 
 #include "quill/terms/derived.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/bv_number.h"
 
 namespace quill {
@@ -51,6 +52,7 @@ bool StandardEncoding::is_rewritten(const TermManager& manager, const Symbol* s)
 }
 
 StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, const Term_* root) {
+  require_own(manager, root);
   Need need;
   hsh::HashSet<const Term_*> reached;
   hsh::HashSet<const Term_*> values;

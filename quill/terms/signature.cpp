@@ -26,6 +26,12 @@ void Signature::release(Symbol* symbol) {
   ::operator delete(symbol);
 }
 
+// Frees a symbol that was held.
+void Signature::remove(Symbol* symbol) noexcept {
+  record.remove(symbol);
+  release(symbol);
+}
+
 uint32_t Signature::find(uint32_t hash, std::string_view name) const {
   return index.find(hash, [&](uint32_t handle) { return name == symbols[handle]->name; });
 }
@@ -49,6 +55,7 @@ const Symbol* Signature::add_symbol(const char* name, const DataType* type) {
   const DataType* output_type = is_application ? type->get_component(count - 1) : type;
 
   index.reserve_one();
+  record.reserve_one();
   char* memory = static_cast<char*>(::operator new(sizeof(Symbol) + length + 1));
   char* copy = memory + sizeof(Symbol);
   std::memcpy(copy, name, length + 1);
@@ -57,6 +64,7 @@ const Symbol* Signature::add_symbol(const char* name, const DataType* type) {
   symbols.push_back(symbol);
   undo.dismiss();
   index.insert(hash, static_cast<uint32_t>(symbols.size() - 1));
+  record.add(symbol);
   return symbol;
 }
 
@@ -135,7 +143,7 @@ void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
     const bool named = is_named(hash, i);
     if (keep.find(symbol) == keep.end()) {
       if (named) index.erase(hash, static_cast<uint32_t>(i));
-      release(symbol);
+      remove(symbol);
     } else {
       if (named) index.rename(hash, static_cast<uint32_t>(i), static_cast<uint32_t>(used));
       symbols[used++] = symbol;
@@ -163,7 +171,7 @@ void Signature::rollback(size_t former_size) noexcept {
     const uint32_t hash = hash_name(symbol->name);
     if (is_named(hash, handle)) index.erase(hash, handle);
     symbols.pop_back();
-    release(symbol);
+    remove(symbol);
   }
 }
 

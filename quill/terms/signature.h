@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "quill/terms/ownership_record.h"
 #include "quill/terms/symbol.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/hash_map.h"
@@ -55,6 +56,9 @@ class Signature {
   size_t size() const { return symbols.size(); }
   const Symbol* symbol(size_t i) const { return symbols[i]; }
 
+  // The symbols held and freed, in debug builds.
+  const OwnershipRecord& ownership() const { return record; }
+
   // Whether every name leads to a symbol of this name. Linear; for debugging.
   bool is_consistent() const;
 
@@ -67,10 +71,12 @@ class Signature {
   bool is_named(uint32_t hash, size_t position) const;
   void free_suffix(std::string_view name);
   static void release(Symbol* symbol);
+  void remove(Symbol* symbol) noexcept;
 
   TypeUniverse* universe;
   std::vector<Symbol*> symbols;
   InternIndex index;
+  OwnershipRecord record;
 
   // Of base_0 ... base_(next - 1) all are taken but for some of those in `freed`, a heap with the
   // least suffix on top.

@@ -36,14 +36,21 @@ const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args)
 
   index.reserve_one();
   ids.reserve_one();
+  record.reserve_one();
   const uint32_t handle = nodes.allocate(symbol->arity);
   Term_* term = new (nodes.address(handle)) Term_(ids.take(), symbol);
   std::copy(args, args + symbol->arity, term->args);
   index.insert(hash, handle);
+  record.add(term);
   return term;
 }
 
 void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
+#ifndef NDEBUG
+  for (const Term_* term : *this) {
+    if (term->id >= seen.size() || !seen[term->id]) record.remove(term);
+  }
+#endif
   const size_t freed = nodes.sweep(seen);
   if (freed == 0) return;
   // The index leads to freed nodes now. Made anew from those that are left, it costs nothing for

@@ -23,6 +23,7 @@
 
 #include "quill/terms/id_pool.h"
 #include "quill/terms/node_slabs.h"
+#include "quill/terms/ownership_record.h"
 #include "quill/terms/term.h"
 #include "quill/utils/intern_index.h"
 
@@ -93,6 +94,9 @@ class TermBank {
   };
   MemoryUse memory_use() const;
 
+  // The terms held and freed, in debug builds.
+  const OwnershipRecord& ownership() const { return record; }
+
   // Whether look-ups find every term that iteration shows, and the ids agree. Linear; for
   // debugging.
   bool is_consistent() const;
@@ -104,6 +108,7 @@ class TermBank {
   NodeSlabs nodes;
   InternIndex index;
   IdPool ids;
+  OwnershipRecord record;
 };
 
 }  // namespace quill

@@ -29,8 +29,10 @@ uint32_t hash_components(const DataType* const* components, size_t count) {
 TypeUniverse::TypeUniverse() : application_type(nullptr) {
   DataType* type = allocate(&DataType::application_name(), 0);
   ScopeGuard undo([&] { release(type); });
+  record.reserve_one();
   types.push_back(type);
   undo.dismiss();
+  record.add(type);
   application_type = type;  // not entered in the index, so that no name leads to it
 }
 
@@ -49,6 +51,12 @@ void TypeUniverse::release(DataType* type) {
   ::operator delete(type);
 }
 
+// Frees a type that was held.
+void TypeUniverse::remove(DataType* type) noexcept {
+  record.remove(type);
+  release(type);
+}
+
 uint32_t TypeUniverse::hash_of(const DataType* type) {
   return type->is_simple() ? hash_name(*type->name)
                            : hash_components(type->components, type->count);
@@ -58,8 +66,10 @@ uint32_t TypeUniverse::hash_of(const DataType* type) {
 const DataType* TypeUniverse::add(uint32_t hash, DataType* type) {
   ScopeGuard undo([&] { release(type); });
   index.reserve_one();
+  record.reserve_one();
   types.push_back(type);
   undo.dismiss();
+  record.add(type);
   index.insert(hash, static_cast<uint32_t>(types.size() - 1));
   return type;
 }
@@ -119,7 +129,7 @@ void TypeUniverse::remove_type(const DataType* type) {
     types[handle] = types[last];
   }
   types.pop_back();
-  release(victim);
+  remove(victim);
 }
 
 void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
@@ -133,7 +143,7 @@ void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
     if (kept(type)) {
       types[used++] = type;
     } else {
-      release(type);
+      remove(type);
     }
   }
   types.resize(used);
@@ -159,7 +169,7 @@ void TypeUniverse::rollback(size_t former_size) noexcept {
     DataType* type = types.back();
     index.erase(hash_of(type), static_cast<uint32_t>(types.size() - 1));
     types.pop_back();
-    release(type);
+    remove(type);
   }
 }
 

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "quill/terms/data_type.h"
+#include "quill/terms/ownership_record.h"
 #include "quill/utils/hash_set.h"
 #include "quill/utils/intern_index.h"
 
@@ -60,6 +61,9 @@ class TypeUniverse {
   size_t size() const { return types.size(); }
   const DataType* type(size_t i) const { return types[i]; }
 
+  // The types held and freed, in debug builds.
+  const OwnershipRecord& ownership() const { return record; }
+
   // Whether requests find every type held. Linear; for debugging.
   bool is_consistent() const;
 
@@ -72,10 +76,12 @@ class TypeUniverse {
   static uint32_t hash_of(const DataType* type);
   static DataType* allocate(const std::string* name, size_t count);
   static void release(DataType* type);
+  void remove(DataType* type) noexcept;
   const DataType* add(uint32_t hash, DataType* type);
 
   std::vector<DataType*> types;
   InternIndex index;
+  OwnershipRecord record;
   std::vector<std::pair<const DataType*, const DataType*>>
       subtypes;  // (sub, super); one pair in practice
   const DataType* application_type;

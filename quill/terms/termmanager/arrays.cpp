@@ -5,6 +5,7 @@
 
 #include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/operator_family.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -27,6 +28,8 @@ const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex&
 }
 
 const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const DataType* elem) {
+  require_own(*this, idx);
+  require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_READ;
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
@@ -36,6 +39,8 @@ const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const Dat
 }
 
 const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const DataType* elem) {
+  require_own(*this, idx);
+  require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_WRITE;
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
@@ -45,6 +50,8 @@ const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const Da
 }
 
 const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const DataType* elem) {
+  require_own(*this, idx);
+  require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_CONST;
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
@@ -54,6 +61,7 @@ const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const Da
 }
 
 const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
+  require_own(*this, {a, i});
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_READ);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
@@ -63,6 +71,7 @@ const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
 }
 
 const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const Term_* v) {
+  require_own(*this, {a, i, v});
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_WRITE);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
@@ -72,6 +81,7 @@ const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const
 }
 
 const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_* v) {
+  require_own(*this, v);
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_CONST);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;

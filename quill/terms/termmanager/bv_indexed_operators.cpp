@@ -1,6 +1,7 @@
 // Concatenation, extraction, rotation and extension of bit-vectors.
 
 #include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -10,6 +11,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
                                           hsh::HashMap<BVIndex1, const Symbol*>& by_key,
                                           const DataType* result_type) {
+  require_own(*this, result_type);
   const BVIndex1 key{first, width};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;
@@ -22,6 +24,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
 bool TermManager::is_bv_symbol(const Symbol* s,
                                const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
                                size_t* first, size_t* second) const {
+  require_own(*this, s);
   const auto found = by_symbol.find(s);
   if (found == by_symbol.end()) return false;
   if (first != nullptr) *first = found->second.a;
@@ -32,6 +35,7 @@ bool TermManager::is_bv_symbol(const Symbol* s,
 bool TermManager::is_bv_symbol(const Symbol* s,
                                const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
                                size_t* first, size_t* second, size_t* third) const {
+  require_own(*this, s);
   const auto found = by_symbol.find(s);
   if (found == by_symbol.end()) return false;
   if (first != nullptr) *first = found->second.a;

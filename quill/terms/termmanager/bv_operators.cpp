@@ -2,6 +2,7 @@
 // rows of operator_family.h.
 
 #include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -11,6 +12,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<const Symbol*, size_t>& by_symbol,
                                           hsh::HashMap<size_t, const Symbol*>& by_width,
                                           const DataType* result_type) {
+  require_own(*this, result_type);
   const auto found = by_width.find(width);
   if (found != by_width.end()) return found->second;
   const DataType* type = get_bv_type(width);
@@ -22,6 +24,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
 bool TermManager::is_bv_symbol(const Symbol* s,
                                const hsh::HashMap<const Symbol*, size_t>& by_symbol,
                                size_t* width) const {
+  require_own(*this, s);
   const auto found = by_symbol.find(s);
   if (found == by_symbol.end()) return false;
   if (width != nullptr) *width = found->second;

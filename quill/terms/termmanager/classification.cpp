@@ -4,6 +4,7 @@
 // theories, an apostrophe for variables. Numerals have neither and are known by their recorded
 // values.
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 
@@ -11,6 +12,7 @@ namespace quill {
 
 const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataType* type,
                                                   SymbolTag::tag tag) {
+  require_own(*this, type);
   name_buffer = '`';
   name_buffer += name;
   name_buffer += '`';
@@ -23,21 +25,28 @@ const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataTy
 }
 
 bool TermManager::is_interpreted(const Symbol* s) const {
+  require_own(*this, s);
   if (s->name[0] == '`') return true;
   return s->arity == 0 && number_values.find(s) != number_values.end();
 }
 
 bool TermManager::is_uninterpreted_function(const Symbol* s) const {
+  require_own(*this, s);
   return s->arity != 0 && !is_interpreted(s);
 }
 
-bool TermManager::is_variable(const Symbol* s) const { return s->arity == 0 && s->name[0] == '\''; }
+bool TermManager::is_variable(const Symbol* s) const {
+  require_own(*this, s);
+  return s->arity == 0 && s->name[0] == '\'';
+}
 
 bool TermManager::is_constant(const Symbol* s) const {
+  require_own(*this, s);
   return s->arity == 0 && !is_interpreted(s) && !is_variable(s);
 }
 
 SymbolTag::tag TermManager::get_tag(const Symbol* s) const {
+  require_own(*this, s);
   const auto found = tags.find(s);
   return found != tags.end() ? found->second : SymbolTag::NONE;
 }

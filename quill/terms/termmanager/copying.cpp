@@ -1,5 +1,6 @@
 // Copying terms, symbols and types from another manager: the members, and the walk over terms.
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
@@ -45,6 +46,7 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
   const bool is_replaced = replacement != substitution->end();
   if (preorder) {
     if (!is_replaced) return 2;
+    require_own(*destination, replacement->second);
     terms[t] = replacement->second;
     return 1;
   }
@@ -70,6 +72,7 @@ const Term_* TermManager::copy_term(const TermManager& src, const Term_* t) {
 
 const Term_* TermManager::copy_term_with_subst(const TermManager& src, const Term_* t,
                                                const TermMap& subst) {
+  require_own(src, t);
   if (&src == this && subst.begin() == subst.end()) return t;
   TermCopyCallback callback(*this, src, subst);
   TermVisitor<TermCopyCallback> visitor(&callback, /*dag_mode=*/true);
@@ -83,6 +86,7 @@ const Term_* TermManager::copy_term_with_subst(const TermManager& src, const Ter
 
 void TermManager::copy_terms(const TermManager& src, const std::vector<const Term_*>& in,
                              std::vector<const Term_*>& out, bool use_manager_marks) {
+  require_own(src, in);
   if (in.empty()) return;
   const size_t count = in.size();  // counted before, for an output that is the input
   if (&src == this) {
@@ -104,6 +108,7 @@ void TermManager::copy_terms(const TermManager& src, const std::vector<const Ter
 
 void TermManager::copy_symbols(const TermManager& src, const std::vector<const Symbol*>& in,
                                std::vector<const Symbol*>& out) {
+  require_own(src, in);
   if (in.empty()) return;
   const TermMap none;
   TermCopyCallback callback(*this, src, none);
@@ -113,6 +118,7 @@ void TermManager::copy_symbols(const TermManager& src, const std::vector<const S
 
 void TermManager::copy_types(const TermManager& src, const std::vector<const DataType*>& in,
                              std::vector<const DataType*>& out) {
+  require_own(src, in);
   if (in.empty()) return;
   const TermMap none;
   TermCopyCallback callback(*this, src, none);

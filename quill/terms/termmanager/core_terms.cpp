@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -17,11 +18,15 @@ const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Ter
 }
 
 const Term_* TermManager::do_make_term(const Symbol* s, const std::vector<const Term_*>& args) {
+  require_own(*this, s);
+  require_own(*this, args);
   assert(args.size() == s->arity && "wrong number of arguments for a symbol");
   return bank->make_term(s, args.empty() ? nullptr : args.data());
 }
 
 bool TermManager::typecheck(const Term_* t, const DataType* expected, const char* where) const {
+  require_own(*this, t);
+  require_own(*this, expected);
   const DataType* actual = t->symbol->get_output_type();
   if (universe->is_subtype(actual, expected)) return true;
   throw error("type error. term ")
@@ -30,6 +35,8 @@ bool TermManager::typecheck(const Term_* t, const DataType* expected, const char
 }
 
 void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& args) {
+  require_own(*this, s);
+  require_own(*this, args);
   if (!typecheck_enabled) return;
   const size_t count = args.size();
   if (s->arity != count) reject_arity(s, count);
@@ -68,6 +75,7 @@ void TermManager::typecheck_from(size_t first, const Symbol* s,
 
 const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
                                    const char* opname) {
+  require_own(*this, s);
   operation_text = opname;  // which may be a symbol's own text, see typecheck
   return make_binary(s, a, b, operation_text.c_str());
 }
@@ -109,6 +117,7 @@ const Term_* TermManager::make_floor(const Term_* a) {
 }
 
 bool TermManager::both_int(const Term_* a, const Term_* b) const {
+  require_own(*this, {a, b});
   return a->symbol->get_output_type() == int_type && b->symbol->get_output_type() == int_type;
 }
 
@@ -153,6 +162,7 @@ void TermManager::check_before_new_symbol(const TypeKeyedSymbols& table, const D
 }
 
 const Symbol* TermManager::make_equality_symbol(const DataType* t) {
+  require_own(*this, t);
   if (t == bool_type) throw error("Equality arguments can't be Boolean");
   if (const Symbol* present = equality_symbols.find(t)) return present;
   scratch_types = {universe->get_application_type(), t, t, bool_type};
@@ -160,6 +170,7 @@ const Symbol* TermManager::make_equality_symbol(const DataType* t) {
 }
 
 const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
+  require_own(*this, {a, b});
   const DataType* type = a->symbol->get_output_type();
   const Symbol* s;
   if (is_real_or_int(type)) {
@@ -172,6 +183,7 @@ const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
 }
 
 const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
+  require_own(*this, t);
   if (t == bool_type) throw error("Term-ITE arguments can't be Boolean");
   if (const Symbol* present = term_ite_symbols.find(t)) return present;
   scratch_types = {universe->get_application_type(), bool_type, t, t, t};
@@ -180,6 +192,7 @@ const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
 
 const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_term,
                                         const Term_* else_term) {
+  require_own(*this, {cond, then_term, else_term});
   const DataType* type = then_term->symbol->get_output_type();
   if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
   check_before_new_symbol(term_ite_symbols, type, "make_term_ite",
@@ -194,6 +207,7 @@ const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_ter
 }
 
 bool TermManager::is_term_ite(const Symbol* s, const DataType** out_type) const {
+  require_own(*this, s);
   if (!term_ite_symbols.contains(s)) return false;
   if (out_type != nullptr) *out_type = s->type->get_component(2);
   return true;

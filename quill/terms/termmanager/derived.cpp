@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -14,6 +15,7 @@ namespace {
 using Builder = const Term_* (TermManager::*)(const Term_*, const Term_*);
 
 const Term_* fold(TermManager& m, TermSpan terms, Builder builder, const Term_* if_empty) {
+  require_own(m, terms);
   if (terms.empty()) return if_empty;
   const Term_* result = terms[0];
   for (const Term_* t : terms.subspan(1)) result = (m.*builder)(result, t);
@@ -55,6 +57,7 @@ const Term_* divide_by_zero(TermManager& m, Division op, const Term_* a) {
 }
 
 bool is_bool(const TermManager& m, const Term_* t) {
+  require_own(m, t);
   return t->symbol->get_output_type() == m.get_bool_type();
 }
 
@@ -64,19 +67,23 @@ bool is_bool(const TermManager& m, const Term_* t) {
 // being fixes their ids.
 
 const Term_* make_implies(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* not_a = m.make_not(a);
   return m.make_or(not_a, b);
 }
 
 const Term_* make_xor(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_not(m.make_iff(a, b));
 }
 
 const Term_* make_equals(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return is_bool(m, a) ? m.make_iff(a, b) : m.make_equal(a, b);
 }
 
 const Term_* make_distinct(TermManager& m, TermSpan terms) {
+  require_own(m, terms);
   const Term_* result = nullptr;
   for (size_t i = 0; i < terms.size(); i++) {
     for (size_t j = i + 1; j < terms.size(); j++) {
@@ -89,6 +96,7 @@ const Term_* make_distinct(TermManager& m, TermSpan terms) {
 
 const Term_* make_ite(TermManager& m, const Term_* cond, const Term_* then_term,
                       const Term_* else_term) {
+  require_own(m, {cond, then_term, else_term});
   if (!is_bool(m, then_term)) return m.make_term_ite(cond, then_term, else_term);
   const Term_* if_true = make_implies(m, cond, then_term);
   const Term_* if_false = m.make_or(cond, else_term);
@@ -98,29 +106,36 @@ const Term_* make_ite(TermManager& m, const Term_* cond, const Term_* then_term,
 const Term_* make_geq(TermManager& m, const Term_* a, const Term_* b) { return m.make_leq(b, a); }
 
 const Term_* make_lt(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_not(m.make_leq(b, a));
 }
 
 const Term_* make_gt(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_not(m.make_leq(a, b));
 }
 
 const Term_* make_minus(TermManager& m, const Term_* a) {
+  require_own(m, a);
   const Term_* minus_one = m.make_number(-1);
   return m.make_times(minus_one, a);
 }
 
 const Term_* make_minus(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* minus_b = make_minus(m, b);
   return m.make_plus(a, minus_b);
 }
 
 const Term_* make_is_int(TermManager& m, const Term_* a) {
+  require_own(m, a);
   const Term_* floor = m.make_floor(a);
   return m.make_equal(a, floor);
 }
 
 const Term_* make_abs(TermManager& m, const Term_* a, const DataType* type) {
+  require_own(m, a);
+  require_own(m, type);
   const Term_* zero = m.make_number(0);
   const Term_* minus_one = m.make_number(-1);
   const Term_* not_negative = m.make_bin(operator_over(m, type, "<="), zero, a, "make_abs");
@@ -129,6 +144,7 @@ const Term_* make_abs(TermManager& m, const Term_* a, const DataType* type) {
 }
 
 const Term_* make_abs(TermManager& m, const Term_* a) {
+  require_own(m, a);
   return make_abs(m, a, a->symbol->get_output_type());
 }
 
@@ -154,12 +170,14 @@ const Symbol* make_zero_division_symbol(TermManager& m, Division op) {
 }
 
 const Term_* make_divide(TermManager& m, const Term_* a, const QNumber& c) {
+  require_own(m, a);
   if (c.is_zero()) return divide_by_zero(m, Division::Divide, a);
   const Term_* factor = m.make_number(reciprocal(c));
   return m.make_bin(operator_over(m, m.get_rat_type(), "*"), factor, a, "make_divide");
 }
 
 const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c) {
+  require_own(m, a);
   require_ints(m, a, c, "make_div");
   if (c.is_zero()) return divide_by_zero(m, Division::Div, a);
   const Term_* quotient = m.make_floor(make_divide(m, a, absolute(c)));
@@ -167,6 +185,7 @@ const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c) {
 }
 
 const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c) {
+  require_own(m, a);
   require_ints(m, a, c, "make_mod");
   if (c.is_zero()) return divide_by_zero(m, Division::Mod, a);
   const QNumber divisor = absolute(c);
@@ -177,6 +196,7 @@ const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c) {
 }
 
 const Term_* make_divisible(TermManager& m, const Term_* a, const QNumber& n) {
+  require_own(m, a);
   require_ints(m, a, n, "make_divisible");
   if (n.is_negative() || n.is_zero()) {
     throw TermManager::error("the divisor must be positive: ") << n << " (make_divisible)";

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -12,6 +13,7 @@ namespace quill {
 namespace {
 
 size_t width_of(const TermManager& m, const Term_* a) {
+  require_own(m, a);
   size_t width = 0;
   if (!m.is_bv_type(a->symbol->get_output_type(), &width)) {
     throw TermManager::error("type error. term ")
@@ -43,14 +45,17 @@ size_t multipliable_width(const TermManager& m, const Term_* a, size_t n) {
 }  // namespace
 
 const Term_* make_bv_nand(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_bv_not(m.make_bv_and(a, b));
 }
 
 const Term_* make_bv_nor(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_bv_not(m.make_bv_or(a, b));
 }
 
 const Term_* make_bv_xnor(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_bv_not(m.make_bv_xor(a, b));
 }
 
@@ -71,6 +76,7 @@ const Term_* make_bv_sgt(TermManager& m, const Term_* a, const Term_* b) {
 }
 
 const Term_* make_bv_smod(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* r = m.make_bv_srem(a, b);
   const Term_* zero = zero_like(m, a);
   const Term_* is_zero = m.make_equal(r, zero);
@@ -80,6 +86,7 @@ const Term_* make_bv_smod(TermManager& m, const Term_* a, const Term_* b) {
 }
 
 const Term_* make_bv_redor(TermManager& m, const Term_* a) {
+  require_own(m, a);
   return m.make_bv_not(m.make_bv_comp(a, zero_like(m, a)));
 }
 
@@ -88,6 +95,7 @@ const Term_* make_bv_redand(TermManager& m, const Term_* a) {
 }
 
 const Term_* make_bv_repeat(TermManager& m, size_t n, const Term_* a) {
+  require_own(m, a);
   multipliable_width(m, a, n);
   size_t bit = 1;
   while (bit <= n / 2) bit *= 2;
@@ -101,15 +109,18 @@ const Term_* make_bv_repeat(TermManager& m, size_t n, const Term_* a) {
 }
 
 const Term_* make_bv_nego(TermManager& m, const Term_* a) {
+  require_own(m, a);
   const Term_* negative = is_negative(m, a);
   return m.make_and(negative, is_negative(m, m.make_bv_neg(a)));
 }
 
 const Term_* make_bv_uaddo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   return m.make_bv_ult(m.make_bv_add(a, b), a);
 }
 
 const Term_* make_bv_saddo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* s = m.make_bv_add(a, b);
   const Term_* differs_from_a = m.make_bv_xor(a, s);
   return is_negative(m, m.make_bv_and(differs_from_a, m.make_bv_xor(b, s)));
@@ -120,12 +131,14 @@ const Term_* make_bv_usubo(TermManager& m, const Term_* a, const Term_* b) {
 }
 
 const Term_* make_bv_ssubo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* d = m.make_bv_sub(a, b);
   const Term_* signs_differ = m.make_bv_xor(a, b);
   return is_negative(m, m.make_bv_and(signs_differ, m.make_bv_xor(a, d)));
 }
 
 const Term_* make_bv_umulo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const size_t w = multipliable_width(m, a, 2);
   const Term_* wide_a = m.make_bv_zero_extend(w, a);
   const Term_* product = m.make_bv_mul(wide_a, m.make_bv_zero_extend(w, b));
@@ -134,6 +147,7 @@ const Term_* make_bv_umulo(TermManager& m, const Term_* a, const Term_* b) {
 }
 
 const Term_* make_bv_smulo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const size_t w = multipliable_width(m, a, 2);
   const Term_* wide_a = m.make_bv_sign_extend(w, a);
   const Term_* product = m.make_bv_mul(wide_a, m.make_bv_sign_extend(w, b));
@@ -142,6 +156,7 @@ const Term_* make_bv_smulo(TermManager& m, const Term_* a, const Term_* b) {
 }
 
 const Term_* make_bv_sdivo(TermManager& m, const Term_* a, const Term_* b) {
+  require_own(m, {a, b});
   const Term_* is_least = make_bv_nego(m, a);
   return m.make_and(is_least, m.make_equal(b, ones_like(m, b)));
 }

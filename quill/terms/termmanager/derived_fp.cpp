@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <new>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/bv_number.h"
 #include "quill/utils/gmp_integer.h"
@@ -16,6 +17,7 @@ namespace quill {
 namespace {
 
 IEEEFloat::format format_of(const TermManager& m, const Term_* t, const char* where) {
+  require_own(m, t);
   IEEEFloat::format format;
   if (!m.is_fp_type(t->symbol->get_output_type(), &format.e, &format.m)) {
     throw TermManager::error("type error. term ")
@@ -25,6 +27,7 @@ IEEEFloat::format format_of(const TermManager& m, const Term_* t, const char* wh
 }
 
 size_t width_of(const TermManager& m, const Term_* t, const char* where) {
+  require_own(m, t);
   size_t width = 0;
   if (!m.is_bv_type(t->symbol->get_output_type(), &width)) {
     throw TermManager::error("type error. term ")
@@ -88,6 +91,7 @@ const Term_* make_fp_minus_zero(TermManager& m, size_t e, size_t mantissa) {
 
 const Term_* make_fp_from_parts(TermManager& m, const Term_* sign, const Term_* exponent,
                                 const Term_* significand) {
+  require_own(m, {sign, exponent, significand});
   constexpr const char* where = "make_fp_from_parts";
   if (m.get_typecheck_enabled()) m.typecheck(sign, m.get_bv_type(1), where);
   const size_t e = width_of(m, exponent, where);
@@ -109,6 +113,7 @@ const Term_* make_fp_from_parts(TermManager& m, const Term_* sign, const Term_* 
 
 const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Term_* a,
                             const Term_* undefined) {
+  require_own(m, {rm, a, undefined});
   constexpr const char* where = "make_fp_to_ubv";
   const IEEEFloat::format format = format_of(m, a, where);
   if (w == 0 || w > SIZE_MAX - 2) {
@@ -134,6 +139,7 @@ const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Ter
 }
 
 const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Term_* a) {
+  require_own(m, {rm, a});
   const IEEEFloat::format format = format_of(m, a, "make_fp_to_ubv");
   const Symbol* function = make_undefined_fp_to_ubv_symbol(m, format.e, format.m, w);
   return make_fp_to_ubv(m, w, rm, a, m.make_uninterpreted_function(function, {rm, a}));

@@ -9,6 +9,7 @@
 
 #include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/operator_family.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -26,6 +27,7 @@ const Symbol* TermManager::add_family_symbol(SymbolTag::tag tag, const Key& key,
 
 // The width of a bit-vector. Throws for any other term.
 inline size_t TermManager::require_bv(const Term_* t, const char* complaint) const {
+  require_own(*this, t);
   size_t width = 0;
   if (!is_bv_type(t->symbol->get_output_type(), &width)) reject_operand(t, complaint);
   return width;
@@ -33,6 +35,7 @@ inline size_t TermManager::require_bv(const Term_* t, const char* complaint) con
 
 // The format of a floating-point value. Throws for any other term.
 inline IEEEFloat::format TermManager::require_fp(const Term_* t, const char* complaint) const {
+  require_own(*this, t);
   IEEEFloat::format format;
   if (!is_fp_type(t->symbol->get_output_type(), &format.e, &format.m)) reject_operand(t, complaint);
   return format;
@@ -57,6 +60,7 @@ const Symbol* TermManager::width_symbol(size_t width) {
 // The symbol for the width of an operand.
 template <SymbolTag::tag Tag>
 const Symbol* TermManager::width_symbol_for(const Term_* operand) {
+  require_own(*this, operand);
   const DataType* type = operand->symbol->get_output_type();
   LatestUse& latest = latest_uses[family_slot(Tag)];
   if (latest.operand == type) return latest.symbol;

@@ -11,6 +11,7 @@
 
 #include "quill/terms/termmanager/family_builders.h"
 #include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -33,6 +34,7 @@ const Symbol* TermManager::find_conversion(SymbolTag::tag tag, const FPFormatCas
 // The key of a symbol of this family, or null.
 const TermManager::FPFormatCast* TermManager::find_conversion_key(SymbolTag::tag tag,
                                                                   const Symbol* s) const {
+  require_own(*this, s);
   const auto& by_symbol = cast_families[family_slot(tag)].by_symbol;
   const auto found = by_symbol.find(s);
   return found != by_symbol.end() ? &found->second : nullptr;

@@ -1,6 +1,7 @@
 // The operators on floating-point values of one format, and the rounding modes.
 
 #include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -40,6 +41,7 @@ const Symbol* TermManager::make_format_symbol(
 
 bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
                                const Symbol* s, size_t* e, size_t* m) const {
+  require_own(*this, s);
   const auto found = by_symbol.find(s);
   if (found == by_symbol.end()) return false;
   if (e != nullptr) *e = found->second.e;
@@ -258,10 +260,20 @@ const Term_* TermManager::make_fprounding_zero() { return make_constant(rounding
 const Term_* TermManager::make_fprounding_plus_inf() { return make_constant(rounding_symbols[2]); }
 const Term_* TermManager::make_fprounding_minus_inf() { return make_constant(rounding_symbols[3]); }
 
-bool TermManager::is_fprounding_even(const Symbol* s) const { return s == rounding_symbols[0]; }
-bool TermManager::is_fprounding_zero(const Symbol* s) const { return s == rounding_symbols[1]; }
-bool TermManager::is_fprounding_plus_inf(const Symbol* s) const { return s == rounding_symbols[2]; }
+bool TermManager::is_fprounding_even(const Symbol* s) const {
+  require_own(*this, s);
+  return s == rounding_symbols[0];
+}
+bool TermManager::is_fprounding_zero(const Symbol* s) const {
+  require_own(*this, s);
+  return s == rounding_symbols[1];
+}
+bool TermManager::is_fprounding_plus_inf(const Symbol* s) const {
+  require_own(*this, s);
+  return s == rounding_symbols[2];
+}
 bool TermManager::is_fprounding_minus_inf(const Symbol* s) const {
+  require_own(*this, s);
   return s == rounding_symbols[3];
 }
 

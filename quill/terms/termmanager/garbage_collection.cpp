@@ -17,6 +17,7 @@
 
 #include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/terms/termmanager/family_loop.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 
@@ -90,6 +91,9 @@ void release_free_memory([[maybe_unused]] size_t freed_bytes) {
 void TermManager::gc(const std::vector<const Term_*>& terms,
                      const std::vector<const Symbol*>& symbols,
                      const std::vector<const DataType*>& types) {
+  require_own(*this, terms);
+  require_own(*this, symbols);
+  require_own(*this, types);
   std::vector<bool> seen;
   SymbolSet kept_symbols;
   TypeSet kept_types;

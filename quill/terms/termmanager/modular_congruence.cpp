@@ -2,6 +2,7 @@
 
 #include "quill/terms/termmanager/family_builders.h"
 #include "quill/terms/termmanager/new_symbol.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -37,6 +38,7 @@ const Term_* TermManager::make_int_modular_congruence(const QNumber& modulus, co
 }
 
 bool TermManager::is_int_modular_congruence(const Symbol* s, QNumber* modulus) const {
+  require_own(*this, s);
   const auto found = modular_congruences.by_symbol.find(s);
   if (found == modular_congruences.by_symbol.end()) return false;
   if (modulus != nullptr) *modulus = found->second;

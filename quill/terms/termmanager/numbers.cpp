@@ -11,6 +11,7 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 
@@ -153,6 +154,7 @@ const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, siz
 
 const Term_* TermManager::make_fp_rat_number(const QNumber& value, size_t e, size_t m,
                                              const Term_* rounding) {
+  require_own(*this, rounding);
   for (int mode = 0; mode < 4; mode++) {
     if (rounding->symbol != rounding_symbols[mode]) continue;
     const IEEEFloat rounded =
@@ -182,6 +184,7 @@ const Term_* TermManager::make_fp_nan(size_t e, size_t m) {
 }
 
 bool TermManager::is_number(const Symbol* s, QNumber* value) const {
+  require_own(*this, s);
   const auto found = number_values.find(s);
   if (found == number_values.end()) return false;
   if (value != nullptr) *value = found->second;

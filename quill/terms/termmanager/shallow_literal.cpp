@@ -2,11 +2,13 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
 
 std::string TermManager::to_shallow_str_literal(const Term_* t) const {
+  require_own(*this, t);
   constexpr unsigned max_depth = 10;
 
   struct Printer {

@@ -1,6 +1,7 @@
 // Substitution: one walk that rebuilds a term bottom-up, with the substitution itself as the memo.
 
 #include "quill/terms/term_table.h"
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/scope_guard.h"
@@ -57,15 +58,19 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
   TermVisitor<SubstitutionCallback<Images>> visitor(&callback, /*dag_mode=*/true);
   visitor.set_marks(&marks);
   visitor.visit(t, /*clear_marks=*/true);
-  return find_image(images, t);
+  const Term_* image = find_image(images, t);
+  require_own(manager, image);
+  return image;
 }
 
 }  // namespace
 
 const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector<bool>& lent_marks,
                                      bool check) {
+  require_own(*this, t);
   if (check) {
     for (const auto& [from, to] : subst) {
+      require_own(*this, {from, to});
       if (!is_subtype(to->symbol->get_output_type(), from->symbol->get_output_type())) {
         throw error("substitution between terms of incompatible types");
       }
@@ -79,6 +84,8 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
 template <class Enter>
 void TermManager::enter_pairs(const std::vector<const Term_*>& from,
                               const std::vector<const Term_*>& to, const Enter& enter) const {
+  require_own(*this, from);
+  require_own(*this, to);
   if (from.size() != to.size()) throw error("Incompatible arguments to substitute");
   for (size_t i = 0; i < from.size(); i++) {
     if (typecheck_enabled &&
@@ -99,6 +106,7 @@ const Term_* TermManager::substitute(const Term_* t, const std::vector<const Ter
 
 const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
                                      const std::vector<const Term_*>& to) {
+  require_own(*this, t);
   ImageTable images;
   enter_pairs(from, to,
               [&](const Term_* f, const Term_* image) { images.insert(f, image) = image; });

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 
@@ -17,11 +18,13 @@ void TermManager::check_user_name(const std::string& name) const {
 }
 
 const Symbol* TermManager::make_symbol(const std::string& name, const DataType* type) {
+  require_own(*this, type);
   check_user_name(name);
   return signature->add_symbol(name.c_str(), type);
 }
 
 const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  require_own(*this, type);
   check_user_name(name);
   if (signature->get_symbol(name.c_str()) == nullptr) return make_symbol(name, type);
   const int32_t k = signature->lowest_free_suffix(name);
@@ -32,6 +35,7 @@ const Symbol* TermManager::make_unique_symbol(const std::string& name, const Dat
 }
 
 const Term_* TermManager::make_fresh_variable(const DataType* type) {
+  require_own(*this, type);
   name_buffer = '\'';
   name_buffer += std::to_string(fresh_counter++);
   if (signature->get_symbol(name_buffer.c_str()) != nullptr) {
@@ -49,6 +53,7 @@ const Term_* TermManager::make_fresh_variable(const DataType* type) {
 }
 
 const Term_* TermManager::make_constant(const Symbol* s) {
+  require_own(*this, s);
   current_operation = "make_constant";
   scratch_args.clear();
   return make_term(s, scratch_args);
@@ -60,7 +65,10 @@ const Term_* TermManager::make_uninterpreted_function(const Symbol* s,
   return make_term(s, args);
 }
 
-void TermManager::free_symbol(const Symbol* s) { signature->remove_symbol(s->name); }
+void TermManager::free_symbol(const Symbol* s) {
+  require_own(*this, s);
+  signature->remove_symbol(s->name);
+}
 
 const Term_* TermManager::debug_get_term(unsigned long id) const {
   for (const Term_* t : *bank) {

@@ -19,6 +19,9 @@
 // symbols that it made on the way, each complete and usable. Builders do not simplify: they pick
 // the symbol and pass the arguments on in the given order.
 //
+// What belongs to another manager or was freed must not be given to a manager. Debug builds check
+// that in every call and stop with a message (see ownership.h).
+//
 // A manager is used by one thread at a time and is not re-entrant: builders share scratch vectors,
 // the name buffer and the name of the running operation.
 
@@ -168,7 +171,7 @@ class TermManager : public TermFactory {
   bool is_fp_type(const DataType* t, size_t* e, size_t* m) const;
   bool is_array_type(const DataType* t, const DataType** index, const DataType** element) const;
 
-  bool is_subtype(const DataType* a, const DataType* b) const { return universe->is_subtype(a, b); }
+  bool is_subtype(const DataType* a, const DataType* b) const;
   // The larger of two related types; throws for unrelated ones.
   const DataType* get_supertype(const DataType* a, const DataType* b) const;
 

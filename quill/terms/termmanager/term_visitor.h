@@ -21,6 +21,7 @@
 #define QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -76,6 +77,7 @@ class TermVisitor {
   // stopped or the callback threw; without it, in dag mode, a later walk leaves out the terms that
   // are done.
   void visit(const Term_* root, bool clear_marks) {
+    assert((root == nullptr || root->symbol != nullptr) && "a walk begins at a freed term");
     const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
     stack.clear();
     stack.push_back(waiting(root));

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/bv_number.h"
 #include "quill/utils/scope_guard.h"
@@ -46,6 +47,7 @@ const DataType* TermManager::get_type_from_width(size_t w) {
 }
 
 size_t TermManager::get_width_from_type(const DataType* t) const {
+  require_own(*this, t);
   const size_t* width = bv_widths.find_key(t);
   return width != nullptr ? *width : 0;
 }
@@ -98,6 +100,8 @@ const DataType* TermManager::get_fp_type(size_t e, size_t m) {
 }
 
 const DataType* TermManager::get_array_type(const DataType* index, const DataType* element) {
+  require_own(*this, index);
+  require_own(*this, element);
   if (index == bool_type || element == bool_type) {
     throw error("Arrays with Bool as argument are not supported");
   }
@@ -113,6 +117,8 @@ const DataType* TermManager::get_array_type(const DataType* index, const DataTyp
 
 const DataType* TermManager::get_function_type(const std::vector<const DataType*>& args,
                                                const DataType* result) {
+  require_own(*this, args);
+  require_own(*this, result);
   scratch_types.clear();
   scratch_types.push_back(universe->get_application_type());
   for (const DataType* arg : args) {
@@ -130,6 +136,7 @@ const DataType* TermManager::get_function_type(const std::vector<const DataType*
 }
 
 const DataType* TermManager::get_compound_type(const std::vector<const DataType*>& components) {
+  require_own(*this, components);
   for (const DataType* component : components) {
     if (component == bool_type || is_function_type(component, nullptr, nullptr)) {
       throw error("Higher-order compound types not supported");
@@ -140,6 +147,7 @@ const DataType* TermManager::get_compound_type(const std::vector<const DataType*
 
 bool TermManager::is_function_type(const DataType* t, std::vector<const DataType*>* args,
                                    const DataType** result) const {
+  require_own(*this, t);
   const size_t count = t->num_components();
   if (count < 3 || t->get_component(0) != universe->get_application_type()) return false;
   if (args != nullptr) {
@@ -151,12 +159,14 @@ bool TermManager::is_function_type(const DataType* t, std::vector<const DataType
 }
 
 bool TermManager::is_bv_type(const DataType* t, size_t* width) const {
+  require_own(*this, t);
   if (t->num_components() != 2 || t->get_component(0) != bv_type_head) return false;
   if (width != nullptr) *width = get_width_from_type(t->get_component(1));
   return true;
 }
 
 bool TermManager::is_fp_type(const DataType* t, size_t* e, size_t* m) const {
+  require_own(*this, t);
   if (t->num_components() != 2 || t->get_component(0) != fp_type_head) return false;
   const IEEEFloat::format* format = fp_formats.find_key(t->get_component(1));
   if (e != nullptr) *e = format != nullptr ? format->e : 0;
@@ -166,19 +176,29 @@ bool TermManager::is_fp_type(const DataType* t, size_t* e, size_t* m) const {
 
 bool TermManager::is_array_type(const DataType* t, const DataType** index,
                                 const DataType** element) const {
+  require_own(*this, t);
   if (t->num_components() != 3 || t->get_component(0) != array_type_head) return false;
   if (index != nullptr) *index = t->get_component(1);
   if (element != nullptr) *element = t->get_component(2);
   return true;
 }
 
+bool TermManager::is_subtype(const DataType* a, const DataType* b) const {
+  require_own(*this, a);
+  require_own(*this, b);
+  return universe->is_subtype(a, b);
+}
+
 const DataType* TermManager::get_supertype(const DataType* a, const DataType* b) const {
+  require_own(*this, a);
+  require_own(*this, b);
   if (is_subtype(a, b)) return b;
   if (is_subtype(b, a)) return a;
   throw error("unrelated types: ") << a->to_str() << " and " << b->to_str();
 }
 
 bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const {
+  require_own(*this, t);
   size_t width;
   size_t e;
   size_t m;
@@ -204,6 +224,7 @@ bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const 
 }
 
 void TermManager::free_type(const DataType* t) {
+  require_own(*this, t);
   if (t->is_simple()) {
     const auto found = simple_types.find(t->get_name());
     if (found != simple_types.end()) simple_types.erase(found);

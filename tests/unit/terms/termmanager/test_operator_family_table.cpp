@@ -839,6 +839,9 @@ TEST_P(OperatorFamilyTable, UsersSymbolOfTheSameNameMayComeFirst) {
   EXPECT_TRUE(row.recognise.ask(m, theirs, 0, texts));
 }
 
+#ifdef NDEBUG
+
+// Debug builds stop here instead.
 TEST_P(OperatorFamilyTable, SymbolOfAnotherManagerIsNotRecognised) {
   const Row& row = GetParam();
   TermManager m;
@@ -846,6 +849,56 @@ TEST_P(OperatorFamilyTable, SymbolOfAnotherManagerIsNotRecognised) {
   row.make_symbol(m);
   expect_not_recognised(m, row, row.make_symbol(other));
 }
+
+#else
+
+using OperatorFamilyTableDeathTest = OperatorFamilyTable;
+
+TEST_P(OperatorFamilyTableDeathTest, SymbolOfAnotherManager) {
+  const Row& row = GetParam();
+  TermManager m;
+  TermManager other;
+  const Symbol* s = row.make_symbol(other);
+  Names texts;
+  EXPECT_DEATH(row.recognise.ask(m, s, 0, texts), "quill: misuse: a symbol of another manager");
+}
+
+TEST_P(OperatorFamilyTableDeathTest, FreedSymbol) {
+  const Row& row = GetParam();
+  TermManager m;
+  const Symbol* s = row.make_symbol(m);
+  m.gc({}, {}, {});
+  Names texts;
+  EXPECT_DEATH(row.recognise.ask(m, s, 0, texts), "quill: misuse: a symbol that was freed");
+}
+
+TEST_P(OperatorFamilyTableDeathTest, OperandOfAnotherManager) {
+  const Row& row = GetParam();
+  Bench bench;
+  Bench other;
+  for (size_t i = row.args.size() - row.arity; i < row.args.size(); i++) {
+    Terms args = bench.terms(row.args);
+    args[i] = other.terms(row.args)[i];
+    EXPECT_DEATH(row.build(bench.m, args), "quill: misuse: a term of another manager") << i;
+  }
+}
+
+TEST_P(OperatorFamilyTableDeathTest, FreedOperand) {
+  const Row& row = GetParam();
+  for (size_t i = row.args.size() - row.arity; i < row.args.size(); i++) {
+    Bench bench;
+    Terms args = bench.terms(row.args);
+    const Term_* freed = bench.m.make_fresh_variable(args[i]->symbol->get_output_type());
+    bench.m.gc(args, {}, {});
+    args[i] = freed;
+    EXPECT_DEATH(row.build(bench.m, args), "quill: misuse: a term that was freed") << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Operators, OperatorFamilyTableDeathTest, ::testing::ValuesIn(table()),
+                         [](const auto& param) { return std::string(param.param.operation); });
+
+#endif
 
 //------------------------------------------------------------------------------------------------
 // Out of memory
