@@ -1,4 +1,4 @@
-// operator new and operator delete over malloc and free, with a countdown.
+// operator new and operator delete over malloc and free, with a countdown and counters.
 
 #include "tests/unit/utils/failing_allocation.h"
 
@@ -9,6 +9,8 @@ namespace {
 
 constexpr long never_fails = -1;
 thread_local long successes_left = never_fails;
+thread_local std::size_t all_allocations = 0;
+thread_local std::size_t all_bytes = 0;
 
 }  // namespace
 
@@ -17,9 +19,15 @@ namespace quill::testing {
 FailingAllocation::FailingAllocation(long successes) { successes_left = successes; }
 FailingAllocation::~FailingAllocation() { successes_left = never_fails; }
 
+AllocationCount::AllocationCount() : allocations_before(all_allocations), bytes_before(all_bytes) {}
+std::size_t AllocationCount::allocations() const { return all_allocations - allocations_before; }
+std::size_t AllocationCount::bytes() const { return all_bytes - bytes_before; }
+
 }  // namespace quill::testing
 
 void* operator new(std::size_t size) {
+  all_allocations++;
+  all_bytes += size;
   if (successes_left == 0) throw std::bad_alloc();
   if (successes_left > 0) --successes_left;
   void* memory = std::malloc(size == 0 ? 1 : size);

@@ -1,8 +1,10 @@
-// Makes operator new of the test program fail on demand. The pools of the tables take their chunks
-// from malloc, which stays as it is.
+// Makes operator new of the test program fail on demand, and counts what it is asked for. The pools
+// of the tables take their chunks from malloc, which stays as it is.
 
 #ifndef QUILL_TESTS_UNIT_UTILS_FAILING_ALLOCATION_H
 #define QUILL_TESTS_UNIT_UTILS_FAILING_ALLOCATION_H
+
+#include <cstddef>
 
 namespace quill::testing {
 
@@ -14,6 +16,18 @@ class FailingAllocation {
   ~FailingAllocation();
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;
+};
+
+// What this thread has asked operator new for since the construction, whether it was had or not.
+class AllocationCount {
+ public:
+  AllocationCount();
+  std::size_t allocations() const;
+  std::size_t bytes() const;
+
+ private:
+  std::size_t allocations_before;
+  std::size_t bytes_before;
 };
 
 }  // namespace quill::testing

@@ -1,0 +1,121 @@
+// What the bank may cost, in counted events: no time is measured.
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "quill/terms/signature.h"
+#include "quill/terms/term_bank.h"
+#include "quill/terms/type_universe.h"
+#include "tests/unit/utils/failing_allocation.h"
+
+namespace quill {
+namespace {
+
+class TermBankCost : public ::testing::Test {
+ protected:
+  const Symbol* symbol(const std::string& name, size_t arity) {
+    std::vector<const DataType*> type = {universe.get_application_type()};
+    type.insert(type.end(), arity + 1, universe.make_type("S"));
+    return signature.add_symbol(name.c_str(), universe.make_type(type));
+  }
+
+  // The i-th term over the constants: distinct for i below the square of their number.
+  const Term_* binary(const Symbol* f, size_t i) {
+    const Term_* args[] = {constants[i / constants.size()], constants[i % constants.size()]};
+    return bank.make_term(f, args);
+  }
+  void add_constants(size_t count) {
+    for (size_t i = 0; i < count; i++) {
+      constants.push_back(bank.make_term(symbol("c" + std::to_string(i), 0), nullptr));
+    }
+  }
+
+  TypeUniverse universe;
+  Signature signature{&universe};
+  TermBank bank;
+  std::vector<const Term_*> constants;
+};
+
+// The pages that hold nothing but arguments and headers of terms.
+std::vector<void*> pages_full_of_terms(const TermBank& bank) {
+  const size_t page_size = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+  std::map<uintptr_t, size_t> bytes_in_page;
+  for (const Term_* t : bank) {
+    uintptr_t at = reinterpret_cast<uintptr_t>(t);
+    for (size_t rest = sizeof(Term_) + t->symbol->arity * sizeof(void*); rest != 0;) {
+      const size_t here = std::min(rest, page_size - at % page_size);
+      bytes_in_page[at / page_size] += here;
+      at += here;
+      rest -= here;
+    }
+  }
+  std::vector<void*> full;
+  for (const auto& [page, bytes] : bytes_in_page) {
+    if (bytes == page_size) full.push_back(reinterpret_cast<void*>(page * page_size));
+  }
+  return full;
+}
+
+void protect(const std::vector<void*>& pages, int protection) {
+  for (void* page : pages) {
+    ASSERT_EQ(mprotect(page, static_cast<size_t>(sysconf(_SC_PAGESIZE)), protection), 0);
+  }
+}
+
+TEST_F(TermBankCost, ATermThatIsThereIsFoundWithoutAnAllocation) {
+  add_constants(100);
+  const Symbol* f = symbol("f", 2);
+  for (size_t i = 0; i < 10000; i++) binary(f, i);
+  const testing::AllocationCount count;
+  for (size_t i = 0; i < 10000; i++) binary(f, i);
+  EXPECT_EQ(count.allocations(), 0U);
+}
+
+// Terms that may not be read are no hindrance to growth.
+TEST_F(TermBankCost, GrowthOfTheIndexReadsNoTerm) {
+  add_constants(200);
+  const Symbol* f = symbol("f", 2);
+  size_t made = 0;
+  while (made < 20000) binary(f, made++);
+  const size_t slots = bank.memory_use().index_slots;
+  while (3 * (bank.size() + 1) <= 2 * slots) binary(f, made++);
+  ASSERT_EQ(bank.memory_use().index_slots, slots);
+  const Term_* next_arguments[] = {constants[0], constants[0]};
+  const Symbol* g = symbol("g", 2);
+
+  const std::vector<void*> pages = pages_full_of_terms(bank);
+  ASSERT_GE(pages.size(), 100U);
+  protect(pages, PROT_NONE);
+  const Term_* t = bank.make_term(g, next_arguments);
+  protect(pages, PROT_READ | PROT_WRITE);
+
+  EXPECT_EQ(bank.memory_use().index_slots, 2 * slots);
+  EXPECT_EQ(bank.make_term(g, next_arguments), t);
+}
+
+TEST_F(TermBankCost, AMillionTermsTakeFewAllocations) {
+  add_constants(1000);
+  const Symbol* f = symbol("f", 2);
+  const testing::AllocationCount count;
+  for (size_t i = 0; i < 1000000; i++) binary(f, i);
+  EXPECT_LT(count.allocations(), 2000U);
+}
+
+TEST_F(TermBankCost, AMillionBinaryTermsTakeAtMost60BytesEach) {
+  add_constants(1000);
+  const Symbol* f = symbol("f", 2);
+  for (size_t i = 0; i < 1000000; i++) binary(f, i);
+  const TermBank::MemoryUse use = bank.memory_use();
+  EXPECT_LE(use.slab_bytes + use.index_bytes, 60 * bank.size());
+}
+
+}  // namespace
+}  // namespace quill
