@@ -68,6 +68,12 @@ build() {
   quietly cmake --build "$folder" --parallel "$jobs"
 }
 
+# build_target PRESET FOLDER TARGET: the same for one target.
+build_target() {
+  quietly cmake -S "$root" --preset "$1" -B "$root/build/$2"
+  quietly cmake --build "$root/build/$2" --parallel "$jobs" --target "$3"
+}
+
 # run_tests FOLDER [CTEST ARGUMENT...]: the tests of build/FOLDER; prints what fails and the summary.
 run_tests() {
   local folder=$root/build/$1 log status=0

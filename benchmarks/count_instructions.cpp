@@ -1,0 +1,98 @@
+// Work for an instruction counter: what scripts/count-instructions runs under callgrind.
+//
+//   count_instructions WORK COUNT
+//
+// prepares the work and does it COUNT times within the function `measured`, which the counter looks
+// for.
+
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "benchmarks/term_shapes.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace {
+
+using quill::Term_;
+using quill::TermManager;
+using quill::bench::Terms;
+
+// What is done for each number from 0 on.
+using Work = std::function<void(std::size_t)>;
+
+}  // namespace
+
+extern "C" [[gnu::noinline]] void measured(const Work& work, std::size_t count);
+extern "C" void measured(const Work& work, std::size_t count) {
+  for (std::size_t i = 0; i < count; i++) work(i);
+}
+
+namespace {
+
+constexpr std::size_t side = 64;  // constants; each pair is a request
+
+void hit_bv_add(TermManager& m, std::size_t count) {
+  const Terms x = quill::bench::make_constants(m, "x", side, 32);
+  for (std::size_t i = 0; i < side * side; i++) m.make_bv_add(x[i / side], x[i % side]);
+  measured([&](std::size_t i) { m.make_bv_add(x[i / side % side], x[i % side]); }, count);
+}
+
+void hit_extract(TermManager& m, std::size_t count) {
+  const Term_* x = quill::bench::make_constants(m, "x", 1, 64)[0];
+  for (std::size_t i = 0; i < side; i++) m.make_bv_extract(63, i, x);
+  measured([&](std::size_t i) { m.make_bv_extract(63, i % side, x); }, count);
+}
+
+// The names of the symbols asked for do not depend on COUNT: the first thousand of them, and those
+// behind a hundred thousand others.
+void unique_symbols(TermManager& m, std::size_t before, std::size_t count) {
+  const quill::DataType* type = m.get_int_type();
+  for (std::size_t i = 0; i < before; i++) m.make_unique_symbol("base", type);
+  measured([&](std::size_t) { m.make_unique_symbol("base", type); }, count);
+}
+
+void numbered_symbols(TermManager& m, std::size_t before, std::size_t count) {
+  const quill::DataType* type = m.get_int_type();
+  const auto name = [](std::size_t i) { return "x" + std::to_string(i); };
+  for (std::size_t i = 0; i < before; i++) m.make_symbol(name(i), type);
+  measured([&](std::size_t i) { m.make_symbol(name(before + i), type); }, count);
+}
+
+void copy_three_terms(TermManager& m, std::size_t count) {
+  Terms terms = quill::bench::make_constants(m, "x", 1, 32);
+  quill::bench::add_shape(m, quill::bench::Shape::LeftChain, terms, 1000000);
+  const Term_* last = quill::bench::make_constants(m, "last", 1, 32)[0];
+  const Term_* three = m.make_bv_not(m.make_bv_neg(last));
+  TermManager target;
+  target.copy_term(m, three);
+  measured([&](std::size_t) { target.copy_term(m, three); }, count);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::map<std::string, void (*)(TermManager&, std::size_t)> works = {
+      {"hit_bv_add", hit_bv_add},
+      {"hit_extract", hit_extract},
+      {"unique_symbols_first",
+       [](TermManager& m, std::size_t count) { unique_symbols(m, 0, count); }},
+      {"unique_symbols_late",
+       [](TermManager& m, std::size_t count) { unique_symbols(m, 100000, count); }},
+      {"numbered_symbols_first",
+       [](TermManager& m, std::size_t count) { numbered_symbols(m, 0, count); }},
+      {"numbered_symbols_late",
+       [](TermManager& m, std::size_t count) { numbered_symbols(m, 100000, count); }},
+      {"copy_three_terms", copy_three_terms},
+  };
+  const auto work = works.find(argc == 3 ? argv[1] : "");
+  if (work == works.end()) {
+    std::fputs("usage: count_instructions WORK COUNT\n", stderr);
+    return 2;
+  }
+  TermManager manager;
+  work->second(manager, std::strtoul(argv[2], nullptr, 10));
+}
