@@ -27,10 +27,20 @@ struct NameHash {
  private:
   static constexpr uint64_t k0 = 0x9e3779b97f4a7c15, k1 = 0xd1b54a32d192ed03;
 
+  // The first n bytes, 1 to 8, with zeros above. Of two loads that overlap where n is no power of
+  // two, because copying a number of bytes that varies costs as much as all the rest.
   static uint64_t word(const char* p, size_t n) {
-    uint64_t w = 0;
-    std::memcpy(&w, p, n);
-    return w;
+    if (n == 8) return load<uint64_t>(p);
+    if (n >= 4) return load<uint32_t>(p) | uint64_t{load<uint32_t>(p + n - 4)} << 8 * (n - 4);
+    if (n >= 2) return load<uint16_t>(p) | uint64_t{load<uint16_t>(p + n - 2)} << 8 * (n - 2);
+    return load<uint8_t>(p);
+  }
+
+  template <class Word>
+  static Word load(const char* p) {
+    Word word;
+    std::memcpy(&word, p, sizeof word);
+    return word;
   }
 
   static uint64_t mix(uint64_t a, uint64_t b) {
