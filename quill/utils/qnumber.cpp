@@ -44,6 +44,13 @@ bool is_digits(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return '0' <= c && c <= '9'; });
 }
 
+// Of digits that are few enough.
+std::int64_t value_of_digits(std::string_view digits) {
+  std::int64_t value = 0;
+  for (const char c : digits) value = 10 * value + (c - '0');
+  return value;
+}
+
 }  // namespace
 
 // --- Building and letting go ---
@@ -244,6 +251,10 @@ QNumber QNumber::from_string(std::string_view text) {
     return Exception("not a number: \"" + std::string(text) + "\"");
   };
 
+  const auto zero_denominator = [text] {
+    return Exception("zero denominator in \"" + std::string(text) + "\"");
+  };
+
   const bool negative = text.starts_with('-');
   const std::string_view magnitude = text.substr(negative ? 1 : 0);
   const std::size_t mark = std::min(magnitude.find_first_of("/."), magnitude.size());
@@ -252,6 +263,24 @@ QNumber QNumber::from_string(std::string_view text) {
   const std::string_view first = magnitude.substr(0, mark);
   const std::string_view second = has_second ? magnitude.substr(mark + 1) : std::string_view();
   if (!is_digits(first) || (has_second && !is_digits(second))) throw malformed();
+
+  // Parts of few digits are small, and need nothing of GMP's.
+  constexpr std::size_t most_digits = std::numeric_limits<std::int64_t>::digits10;
+  if (first.size() + second.size() <= most_digits) {
+    const std::int64_t whole = value_of_digits(first);
+    const std::int64_t part = has_second ? value_of_digits(second) : 1;
+    if (is_decimal) {
+      std::int64_t scale = 1;
+      for (std::size_t i = 0; i < second.size(); ++i) scale *= 10;
+      QNumber number(negative ? -(whole * scale + part) : whole * scale + part, scale);
+      number.normalize();
+      return number;
+    }
+    if (part == 0) throw zero_denominator();
+    QNumber number(negative ? -whole : whole, part);
+    number.normalize();
+    return number;
+  }
 
   GmpInteger n;
   GmpInteger d;
@@ -262,7 +291,7 @@ QNumber QNumber::from_string(std::string_view text) {
     mpz_ui_pow_ui(d, 10, second.size());
   } else {
     mpz_set_str(d, has_second ? std::string(second).c_str() : "1", 10);
-    if (mpz_sgn(d) == 0) throw Exception("zero denominator in \"" + std::string(text) + "\"");
+    if (mpz_sgn(d) == 0) throw zero_denominator();
   }
   if (mpz_cmp_ui(d, 1) != 0) {
     mpz_gcd(gmp_tmp, n, d);
