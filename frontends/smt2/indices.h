@@ -4,15 +4,16 @@
 #define FRONTENDS_SMT2_INDICES_H
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 #include "frontends/smt2/parse_error.h"
 
 namespace quill::smt2 {
 
-// The value of an index. Throws ParseError, which names the owner of the index, for what is no
-// numeral and for numbers beyond 64 bits.
-uint64_t index_value(const std::string& index, const std::string& owner, Position position);
+// The value of an index. Throws ParseError for what is no numeral and for numbers beyond 64 bits;
+// the message calls the owner of the index by its kind, "the sort " or nothing, and its name.
+uint64_t index_value(std::string_view index, const char* kind, std::string_view name,
+                     Position position);
 
 }  // namespace quill::smt2
 

@@ -1,6 +1,8 @@
 #include "frontends/smt2/lexer.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace quill::smt2 {
 
@@ -28,6 +30,12 @@ constexpr std::array<bool, 256> make_symbol_characters() {
 
 constexpr std::array<bool, 256> symbol_characters = make_symbol_characters();
 
+// The place of the first byte from the given one on that is no decimal digit.
+size_t end_of_digits(std::string_view text, size_t from) {
+  while (from != text.size() && is_decimal_digit(text[from])) ++from;
+  return from;
+}
+
 std::string hexadecimal(int byte) {
   constexpr char digits[] = "0123456789ABCDEF";
   return std::string("0x") + digits[byte / 16 % 16] + digits[byte % 16];
@@ -46,16 +54,16 @@ std::string Token::spelling() const {
     case TokenKind::CLOSE:
       return ")";
     case TokenKind::SYMBOL:
-      return quoted ? "|" + text + "|" : text;
+      return quoted ? "|" + std::string(text) + "|" : std::string(text);
     case TokenKind::KEYWORD:
-      return ":" + text;
+      return ":" + std::string(text);
     case TokenKind::NUMERAL:
     case TokenKind::DECIMAL:
-      return text;
+      return std::string(text);
     case TokenKind::BINARY:
-      return "#b" + text;
+      return "#b" + std::string(text);
     case TokenKind::HEXADECIMAL:
-      return "#x" + text;
+      return "#x" + std::string(text);
     case TokenKind::STRING: {
       std::string result = "\"";
       for (const char c : text) {
@@ -74,68 +82,89 @@ std::string Token::description() const {
   return kind == TokenKind::END ? "the end of the input" : shown(spelling());
 }
 
-std::string shown(const std::string& piece) {
-  std::string text = piece;
-  if (text.size() > longest_description) {
-    text.resize(longest_description);
-    text += "...";
-  }
+std::string shown(std::string_view piece) {
+  std::string text(piece.substr(0, longest_description));
+  if (piece.size() > longest_description) text += "...";
   for (char& c : text) {
     if (static_cast<unsigned char>(c) < 32 || c == 127) c = '?';
   }
   return "'" + text + "'";
 }
 
-Lexer::Lexer(std::istream& stream) : input(stream), block(block_bytes) {}
+Lexer::Lexer(std::istream& stream)
+    : input(stream),
+      buffer(block_bytes),
+      start(buffer.data()),
+      cursor(buffer.data()),
+      end(buffer.data()) {
+  *end = '\0';
+}
 
-void Lexer::refill() {
-  if (exhausted) return;
-  input.read(block.data(), static_cast<std::streamsize>(block.size()));
-  block_used = 0;
-  block_size = static_cast<size_t>(input.gcount());
+// Reads on, once all bytes are read: those from start on move to the front. False at the end of the
+// input.
+bool Lexer::refill() {
+  if (exhausted) return false;
+  const auto done = start - buffer.data();
+  const auto kept = static_cast<size_t>(end - start);
+  std::memmove(buffer.data(), start, kept);
+  if (kept > buffer.size() / 2) buffer.resize(2 * buffer.size());
+  start = buffer.data();
+  cursor = end = start + kept;
+  line_start -= done;
+  input.read(end, static_cast<std::streamsize>(buffer.size() - kept - 1));
   if (input.bad()) throw InputError("the input cannot be read");
-  if (block_size == 0) exhausted = true;
+  exhausted = input.gcount() == 0;
+  end += input.gcount();
+  *end = '\0';
+  return !exhausted;
 }
 
-int Lexer::peek() {
-  if (block_used == block_size) refill();
-  return exhausted ? end_of_input : static_cast<unsigned char>(block[block_used]);
-}
-
-void Lexer::advance() {
-  if (block[block_used++] == '\n') {
-    ++here.line;
-    here.column = 1;
-  } else {
-    ++here.column;
-  }
-}
-
-// Moves the next byte into the text of the token.
-void Lexer::take() {
-  token.text.push_back(block[block_used]);
-  advance();
+// The byte before the cursor ended a line.
+void Lexer::begin_line() {
+  ++line;
+  line_start = cursor - buffer.data();
 }
 
 void Lexer::skip_blanks() {
   for (;;) {
-    const int c = peek();
-    if (c == ' ' || c == '\n' || c == '\t' || c == '\r') {
-      advance();
-    } else if (c == ';') {
-      for (int d = c; d != '\n' && d != end_of_input; d = peek()) advance();
-    } else {
-      return;
+    switch (*cursor) {
+      case '\n':
+        ++cursor;
+        begin_line();
+        break;
+      case ' ':
+      case '\t':
+      case '\r':
+        ++cursor;
+        break;
+      case ';':
+        skip_comment();
+        break;
+      case '\0':
+        start = cursor;
+        if (cursor != end || !refill()) return;
+        break;
+      default:
+        return;
     }
   }
 }
 
+// Up to the end of the line.
+void Lexer::skip_comment() {
+  do {
+    cursor = std::find(cursor, end, '\n');
+    start = cursor;
+  } while (cursor == end && refill());
+}
+
 void Lexer::next() {
-  previous_end = here;
+  previous_end = here();
   skip_blanks();
-  token.text.clear();
+  start = cursor;
+  token.text = {};
   token.quoted = false;
-  token.position = here;
+  token.position = here();
   const int c = peek();
   switch (c) {
     case end_of_input:
@@ -143,11 +172,11 @@ void Lexer::next() {
       return;
     case '(':
       token.kind = TokenKind::OPEN;
-      advance();
+      ++cursor;
       return;
     case ')':
       token.kind = TokenKind::CLOSE;
-      advance();
+      ++cursor;
       return;
     case '|':
       read_quoted_symbol();
@@ -157,12 +186,12 @@ void Lexer::next() {
       return;
     case ':':
       token.kind = TokenKind::KEYWORD;
-      advance();
+      start = ++cursor;
       read_symbol_characters();
       if (token.text.empty()) throw ParseError(token.position, "a colon without a keyword");
       return;
     case '#':
-      advance();
+      start = ++cursor;
       if (peek() == 'b') {
         read_digits(TokenKind::BINARY, "a binary literal", is_binary_digit);
       } else if (peek() == 'x') {
@@ -187,24 +216,28 @@ void Lexer::next() {
   }
 }
 
+// From start on.
 void Lexer::read_symbol_characters() {
-  while (is_symbol_character(peek())) take();
+  do {
+    while (symbol_characters[static_cast<unsigned char>(*cursor)]) ++cursor;
+  } while (cursor == end && refill());
+  token.text = {start, static_cast<size_t>(cursor - start)};
 }
 
 void Lexer::reject_byte(int byte) {
-  if (byte == 0) throw ParseError(here, "a NUL byte");
+  if (byte == 0) throw ParseError(here(), "a NUL byte");
   if (byte > 127) {
-    throw ParseError(here, "the byte " + hexadecimal(byte) +
-                               " stands outside of |quoted symbols|, strings and comments");
+    throw ParseError(here(), "the byte " + hexadecimal(byte) +
+                                 " stands outside of |quoted symbols|, strings and comments");
   }
   if (byte == '\'') {
-    throw ParseError(here, "an apostrophe stands outside of |quoted symbols| and strings");
+    throw ParseError(here(), "an apostrophe stands outside of |quoted symbols| and strings");
   }
   if (byte < 32 || byte == 127) {
-    throw ParseError(here, "the control character " + hexadecimal(byte));
+    throw ParseError(here(), "the control character " + hexadecimal(byte));
   }
-  throw ParseError(here, std::string("the character '") + static_cast<char>(byte) +
-                             "' stands outside of |quoted symbols| and strings");
+  throw ParseError(here(), std::string("the character '") + static_cast<char>(byte) +
+                               "' stands outside of |quoted symbols| and strings");
 }
 
 // The last byte of the input was inside of the token: the place to look at is where the token
@@ -218,42 +251,49 @@ void Lexer::reject_end(const char* what, Position last) {
 void Lexer::read_quoted_symbol() {
   token.kind = TokenKind::SYMBOL;
   token.quoted = true;
-  advance();
+  start = ++cursor;
   Position last = token.position;
   for (int c = peek(); c != '|'; c = peek()) {
     if (c == end_of_input) reject_end("|quoted symbol|", last);
-    if (c == '\\') throw ParseError(here, "a backslash in a |quoted symbol|");
-    if (c == 0) throw ParseError(here, "a NUL byte in a |quoted symbol|");
-    last = here;
-    take();
+    if (c == '\\') throw ParseError(here(), "a backslash in a |quoted symbol|");
+    if (c == 0) throw ParseError(here(), "a NUL byte in a |quoted symbol|");
+    last = here();
+    ++cursor;
+    if (c == '\n') begin_line();
   }
-  advance();
+  token.text = {start, static_cast<size_t>(cursor - start)};
+  ++cursor;
 }
 
+// Doubled quotes become single ones in place.
 void Lexer::read_string() {
   token.kind = TokenKind::STRING;
-  advance();
+  start = ++cursor;
+  size_t length = 0;
   Position last = token.position;
   for (;;) {
     const int c = peek();
     if (c == end_of_input) reject_end("string", last);
-    if (c == 0) throw ParseError(here, "a NUL byte in a string");
-    last = here;
+    if (c == 0) throw ParseError(here(), "a NUL byte in a string");
+    last = here();
+    ++cursor;
+    if (c == '\n') begin_line();
     if (c == '"') {
-      advance();
-      if (peek() != '"') return;
+      if (peek() != '"') break;
+      ++cursor;
     }
-    take();
+    start[length++] = static_cast<char>(c);
   }
+  token.text = {start, length};
 }
 
 // Numerals and decimals, and what looks like one: all symbol characters are read first, so that the
 // message can show the whole of 12ab or 1.2.3.
 void Lexer::read_number() {
   read_symbol_characters();
-  const std::string& text = token.text;
-  const size_t digits = text.find_first_not_of("0123456789");
-  if (digits == std::string::npos) {
+  const std::string_view text = token.text;
+  const size_t digits = end_of_digits(text, 0);
+  if (digits == text.size()) {
     token.kind = TokenKind::NUMERAL;
     if (text.size() > 1 && text[0] == '0') {
       throw ParseError(token.position, "the numeral " + token.description() + " begins with 0");
@@ -261,35 +301,33 @@ void Lexer::read_number() {
     return;
   }
   token.kind = TokenKind::DECIMAL;
-  const std::string shown = token.description();
   if (text[digits] != '.') {
-    throw ParseError(token.position, shown + " is neither a number nor a symbol");
+    throw ParseError(token.position, token.description() + " is neither a number nor a symbol");
   }
   if (digits + 1 == text.size()) {
-    throw ParseError(token.position, "the decimal " + shown + " has no digits after the point");
+    throw ParseError(token.position,
+                     "the decimal " + token.description() + " has no digits after the point");
   }
-  const size_t rest = text.find_first_not_of("0123456789", digits + 1);
-  if (rest != std::string::npos) {
-    throw ParseError(token.position, text[rest] == '.'
-                                         ? "the decimal " + shown + " has more than one point"
-                                         : shown + " is neither a number nor a symbol");
+  const size_t rest = end_of_digits(text, digits + 1);
+  if (rest != text.size()) {
+    throw ParseError(token.position,
+                     text[rest] == '.'
+                         ? "the decimal " + token.description() + " has more than one point"
+                         : token.description() + " is neither a number nor a symbol");
   }
   if (digits > 1 && text[0] == '0') {
-    throw ParseError(token.position, "the decimal " + shown + " begins with 0");
+    throw ParseError(token.position, "the decimal " + token.description() + " begins with 0");
   }
 }
 
 // What follows #b or #x. Bad digits are read along, so that the message can show them.
 void Lexer::read_digits(TokenKind kind, const char* what, bool (*is_digit)(int)) {
   token.kind = kind;
-  advance();
-  bool good = true;
-  while (is_symbol_character(peek())) {
-    good = good && is_digit(peek());
-    take();
-  }
+  start = ++cursor;
+  read_symbol_characters();
   if (token.text.empty()) throw ParseError(token.position, std::string(what) + " without digits");
-  if (!good) {
+  for (const char digit : token.text) {
+    if (is_digit(digit)) continue;
     throw ParseError(token.position, token.description() + " is not " + what);
   }
 }

@@ -1,8 +1,15 @@
 // Splits SMT-LIB 2.6 text into tokens.
 //
 // The input is read from a stream in blocks, so that memory depends on the longest token alone. The
-// current token is a field that the next call overwrites, its text a buffer that is used again: a
-// token costs no allocation once the buffer has grown. Malformed tokens throw ParseError.
+// current token is a field that the next call overwrites, its text a view of the block: a token is
+// neither copied nor allocated. Malformed tokens throw ParseError.
+//
+//   buffer  | bytes done with | text of the token | bytes not read yet | NUL |
+//                             ^ start             ^ cursor             ^ end
+//
+// The bytes of a token that reaches the end of the buffer move to the front, and the buffer grows
+// when they fill it. The NUL byte behind the end stops every loop over the bytes of a token, so
+// that these need not look for the end themselves.
 //
 // Bytes from 128 up are accepted in quoted symbols, strings and comments as they are, whether they
 // are UTF-8 or not; a NUL byte is accepted nowhere but in comments.
@@ -11,8 +18,10 @@
 #define FRONTENDS_SMT2_LEXER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontends/smt2/parse_error.h"
@@ -35,12 +44,13 @@ enum class TokenKind {
 struct Token {
   TokenKind kind = TokenKind::END;
   // Symbols without bars, keywords without the colon, binary and hexadecimal digits without the
-  // prefix, strings without the quotes and with "" read as one quote; empty for parentheses.
-  std::string text;
+  // prefix, strings without the quotes and with "" read as one quote; empty for parentheses. Valid
+  // until the next token is read.
+  std::string_view text;
   bool quoted = false;  // a symbol between bars, which is never a reserved word
   Position position;    // of the first byte
 
-  bool is_word(const char* word) const {
+  bool is_word(std::string_view word) const {
     return kind == TokenKind::SYMBOL && !quoted && text == word;
   }
 
@@ -70,10 +80,17 @@ class Lexer {
  private:
   static constexpr int end_of_input = -1;
 
-  int peek();
-  void advance();
-  void refill();
+  bool refill();
+  int peek() {
+    if (cursor == end && !refill()) return end_of_input;
+    return static_cast<unsigned char>(*cursor);
+  }
+  Position here() const {
+    return {line, static_cast<uint64_t>(cursor - buffer.data() - line_start) + 1};
+  }
+  void begin_line();
   void skip_blanks();
+  void skip_comment();
   void read_quoted_symbol();
   void read_string();
   void read_number();
@@ -81,19 +98,22 @@ class Lexer {
   void read_symbol_characters();
   [[noreturn]] void reject_byte(int byte);
   [[noreturn]] void reject_end(const char* what, Position last);
-  void take();
 
   std::istream& input;
-  std::vector<char> block;
-  size_t block_used = 0;  // the next byte in block
-  size_t block_size = 0;
+  std::vector<char> buffer;
+  char* start;
+  char* cursor;
+  char* end;
   bool exhausted = false;
-  Position here;  // of the next byte
+  // Where the next byte stands: in this line, whose first byte is (or was, in bytes that are gone)
+  // at this place of the buffer.
+  uint64_t line = 1;
+  std::ptrdiff_t line_start = 0;
   Position previous_end;
 };
 
 // A piece of the input as messages show it, on one line, cut when very long, between apostrophes.
-std::string shown(const std::string& piece);
+std::string shown(std::string_view piece);
 
 // Whether a byte may stand in a symbol that is not quoted (digits included).
 bool is_symbol_character(int byte);

@@ -1,7 +1,10 @@
 #include "frontends/smt2/numerals.h"
 
 #include <cassert>
+#include <charconv>
+#include <cstdint>
 #include <string>
+#include <system_error>
 
 #include "quill/utils/gmp_integer.h"
 
@@ -33,6 +36,20 @@ QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator) {
   return QNumber::from_string(result.to_str());
 }
 
+__extension__ using int128 = __int128;
+
+// Whether the parts, which need not be reduced, fit into words; if so, result becomes the fraction.
+bool small_fraction(int128 numerator, int128 denominator, QNumber& result) {
+  constexpr int128 largest = INT64_MAX;
+  if (numerator < -largest || numerator > largest || denominator < -largest ||
+      denominator > largest) {
+    return false;
+  }
+  result = QNumber(static_cast<int64_t>(numerator), static_cast<int64_t>(denominator));
+  result.normalize();
+  return true;
+}
+
 constexpr unsigned largest_constant = 64;  // in terms
 
 // The recursion is as deep as the budget is large, at most.
@@ -61,6 +78,12 @@ QNumber negated(const QNumber& number) {
 }
 
 QNumber sum(const QNumber& a, const QNumber& b) {
+  QNumber result;
+  if (!a.is_big() && !b.is_big() &&
+      small_fraction(int128{a.num} * b.den + int128{b.num} * a.den, int128{a.den} * b.den,
+                     result)) {
+    return result;
+  }
   GmpInteger numerator, denominator, other, factor;
   load_numerator(numerator, a);
   load_denominator(factor, b);
@@ -74,6 +97,11 @@ QNumber sum(const QNumber& a, const QNumber& b) {
 }
 
 QNumber product(const QNumber& a, const QNumber& b) {
+  QNumber result;
+  if (!a.is_big() && !b.is_big() &&
+      small_fraction(int128{a.num} * b.num, int128{a.den} * b.den, result)) {
+    return result;
+  }
   GmpInteger numerator, denominator, factor;
   load_numerator(numerator, a);
   load_numerator(factor, b);
@@ -86,6 +114,12 @@ QNumber product(const QNumber& a, const QNumber& b) {
 
 QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
   assert(!divisor.is_zero());
+  QNumber result;
+  if (!dividend.is_big() && !divisor.is_big() &&
+      small_fraction(int128{dividend.num} * divisor.den, int128{dividend.den} * divisor.num,
+                     result)) {
+    return result;
+  }
   GmpInteger numerator, denominator, factor;
   load_numerator(numerator, dividend);
   load_denominator(factor, divisor);
@@ -96,9 +130,12 @@ QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
   return fraction(numerator, denominator);
 }
 
-QNumber number_from_digits(const std::string& digits, int base) {
+QNumber number_from_digits(std::string_view digits, int base) {
+  int64_t small = 0;
+  const char* end = digits.data() + digits.size();
+  if (std::from_chars(digits.data(), end, small, base).ec == std::errc()) return QNumber(small);
   GmpInteger value;
-  [[maybe_unused]] const int status = mpz_set_str(value, digits.c_str(), base);
+  [[maybe_unused]] const int status = mpz_set_str(value, std::string(digits).c_str(), base);
   assert(status == 0);
   GmpInteger one;
   mpz_set_ui(one, 1);

@@ -9,7 +9,7 @@
 #define FRONTENDS_SMT2_NUMERALS_H
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -25,7 +25,7 @@ QNumber product(const QNumber& a, const QNumber& b);
 QNumber quotient(const QNumber& dividend, const QNumber& divisor);
 
 // The number that the digits, at least one, spell in base 2 or 16; upper and lower case are alike.
-QNumber number_from_digits(const std::string& digits, int base);
+QNumber number_from_digits(std::string_view digits, int base);
 
 // Whether the integer, which is not negative, is less than 2^width.
 bool fits_into_bits(const QNumber& number, uint64_t width);

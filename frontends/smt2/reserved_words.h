@@ -6,9 +6,37 @@
 #ifndef FRONTENDS_SMT2_RESERVED_WORDS_H
 #define FRONTENDS_SMT2_RESERVED_WORDS_H
 
+#include <cstdint>
+#include <span>
+#include <string_view>
+
 #include "frontends/smt2/lexer.h"
 
 namespace quill::smt2 {
+
+// What a word begins when it follows a parenthesis.
+enum class Construct : uint8_t {
+  NONE,  // of other words
+  LET,
+  ANNOTATION,
+  INDEXED,
+  ASCRIBED,
+  QUANTIFIER,
+  LAMBDA,  // a quantifier elsewhere; the word is not reserved
+  OTHER,   // that is not supported
+};
+
+struct ConstructWord {
+  std::string_view text;
+  Construct construct;
+};
+
+// The reserved words, and lambda.
+std::span<const ConstructWord> construct_words();
+
+constexpr bool is_reserved(Construct construct) {
+  return construct != Construct::NONE && construct != Construct::LAMBDA;
+}
 
 bool is_reserved_word(const Token& token);
 

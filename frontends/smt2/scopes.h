@@ -14,12 +14,14 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "frontends/smt2/name_table.h"
+#include "frontends/smt2/reserved_words.h"
 #include "frontends/smt2/value.h"
 #include "quill/printers/smtlib2_names.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
 #include "quill/utils/name_hash.h"
 
@@ -41,6 +43,7 @@ struct Binding {
 };
 
 struct Name {
+  Construct construct = Construct::NONE;      // that the name begins when it is not between bars
   const TheoryName* theory = nullptr;         // that has the name
   const Operator* theory_operator = nullptr;  // null, too, for an operator that is not supported
   std::unique_ptr<Binding> global;
@@ -66,8 +69,8 @@ class Scopes {
   Scopes& operator=(const Scopes&) = delete;
 
   // The entry of a name, made on the first request.
-  Name& name(const std::string& text) { return names[text]; }
-  SortName& sort_name(const std::string& text) { return sort_names[text]; }
+  Name& name(std::string_view text) { return names[text]; }
+  SortName& sort_name(std::string_view text) { return sort_names[text]; }
 
   // ----- local meanings, innermost last ---------------------------------------------------------
 
@@ -83,8 +86,7 @@ class Scopes {
   void bind(Name& name, std::unique_ptr<Binding> binding);
   void bind(SortName& name, std::unique_ptr<SortBinding> binding);
 
-  // ----- names in the manager's spelling
-  // --------------------------------------------------------
+  // ----- names in the manager's spelling --------------------------------------------------------
   //
   // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
   // use at the same time are kept apart by a number behind one of them.
@@ -138,8 +140,8 @@ class Scopes {
   void unbind_trail(size_t first);
 
   TermManager& manager;
-  hsh::HashMap<std::string, Name, NameHash> names;
-  hsh::HashMap<std::string, SortName, NameHash> sort_names;
+  NameTable<Name> names;
+  NameTable<SortName> sort_names;
   hsh::HashSet<std::string, NameHash> used_names;
   hsh::HashSet<std::string, NameHash> used_sort_names;
   std::vector<Local> locals;

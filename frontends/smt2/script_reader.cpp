@@ -253,7 +253,7 @@ std::string ScriptReader::read_s_expression() {
   return text;
 }
 
-bool ScriptReader::is_unplaced(const std::string& name) const {
+bool ScriptReader::is_unplaced(std::string_view name) const {
   return std::any_of(unplaced_names.begin(), unplaced_names.end(),
                      [&](const NamedTerm& named) { return named.name == name; });
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontends/smt2/lexer.h"
@@ -69,7 +70,7 @@ class ScriptReader {
 
   void place_names(Command& command, size_t first_own);
   void forget_unbound_names();
-  bool is_unplaced(const std::string& name) const;
+  bool is_unplaced(std::string_view name) const;
   ScriptTerm read_script_term();
   std::vector<ScriptTerm> read_script_terms(const char* what);
   Name& read_new_name(std::string& text, Position& position);

@@ -46,7 +46,7 @@ constexpr bool complete() {
 static_assert(complete(), "a theory has each sort");
 
 // Null when the logic does not have the sort, or nothing here can make it.
-const SupportedSort* find_supported(const std::string& name, const Logic& logic) {
+const SupportedSort* find_supported(std::string_view name, const Logic& logic) {
   for (const SupportedSort& sort : supported_sorts) {
     if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? &sort : nullptr;
   }
@@ -57,7 +57,7 @@ constexpr uint64_t array_arity = 2;
 
 }  // namespace
 
-bool SortReader::is_reserved(const std::string& name) const { return is_theory_sort(name, logic); }
+bool SortReader::is_reserved(std::string_view name) const { return is_theory_sort(name, logic); }
 
 const DataType* SortReader::placeholder(size_t number) {
   // No sort of a script has a NUL byte in its name.
@@ -139,21 +139,21 @@ const DataType* SortReader::read_indexed() {
   const SupportedSort* row = find_supported(token.text, logic);
   if (row == nullptr) reject_name(token);
   const Position position = token.position;
-  const std::string owner = "the sort " + token.description();
+  const std::string name = token.spelling();
   const size_t wanted = row->form == Form::BIT_VECTOR       ? 1
                         : row->form == Form::FLOATING_POINT ? 2
                                                             : 0;
-  if (wanted == 0) throw ParseError(position, owner + " takes no indices");
+  if (wanted == 0) throw ParseError(position, "the sort " + shown(name) + " takes no indices");
   lexer.next();
   std::vector<uint64_t> numbers;
   for (; token.kind != TokenKind::CLOSE; lexer.next()) {
     if (token.kind == TokenKind::END) {
       throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
     }
-    numbers.push_back(index_value(token.spelling(), owner, token.position));
+    numbers.push_back(index_value(token.spelling(), "the sort ", name, token.position));
   }
   if (numbers.size() != wanted) {
-    throw ParseError(position, owner + " takes " + std::to_string(wanted) +
+    throw ParseError(position, "the sort " + shown(name) + " takes " + std::to_string(wanted) +
                                    (wanted == 1 ? " index, not " : " indices, not ") +
                                    std::to_string(numbers.size()));
   }
@@ -181,7 +181,7 @@ SortReader::Head SortReader::open() {
       throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
     }
   }
-  Head head{token.position, token.text, name.global.get(), args.size()};
+  Head head{token.position, std::string(token.text), name.global.get(), args.size()};
   lexer.next();
   return head;
 }
@@ -199,7 +199,7 @@ void SortReader::reject_name(const Token& token) const {
   throw ParseError(token.position, text);
 }
 
-void SortReader::expect_arity(Position position, const std::string& name, uint64_t arity,
+void SortReader::expect_arity(Position position, std::string_view name, uint64_t arity,
                               uint64_t given) {
   if (arity == given) return;
   if (arity == 0) throw ParseError(position, "the sort " + shown(name) + " takes no arguments");

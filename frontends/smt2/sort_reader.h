@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontends/smt2/lexer.h"
@@ -37,7 +38,7 @@ class SortReader {
   const DataType* placeholder(size_t number);
 
   // Whether a theory of the logic has a sort of this name.
-  bool is_reserved(const std::string& name) const;
+  bool is_reserved(std::string_view name) const;
 
  private:
   struct Head {
@@ -55,7 +56,7 @@ class SortReader {
   const DataType* compound(const std::vector<const DataType*>& components, Position position,
                            const std::string& name);
   [[noreturn]] void reject_name(const Token& token) const;
-  void expect_arity(Position position, const std::string& name, uint64_t arity, uint64_t given);
+  void expect_arity(Position position, std::string_view name, uint64_t arity, uint64_t given);
 
   Lexer& lexer;
   TermManager& manager;

@@ -35,10 +35,11 @@ void TermReader::open_binding() {
     throw ParseError(token.position, "a binding of 'let' is expected, not " + token.description());
   }
   lexer.next();
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  Name* name = token.kind == TokenKind::SYMBOL ? &scopes.name(token.text) : nullptr;
+  if (name == nullptr || is_word(token, *name)) {
     throw ParseError(token.position, "a variable is expected, not " + token.description());
   }
-  variables.push_back(&scopes.name(token.text));
+  variables.push_back(name);
   lexer.next();
 }
 
@@ -59,8 +60,7 @@ void TermReader::close_bindings(Frame& frame) {
   frame.first_extra = first_local;
 }
 
-// ----- annotations
-// --------------------------------------------------------------------------------
+// ----- annotations ------------------------------------------------------------------------------
 
 // The attributes behind an annotated term, up to the closing parenthesis.
 void TermReader::finish_annotation(Position position) {
@@ -107,7 +107,7 @@ void TermReader::name_term(const Value& value) {
   binding->from_annotation = true;
   binding->stored_name = scopes.free_symbol_name(stored_name(token.text), nullptr);
   binding->value = value;
-  named_terms.push_back({token.text, binding->stored_name, value.term});
+  named_terms.push_back({std::string(token.text), binding->stored_name, value.term});
   scopes.bind(name, std::move(binding));
 }
 

@@ -32,8 +32,7 @@ void TermBuilder::reject(const Application& application, const std::string& why)
 }
 
 uint64_t TermBuilder::index(const Application& application, size_t number) const {
-  return index_value(application.indices[number], "'" + std::string(application.op.name) + "'",
-                     application.position);
+  return index_value(application.indices[number], "", application.op.name, application.position);
 }
 
 void TermBuilder::reject_argument(const Application& application, size_t index,
@@ -154,8 +153,8 @@ Value TermBuilder::bits(const Token& token) {
   const bool binary = token.kind == TokenKind::BINARY;
   const uint64_t width = binary ? token.text.size() : 4 * token.text.size();
   const QNumber value = number_from_digits(token.text, binary ? 2 : 16);
-  const DataType* sort = sorts.bit_vector(width, token.position);
-  return {manager.make_bv_number(value, width), sort};
+  const Term_* term = manager.make_bv_number(value, width);
+  return {term, term->symbol->get_output_type()};
 }
 
 Value TermBuilder::bit_vector_number(const std::string& digits, uint64_t width, Position position) {

@@ -25,7 +25,7 @@ TermReader::Meaning TermReader::read_identifier() {
     throw ParseError(token.position, "a symbol is expected, not " + token.description());
   }
   if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
-  const Meaning meaning = meaning_of(token, indexed);
+  const Meaning meaning = meaning_of(token, scopes.name(token.text), indexed);
   lexer.next();
   if (!indexed) return meaning;
   const size_t first = indices.size();
@@ -44,21 +44,21 @@ TermReader::Meaning TermReader::read_identifier() {
 
 // Whether a token behind "_" is the name of a literal such as (_ bv5 8).
 bool TermReader::is_bit_vector_number(const Token& token) const {
-  const std::string& text = token.text;
+  const std::string_view text = token.text;
   return builder.logic.has(Theory::BITS) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&
-         text.find_first_not_of("0123456789", 2) == std::string::npos;
+         text.find_first_not_of("0123456789", 2) == std::string_view::npos;
 }
 
 // The name of a bit-vector literal, its width and its closing parenthesis.
 TermReader::Meaning TermReader::read_bit_vector_number() {
   const Token& token = lexer.token;
   const Position position = token.position;
-  const std::string name = token.text;
+  const std::string name(token.text);
   lexer.next();
   if (token.kind == TokenKind::CLOSE) {
     throw ParseError(token.position, "an index is expected, not " + token.description());
   }
-  const uint64_t width = index_value(token.spelling(), shown(name), token.position);
+  const uint64_t width = index_value(token.spelling(), "", name, token.position);
   lexer.next();
   expect_close("identifier");
   lexer.next();
@@ -86,10 +86,11 @@ Value TermReader::read_atom() {
       value = builder.number(token);
       break;
     case TokenKind::SYMBOL: {
-      if (is_reserved_word(token)) {
+      const Name& name = scopes.name(token.text);
+      if (is_word(token, name)) {
         throw ParseError(token.position, "a term is expected, not " + token.description());
       }
-      const Meaning meaning = meaning_of(token, /*indexed=*/false);
+      const Meaning meaning = meaning_of(token, name, /*indexed=*/false);
       value = as_constant(meaning, token.text, token.position, indices.size());
       break;
     }
@@ -109,7 +110,7 @@ Value TermReader::read_atom() {
 }
 
 // What stands alone must have no parameters.
-Value TermReader::as_constant(const Meaning& meaning, const std::string& name, Position position,
+Value TermReader::as_constant(const Meaning& meaning, std::string_view name, Position position,
                               size_t first_index) {
   if (meaning.value.term != nullptr) return meaning.value;
   if (meaning.op != nullptr && meaning.op->is_constant()) {
@@ -122,8 +123,7 @@ Value TermReader::as_constant(const Meaning& meaning, const std::string& name, P
   throw ParseError(position, shown(name) + " is a function and needs arguments");
 }
 
-TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
-  const Name& name = scopes.name(token.text);
+TermReader::Meaning TermReader::meaning_of(const Token& token, const Name& name, bool indexed) {
   Meaning meaning;
   if (indexed) {
     if (!has_operator(name)) reject_unknown(token);
@@ -178,7 +178,7 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, bool indexed) {
 }
 
 void TermReader::reject_unknown(const Token& token) const {
-  const std::string& text = token.text;
+  const std::string_view text = token.text;
   std::string why = "unknown symbol " + token.description();
   const Name& name = scopes.name(text);
   if (name.theory_operator != nullptr ||

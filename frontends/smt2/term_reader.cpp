@@ -11,11 +11,7 @@ namespace quill::smt2 {
 
 namespace {
 
-bool is_quantifier(const Token& token) {
-  return token.is_word("forall") || token.is_word("exists") || token.is_word("lambda");
-}
-
-std::string arguments(size_t count) {
+std::string counted_arguments(size_t count) {
   return std::to_string(count) + (count == 1 ? " argument" : " arguments");
 }
 
@@ -28,7 +24,10 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
       sort_reader(sorts),
       builder(terms),
       manager(terms.manager) {
-  for (const TheoryName& row : theory_symbols) scopes.name(std::string(row.name)).theory = &row;
+  for (const ConstructWord& row : construct_words()) {
+    scopes.name(row.text).construct = row.construct;
+  }
+  for (const TheoryName& row : theory_symbols) scopes.name(row.name).theory = &row;
   for (const Operator& op : operators()) scopes.name(op.name).theory_operator = &op;
 }
 
@@ -39,7 +38,7 @@ const Binding* TermReader::named_term_here() const {
   return named ? name.global.get() : nullptr;
 }
 
-std::string TermReader::stored_name(const std::string& name) const {
+std::string TermReader::stored_name(std::string_view name) const {
   return name_from_smtlib(name, NameKind::Symbol, default_escape_prefix, builder.logic);
 }
 
@@ -83,35 +82,49 @@ void TermReader::open() {
     default:
       throw ParseError(token.position, token.description() + " cannot be applied to arguments");
   }
-  if (token.is_word("let")) {
-    open_let(position);
-  } else if (token.is_word("!")) {
-    lexer.next();
-    frames.push_back({FrameKind::ANNOTATION, position, values.size(), 0, {}, nullptr});
-  } else if (token.is_word("_") || token.is_word("as")) {
-    const bool ascribed = token.is_word("as");
-    if (ascribed) lexer.next();
-    const std::string name = token.text;
-    const size_t first_index = indices.size();
-    const Meaning meaning = read_identifier();
-    const DataType* sort = ascribed ? read_ascribed_sort() : nullptr;
-    const Value value = as_constant(meaning, name, position, first_index);
-    check_ascribed_sort(value, sort, position);
-    finish(value);
-  } else if (is_quantifier(token)) {
-    throw ParseError(token.position, "unsupported: quantifiers (" + token.text + ")");
-  } else if (is_reserved_word(token)) {
-    throw ParseError(token.position, "unsupported: the construct " + token.description());
-  } else {
-    const Meaning head = meaning_of(token, /*indexed=*/false);
-    const std::string name = token.text;
-    const bool constant_operator = head.op != nullptr && head.op->is_constant();
-    if (head.value.term != nullptr || constant_operator) {
-      throw ParseError(position, shown(name) + " is not a function and takes no arguments");
+  const Name& name = scopes.name(token.text);
+  switch (token.quoted ? Construct::NONE : name.construct) {
+    case Construct::NONE: {
+      const Meaning head = meaning_of(token, name, /*indexed=*/false);
+      const bool constant_operator = head.op != nullptr && head.op->is_constant();
+      if (head.value.term != nullptr || constant_operator) {
+        throw ParseError(position, shown(token.text) + " is not a function and takes no arguments");
+      }
+      lexer.next();
+      open_application(position, head, indices.size(), nullptr);
+      return;
     }
-    lexer.next();
-    open_application(position, head, indices.size(), nullptr);
+    case Construct::LET:
+      open_let(position);
+      return;
+    case Construct::ANNOTATION:
+      lexer.next();
+      frames.push_back({FrameKind::ANNOTATION, position, values.size(), 0, {}, nullptr});
+      return;
+    case Construct::INDEXED:
+      open_constant(position, /*ascribed=*/false);
+      return;
+    case Construct::ASCRIBED:
+      open_constant(position, /*ascribed=*/true);
+      return;
+    case Construct::QUANTIFIER:
+    case Construct::LAMBDA:
+      throw ParseError(token.position, "unsupported: quantifiers (" + token.spelling() + ")");
+    case Construct::OTHER:
+      throw ParseError(token.position, "unsupported: the construct " + token.description());
   }
+}
+
+// (_ name index ...) or (as name sort) as a term of its own. The current token is the word.
+void TermReader::open_constant(Position position, bool ascribed) {
+  if (ascribed) lexer.next();
+  const std::string name(lexer.token.text);
+  const size_t first_index = indices.size();
+  const Meaning meaning = read_identifier();
+  const DataType* sort = ascribed ? read_ascribed_sort() : nullptr;
+  const Value value = as_constant(meaning, name, position, first_index);
+  check_ascribed_sort(value, sort, position);
+  finish(value);
 }
 
 void TermReader::open_application(Position position, const Meaning& head, size_t first_index,
@@ -180,7 +193,7 @@ void TermReader::finish(Value value) {
 }
 
 void TermReader::close_application() {
-  const Frame frame = frames.back();
+  const Frame& frame = frames.back();
   const size_t num_args = values.size() - frame.first_value;
   Value result;
   if (frame.kind == FrameKind::OPERATOR) {
@@ -208,11 +221,10 @@ Value TermReader::apply_function(const Frame& frame, size_t num_args) {
         name_to_smtlib(function->name, NameKind::Symbol, default_escape_prefix, builder.logic));
   };
   if (num_args != function->arity) {
-    throw ParseError(frame.position, name() + " takes " + arguments(function->arity) + ", not " +
-                                         std::to_string(num_args));
+    throw ParseError(frame.position, name() + " takes " + counted_arguments(function->arity) +
+                                         ", not " + std::to_string(num_args));
   }
-  std::vector<const Term_*> terms;
-  terms.reserve(num_args);
+  arguments.clear();
   for (size_t i = 0; i < num_args; ++i) {
     const Value& argument = values[frame.first_value + i];
     const DataType* asked = frame.head.signature->get_component(i + 1);
@@ -221,20 +233,20 @@ Value TermReader::apply_function(const Frame& frame, size_t num_args) {
                                            " has sort " + sort_text(manager, argument.sort) +
                                            ", but " + sort_text(manager, asked) + " is expected");
     }
-    terms.push_back(argument.term);
+    arguments.push_back(argument.term);
   }
-  return {manager.make_uninterpreted_function(function, terms),
+  return {manager.make_uninterpreted_function(function, arguments),
           frame.head.signature->get_component(num_args + 1)};
 }
 
 Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
   const Macro& macro = *frame.head.macro;
   if (num_args != macro.sorts.size()) {
-    throw ParseError(frame.position, shown(macro.name) + " takes " + arguments(macro.sorts.size()) +
-                                         ", not " + std::to_string(num_args));
+    throw ParseError(frame.position, shown(macro.name) + " takes " +
+                                         counted_arguments(macro.sorts.size()) + ", not " +
+                                         std::to_string(num_args));
   }
-  std::vector<const Term_*> terms;
-  terms.reserve(num_args);
+  arguments.clear();
   for (size_t i = 0; i < num_args; ++i) {
     const Value& argument = values[frame.first_value + i];
     if (!builder.fits(argument.sort, macro.sorts[i])) {
@@ -243,9 +255,9 @@ Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
                                            sort_text(manager, argument.sort) + ", but " +
                                            sort_text(manager, macro.sorts[i]) + " is expected");
     }
-    terms.push_back(argument.term);
+    arguments.push_back(argument.term);
   }
-  return {manager.substitute(macro.body.term, macro.placeholders, terms), macro.body.sort};
+  return {manager.substitute(macro.body.term, macro.placeholders, arguments), macro.body.sort};
 }
 
 void TermReader::expect_close(const char* construct) {

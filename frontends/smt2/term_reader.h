@@ -8,6 +8,7 @@
 #define FRONTENDS_SMT2_TERM_READER_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontends/smt2/lexer.h"
@@ -37,7 +38,7 @@ class TermReader {
   }
 
   // The manager's spelling of a name.
-  std::string stored_name(const std::string& name) const;
+  std::string stored_name(std::string_view name) const;
 
   // The terms named by :named since the caller last emptied this.
   std::vector<NamedTerm> named_terms;
@@ -49,6 +50,11 @@ class TermReader {
   bool use_signature = false;
 
  private:
+  // Whether a token that is this name is a reserved word.
+  static bool is_word(const Token& token, const Name& name) {
+    return !token.quoted && smt2::is_reserved(name.construct);
+  }
+
   // Whether the name, unless it is declared, is an operator, reserved or not.
   bool has_operator(const Name& name) const {
     if (is_reserved(name)) return true;
@@ -95,13 +101,14 @@ class TermReader {
   Meaning read_identifier();
   Meaning read_bit_vector_number();
   bool is_bit_vector_number(const Token& token) const;
-  Value as_constant(const Meaning& meaning, const std::string& name, Position position,
+  Value as_constant(const Meaning& meaning, std::string_view name, Position position,
                     size_t first_index);
   const DataType* read_ascribed_sort();
   void name_term(const Value& value);
   void skip_attribute_value();
 
-  Meaning meaning_of(const Token& token, bool indexed);
+  Meaning meaning_of(const Token& token, const Name& name, bool indexed);
+  void open_constant(Position position, bool ascribed);
   void check_ascribed_sort(const Value& value, const DataType* sort, Position position) const;
   void expect_close(const char* construct);
   [[noreturn]] void reject_unknown(const Token& token) const;
@@ -114,8 +121,9 @@ class TermReader {
 
   std::vector<Frame> frames;
   std::vector<Value> values;
-  std::vector<std::string> indices;  // of the indexed heads that are open
-  std::vector<Name*> variables;      // of the lets whose bindings are open
+  std::vector<std::string> indices;     // of the indexed heads that are open
+  std::vector<Name*> variables;         // of the lets whose bindings are open
+  std::vector<const Term_*> arguments;  // of the application that is being closed
 };
 
 }  // namespace quill::smt2

@@ -119,6 +119,35 @@ TEST(Lexer, ReadsTokensLongerThanABlock) {
             (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::NUMERAL, numeral}}));
 }
 
+// The input is read in blocks of 65536 bytes; each byte of the text comes first in one once.
+TEST(Lexer, ReadsEveryKindOfTokenAcrossTheEdgesOfBlocks) {
+  const std::string text = "abc |d\ne| :key 12 1.50 #b01 #xaF \"s\"\"\"\"t\" ; comment ( \n(xyz)";
+  const auto expected = tokens_of(text);
+  ASSERT_EQ(expected.size(), 11u);
+  for (size_t blanks = 65536 - text.size() - 2; blanks <= 65536; ++blanks) {
+    EXPECT_EQ(tokens_of(std::string(blanks, ' ') + text), expected) << blanks << " blanks";
+  }
+}
+
+TEST(Lexer, CountsColumnsAcrossTheEdgesOfBlocks) {
+  std::istringstream input(std::string(65530, ' ') + "abcdefghij |k\n" + std::string(70000, 'l') +
+                           "| m");
+  Lexer lexer(input);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.column, 65531u);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.column, 65542u);
+  lexer.next();
+  EXPECT_EQ(lexer.token.position.line, 2u);
+  EXPECT_EQ(lexer.token.position.column, 70003u);
+  EXPECT_EQ(lexer.end_of_previous().column, 70002u);
+}
+
+TEST(Lexer, ReadsCommentsLongerThanABlock) {
+  EXPECT_EQ(tokens_of("a;" + std::string(200000, 'x') + "\nb"),
+            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::SYMBOL, "b"}}));
+}
+
 TEST(Lexer, EndsForEver) {
   std::istringstream input("a");
   Lexer lexer(input);
@@ -154,6 +183,8 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"|a\\b|", "1:3: a backslash in a |quoted symbol|"},
         Fault{"a\n|bc", "2:3: the input ends inside the |quoted symbol| that begins at 2:1"},
         Fault{"\"a\nb", "2:1: the input ends inside the string that begins at 1:1"},
+        Fault{"\"a\n", "1:3: the input ends inside the string that begins at 1:1"},
+        Fault{"|", "1:1: the input ends inside the |quoted symbol| that begins at 1:1"},
         Fault{":", "1:1: a colon without a keyword"},
         Fault{"#q", "1:1: '#' begins neither #b nor #x"},
         Fault{"#x", "1:1: a hexadecimal literal without digits"},
@@ -163,6 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LexerFaults, NulBytesAreNamed) {
   EXPECT_EQ(error_of(std::string("a \0", 3)), "1:3: a NUL byte");
+  EXPECT_EQ(error_of(std::string("a\0", 2)), "1:2: a NUL byte");
   EXPECT_EQ(error_of(std::string("|\0|", 3)), "1:2: a NUL byte in a |quoted symbol|");
   EXPECT_EQ(error_of(std::string("\"\0\"", 3)), "1:2: a NUL byte in a string");
 }
