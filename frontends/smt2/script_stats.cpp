@@ -1,29 +1,28 @@
 #include "frontends/smt2/script_stats.h"
 
 #include <algorithm>
+#include <array>
 #include <iomanip>
 #include <sstream>
 #include <vector>
 
-#include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
 
 namespace quill::smt2 {
 
 namespace {
 
-struct Shape {
-  uint64_t depth = 0;
-  uint64_t tree_size = 0;
-};
-
 uint64_t saturating_sum(uint64_t a, uint64_t b) {
   return a > ScriptStats::saturated - b ? ScriptStats::saturated : a + b;
 }
 
+// What is known of terms stands in vectors by id, which are dense: no term costs a look-up.
 class Survey {
  public:
-  explicit Survey(const TermManager& term_manager) : manager(term_manager) {}
+  explicit Survey(const TermManager& term_manager)
+      : manager(term_manager),
+        depths(manager.get_bank()->id_bound(), 0),
+        tree_sizes(manager.get_bank()->id_bound()) {}
 
   void add_root(const Term_* root);
   ScriptStats stats;
@@ -33,9 +32,14 @@ class Survey {
   void count_symbol(const Symbol* symbol);
 
   const TermManager& manager;
-  hsh::HashMap<const Term_*, Shape> shapes;
+  std::vector<uint32_t>
+      depths;  // 0: not measured; at most the number of terms, which is below 2^32
+  std::vector<uint64_t> tree_sizes;  // of the measured ones
   hsh::HashSet<const Symbol*> symbols;
   hsh::HashSet<const DataType*> types;
+  // Of the counted symbols the last one in each place. Most terms have one of a few symbols, which
+  // are found here; the place depends on the address, and nothing but speed depends on the place.
+  std::array<const Symbol*, 256> recent_symbols{};
   std::vector<const Term_*> pending;
 };
 
@@ -45,33 +49,38 @@ void Survey::add_root(const Term_* root) {
     // A term stays pending until everything below it is measured.
     if (measure(pending.back())) pending.pop_back();
   }
-  const Shape& shape = shapes[root];
-  stats.tree_size = saturating_sum(stats.tree_size, shape.tree_size);
-  stats.depth = std::max(stats.depth, shape.depth);
+  stats.tree_size = saturating_sum(stats.tree_size, tree_sizes[root->id]);
+  stats.depth = std::max<uint64_t>(stats.depth, depths[root->id]);
 }
 
 // False, with the missing arguments made pending, when one of them is not measured yet.
 bool Survey::measure(const Term_* term) {
-  if (shapes.find(term) != shapes.end()) return true;
-  Shape shape{1, 1};
+  if (depths[term->id] != 0) return true;
+  uint32_t depth = 1;
+  uint64_t tree_size = 1;
   const size_t pending_before = pending.size();
   for (uint64_t i = 0; i < term->symbol->arity; ++i) {
-    const auto below = shapes.find(term->args[i]);
-    if (below == shapes.end()) {
+    const uint64_t below = term->args[i]->id;
+    if (depths[below] == 0) {
       pending.push_back(term->args[i]);
     } else {
-      shape.depth = std::max(shape.depth, below->second.depth + 1);
-      shape.tree_size = saturating_sum(shape.tree_size, below->second.tree_size);
+      depth = std::max(depth, depths[below] + 1);
+      tree_size = saturating_sum(tree_size, tree_sizes[below]);
     }
   }
   if (pending.size() != pending_before) return false;
-  shapes.insert({term, shape});
+  depths[term->id] = depth;
+  tree_sizes[term->id] = tree_size;
   ++stats.graph_size;
   count_symbol(term->symbol);
   return true;
 }
 
 void Survey::count_symbol(const Symbol* symbol) {
+  const Symbol*& recent =
+      recent_symbols[reinterpret_cast<uintptr_t>(symbol) / sizeof(Symbol) % recent_symbols.size()];
+  if (recent == symbol) return;
+  recent = symbol;
   if (!symbols.insert(symbol)) return;
   ++(manager.is_interpreted(symbol) ? stats.interpreted_symbols : stats.uninterpreted_symbols);
   if (types.insert(symbol->get_output_type())) ++stats.types;
