@@ -26,7 +26,7 @@ Value fold_left(TermBuilder& b, const Application& a, Combine combine) {
 // or exchanged, and negated or not.
 Value chain(TermBuilder& b, const Application& a, bool exchanged, bool negated_order) {
   const DataType* sort = b.expect_arithmetic(a);
-  std::vector<const Term_*> links;
+  std::vector<const Term_*>& links = b.fresh_terms();
   for (size_t i = 0; i + 1 < a.args.size(); ++i) {
     const Term_* left = a.args[i].term;
     const Term_* right = a.args[i + 1].term;

@@ -64,10 +64,11 @@ Value build_bv_extract(TermBuilder& b, const Application& a) {
   const uint64_t width = b.expect_bit_vector(a, 0);
   const uint64_t high = b.index(a, 0);
   const uint64_t low = b.index(a, 1);
-  const std::string range =
-      "takes bits " + std::to_string(high) + " down to " + std::to_string(low);
-  if (low > high) b.reject(a, range + ", which are none");
-  if (high >= width) b.reject(a, range + " of a bit-vector of width " + std::to_string(width));
+  const auto range = [&] {
+    return "takes bits " + std::to_string(high) + " down to " + std::to_string(low);
+  };
+  if (low > high) b.reject(a, range() + ", which are none");
+  if (high >= width) b.reject(a, range() + " of a bit-vector of width " + std::to_string(width));
   return value_of_bits(b.manager.make_bv_extract(high, low, a.args[0].term));
 }
 

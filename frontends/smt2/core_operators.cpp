@@ -8,10 +8,9 @@ namespace quill::smt2 {
 
 namespace {
 
-std::vector<const Term_*> bool_terms(TermBuilder& b, const Application& a) {
+const std::vector<const Term_*>& bool_terms(TermBuilder& b, const Application& a) {
   b.expect_all(a, b.bool_type);
-  std::vector<const Term_*> terms;
-  terms.reserve(a.args.size());
+  std::vector<const Term_*>& terms = b.fresh_terms();
   for (const Value& value : a.args) terms.push_back(value.term);
   return terms;
 }
@@ -36,14 +35,14 @@ Value build_or(TermBuilder& b, const Application& a) {
 }
 
 Value build_xor(TermBuilder& b, const Application& a) {
-  const std::vector<const Term_*> terms = bool_terms(b, a);
+  const std::vector<const Term_*>& terms = bool_terms(b, a);
   const Term_* result = terms[0];
   for (size_t i = 1; i < terms.size(); ++i) result = make_xor(b.manager, result, terms[i]);
   return b.boolean(result);
 }
 
 Value build_implies(TermBuilder& b, const Application& a) {
-  const std::vector<const Term_*> terms = bool_terms(b, a);
+  const std::vector<const Term_*>& terms = bool_terms(b, a);
   const Term_* result = terms.back();
   for (size_t i = terms.size() - 1; i-- > 0;) result = make_implies(b.manager, terms[i], result);
   return b.boolean(result);
@@ -51,7 +50,7 @@ Value build_implies(TermBuilder& b, const Application& a) {
 
 Value build_equal(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_common(a, 0);
-  std::vector<const Term_*> links;
+  std::vector<const Term_*>& links = b.fresh_terms();
   for (size_t i = 0; i + 1 < a.args.size(); ++i) {
     links.push_back(b.equal(a.args[i].term, a.args[i + 1].term, sort));
   }
@@ -60,7 +59,7 @@ Value build_equal(TermBuilder& b, const Application& a) {
 
 Value build_distinct(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_common(a, 0);
-  std::vector<const Term_*> pairs;
+  std::vector<const Term_*>& pairs = b.fresh_terms();
   for (size_t i = 0; i < a.args.size(); ++i) {
     for (size_t j = i + 1; j < a.args.size(); ++j) {
       const Term_* same = b.equal(a.args[i].term, a.args[j].term, sort);

@@ -10,6 +10,7 @@
 #define FRONTENDS_SMT2_TERM_BUILDER_H
 
 #include <string>
+#include <vector>
 
 #include "frontends/smt2/lexer.h"
 #include "frontends/smt2/operators.h"
@@ -36,6 +37,13 @@ class TermBuilder {
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;
+
+  // Emptied, for the operator that is being built: in one vector for all, so that they need not
+  // allocate.
+  std::vector<const Term_*>& fresh_terms() {
+    terms.clear();
+    return terms;
+  }
 
   bool is_arithmetic(const DataType* sort) const { return sort == int_type || sort == real_type; }
 
@@ -101,6 +109,7 @@ class TermBuilder {
   const Pair leq_symbols;
   const Pair plus_symbols;
   const Pair times_symbols;
+  std::vector<const Term_*> terms;
 };
 
 }  // namespace quill::smt2
