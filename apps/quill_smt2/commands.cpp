@@ -1,9 +1,11 @@
 #include "apps/quill_smt2/commands.h"
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +15,7 @@
 #include <system_error>
 #include <utility>
 
+#include "apps/quill_smt2/progress.h"
 #include "frontends/smt2/smt2.h"
 
 namespace quill::smt2::app {
@@ -21,8 +24,16 @@ namespace {
 
 std::string describe_errno(int code) { return std::generic_category().message(code); }
 
+// With a line of progress, if somebody is there to see it. A size of 0 is not known.
+Script read_watched(std::istream& input, uint64_t size, TermManager& manager) {
+  if (isatty(STDERR_FILENO) == 0) return read(input, manager);
+  ProgressBuffer progress(*input.rdbuf(), size, std::cerr);
+  std::istream watched(&progress);
+  return read(watched, manager);
+}
+
 Script read_file(const std::string& file, TermManager& manager) {
-  if (file == "-") return read(std::cin, manager);
+  if (file == "-") return read_watched(std::cin, 0, manager);
   std::error_code ignored;  // what cannot be looked at cannot be opened either
   if (std::filesystem::is_directory(file, ignored)) throw Exception("is a directory");
   errno = 0;
@@ -30,7 +41,9 @@ Script read_file(const std::string& file, TermManager& manager) {
   if (!input) {
     throw Exception("cannot be opened" + (errno == 0 ? "" : ": " + describe_errno(errno)));
   }
-  return read(input, manager);
+  std::error_code no_file;  // but a pipe or a device
+  const uintmax_t size = std::filesystem::file_size(file, no_file);
+  return read_watched(input, no_file ? 0 : size, manager);
 }
 
 // The largest amount of memory that the process had so far.
