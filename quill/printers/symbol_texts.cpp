@@ -6,9 +6,16 @@
 
 namespace quill {
 
+// A stream that can't have its memory throws std::bad_alloc: no text is cut off.
+SymbolTexts::SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names)
+    : manager(owner), rename_prefix(renamed), logic(names) {
+  text.exceptions(std::ios_base::badbit);
+}
+
 const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
   const auto found = texts[as_real].find(s);
   if (found != texts[as_real].end()) return found->second;
+  text.clear();
   text.str(std::string());
   if (s->arity == 0) {
     write_constant(s, as_real);

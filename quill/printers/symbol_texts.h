@@ -21,8 +21,7 @@ namespace quill {
 class SymbolTexts {
  public:
   // `renamed` is the prefix of symbols that SMT-LIB can't name. All three must outlive the texts.
-  SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names)
-      : manager(owner), rename_prefix(renamed), logic(names) {}
+  SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names);
 
   // The text of a symbol; that of an integer where a Real is expected has a point.
   const std::string& of(const Symbol* s, bool as_real = false);
