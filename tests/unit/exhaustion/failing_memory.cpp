@@ -1,11 +1,12 @@
-// operator new and malloc with a countdown, and functions for GMP.
+// operator new, malloc and mmap with a countdown, and functions for GMP.
 //
-// The program is linked so that its own calls of malloc, those of the pools, come here, and that
-// __real_malloc is the malloc of the C library or of the address sanitizer.
+// The program is linked so that its own calls of malloc and mmap, those of the library, come here,
+// and that __real_malloc is the malloc of the C library or of the address sanitizer.
 
 #include "tests/unit/exhaustion/failing_memory.h"
 
 #include <gmp.h>
+#include <sys/mman.h>
 
 #include <algorithm>
 #include <atomic>
@@ -17,6 +18,8 @@
 extern "C" {
 void* __real_malloc(size_t size);
 void* __wrap_malloc(size_t size);
+void* __real_mmap(void* start, size_t size, int protection, int flags, int file, off_t offset);
+void* __wrap_mmap(void* start, size_t size, int protection, int flags, int file, off_t offset);
 }
 
 namespace {
@@ -30,17 +33,16 @@ struct Countdown {
 thread_local Countdown countdown;
 
 std::atomic<size_t> malloc_calls = 0;
+std::atomic<size_t> mmap_calls = 0;
 
-void* allocate(size_t size) {
-  if (countdown.is_armed) {
-    const size_t number = countdown.asked++;
-    const bool fails = countdown.failures == quill::testing::Failures::Once
-                           ? number == countdown.successes
-                           : number >= countdown.successes;
-    if (fails) return nullptr;
-  }
-  return __real_malloc(size == 0 ? 1 : size);
+bool next_fails() {
+  if (!countdown.is_armed) return false;
+  const size_t number = countdown.asked++;
+  return countdown.failures == quill::testing::Failures::Once ? number == countdown.successes
+                                                              : number >= countdown.successes;
 }
+
+void* allocate(size_t size) { return next_fails() ? nullptr : __real_malloc(size == 0 ? 1 : size); }
 
 // A block of GMP's begins with its size and a word that tells it from other blocks.
 struct GmpHeader {
@@ -94,6 +96,7 @@ bool FailingMemory::has_failed() const { return countdown.asked > countdown.succ
 size_t FailingMemory::asked() const { return countdown.asked; }
 
 size_t pool_chunks() { return malloc_calls; }
+size_t large_blocks() { return mmap_calls; }
 size_t gmp_blocks() { return gmp_blocks_held; }
 size_t largest_gmp_block() { return gmp_largest; }
 
@@ -102,6 +105,11 @@ size_t largest_gmp_block() { return gmp_largest; }
 void* __wrap_malloc(size_t size) {
   ++malloc_calls;
   return allocate(size);
+}
+
+void* __wrap_mmap(void* start, size_t size, int protection, int flags, int file, off_t offset) {
+  ++mmap_calls;
+  return next_fails() ? MAP_FAILED : __real_mmap(start, size, protection, flags, file, offset);
 }
 
 void* operator new(size_t size) {

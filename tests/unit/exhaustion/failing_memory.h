@@ -1,6 +1,7 @@
-// Makes the memory of the test program run out on demand: operator new, and the malloc of the
-// library's pools. What GMP takes for its numbers is not counted and never fails; it is set apart
-// instead, so that a block of GMP's that reaches free(), or the other way round, stops the program.
+// Makes the memory of the test program run out on demand: operator new, the malloc of the
+// library's pools, and the mmap of its large tables. What GMP takes for its numbers is not counted
+// and never fails; it is set apart instead, so that a block of GMP's that reaches free(), or the
+// other way round, stops the program.
 
 #ifndef QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H
 #define QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H
@@ -25,8 +26,10 @@ class FailingMemory {
   size_t asked() const;
 };
 
-// How many blocks of malloc the library's pools have asked for.
+// How many blocks of malloc the library's pools have asked for, and how many of mmap its large
+// tables.
 size_t pool_chunks();
+size_t large_blocks();
 
 // The blocks that GMP holds in this program, and the largest one that it ever asked for.
 size_t gmp_blocks();

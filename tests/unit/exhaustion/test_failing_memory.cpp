@@ -284,6 +284,62 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
   }
 }
 
+// Lets the action fail at its first allocation, at its second one and so on, in growing steps, until
+// it has its way. Returns how often it failed.
+template <class Action>
+size_t insist(const Action& action) {
+  size_t failures = 0;
+  for (size_t successes = 0;; successes += 1 + successes / 4) {
+    try {
+      const FailingMemory memory(successes, Failures::FromThenOn);
+      action();
+      return failures;
+    } catch (const std::bad_alloc&) {
+      failures++;
+    }
+  }
+}
+
+// The script's tables stay small. These outgrow what operator new gives.
+TEST(FailingMemory, LargeTablesOutliveTheFailureOfTheirGrowth) {
+  constexpr size_t count = 200'000;
+  const size_t blocks_before = large_blocks();
+  TermManager m;
+  const DataType* sort = m.get_simple_type("S", false);
+  const Symbol* f = m.make_symbol("f", m.get_function_type({sort}, sort));
+  const Symbol* g = m.make_symbol("g", m.get_function_type({sort, sort}, sort));
+  const Term_* x = m.make_constant(m.make_symbol("x", sort));
+  const Term_* y = m.make_constant(m.make_symbol("y", sort));
+  const uint64_t first_id = m.get_bank()->id_bound();
+  std::vector<const Term_*> args{x, y};
+  const Term_* t = x;
+  size_t failures = 0;
+  for (size_t i = 0; i < count; i++) {
+    const Symbol* s = i % 2 == 0 ? f : g;
+    args.assign({t, x});
+    args.resize(s->arity);
+    failures += insist([&] { t = m.make_term(s, args); });
+    ASSERT_EQ(t->id, first_id + i);
+  }
+  EXPECT_GT(failures, 50U);
+  EXPECT_EQ(m.check_consistency(), "");
+
+  const Term_* image = nullptr;
+  failures = insist([&] { image = m.substitute(t, {x}, {y}); });
+  EXPECT_GT(failures, 10U);
+  EXPECT_EQ(image->id, first_id + 2 * count - 1);
+
+  TermManager other;
+  const Term_* copy = nullptr;
+  insist([&] { copy = other.copy_term(m, t); });
+  EXPECT_EQ(other.get_bank()->size(), 2 + 1 + count);  // true, false, x
+
+  insist([&] { m.gc({image}, {}, {}); });
+  EXPECT_EQ(m.get_bank()->size(), 2 + 1 + count);
+  EXPECT_EQ(m.check_consistency(), "");
+  EXPECT_GT(large_blocks(), blocks_before);
+}
+
 TEST(FailingMemory, NoNumberOfGmpIsLeftBehind) {
   const auto run = [] {
     Performance unharmed(script());
