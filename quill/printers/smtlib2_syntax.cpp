@@ -1,7 +1,9 @@
 #include "quill/printers/smtlib2_syntax.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <new>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -75,6 +77,10 @@ void print_symbol(std::ostream& out, std::string_view manager_name, std::string_
   print_quoted(out, name_to_smtlib(manager_name, NameKind::Symbol, escape_prefix, logic));
 }
 
+std::string significand_text(size_t m) {
+  return m == SIZE_MAX ? "18446744073709551616" : std::to_string(m + 1);
+}
+
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
                 std::string_view escape_prefix, const Logic& logic) {
   require_own(manager, type);
@@ -97,7 +103,7 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
     } else if (manager.is_bv_type(t, &width)) {
       out << "(_ BitVec " << std::to_string(width) << ')';
     } else if (manager.is_fp_type(t, &e, &m)) {
-      out << "(_ FloatingPoint " << std::to_string(e) << ' ' << std::to_string(m + 1) << ')';
+      out << "(_ FloatingPoint " << std::to_string(e) << ' ' << significand_text(m) << ')';
     } else {
       out << '(';
       open.push_back({t, 0});
@@ -132,6 +138,9 @@ bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
     mpz_set_si(pattern, bits.num);
   }
   const size_t significant = mpz_sizeinbase(pattern, 2);
+  // The digits are composed in memory, one byte each.
+  constexpr size_t max_width = size_t{1} << 32;
+  if (e > max_width || m > max_width - e) throw std::bad_alloc();
   const size_t width = 1 + e + m;
   if (significant > width) return false;
   // Room for a sign and for the end of the string, which GMP writes as well.

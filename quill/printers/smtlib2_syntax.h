@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <string>
 #include <string_view>
 
 #include "quill/printers/name_escape.h"
@@ -43,9 +44,12 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
                 std::string_view escape_prefix = default_escape_prefix,
                 const Logic& logic = Logic());
 
+// The significand's bits with the hidden one, which is how SMT-LIB counts them: m + 1.
+std::string significand_text(size_t m);
+
 // Writes the value of format (e, m) with these bits as (fp #b0 #b10 #b011): sign, exponent and
 // significand, also where a value has a name, as infinities have. False, and nothing is written,
-// when they are not the bits of such a value.
+// when they are not the bits of such a value. More than 2^32 bits are refused with std::bad_alloc.
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m);
 
 // Writes an integer as 3 or (- 3); with as_real, any rational: 3.0, (- 3.0), (/ 1.0 3.0).

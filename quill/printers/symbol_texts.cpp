@@ -53,7 +53,7 @@ void SymbolTexts::write_theory_head(const SmtLib2Operator& op, const Symbol* s) 
       return;
     case SmtLib2Head::FORMAT:
       manager.is_fp_type(s->get_output_type(), &first, &second);
-      text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << std::to_string(second + 1)
+      text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << significand_text(second)
            << ')';
       return;
     case SmtLib2Head::SORT:
