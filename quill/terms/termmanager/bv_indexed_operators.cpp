@@ -2,6 +2,7 @@
 
 #include "quill/terms/termmanager/family_builders.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -47,12 +48,13 @@ bool TermManager::is_bv_symbol(const Symbol* s,
 const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
   constexpr SymbolTag::tag tag = SymbolTag::BV_CONCAT;
   auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
-  const BVIndex2 key{w1, w2, w1 + w2};
+  const size_t width = sum_of_widths(w1, w2);
+  const BVIndex2 key{w1, w2, width};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;
   const DataType* first = get_bv_type(w1);
   const DataType* second = get_bv_type(w2);
-  const DataType* result = get_bv_type(w1 + w2);
+  const DataType* result = get_bv_type(width);
   scratch_types = {universe->get_application_type(), first, second, result};
   compose_family_name(operator_family(tag).base, operator_family(tag).separated, {w1, w2});
   return add_family_symbol(tag, key, by_symbol, by_key);

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/bv_number.h"
 #include "quill/utils/gmp_integer.h"
@@ -85,7 +86,7 @@ const Term_* make_fp_plus_zero(TermManager& m, size_t e, size_t mantissa) {
 
 const Term_* make_fp_minus_zero(TermManager& m, size_t e, size_t mantissa) {
   QNumber bits;
-  BVNumber::pow2(e + mantissa, &bits);
+  BVNumber::pow2(ieee_width(e, mantissa) - 1, &bits);
   return m.make_fp_bits_number(bits, e, mantissa);
 }
 
@@ -99,7 +100,7 @@ const Term_* make_fp_from_parts(TermManager& m, const Term_* sign, const Term_* 
   QNumber parts[3];
   if (m.is_number(sign->symbol, &parts[0]) && m.is_number(exponent->symbol, &parts[1]) &&
       m.is_number(significand->symbol, &parts[2])) {
-    if (e > max_bits || mantissa > max_bits) throw std::bad_alloc();
+    if (ieee_width(e, mantissa) > max_bits) throw std::bad_alloc();
     GmpInteger bits;
     append(bits, parts[0], 1);
     append(bits, parts[1], e);

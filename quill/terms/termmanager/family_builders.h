@@ -10,6 +10,7 @@
 #include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -92,7 +93,8 @@ const Symbol* TermManager::index1_symbol(size_t k, size_t width) {
   constexpr OperatorFamily family = operator_family(Tag);
   static_assert(family.key == FamilyKey::Index1 && family.separated);
   // Made before the look-up, as for bit results above.
-  const DataType* result = family.result == FamilyResult::Wider ? get_bv_type(k + width) : nullptr;
+  const DataType* result = nullptr;  // bit-vectors of the width
+  if constexpr (family.result == FamilyResult::Wider) result = get_bv_type(sum_of_widths(k, width));
   auto& [by_symbol, by_key] = index1_families[family_slot(Tag)];
   return make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key, result);
 }

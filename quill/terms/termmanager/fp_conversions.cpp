@@ -12,6 +12,7 @@
 #include "quill/terms/termmanager/family_builders.h"
 #include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -143,11 +144,12 @@ bool TermManager::is_fp_to_bv(const Symbol* s, size_t* e, size_t* m, size_t* w) 
 
 const Symbol* TermManager::make_fp_as_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_AS_IEEEBV;
-  const FPFormatCast key{e, m, 0, e + m + 1};
+  const size_t width = ieee_width(e, m);
+  const FPFormatCast key{e, m, 0, width};
   if (const Symbol* present = find_conversion(tag, key)) return present;
   const DataType* operand = get_fp_type(e, m);
-  const DataType* result = get_bv_type(e + m + 1);
-  return make_conversion_symbol(tag, key, operand, result, {e, m, e + m + 1});
+  const DataType* result = get_bv_type(width);
+  return make_conversion_symbol(tag, key, operand, result, {e, m, width});
 }
 const Term_* TermManager::make_fp_as_ieeebv(const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_AS_IEEEBV);
@@ -164,15 +166,16 @@ bool TermManager::is_fp_as_ieeebv(const Symbol* s, size_t* e, size_t* m) const {
 
 const Symbol* TermManager::make_fp_from_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_IEEEBV;
-  const FPFormatCast key{0, e + m + 1, e, m};
+  const size_t width = ieee_width(e, m);
+  const FPFormatCast key{0, width, e, m};
   if (const Symbol* present = find_conversion(tag, key)) return present;
-  const DataType* operand = get_bv_type(e + m + 1);
+  const DataType* operand = get_bv_type(width);
   const DataType* result = get_fp_type(e, m);
-  return make_conversion_symbol(tag, key, operand, result, {e + m + 1, e, m});
+  return make_conversion_symbol(tag, key, operand, result, {width, e, m});
 }
 const Term_* TermManager::make_fp_from_ieeebv(size_t e, size_t m, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_IEEEBV);
-  if (require_bv(t, family.complaint) != e + m + 1) reject_operand(t, family.complaint);
+  if (require_bv(t, family.complaint) != ieee_width(e, m)) reject_operand(t, family.complaint);
   return make_with({t}, make_fp_from_ieeebv_symbol(e, m), family.operation);
 }
 bool TermManager::is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const {

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 
@@ -129,7 +130,7 @@ const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, siz
     if (!(normalized == bits)) return make_fp_bits_number(normalized, e, m);
   }
   if (typecheck_enabled) {
-    require_bits(bits, e + m + 1, "FP");
+    require_bits(bits, ieee_width(e, m), "FP");
     IEEEFloat::from_bits(bits, {e, m});  // may refuse more
   }
 

@@ -350,8 +350,9 @@ class TermManager : public TermFactory {
   // Bit-vectors with indices, in 'bv_indexed_operators.cpp'
   //
   // The same triples, with one more number or two. Numbers are counted in bits from the least
-  // significant one, 0. Makers trust their numbers, builders check them. Rotation by any amount and
-  // extension by 0 bits are operators of their own.
+  // significant one, 0. Makers trust their numbers, builders check them; both throw Exception, not
+  // error, for a result of more than 2^64-1 bits. Rotation by any amount and extension by 0 bits
+  // are operators of their own.
 
   // The bits of a before those of b.
   const Symbol* make_bv_concat_symbol(size_t w1, size_t w2);
@@ -486,7 +487,8 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Floating-point conversions, in 'fp_conversions.cpp'
   //
-  // Builders take the numbers of the target first, then the terms.
+  // Builders take the numbers of the target first, then the terms. A bit pattern of more than
+  // 2^64-1 bits is refused with Exception, not error.
 
   // From format (e1, m1) to (e2, m2).
   const Symbol* make_fp_cast_symbol(size_t e1, size_t m1, size_t e2, size_t m2);

@@ -1,0 +1,32 @@
+// Widths that are sums of others. A width is a number of 64 bits; a sum that is none is refused
+// with Exception, before anything is made for it. Private to the sources of the term manager.
+
+#ifndef QUILL_TERMS_TERMMANAGER_RESULT_WIDTHS_H
+#define QUILL_TERMS_TERMMANAGER_RESULT_WIDTHS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "quill/utils/exception.h"
+
+namespace quill {
+
+// Of a bit-vector of so many bits and so many more.
+inline size_t sum_of_widths(size_t a, size_t b) {
+  if (a > SIZE_MAX - b) {
+    throw Exception("a bit-vector of ") << a << " + " << b << " bits is too wide";
+  }
+  return a + b;
+}
+
+// Of the bit pattern of a floating-point value: sign, exponent and significand.
+inline size_t ieee_width(size_t e, size_t m) {
+  if (e > SIZE_MAX - 1 || m > SIZE_MAX - 1 - e) {
+    throw Exception("a bit pattern of 1 + ") << e << " + " << m << " bits is too wide";
+  }
+  return 1 + e + m;
+}
+
+}  // namespace quill
+
+#endif
