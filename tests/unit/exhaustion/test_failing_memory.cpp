@@ -284,8 +284,8 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
   }
 }
 
-// Lets the action fail at its first allocation, at its second one and so on, in growing steps, until
-// it has its way. Returns how often it failed.
+// Lets the action fail at its first allocation, at its second one and so on, in growing steps,
+// until it has its way. Returns how often it failed.
 template <class Action>
 size_t insist(const Action& action) {
   size_t failures = 0;
