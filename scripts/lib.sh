@@ -68,10 +68,12 @@ build() {
   quietly cmake --build "$folder" --parallel "$jobs"
 }
 
-# build_target PRESET FOLDER TARGET: the same for one target.
+# build_target TARGET PRESET FOLDER [CMAKE ARGUMENT...]: the same for one target.
 build_target() {
-  quietly cmake -S "$root" --preset "$1" -B "$root/build/$2"
-  quietly cmake --build "$root/build/$2" --parallel "$jobs" --target "$3"
+  local target=$1 preset=$2 folder=$root/build/$3
+  shift 3
+  quietly cmake -S "$root" --preset "$preset" -B "$folder" "$@"
+  quietly cmake --build "$folder" --target "$target" --parallel "$jobs"
 }
 
 # run_tests FOLDER [CTEST ARGUMENT...]: the tests of build/FOLDER; prints what fails and the summary.
