@@ -42,9 +42,10 @@ std::string description(const State& s, const Outcome& outcome) {
   }
   std::string text = symbol->name;
   text += " : " + symbol->type->to_str();
-  text += ", tag " + std::to_string(s.m.get_tag(symbol) + s.other.get_tag(symbol));
+  const TermManager& owner = outcome.is_copy ? s.other : s.m;
+  text += ", tag " + std::to_string(owner.get_tag(symbol));
   QNumber value;
-  if (s.m.is_number(symbol, &value)) text += ", value " + value.to_str();
+  if (owner.is_number(symbol, &value)) text += ", value " + value.to_str();
   return t == nullptr ? text : text + ", id " + std::to_string(t->id) + ", " + t->to_shallow_str();
 }
 
@@ -801,7 +802,12 @@ class Writer {
       return x.m.substitute(x.term(all), map, marks, /*check=*/true);
     });
     const auto copied = [&](std::string text, Run run) {
-      add(std::move(text), std::move(run), Effect::Several);
+      const auto run_and_mark = [run = std::move(run)](S& x) {
+        Outcome outcome = run(x);
+        outcome.is_copy = true;
+        return outcome;
+      };
+      add(std::move(text), run_and_mark, Effect::Several);
     };
     copied("copy_symbols", [=, f = f, bits = bits](S& x) {
       x.symbols.assign({x.symbol(f), x.term(all)->symbol, x.term(bits)->symbol});

@@ -35,6 +35,7 @@ struct Outcome {
   const DataType* type = nullptr;
   const Symbol* symbol = nullptr;
   const Term_* term = nullptr;
+  bool is_copy = false;  // one of these, in the other manager
   bool answer = false;
   std::array<size_t, 4> numbers{};
   std::exception_ptr refusal;
