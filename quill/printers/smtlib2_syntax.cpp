@@ -10,7 +10,9 @@
 
 #include "quill/printers/smtlib2_names.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
+#include "quill/utils/hash_map.h"
 
 namespace quill {
 
@@ -77,6 +79,54 @@ void print_symbol(std::ostream& out, std::string_view manager_name, std::string_
   print_quoted(out, name_to_smtlib(manager_name, NameKind::Symbol, escape_prefix, logic));
 }
 
+namespace {
+
+// How many names a type is written with, as far as 64 bits can count: types are shared graphs,
+// sorts are trees.
+uint64_t count_names(const DataType* root) {
+  hsh::HashMap<const DataType*, uint64_t> counts;
+  struct Frame {
+    const DataType* type;
+    size_t next;  // the component to go to next
+    uint64_t names;
+  };
+  std::vector<Frame> open{{root, 0, 0}};
+  for (;;) {
+    Frame& frame = open.back();
+    uint64_t added = 1;
+    if (frame.next == frame.type->num_components()) {
+      added = frame.names;
+      counts[frame.type] = added;
+      open.pop_back();
+      if (open.empty()) return added;
+    } else if (const DataType* component = frame.type->get_component(frame.next);
+               !component->is_simple()) {
+      const auto found = counts.find(component);
+      if (found == counts.end()) {
+        open.push_back({component, 0, 0});
+        continue;
+      }
+      added = found->second;
+    }
+    Frame& above = open.back();
+    above.names = above.names > UINT64_MAX - added ? UINT64_MAX : above.names + added;
+    above.next++;
+  }
+}
+
+// Whether nothing in the type is nested more than twice, so that it is no larger than its graph.
+bool is_flat(const DataType* type) {
+  for (size_t i = 0; i < type->num_components(); i++) {
+    const DataType* component = type->get_component(i);
+    for (size_t j = 0; j < component->num_components(); j++) {
+      if (!component->get_component(j)->is_simple()) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
 std::string significand_text(size_t m) {
   return m == SIZE_MAX ? "18446744073709551616" : std::to_string(m + 1);
 }
@@ -84,6 +134,9 @@ std::string significand_text(size_t m) {
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
                 std::string_view escape_prefix, const Logic& logic) {
   require_own(manager, type);
+  if (!is_flat(type) && count_names(type) > max_names_in_sort) {
+    throw Exception("a sort of more than ") << max_names_in_sort << " names is too large to write";
+  }
   struct Frame {
     const DataType* type;
     size_t next;  // the component to print next

@@ -5,6 +5,7 @@
 #define QUILL_PRINTERS_SMTLIB2_SYNTAX_H
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -39,7 +40,9 @@ void print_symbol(std::ostream& out, std::string_view manager_name,
                   const Logic& logic = Logic());
 
 // Writes a type as a sort: (_ BitVec 8), (_ FloatingPoint 8 24), RoundingMode, (Array Int Real),
-// (List Int).
+// (List Int). Sorts have no let, so that the text can be far larger than the type, whose components
+// are shared: more than max_names_in_sort are refused with Exception, before anything is written.
+constexpr uint64_t max_names_in_sort = uint64_t{1} << 24;
 void print_type(std::ostream& out, const TermManager& manager, const DataType* type,
                 std::string_view escape_prefix = default_escape_prefix,
                 const Logic& logic = Logic());
