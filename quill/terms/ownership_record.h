@@ -16,7 +16,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 namespace quill {
 
@@ -27,34 +27,34 @@ class OwnershipRecord {
   // Makes room for one more object; the only operation that allocates. Fails without a change.
   void reserve_one() {
 #ifndef NDEBUG
-    if (2 * (taken + 1) > places.size()) grow();
+    if (taken == limit) grow();
 #endif
   }
 
   // Enters an object that the store has made; needs a reserve_one() since the last one.
   void add([[maybe_unused]] const void* object) noexcept {
 #ifndef NDEBUG
-    assert(2 * (taken + 1) <= places.size());
-    uintptr_t& place = places[place_of(places, address_of(object))];
-    taken += place == 0;
-    place = address_of(object);
+    assert(taken < limit);
+    uintptr_t* place = place_of(address_of(object));
+    taken += *place == 0;
+    *place = address_of(object);
 #endif
   }
 
   // Notes that an object which was entered is about to be freed.
   void remove([[maybe_unused]] const void* object) noexcept {
 #ifndef NDEBUG
-    uintptr_t& place = places[place_of(places, address_of(object))];
-    assert(place == address_of(object) && "the object is not a live one of this store");
-    place |= freed;
+    uintptr_t* place = place_of(address_of(object));
+    assert(*place == address_of(object) && "the object is not a live one of this store");
+    *place |= freed;
 #endif
   }
 
   Standing find(const void* object) const noexcept {
-    if (places.empty()) return Standing::Foreign;
-    const uintptr_t entry = places[place_of(places, address_of(object))];
+    if (limit == 0) return Standing::Foreign;
+    const uintptr_t entry = *place_of(address_of(object));
     if (entry == 0) return Standing::Foreign;
-    return (entry & freed) != 0 ? Standing::Freed : Standing::Owned;
+    return entry == address_of(object) ? Standing::Owned : Standing::Freed;
   }
 
  private:
@@ -62,26 +62,31 @@ class OwnershipRecord {
 
   static uintptr_t address_of(const void* object) { return reinterpret_cast<uintptr_t>(object); }
 
-  // Where the address is, or the free place where it belongs.
-  static size_t place_of(const std::vector<uintptr_t>& places, uintptr_t address) {
+  // The place that holds the address, or the free one where it belongs. It takes no detour through
+  // the standard library: builds without optimisation come here several times for each term.
+  uintptr_t* place_of(uintptr_t address) const {
     const uint64_t h = address * 0x9e3779b97f4a7c15;
-    const size_t mask = places.size() - 1;
-    const uintptr_t* first = places.data();
+    const size_t mask = 2 * limit - 1;
+    uintptr_t* const first = places.get();
     size_t i = (h >> 32) & mask;
-    while (first[i] != 0 && (first[i] & ~freed) != address) i = (i + 1) & mask;
-    return i;
+    while (first[i] != 0 && (first[i] | freed) != (address | freed)) i = (i + 1) & mask;
+    return first + i;
   }
 
   void grow() {
-    std::vector<uintptr_t> larger(places.empty() ? 64 : 2 * places.size());
-    for (const uintptr_t entry : places) {
-      if (entry != 0) larger[place_of(larger, entry & ~freed)] = entry;
+    OwnershipRecord larger;
+    larger.limit = limit == 0 ? 32 : 2 * limit;
+    larger.places = std::make_unique<uintptr_t[]>(2 * larger.limit);
+    for (size_t i = 0; i < 2 * limit; i++) {
+      if (places[i] != 0) *larger.place_of(places[i] & ~freed) = places[i];
     }
-    places.swap(larger);
+    places.swap(larger.places);
+    limit = larger.limit;
   }
 
-  std::vector<uintptr_t> places;  // a power of two, or none at all
-  size_t taken = 0;
+  std::unique_ptr<uintptr_t[]> places;  // twice the limit
+  size_t limit = 0;                     // of the addresses that are held; a power of two, or 0
+  [[maybe_unused]] size_t taken = 0;    // at most the limit
 };
 
 }  // namespace quill

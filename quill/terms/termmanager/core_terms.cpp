@@ -14,7 +14,9 @@ const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Ter
   if (delegate_enabled && delegate != nullptr) {
     if (const Term_* t = delegate->make_term(s, args)) return t;
   }
-  return do_make_term(s, args);
+  // As do_make_term, which would ask for the owners again.
+  assert(args.size() == s->arity && "wrong number of arguments for a symbol");
+  return bank->make_term(s, args.empty() ? nullptr : args.data());
 }
 
 const Term_* TermManager::do_make_term(const Symbol* s, const std::vector<const Term_*>& args) {
