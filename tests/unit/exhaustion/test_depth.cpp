@@ -327,7 +327,7 @@ TEST(Depth, SortsThatAreTooLargeAreRefusedBeforeAnythingIsWritten) {
     TermManager m;
     EXPECT_EQ(written(m, shared(m, 2)), "(Array (Array Int Int) (Array Int Int))");
     EXPECT_EQ(written(m, shared(m, 15)).size(), 32768 * 3 + 32767 * sizeof("(Array  )") - 32767);
-    for (const size_t levels : {24, 25, 40, 64, 65, 1000}) {
+    for (const size_t levels : {24u, 25u, 40u, 64u, 65u, 1000u}) {
       std::ostringstream out;
       try {
         print_type(out, m, shared(m, levels));

@@ -30,8 +30,8 @@ TEST(SlabRegions, TheLowestFreePieceIsHandedOutFirst) {
   SlabRegions regions;
   std::vector<SlabRegions::Piece> pieces;
   for (int i = 0; i < 70; i++) pieces.push_back(regions.allocate());
-  for (const size_t i : {65, 40, 3, 31}) regions.free(pieces[i]);
-  for (const size_t i : {3, 31, 40, 65}) EXPECT_EQ(regions.allocate().memory, pieces[i].memory);
+  for (const size_t i : {65u, 40u, 3u, 31u}) regions.free(pieces[i]);
+  for (const size_t i : {3u, 31u, 40u, 65u}) EXPECT_EQ(regions.allocate().memory, pieces[i].memory);
 }
 
 TEST(SlabRegions, GivingBackLeavesThePiecesInUseAlone) {

@@ -22,7 +22,7 @@ TEST(HugePages, SizesAreRoundedUpToWholePages) {
 }
 
 TEST(HugePages, BlocksAreAlignedToPagesAndCanBeWritten) {
-  for (const size_t pages : {1, 2, 5}) {
+  for (const size_t pages : {1u, 2u, 5u}) {
     void* block = huge_pages::allocate(pages * page);
     EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % page, 0U);
     std::memset(block, 'x', pages * page);

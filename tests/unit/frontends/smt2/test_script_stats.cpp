@@ -56,6 +56,20 @@ TEST(ScriptStats, CountTermsOfAllCommands) {
   EXPECT_EQ(stats.uninterpreted_symbols, 3u);
 }
 
+// More symbols, in turn and again, than the survey remembers without a look-up.
+TEST(ScriptStats, CountEachOfVeryManySymbolsOnce) {
+  std::string text;
+  for (int i = 0; i < 3000; ++i) {
+    text +=
+        "(declare-const x" + std::to_string(i) + " Bool)(assert (not x" + std::to_string(i) + "))";
+  }
+  TermManager m;
+  const ScriptStats stats = compute_stats(m, read_text(text, m));
+  EXPECT_EQ(stats.uninterpreted_symbols, 3000u);
+  EXPECT_EQ(stats.interpreted_symbols, 1u);
+  EXPECT_EQ(stats.graph_size, 6000u);
+}
+
 TEST(ScriptStats, CountTypesOfArguments) {
   TermManager m;
   const Script script = read_text("(assert (= 1.0 2.0))", m);
