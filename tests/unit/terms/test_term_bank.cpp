@@ -214,12 +214,12 @@ TEST_F(TermBankTest, TheOrderOfIterationDoesNotDependOnAddresses) {
 
 // --- Growth ---
 
-// The index grows with its 43rd, 86th, 171st ... entry; slabs of unary nodes fill at 42, 127, 298
+// The index grows with its 33rd, 65th, 129th ... entry; slabs of unary nodes fill at 42, 127, 298
 // ...
 TEST_F(TermBankTest, AllTermsAreFoundAcrossGrowth) {
   const Symbol* f = symbol("f", 1);
   Terms chain = {constant("a")};
-  size_t next_check = 40;
+  size_t next_check = 30;
   while (chain.size() < 12000) {
     chain.push_back(bank.make_term(f, &chain.back()));
     ASSERT_EQ(bank.size(), chain.size());
@@ -347,7 +347,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
 // Whatever allocation fails, the bank stays as it was and the next request gets the next id.
 TEST_F(TermBankTest, AFailedRequestUsesUpNoId) {
   for (const size_t arity : {size_t{0}, size_t{3}, size_t{1022}, size_t{2000}}) {
-    for (const int entries : {1, 42, 64}) {  // an empty table aside: full index, full slab
+    for (const int entries : {1, 32, 64}) {  // an empty table aside: full index, full slab
       TermBank own;
       const Term_* first = own.make_term(symbol("c0", 0), nullptr);
       for (int i = 1; i < entries; i++) {
@@ -424,8 +424,8 @@ TEST_F(TermBankTest, RemovalGivesMemoryBack) {
   use = bank.memory_use();
   EXPECT_EQ(use.slabs, 2U);
   EXPECT_EQ(use.slab_bytes, 1024U + 2048);
-  EXPECT_EQ(use.index_slots, 256U);
-  EXPECT_EQ(use.index_bytes, 2048U);
+  EXPECT_EQ(use.index_slots, 512U);
+  EXPECT_EQ(use.index_bytes, 4096U);
 
   bank.remove_unseen({});
   use = bank.memory_use();

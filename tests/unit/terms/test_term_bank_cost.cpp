@@ -7,8 +7,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quill/terms/signature.h"
@@ -86,7 +89,7 @@ TEST_F(TermBankCost, GrowthOfTheIndexReadsNoTerm) {
   size_t made = 0;
   while (made < 20000) binary(f, made++);
   const size_t slots = bank.memory_use().index_slots;
-  while (3 * (bank.size() + 1) <= 2 * slots) binary(f, made++);
+  while (2 * (bank.size() + 1) <= slots) binary(f, made++);
   ASSERT_EQ(bank.memory_use().index_slots, slots);
   const Term_* next_arguments[] = {constants[0], constants[0]};
   const Symbol* g = symbol("g", 2);
@@ -109,12 +112,69 @@ TEST_F(TermBankCost, ManyTermsTakeFewAllocations) {
   EXPECT_LT(count.allocations(), 600U);
 }
 
-TEST_F(TermBankCost, BinaryTermsTakeAtMost60BytesEach) {
-  add_constants(600);
+// 32 in the node, and two places in the index.
+TEST_F(TermBankCost, BinaryTermsTakeAFewMoreThan48BytesEach) {
+  add_constants(500);
   const Symbol* f = symbol("f", 2);
-  for (size_t i = 0; i < 300000; i++) binary(f, i);
+  for (size_t i = 0; i < 250000; i++) binary(f, i);
   const TermBank::MemoryUse use = bank.memory_use();
-  EXPECT_LE(use.slab_bytes + use.index_bytes, 60 * bank.size());
+  EXPECT_LE(use.slab_bytes + use.index_bytes, 50 * bank.size());
+}
+
+// There is no shape of terms that fills the index in heaps. 250,000 of 262,144 possible places are
+// taken, so that nothing could be worse.
+TEST_F(TermBankCost, ALookUpReadsOneAndAHalfPlacesWhateverTheShape) {
+  add_constants(500);
+  const Symbol* f = symbol("f", 2);
+  const Symbol* g = symbol("g", 1);
+  const auto two = [&](const Term_* a, const Term_* b) {
+    const Term_* args[] = {a, b};
+    return bank.make_term(f, args);
+  };
+  const std::pair<const char*, std::function<void()>> shapes[] = {
+      {"grid",
+       [&] {
+         for (size_t i = 0; i < 250000; i++) binary(f, i);
+       }},
+      {"left chain",
+       [&] {
+         const Term_* t = constants[0];
+         for (size_t i = 0; i < 250000; i++) t = two(t, constants[1]);
+       }},
+      {"right chain",
+       [&] {
+         const Term_* t = constants[0];
+         for (size_t i = 0; i < 250000; i++) t = two(constants[1], t);
+       }},
+      {"squares",
+       [&] {
+         const Term_* t = constants[0];
+         for (size_t i = 0; i < 250000; i++) t = two(t, t);
+       }},
+      {"one below each",
+       [&] {
+         const Term_* t = constants[0];
+         for (size_t i = 0; i < 250000; i++) t = bank.make_term(g, &t);
+       }},
+      {"random",
+       [&] {
+         std::vector<const Term_*> all = constants;
+         std::mt19937 random(1);
+         while (all.size() < 250000) {
+           const Term_* a = all[random() % all.size()];
+           all.push_back(two(a, all[random() % all.size()]));
+         }
+       }},
+  };
+  for (const auto& [name, build] : shapes) {
+    std::vector<bool> only_constants(constants.size(), true);
+    bank.remove_unseen(only_constants);
+    build();
+    EXPECT_GE(bank.memory_use().index_slots, 2 * bank.size());
+    EXPECT_LE(bank.memory_use().index_slots, 1U << 19) << name;
+    EXPECT_LT(bank.mean_probe(), 1.52) << name;
+    EXPECT_GT(bank.mean_probe(), 1.4) << name;
+  }
 }
 
 }  // namespace

@@ -82,26 +82,49 @@ TEST(InternIndex, FoldsBothHalvesOfAHash) {
   EXPECT_EQ(InternIndex::fold(0xffffffffffffffff), 0U);
 }
 
-TEST(InternIndex, GrowsWhenMoreThanTwoThirdsOfTheSlotsWouldBeTaken) {
+TEST(InternIndex, GrowsWhenMoreThanHalfOfTheSlotsWouldBeTaken) {
   InternIndex index;
-  for (uint32_t i = 0; i < 42; i++) insert(index, i, i);
-  EXPECT_EQ(index.capacity(), 64U);  // 42 of 64 are less than two thirds
-  insert(index, 42, 42);             // 43 are more
+  for (uint32_t i = 0; i < 32; i++) insert(index, i, i);
+  EXPECT_EQ(index.capacity(), 64U);
+  insert(index, 32, 32);
   EXPECT_EQ(index.capacity(), 128U);
-  for (uint32_t i = 43; i < 85; i++) insert(index, i, i);
+  for (uint32_t i = 33; i < 64; i++) insert(index, i, i);
   EXPECT_EQ(index.capacity(), 128U);
-  insert(index, 85, 85);
+  insert(index, 64, 64);
   EXPECT_EQ(index.capacity(), 256U);
-  for (uint32_t i = 0; i < 86; i++) EXPECT_EQ(find(index, i, i), i);
+  for (uint32_t i = 0; i < 65; i++) EXPECT_EQ(find(index, i, i), i);
+}
+
+TEST(InternIndex, TellsHowManySlotsALookUpReads) {
+  InternIndex index;
+  EXPECT_EQ(index.mean_probe(), 0);
+  insert(index, 5, 0);
+  EXPECT_EQ(index.mean_probe(), 1);
+  insert(index, 5 + 64, 1);
+  EXPECT_EQ(index.mean_probe(), 1.5);
+  insert(index, 63, 2);
+  insert(index, 63, 3);  // in the first slot
+  EXPECT_EQ(index.mean_probe(), 1.5);
+}
+
+TEST(InternIndex, JustBeforeItGrowsALookUpReadsOneAndAHalfSlots) {
+  InternIndex index;
+  uint64_t hash = 1;
+  for (uint32_t i = 0; i < 1 << 17; i++) {
+    hash = hash * 6364136223846793005 + 1442695040888963407;
+    insert(index, static_cast<uint32_t>(hash >> 32), i);
+  }
+  EXPECT_EQ(index.capacity(), 1U << 18);
+  EXPECT_NEAR(index.mean_probe(), 1.5, 0.02);
 }
 
 TEST(InternIndex, ReservingTwiceGrowsOnce) {
   InternIndex index;
-  for (uint32_t i = 0; i < 42; i++) insert(index, i, i);
+  for (uint32_t i = 0; i < 32; i++) insert(index, i, i);
   index.reserve_one();
   index.reserve_one();
   EXPECT_EQ(index.capacity(), 128U);
-  EXPECT_EQ(index.size(), 42U);
+  EXPECT_EQ(index.size(), 32U);
 }
 
 TEST(InternIndex, ErasingLeavesTheRestOfTheProbeRunReachable) {
@@ -131,9 +154,9 @@ TEST(InternIndex, ErasedRoomIsUsedAgain) {
   InternIndex index;
   for (uint32_t round = 0; round < 1000; round++) {
     insert(index, round * 2654435761U, round);
-    if (round >= 40) index.erase((round - 40) * 2654435761U, round - 40);
+    if (round >= 30) index.erase((round - 30) * 2654435761U, round - 30);
   }
-  EXPECT_EQ(index.size(), 40U);
+  EXPECT_EQ(index.size(), 30U);
   EXPECT_EQ(index.capacity(), 64U);
 }
 
@@ -148,25 +171,25 @@ TEST(InternIndex, RenamingKeepsTheHash) {
 
 TEST(InternIndex, ClearingKeepsTheRoomThatIsNeeded) {
   InternIndex index;
-  for (uint32_t i = 0; i < 80; i++) insert(index, i, i);
-  index.clear(80);
+  for (uint32_t i = 0; i < 60; i++) insert(index, i, i);
+  index.clear(60);
   EXPECT_EQ(index.size(), 0U);
   EXPECT_EQ(index.capacity(), 128U);
-  for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i), InternIndex::none);
+  for (uint32_t i = 0; i < 60; i++) EXPECT_EQ(find(index, i, i), InternIndex::none);
   {
     const testing::FailingAllocation none(0);
-    for (uint32_t i = 0; i < 80; i++) insert(index, i, i + 100);
+    for (uint32_t i = 0; i < 60; i++) insert(index, i, i + 100);
   }
-  for (uint32_t i = 0; i < 80; i++) EXPECT_EQ(find(index, i, i + 100), i + 100);
+  for (uint32_t i = 0; i < 60; i++) EXPECT_EQ(find(index, i, i + 100), i + 100);
 }
 
-// Room for twice the entries that are expected: 64 slots for up to 21, 128 for up to 42.
+// Room for twice the entries that are expected: 64 slots for up to 16, 128 for up to 32.
 TEST(InternIndex, ClearingGivesRoomBack) {
-  const std::pair<size_t, size_t> capacities[] = {{0, 64},    {21, 64},    {22, 128},  {42, 128},
-                                                  {170, 512}, {171, 1024}, {600, 1024}};
+  const std::pair<size_t, size_t> capacities[] = {{0, 64},    {16, 64},    {17, 128},  {32, 128},
+                                                  {128, 512}, {129, 1024}, {500, 1024}};
   for (const auto& [expected, capacity] : capacities) {
     InternIndex index;
-    for (uint32_t i = 0; i < 600; i++) insert(index, i, i);
+    for (uint32_t i = 0; i < 500; i++) insert(index, i, i);
     EXPECT_EQ(index.num_bytes(), 8 * 1024U);
     index.clear(expected);
     EXPECT_EQ(index.size(), 0U);
@@ -197,8 +220,8 @@ TEST(InternIndex, ShrinkingKeepsTheEntries) {
 
 TEST(InternIndex, WithoutMemoryTheRoomStays) {
   InternIndex index;
-  for (uint32_t i = 0; i < 600; i++) insert(index, i, i);
-  for (uint32_t i = 1; i < 600; i++) index.erase(i, i);
+  for (uint32_t i = 0; i < 500; i++) insert(index, i, i);
+  for (uint32_t i = 1; i < 500; i++) index.erase(i, i);
   const testing::FailingAllocation none(0);
   index.shrink();
   EXPECT_EQ(index.capacity(), 1024U);
@@ -212,7 +235,7 @@ TEST(InternIndex, WithoutMemoryTheRoomStays) {
 
 TEST(InternIndex, FailedGrowthChangesNothing) {
   InternIndex index;
-  for (uint32_t i = 0; i < 42; i++) insert(index, 7 * i, i);
+  for (uint32_t i = 0; i < 32; i++) insert(index, 7 * i, i);
   bool failed = false;
   {
     const testing::FailingAllocation none(0);
@@ -223,11 +246,11 @@ TEST(InternIndex, FailedGrowthChangesNothing) {
     }
   }
   EXPECT_TRUE(failed);
-  EXPECT_EQ(index.size(), 42U);
+  EXPECT_EQ(index.size(), 32U);
   EXPECT_EQ(index.capacity(), 64U);
-  for (uint32_t i = 0; i < 42; i++) EXPECT_EQ(find(index, 7 * i, i), i);
-  insert(index, 7 * 42, 42);
-  EXPECT_EQ(find(index, 7 * 42, 42), 42U);
+  for (uint32_t i = 0; i < 32; i++) EXPECT_EQ(find(index, 7 * i, i), i);
+  insert(index, 7 * 32, 32);
+  EXPECT_EQ(find(index, 7 * 32, 32), 32U);
 }
 
 // Hashes are drawn from few values, so that probe runs are long, wrap round the end and mix homes.
