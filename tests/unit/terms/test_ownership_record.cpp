@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "quill/terms/ownership_record.h"
+#include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
 namespace {
@@ -27,6 +28,19 @@ class OwnershipRecordTest : public ::testing::Test {
   std::array<uint64_t, 1000> objects{};  // of which only the addresses count
   OwnershipRecord record;
 };
+
+#ifdef NDEBUG
+TEST(OwnershipRecordInRelease, TakesNoMemoryAndKnowsNothing) {
+  const uint64_t object = 0;
+  OwnershipRecord record;
+  const testing::AllocationCount count;
+  record.reserve_one();
+  record.add(&object);
+  EXPECT_EQ(record.find(&object), Standing::Foreign);
+  record.remove(&object);
+  EXPECT_EQ(count.allocations(), 0U);
+}
+#endif
 
 TEST_F(OwnershipRecordTest, KnowsNothingAtFirst) {
   EXPECT_EQ(record.find(&objects[0]), Standing::Foreign);

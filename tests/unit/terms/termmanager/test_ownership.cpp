@@ -373,9 +373,10 @@ TEST(MisuseDeathTest, AWalkThatBeginsAtAFreedTerm) {
 
 TEST(Misuse, AMemoryThatIsUsedAgainIsAGoodTerm) {
   TermManager m;
+  const Term_* kept = m.make_not(m.make_false());  // so that the memory stays the manager's
   const Term_* freed = m.make_not(m.make_true());
-  m.gc({}, {}, {});
-  const Term_* again = m.make_not(m.make_false());
+  m.gc({kept}, {}, {});
+  const Term_* again = m.make_not(kept);
   EXPECT_EQ(again, freed);
   EXPECT_EQ(m.make_not(freed)->args[0], again);
 }
