@@ -1,14 +1,20 @@
 // A map keyed by the terms of one manager, for walks over the graph.
 //
-// Representation: open addressing with linear probing over a power of two of slots, at most half of
-// them taken; a slot holds the id of the term and its value side by side, so that a look-up reads
-// one cache line. Terms hash by their ids: blocks of neighbouring ids are spread over the table,
-// and stay side by side within their block, because walks meet neighbours together. There is no
-// removal, and values move when the table grows.
+// Representation: at first open addressing with linear probing over a power of two of slots, at
+// most half of them taken; a slot holds the id of the term and its value side by side, so that a
+// look-up reads one cache line. Terms hash by their ids: blocks of neighbouring ids are spread over
+// the table, and stay side by side within their block, because walks meet neighbours together. As
+// soon as an array of values indexed by id takes no more than four times the memory of the slots,
+// it takes their place: a walk over much of a manager gets by with one load a look-up and the least
+// memory, and one over a few terms never pays for all the others. There is no removal, and values
+// move when the table grows.
+//
+// Value{} stands for no value, and can't be entered.
 
 #ifndef QUILL_TERMS_TERM_TABLE_H
 #define QUILL_TERMS_TERM_TABLE_H
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -21,20 +27,33 @@ namespace quill {
 template <class Value>
 class TermTable {
  public:
+  // For terms with ids below the bound.
+  explicit TermTable(uint64_t id_bound) : bound(id_bound) {}
+
   // The value of a term, or null. Valid until the next insertion.
   const Value* find(const Term_* t) const {
-    if (slots.empty()) return nullptr;
-    const size_t mask = slots.size() - 1;
-    for (size_t i = home(key_of(t)) & mask;; i = (i + 1) & mask) {
-      if (slots[i].key == key_of(t)) return &slots[i].value;
-      if (slots[i].key == free) return nullptr;
+    if (!values.empty()) {
+      const Value& value = values[t->id];
+      return value != Value{} ? &value : nullptr;
     }
+    if (slots.empty()) return nullptr;
+    const Slot& slot = slots[index_of(slots, key_of(t))];
+    return slot.key != free ? &slot.value : nullptr;
   }
 
   // The value of a term, which gets the one given if it has none. Fails without a change.
   Value& insert(const Term_* t, const Value& value) {
-    if (2 * (taken + 1) > slots.size()) grow();
-    Slot& slot = slot_of(slots, key_of(t));
+    assert(t->id < bound && value != Value{});
+    if (values.empty() && 2 * (taken + 1) > slots.size()) grow();
+    if (!values.empty()) {
+      Value& present = values[t->id];
+      if (present == Value{}) {
+        present = value;
+        taken++;
+      }
+      return present;
+    }
+    Slot& slot = slots[index_of(slots, key_of(t))];
     if (slot.key == free) {
       slot = {key_of(t), value};
       taken++;
@@ -43,6 +62,9 @@ class TermTable {
   }
 
   size_t size() const { return taken; }
+
+  // The room taken, in bytes.
+  size_t num_bytes() const { return slots.size() * sizeof(Slot) + values.size() * sizeof(Value); }
 
  private:
   static constexpr uint32_t free = 0;
@@ -62,22 +84,38 @@ class TermTable {
     return ((h ^ h >> 32) & ~block_mask) | (key & block_mask);
   }
 
-  static Slot& slot_of(Slots& slots, uint32_t key) {
+  // Where the key is, or the free slot where it belongs.
+  static size_t index_of(const Slots& slots, uint32_t key) {
     const size_t mask = slots.size() - 1;
     size_t i = home(key) & mask;
     while (slots[i].key != free && slots[i].key != key) i = (i + 1) & mask;
-    return slots[i];
+    return i;
   }
 
   void grow() {
-    Slots larger(slots.empty() ? 16 : 2 * slots.size());
-    for (const Slot& slot : slots) {
-      if (slot.key != free) slot_of(larger, slot.key) = slot;
+    constexpr size_t fewest_slots = 16;
+    const size_t wanted = slots.empty() ? fewest_slots : 2 * slots.size();
+    if (bound * sizeof(Value) <= 4 * wanted * sizeof(Slot)) {
+      Values all(bound);
+      for (const Slot& slot : slots) {
+        if (slot.key != free) all[slot.key - 1] = slot.value;
+      }
+      values.swap(all);
+      Slots().swap(slots);
+    } else {
+      Slots larger(wanted);
+      for (const Slot& slot : slots) {
+        if (slot.key != free) larger[index_of(larger, slot.key)] = slot;
+      }
+      slots.swap(larger);
     }
-    slots.swap(larger);
   }
 
-  Slots slots;  // a power of two, or none at all
+  using Values = std::vector<Value, huge_pages::Allocator<Value>>;
+
+  uint64_t bound;
+  Slots slots;    // a power of two, or none at all
+  Values values;  // by id, or none at all
   size_t taken = 0;
 };
 

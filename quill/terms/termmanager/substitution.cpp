@@ -107,7 +107,7 @@ const Term_* TermManager::substitute(const Term_* t, const std::vector<const Ter
 const Term_* TermManager::substitute(const Term_* t, const std::vector<const Term_*>& from,
                                      const std::vector<const Term_*>& to) {
   require_own(*this, t);
-  ImageTable images;
+  ImageTable images(bank->id_bound());
   enter_pairs(from, to,
               [&](const Term_* f, const Term_* image) { images.insert(f, image) = image; });
   const ScopedValue<bool> checking(typecheck_enabled, false);
