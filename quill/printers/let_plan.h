@@ -6,13 +6,11 @@
 // binding of group n, so that the lets nest no deeper than they must. Within a group the order is
 // that of a walk from the left, and depends on the term alone.
 //
-// Representation: the subterms that are no constants are numbered, from the root at 0 in the order
-// in which a walk meets them; one array has the nodes, another what is written for their operands:
-//
-//   a constant | a node, which is written in its place | a binding, which is written by its name
-//
-// so that terms are looked up while the numbers are given, and no more, and writing a binding's
-// name needs nothing of its node.
+// Representation: the subterms that are no constants are nodes, numbered operands before operators,
+// so that the root is the last. Arrays by node hold how it is written, where its operands begin in
+// the one array of all operands, and the number of its binding. They are small, because most reads
+// of them are at random, and hold all that writing needs of a node but what the terms alone know:
+// terms lie anywhere in memory, and are read once, when they are met.
 //
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 
@@ -26,7 +24,6 @@
 
 #include "quill/printers/written_form.h"
 #include "quill/terms/term.h"
-#include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/huge_pages.h"
 
@@ -67,31 +64,35 @@ class LetPlan {
   // Whether some operator in the text is none of the standard.
   bool has_extensions() const { return extensions; }
 
+  // The node of the root, which is no constant.
+  uint32_t root() const { return static_cast<uint32_t>(forms.size() - 1); }
+
   // How a node is written, and what for its operands.
-  const WrittenForm& form(uint32_t node) const { return nodes[node].form; }
+  const WrittenForm& form(uint32_t node) const { return forms[node]; }
+  uint32_t num_operands(uint32_t node) const {
+    return first_operands[node + 1] - first_operands[node];
+  }
   Operand operand(uint32_t node, uint64_t i) const {
-    return operands[nodes[node].first_operand + i];
+    const uint32_t below = operands[first_operands[node] + i];
+    if (below == constant) return Operand::constant();
+    return numbers[below] != 0 ? Operand::binding(numbers[below]) : Operand::node(below);
   }
 
  private:
   template <class T>
   using Array = std::vector<T, huge_pages::Allocator<T>>;
 
-  struct Node {
-    WrittenForm form;
-    uint32_t first_operand;
-    uint32_t occurrences;
-    uint32_t level;
-    uint32_t number;  // of the binding, 0 for none
-  };
+  static constexpr uint32_t constant = UINT32_MAX;
 
-  void collect(const Term_* root, const FormOf& form_of);
+  void collect(const TermManager& manager, const Term_* root, const FormOf& form_of);
   void bind(const TermManager& manager);
-  void name_bound_operands();
+  bool is_worth_a_name(const TermManager& manager, uint32_t node) const;
 
-  Array<Node> nodes;
-  Array<Operand> operands;
-  Array<uint32_t> post_order;
+  Array<WrittenForm> forms;
+  Array<uint32_t> first_operands;  // and, at the end, how many there are
+  Array<uint32_t> operands;        // nodes, or `constant`
+  Array<uint32_t> numbers;         // of the bindings; 0: not bound
+  Array<uint8_t> repeated;         // whether the node occurs more than once
   std::vector<uint32_t> bound;
   std::vector<size_t> ends;
   bool extensions = false;

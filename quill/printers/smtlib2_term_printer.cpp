@@ -267,7 +267,7 @@ void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
     }
     out << ") ";
   }
-  print_tree(out, open, {root, LetPlan::Operand::node(0), expected}, choices);
+  print_tree(out, open, {root, LetPlan::Operand::node(plan.root()), expected}, choices);
   for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
 }
 
@@ -292,11 +292,23 @@ void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Plac
     } else {
       out << ' ';
     }
-    const WrittenForm::Operand operand = form.operand(i);
-    const LetPlan::Operand node =
-        choices.plan != nullptr ? choices.plan->operand(frame.node, i) : no_plan;
-    begin(out, open, {operand.term, node, operand.expected}, choices);
+    begin(out, open, operand_of(frame, i, choices), choices);
   }
+}
+
+SmtLib2TermPrinter::Place SmtLib2TermPrinter::operand_of(const OpenTerm& parent, uint64_t i,
+                                                         const Choices& choices) const {
+  LetPlan::Operand node = no_plan;
+  if (choices.plan != nullptr) {
+    node = choices.plan->operand(parent.node, i);
+    // What the plan has at hand is mostly enough; the terms themselves may be far away.
+    if (!parent.form.takes_reals && choices.named == nullptr) {
+      if (node.is_binding()) return {nullptr, node, nullptr};
+      if (!node.is_constant()) return {choices.plan->form(node.number()).term, node, nullptr};
+    }
+  }
+  const WrittenForm::Operand operand = parent.form.operand(i);
+  return {operand.term, node, operand.expected};
 }
 
 // Writes a term up to its first operand, or the whole of a term that has none or is bound.
@@ -326,7 +338,10 @@ void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, const Place& pl
   } else if (choices.plan != nullptr ? place.node.is_constant() : t->symbol->arity == 0) {
     out << texts->of(t->symbol, expected == manager.get_rat_type());
   } else {
-    open_application(out, open, place, choices);
+    const uint32_t node = place.node.number();
+    const WrittenForm form = form_at(t, node, choices);
+    print_operator(out, form);
+    open_application(open, form, node, choices);
     open.back().is_annotated = annotate;
     open.back().is_real = to_real;
     open_first_operands(open, choices);
@@ -341,39 +356,41 @@ void SmtLib2TermPrinter::finish(TextBuffer& out, const Term_* t, bool annotated,
   if (to_real) out << ')';
 }
 
-void SmtLib2TermPrinter::open_application(TextBuffer& out, OpenTerms& open, const Place& place,
-                                          const Choices& choices) {
-  const uint32_t node = place.node.number();
-  const WrittenForm form = form_at(place.term, node, choices);
-  print_operator(out, form);
-  open.push_back({form, 0, form.num_operands(), node, false, false, false});
+// An application whose parenthesis and operator have been written.
+void SmtLib2TermPrinter::open_application(OpenTerms& open, const WrittenForm& form, uint32_t node,
+                                          const Choices& choices) const {
+  const uint64_t num_operands =
+      choices.plan != nullptr ? choices.plan->num_operands(node) : form.num_operands();
+  open.push_back({form, 0, num_operands, node, false, false, false});
 }
 
 // Opens up first operands that may be written in the same parentheses.
 void SmtLib2TermPrinter::open_first_operands(OpenTerms& open, const Choices& choices) const {
   for (;;) {
     OpenTerm& frame = open.back();
-    uint32_t node = 0;
+    const Place first = operand_of(frame, 0, choices);
     if (choices.plan != nullptr) {
-      // What the plan has at hand tells most terms apart; the terms themselves may be far away.
-      const LetPlan::Operand operand = choices.plan->operand(frame.node, 0);
-      if (operand.is_constant() || operand.is_binding()) return;
-      node = operand.number();
-      if (choices.plan->form(node).op != frame.form.op) return;
+      if (first.node.is_constant() || first.node.is_binding()) return;
+    } else if (first.term->symbol->arity == 0) {
+      return;
     }
-    const Term_* first = frame.form.operand(0).term;
-    if (first->symbol->arity == 0) return;
-    const WrittenForm form = form_at(first, node, choices);
-    if (!frame.form.joins_with(form) || !may_join(first, choices.named != nullptr)) return;
+    const uint32_t node = first.node.number();
+    const WrittenForm form = form_at(first.term, node, choices);
+    if (!frame.form.joins_with(form) || !may_join(first.term, choices.named != nullptr)) return;
     frame.next = 1;
-    open.push_back({form, 0, form.num_operands(), node, /*is_joined=*/true, false, false});
+    open_application(open, form, node, choices);
+    open.back().is_joined = true;
   }
 }
 
 void SmtLib2TermPrinter::print_operator(TextBuffer& out, const WrittenForm& form) {
   switch (form.kind) {
     case WrittenForm::Application:
-      out << '(' << texts->of(form.term->symbol);
+      if (form.op != nullptr && form.op->head == SmtLib2Head::NAME) {
+        out << '(' << form.op->text;
+      } else {
+        out << '(' << texts->of(form.term->symbol);
+      }
       return;
     case WrittenForm::Subtraction:
     case WrittenForm::Negation:

@@ -89,7 +89,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
  private:
   // A place in the text where a term stands.
   struct Place {
-    const Term_* term;
+    const Term_* term;         // may be null where the node is a binding
     LetPlan::Operand node;     // in the plan, where there is one
     const DataType* expected;  // null: whatever the type of the term is
   };
@@ -133,8 +133,9 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   void print_tree(TextBuffer& out, OpenTerms& open, const Place& root, const Choices& choices);
   void begin(TextBuffer& out, OpenTerms& open, const Place& place, const Choices& choices);
   void finish(TextBuffer& out, const Term_* t, bool annotated, bool to_real) const;
-  void open_application(TextBuffer& out, OpenTerms& open, const Place& place,
-                        const Choices& choices);
+  Place operand_of(const OpenTerm& parent, uint64_t i, const Choices& choices) const;
+  void open_application(OpenTerms& open, const WrittenForm& form, uint32_t node,
+                        const Choices& choices) const;
   void open_first_operands(OpenTerms& open, const Choices& choices) const;
   void print_operator(TextBuffer& out, const WrittenForm& form);
   void print_closing(TextBuffer& out, const WrittenForm& form) const;

@@ -13,8 +13,13 @@ SymbolTexts::SymbolTexts(const TermManager& owner, const std::string& renamed, c
 }
 
 const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
+  Latest& last = latest[as_real];
+  if (last.symbol == s) return *last.text;
   const auto found = texts[as_real].find(s);
-  if (found != texts[as_real].end()) return found->second;
+  if (found != texts[as_real].end()) {
+    last = {s, &found->second};
+    return found->second;
+  }
   text.clear();
   text.str(std::string());
   if (s->arity == 0) {

@@ -38,8 +38,15 @@ class SymbolTexts {
   const TermManager& manager;
   const std::string& rename_prefix;
   const Logic& logic;
+  // What was asked for last, and often is again at once.
+  struct Latest {
+    const Symbol* symbol = nullptr;
+    const std::string* text = nullptr;
+  };
+
   std::array<Texts, 2> texts;  // the second one where Real is expected
-  std::ostringstream text;     // of the symbol at hand
+  std::array<Latest, 2> latest;
+  std::ostringstream text;  // of the symbol at hand
 };
 
 }  // namespace quill

@@ -68,6 +68,10 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
 
 WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_abs)
     : term(t), op(find_smtlib2_operator(manager.get_tag(t->symbol))) {
+  const DataType* type = t->symbol->type;
+  for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
+    takes_reals = type->get_component(i) == manager.get_rat_type();
+  }
   if (op == nullptr) return;
   if (op->tag == SymbolTag::TIMES && is_negation(manager, t)) {
     kind = Negation;

@@ -94,15 +94,16 @@ struct WrittenForm {
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
   // b c).
   bool joins_with(const WrittenForm& first) const {
-    // Concatenations of one chain differ in their widths.
-    return (first.term->symbol == term->symbol ||
-            (op != nullptr && op == first.op && op->tag == SymbolTag::BV_CONCAT)) &&
-           first.kind == kind &&
-           (kind == Subtraction || (op != nullptr && kind == Application && op->left_associative));
+    return first.op == op && first.kind == kind &&
+           (kind == Subtraction ||
+            (op != nullptr && kind == Application && op->left_associative)) &&
+           // Concatenations of one chain differ in their widths.
+           (op->tag == SymbolTag::BV_CONCAT || first.term->symbol == term->symbol);
   }
 
   const Term_* term;
   Kind kind = Application;
+  bool takes_reals = false;   // whether some place, or the whole, is of type Real
   const SmtLib2Operator* op;  // null: written by the name of the symbol
 
  private:
