@@ -15,64 +15,43 @@ LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& fo
   bind(manager);
 }
 
-// Numbers the subterms and notes which of them occur more than once.
+// Numbers the subterms, level by level, and notes which of them occur more than once. In this order
+// it is known early which terms will be read, wherever in memory they lie.
 void LetPlan::collect(const TermManager& manager, const Term_* root, const FormOf& form_of) {
   constexpr size_t max_operands = INT32_MAX;
-  constexpr uint64_t max_prefetched = 4;
-  struct Frame {
-    WrittenForm form;
-    uint32_t met;   // how many terms were met before
-    uint32_t next;  // the operand to go to next
-    uint32_t num_operands;
-  };
-  Array<Frame> open;
-  Array<uint32_t> found;  // what stands for the operands that the open terms are done with
-  TermTable<uint32_t> met(manager.get_bank()->id_bound());  // counts from 1
-  Array<uint32_t> nodes;  // of the terms in the order in which they were met; only of closed ones
+  constexpr size_t look_ahead = 16;
+  Array<const Term_*> places;  // what stands in the place of each operand
+  TermTable<uint32_t> met(manager.get_bank()->id_bound());  // a term's node plus one
   const auto enter = [&](const Term_* t) {
     const WrittenForm form = form_of(t);
     const uint64_t num_operands = form.num_operands();
-    // The walk comes to the operands later, and would wait for each.
-    for (uint64_t i = std::min(num_operands, max_prefetched); i-- > 0;) {
-      __builtin_prefetch(form.operand(i).term);
-    }
-    if (num_operands > max_operands - operands.size() - found.size()) throw std::bad_alloc();
-    open.push_back(
-        {form, static_cast<uint32_t>(nodes.size()), 0, static_cast<uint32_t>(num_operands)});
-    nodes.push_back(0);
+    if (num_operands > max_operands - places.size()) throw std::bad_alloc();  // out of numbers
+    if (form.op != nullptr && !form.op->standard) extensions = true;
+    forms.push_back(form);
+    repeated.push_back(0);
+    first_operands.push_back(static_cast<uint32_t>(places.size()));
+    for (uint64_t i = 0; i < num_operands; i++) places.push_back(form.operand(i).term);
   };
   met.insert(root, 1);
   enter(root);
-  while (!open.empty()) {
-    Frame& frame = open.back();
-    if (frame.next != frame.num_operands) {
-      const Term_* operand = frame.form.operand(frame.next++).term;
-      if (operand->symbol->arity == 0) {
-        found.push_back(constant);
-        continue;
-      }
-      const uint32_t next = static_cast<uint32_t>(nodes.size());
-      const uint32_t before = met.insert(operand, next + 1) - 1;
-      if (before == next) {
-        enter(operand);
-      } else {
-        repeated[nodes[before]] = 1;
-        found.push_back(nodes[before]);
-      }
+  while (operands.size() < places.size()) {
+    const size_t at = operands.size();
+    __builtin_prefetch(places[std::min(at + look_ahead, places.size() - 1)]);
+    const Term_* t = places[at];
+    if (t->symbol->arity == 0) {
+      operands.push_back(constant);
       continue;
     }
-    const uint32_t node = static_cast<uint32_t>(forms.size());
-    if (frame.form.op != nullptr && !frame.form.op->standard) extensions = true;
-    forms.push_back(frame.form);
-    first_operands.push_back(static_cast<uint32_t>(operands.size()));
-    operands.insert(operands.end(), found.end() - frame.num_operands, found.end());
-    repeated.push_back(0);
-    found.resize(found.size() - frame.num_operands);
-    found.push_back(node);
-    nodes[frame.met] = node;
-    open.pop_back();
+    const uint32_t next = static_cast<uint32_t>(forms.size());
+    const uint32_t node = met.insert(t, next + 1) - 1;
+    operands.push_back(node);
+    if (node == next) {
+      enter(t);
+    } else {
+      repeated[node] = 1;
+    }
   }
-  first_operands.push_back(static_cast<uint32_t>(operands.size()));
+  first_operands.push_back(static_cast<uint32_t>(places.size()));
 }
 
 // Not one name with one constant behind it, such as (not p) and (- x), which is no longer than a
@@ -96,22 +75,41 @@ bool LetPlan::is_worth_a_name(const TermManager& manager, uint32_t node) const {
          !is_numeral_product(manager, form.term);
 }
 
+// A walk from the left. The level of a node is the number of groups that must come before it; for
+// the time being its number is one more if it is bound, and the level itself otherwise.
 void LetPlan::bind(const TermManager& manager) {
-  // The level of a node is the number of groups that must come before it. For the time being its
-  // number is one more if it is bound, and the level itself otherwise.
+  constexpr uint32_t unknown = UINT32_MAX;
+  struct Frame {
+    uint32_t node;
+    uint32_t next;  // the operand to go to next
+    uint32_t level;
+  };
   std::vector<size_t> sizes;  // of the groups
-  numbers.resize(forms.size());
-  const uint32_t* operand = operands.data();
-  for (uint32_t node = 0; node < forms.size(); node++) {
-    uint32_t level = 0;
-    for (const uint32_t* end = operands.data() + first_operands[node + 1]; operand != end;
-         operand++) {
-      if (*operand != constant) level = std::max(level, numbers[*operand]);
+  Array<uint32_t> shared;     // the nodes to bind, operands before operators
+  Array<Frame> open{{0, 0, 0}};
+  numbers.assign(forms.size(), unknown);
+  while (!open.empty()) {
+    Frame& frame = open.back();
+    if (frame.next != first_operands[frame.node + 1]) {
+      const uint32_t below = operands[frame.next];
+      if (below == constant) {
+        frame.next++;
+      } else if (numbers[below] == unknown) {
+        open.push_back({below, first_operands[below], 0});
+      } else {
+        frame.level = std::max(frame.level, numbers[below]);
+        frame.next++;
+      }
+      continue;
     }
-    const bool is_bound = repeated[node] != 0 && node != root() && is_worth_a_name(manager, node);
-    repeated[node] = is_bound;
+    const auto [node, next, level] = frame;
+    open.pop_back();
     numbers[node] = level;
-    if (!is_bound) continue;
+    if (repeated[node] == 0 || !is_worth_a_name(manager, node)) {
+      repeated[node] = 0;
+      continue;
+    }
+    shared.push_back(node);
     numbers[node]++;
     if (level == sizes.size()) sizes.push_back(0);
     sizes[level]++;
@@ -123,10 +121,9 @@ void LetPlan::bind(const TermManager& manager) {
   for (size_t level = 1; level < sizes.size(); level++) next[level] = ends[level - 1];
   bound.resize(end);
   for (uint32_t node = 0; node < forms.size(); node++) {
-    if (repeated[node] == 0) {
-      numbers[node] = 0;
-      continue;
-    }
+    if (repeated[node] == 0) numbers[node] = 0;
+  }
+  for (const uint32_t node : shared) {
     const size_t position = next[numbers[node] - 1]++;
     bound[position] = node;
     numbers[node] = static_cast<uint32_t>(position + 1);

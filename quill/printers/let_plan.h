@@ -6,11 +6,11 @@
 // binding of group n, so that the lets nest no deeper than they must. Within a group the order is
 // that of a walk from the left, and depends on the term alone.
 //
-// Representation: the subterms that are no constants are nodes, numbered operands before operators,
-// so that the root is the last. Arrays by node hold how it is written, where its operands begin in
-// the one array of all operands, and the number of its binding. They are small, because most reads
-// of them are at random, and hold all that writing needs of a node but what the terms alone know:
-// terms lie anywhere in memory, and are read once, when they are met.
+// Representation: the subterms that are no constants are nodes, numbered from the root at 0 on.
+// Arrays by node hold how it is written, where its operands begin in the one array of all operands,
+// and the number of its binding. They are small, because most reads of them are at random, and hold
+// all that writing needs of a node but what the terms alone know: terms lie anywhere in memory, and
+// are read once, when they are met.
 //
 // Cost: time and memory linear in the number of distinct subterms and their arguments.
 
@@ -64,10 +64,7 @@ class LetPlan {
   // Whether some operator in the text is none of the standard.
   bool has_extensions() const { return extensions; }
 
-  // The node of the root, which is no constant.
-  uint32_t root() const { return static_cast<uint32_t>(forms.size() - 1); }
-
-  // How a node is written, and what for its operands.
+  // How a node is written, and what for its operands. The root is node 0, unless it is a constant.
   const WrittenForm& form(uint32_t node) const { return forms[node]; }
   uint32_t num_operands(uint32_t node) const {
     return first_operands[node + 1] - first_operands[node];
@@ -92,7 +89,7 @@ class LetPlan {
   Array<uint32_t> first_operands;  // and, at the end, how many there are
   Array<uint32_t> operands;        // nodes, or `constant`
   Array<uint32_t> numbers;         // of the bindings; 0: not bound
-  Array<uint8_t> repeated;         // whether the node occurs more than once
+  Array<uint8_t> repeated;         // whether the node occurs more than once; in the end, is bound
   std::vector<uint32_t> bound;
   std::vector<size_t> ends;
   bool extensions = false;

@@ -267,7 +267,7 @@ void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
     }
     out << ") ";
   }
-  print_tree(out, open, {root, LetPlan::Operand::node(plan.root()), expected}, choices);
+  print_tree(out, open, {root, LetPlan::Operand::node(0), expected}, choices);
   for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
 }
 

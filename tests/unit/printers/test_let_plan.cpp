@@ -47,19 +47,18 @@ TEST_F(LetPlanTest, ConstantsAreNotBound) {
   EXPECT_EQ(bindings(plan(i)), Bindings{});
 }
 
-TEST_F(LetPlanTest, NodesAreNumberedOperandsFirst) {
+TEST_F(LetPlanTest, NodesAreNumberedLevelByLevel) {
   const LetPlan numbered = plan(m.make_leq(m.make_plus(ij, i), m.make_times(ij, ji)));
-  EXPECT_EQ(numbered.root(), 4U);
-  EXPECT_EQ(numbered.operand(4, 0), LetPlan::Operand::node(1));
-  EXPECT_EQ(numbered.operand(4, 1), LetPlan::Operand::node(3));
+  EXPECT_EQ(numbered.operand(0, 0), LetPlan::Operand::node(1));
+  EXPECT_EQ(numbered.operand(0, 1), LetPlan::Operand::node(2));
   EXPECT_EQ(numbered.operand(1, 0), LetPlan::Operand::binding(1));
   EXPECT_EQ(numbered.operand(1, 1), LetPlan::Operand::constant());
-  EXPECT_EQ(numbered.operand(3, 0), LetPlan::Operand::binding(1));
-  EXPECT_EQ(numbered.operand(3, 1), LetPlan::Operand::node(2));
-  EXPECT_EQ(numbered.num_operands(3), 2U);
+  EXPECT_EQ(numbered.operand(2, 0), LetPlan::Operand::binding(1));
+  EXPECT_EQ(numbered.operand(2, 1), LetPlan::Operand::node(4));
+  EXPECT_EQ(numbered.num_operands(2), 2U);
   EXPECT_EQ(bindings(numbered), Bindings{ij});
-  EXPECT_EQ(numbered.form(0).term, ij);
-  EXPECT_EQ(numbered.form(2).term, ji);
+  EXPECT_EQ(numbered.form(3).term, ij);
+  EXPECT_EQ(numbered.form(4).term, ji);
 }
 
 TEST_F(LetPlanTest, OperandsAreConstantsNodesOrBindings) {
@@ -77,8 +76,8 @@ TEST_F(LetPlanTest, ASharedTermIsBound) {
   const LetPlan one = plan(m.make_leq(ij, ij));
   EXPECT_EQ(bindings(one), Bindings{ij});
   EXPECT_EQ(one.group_ends(), Ends{1});
-  EXPECT_EQ(one.operand(one.root(), 0), LetPlan::Operand::binding(1));
-  EXPECT_EQ(one.operand(one.root(), 1), LetPlan::Operand::binding(1));
+  EXPECT_EQ(one.operand(0, 0), LetPlan::Operand::binding(1));
+  EXPECT_EQ(one.operand(0, 1), LetPlan::Operand::binding(1));
 }
 
 TEST_F(LetPlanTest, TermsBelowASharedTermOccurOnce) {
