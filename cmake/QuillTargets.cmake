@@ -6,6 +6,8 @@ function(quill_target_options target)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow
                                            $<$<BOOL:${QUILL_WERROR}>:-Werror>)
+  # Position independent as it is, the library calls its own functions and nobody else's: they may be inlined.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   # g++ 12 takes "literal" + std::string for an overlapping copy when it optimises.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(${target} PRIVATE -Wno-restrict)

@@ -92,7 +92,8 @@ uint32_t NodeSlabs::allocate_large(uint64_t arity) {
   return slab << offset_bits;
 }
 
-uint32_t NodeSlabs::allocate(uint64_t arity) {
+// A node from the free list, or from a new slab if the current one is full.
+uint32_t NodeSlabs::allocate_elsewhere(uint64_t arity) {
   if (arity > max_slab_arity) return allocate_large(arity);
   if (arity >= classes.size()) classes.resize(arity + 1);
   SizeClass& size_class = classes[arity];
@@ -103,16 +104,11 @@ uint32_t NodeSlabs::allocate(uint64_t arity) {
     unpoison(node(handle), words * word);
     return handle;
   }
-  if (size_class.current == none ||
-      directory[size_class.current].used + words > directory[size_class.current].capacity) {
-    const size_t bytes = std::max(size_class.next_bytes, words * word);
-    size_class.current = add_slab(arity, bytes, static_cast<uint32_t>(bytes / word));
-    size_class.next_bytes = std::min(2 * size_class.next_bytes, max_slab_bytes);
-  }
-  Slab& slab = directory[size_class.current];
-  const uint32_t handle = size_class.current << offset_bits | slab.used;
-  slab.used += words;
-  return handle;
+  const size_t bytes = std::max(size_class.next_bytes, words * word);
+  size_class.current = add_slab(arity, bytes, static_cast<uint32_t>(bytes / word));
+  size_class.next_bytes = std::min(2 * size_class.next_bytes, max_slab_bytes);
+  directory[size_class.current].used = words;
+  return size_class.current << offset_bits;
 }
 
 void NodeSlabs::put_on_free_list(uint32_t handle, uint64_t arity) noexcept {

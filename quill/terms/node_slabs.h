@@ -41,7 +41,21 @@ class NodeSlabs {
   NodeSlabs& operator=(const NodeSlabs&) = delete;
 
   // A node of this arity, its fields not set. Throws std::bad_alloc without a change.
-  uint32_t allocate(uint64_t arity);
+  uint32_t allocate(uint64_t arity) {
+    // Mostly the next one of the slab that is being filled.
+    if (arity < classes.size() && classes[arity].free_list == none &&
+        classes[arity].current != none) {
+      const uint32_t current = classes[arity].current;
+      Slab& slab = directory[current];
+      const uint32_t words = words_of(arity);
+      if (slab.used + words <= slab.capacity) {
+        const uint32_t handle = current << offset_bits | slab.used;
+        slab.used += words;
+        return handle;
+      }
+    }
+    return allocate_elsewhere(arity);
+  }
 
   // Takes a node back.
   void free(uint32_t handle) noexcept;
@@ -101,6 +115,7 @@ class NodeSlabs {
   }
   uint32_t add_slab(uint64_t arity, size_t bytes, uint32_t capacity);
   void free_memory(const Slab& slab) noexcept;
+  uint32_t allocate_elsewhere(uint64_t arity);
   uint32_t allocate_large(uint64_t arity);
   void put_on_free_list(uint32_t handle, uint64_t arity) noexcept;
   size_t sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexcept;

@@ -1,22 +1,26 @@
 #include "quill/terms/term_bank.h"
 
-#include <algorithm>
 #include <new>
 
 namespace quill {
 
+// The functions of one request are inlined into make_term, once for each usual arity, so that their
+// loops vanish: this is what a solver does most.
+
 // Hashes addresses: reading the ids of the arguments would touch a cache line for each. The values
 // decide only where the index looks first.
-uint32_t TermBank::hash_of(const Symbol* symbol, const Term_* const* args) {
+[[gnu::always_inline]] inline uint32_t TermBank::hash_of(const Symbol* symbol,
+                                                         const Term_* const* args, uint64_t arity) {
   uint64_t h = reinterpret_cast<uintptr_t>(symbol) * 0x9e3779b97f4a7c15;
-  for (uint64_t i = 0; i < symbol->arity; i++) {
+  for (uint64_t i = 0; i < arity; i++) {
     h = ((h ^ (h >> 32)) + reinterpret_cast<uintptr_t>(args[i])) * 0xd1b54a32d192ed03;
   }
   return InternIndex::fold(h);
 }
 
-const Term_* TermBank::find(uint32_t hash, const Symbol* symbol, const Term_* const* args) const {
-  const uint64_t arity = symbol->arity;
+[[gnu::always_inline]] inline const Term_* TermBank::find(uint32_t hash, const Symbol* symbol,
+                                                          const Term_* const* args,
+                                                          uint64_t arity) const {
   const Term_* found = nullptr;
   index.find(hash, [&](uint32_t handle) {
     const Term_* term = nodes.node(handle);
@@ -30,19 +34,34 @@ const Term_* TermBank::find(uint32_t hash, const Symbol* symbol, const Term_* co
   return found;
 }
 
-const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args) {
-  const uint32_t hash = hash_of(symbol, args);
-  if (const Term_* found = find(hash, symbol, args)) return found;
+[[gnu::always_inline]] inline const Term_* TermBank::find_or_add(const Symbol* symbol,
+                                                                 const Term_* const* args,
+                                                                 uint64_t arity) {
+  const uint32_t hash = hash_of(symbol, args, arity);
+  if (const Term_* found = find(hash, symbol, args, arity)) return found;
 
   index.reserve_one();
   ids.reserve_one();
   record.reserve_one();
-  const uint32_t handle = nodes.allocate(symbol->arity);
+  const uint32_t handle = nodes.allocate(arity);
   Term_* term = new (nodes.address(handle)) Term_(ids.take(), symbol);
-  std::copy(args, args + symbol->arity, term->args);
+  for (uint64_t i = 0; i < arity; i++) term->args[i] = args[i];
   index.insert(hash, handle);
   record.add(term);
   return term;
+}
+
+const Term_* TermBank::make_term(const Symbol* symbol, const Term_* const* args) {
+  switch (symbol->arity) {
+    case 1:
+      return find_or_add(symbol, args, 1);
+    case 2:
+      return find_or_add(symbol, args, 2);
+    case 3:
+      return find_or_add(symbol, args, 3);
+    default:
+      return find_or_add(symbol, args, symbol->arity);
+  }
 }
 
 void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
@@ -60,7 +79,7 @@ void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
   for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;
        handle = nodes.first_live(nodes.next(handle))) {
     const Term_* term = nodes.node(handle);
-    index.insert(hash_of(term->symbol, term->args), handle);
+    index.insert(hash_of(term->symbol, term->args, term->symbol->arity), handle);
     ids.claim(term->id);
   }
 }
@@ -73,7 +92,9 @@ bool TermBank::is_consistent() const {
   std::vector<bool> met(id_bound());
   size_t held = 0;
   for (const Term_* term : *this) {
-    if (find(hash_of(term->symbol, term->args), term->symbol, term->args) != term) return false;
+    const uint64_t arity = term->symbol->arity;
+    const uint32_t hash = hash_of(term->symbol, term->args, arity);
+    if (find(hash, term->symbol, term->args, arity) != term) return false;
     if (term->id >= met.size() || met[term->id]) return false;
     met[term->id] = true;
     held++;

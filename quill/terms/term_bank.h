@@ -105,8 +105,10 @@ class TermBank {
   bool is_consistent() const;
 
  private:
-  static uint32_t hash_of(const Symbol* symbol, const Term_* const* args);
-  const Term_* find(uint32_t hash, const Symbol* symbol, const Term_* const* args) const;
+  static uint32_t hash_of(const Symbol* symbol, const Term_* const* args, uint64_t arity);
+  const Term_* find(uint32_t hash, const Symbol* symbol, const Term_* const* args,
+                    uint64_t arity) const;
+  const Term_* find_or_add(const Symbol* symbol, const Term_* const* args, uint64_t arity);
 
   NodeSlabs nodes;
   InternIndex index;

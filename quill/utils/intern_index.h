@@ -159,7 +159,7 @@ class InternIndex {
     return true;
   }
 
-  void grow() {
+  [[gnu::noinline]] void grow() {
     if (taken + 1 >= none) throw std::bad_alloc();  // out of handles
     Slots larger(slots.empty() ? fewest_slots : 2 * slots.size());
     for (const Slot& slot : slots) {
