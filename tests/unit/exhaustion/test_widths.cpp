@@ -243,6 +243,8 @@ TEST_F(Widths, WhatIsTooLongToComputeIsRefusedBeforeGmpIsAsked) {
     const Term_* significand = m.make_bv_number(1, s);
     EXPECT_THROW(make_fp_from_parts(m, sign, exponent, significand), std::bad_alloc);
   }
+  // Eight gigabytes of digits, which could be had.
+  EXPECT_THROW(text(m.make_fp_bits_number(0, size_t{1} << 33, 2)), std::bad_alloc);
   EXPECT_LT(testing::largest_gmp_block(), 10'000'000U);
   EXPECT_EQ(m.check_consistency(), "");
 }
