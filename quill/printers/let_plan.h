@@ -66,6 +66,15 @@ class LetPlan {
 
   // How a node is written, and what for its operands. The root is node 0, unless it is a constant.
   const WrittenForm& form(uint32_t node) const { return forms[node]; }
+  // Makes it likely that the binding at this position is at hand when it is written, a few later.
+  void prefetch_binding(size_t position) const {
+    constexpr size_t look_ahead = 6;
+    if (position + 2 * look_ahead >= bound.size()) return;
+    const uint32_t late = bound[position + 2 * look_ahead];
+    __builtin_prefetch(&forms[late]);
+    __builtin_prefetch(&first_operands[late]);
+    __builtin_prefetch(&operands[first_operands[bound[position + look_ahead]]]);
+  }
   uint32_t num_operands(uint32_t node) const {
     return first_operands[node + 1] - first_operands[node];
   }

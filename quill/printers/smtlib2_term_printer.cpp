@@ -261,6 +261,7 @@ void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
     out << "(let (";
     for (const uint32_t first = number; number < end; number++) {
       const uint32_t node = plan.bindings()[number];
+      plan.prefetch_binding(number);
       out << (number == first ? "(" : " (") << let_prefix << uint64_t{number} + 1 << ' ';
       print_tree(out, open, {plan.form(node).term, LetPlan::Operand::node(node), nullptr}, choices);
       out << ')';
@@ -292,10 +293,16 @@ void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Plac
     } else {
       out << ' ';
     }
-    begin(out, open, operand_of(frame, i, choices), choices);
+    const Place operand = operand_of(frame, i, choices);
+    if (operand.term == nullptr) {
+      out << let_prefix << uint64_t{operand.node.number()};
+    } else {
+      begin(out, open, operand, choices);
+    }
   }
 }
 
+// The term is null if it is bound and nothing else of it matters.
 SmtLib2TermPrinter::Place SmtLib2TermPrinter::operand_of(const OpenTerm& parent, uint64_t i,
                                                          const Choices& choices) const {
   LetPlan::Operand node = no_plan;

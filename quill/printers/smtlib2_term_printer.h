@@ -89,7 +89,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
  private:
   // A place in the text where a term stands.
   struct Place {
-    const Term_* term;         // may be null where the node is a binding
+    const Term_* term;         // see operand_of()
     LetPlan::Operand node;     // in the plan, where there is one
     const DataType* expected;  // null: whatever the type of the term is
   };
