@@ -85,11 +85,10 @@ const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_*
 // make_bin for names of operations that live for ever.
 const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Term_* b,
                                       const char* operation) {
-  scratch_args.resize(2);
-  scratch_args[0] = a;
-  scratch_args[1] = b;
+  scratch_pair[0] = a;
+  scratch_pair[1] = b;
   current_operation = operation;
-  return make_term(s, scratch_args);
+  return make_term(s, scratch_pair);
 }
 
 const Term_* TermManager::make_and(const Term_* a, const Term_* b) {

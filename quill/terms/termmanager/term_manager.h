@@ -819,6 +819,7 @@ class TermManager : public TermFactory {
   // keep. Cleared before use, never after.
   std::vector<const DataType*> scratch_types;
   std::vector<const Term_*> scratch_args;
+  std::vector<const Term_*> scratch_pair{nullptr, nullptr};  // for two arguments: most terms
   // The public builder that is running, for type errors; "" between builders. A type error leaves
   // it as it was.
   const char* current_operation = "";
