@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <cstdint>
 #include <cstring>
@@ -56,6 +57,31 @@ TEST(SlabRegions, GivingBackLeavesThePiecesInUseAlone) {
   for (int i = 0; i < 92; i++) std::memset(regions.allocate().memory, 'z', piece_bytes);
   for (const int i : kept) EXPECT_EQ(pieces[static_cast<size_t>(i)].memory[piece_bytes - 1], i);
   EXPECT_EQ(regions.allocate().region, 3U);
+}
+
+// Whether the page at an address has memory.
+bool is_resident(char* address) {
+  unsigned char page = 0;
+  EXPECT_EQ(mincore(address, 1, &page), 0);
+  return (page & 1) != 0;
+}
+
+TEST(SlabRegions, MemoryOfFreePiecesGoesBackToTheSystem) {
+  SlabRegions regions;
+  std::vector<SlabRegions::Piece> pieces{regions.allocate()};
+  if (is_resident(pieces[0].memory)) GTEST_SKIP() << "the system does not tell what has memory";
+  while (pieces.size() < 32) pieces.push_back(regions.allocate());
+  for (const SlabRegions::Piece& piece : pieces) std::memset(piece.memory, 'x', piece_bytes);
+  const auto is_freed = [](size_t i) { return i < 3 || i == 7 || (i >= 20 && i < 32); };
+  for (size_t i = 0; i < 32; i++) {
+    if (is_freed(i)) regions.free(pieces[i]);
+  }
+  for (const SlabRegions::Piece& piece : pieces) EXPECT_TRUE(is_resident(piece.memory));
+  regions.give_back();
+  for (size_t i = 0; i < 32; i++) {
+    EXPECT_EQ(is_resident(pieces[i].memory), !is_freed(i)) << i;
+    EXPECT_EQ(is_resident(pieces[i].memory + piece_bytes - 4096), !is_freed(i)) << i;
+  }
 }
 
 TEST(SlabRegions, RandomUseNeverSharesAPiece) {
