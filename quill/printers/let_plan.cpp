@@ -75,8 +75,8 @@ bool LetPlan::is_worth_a_name(const TermManager& manager, uint32_t node) const {
          !is_numeral_product(manager, form.term);
 }
 
-// A walk from the left. The level of a node is the number of groups that must come before it; for
-// the time being its number is one more if it is bound, and the level itself otherwise.
+// A walk from the left. The level of a node is the number of groups that must come before it; while
+// the walk lasts, numbers[] holds the level that the operators above it have at least.
 void LetPlan::bind(const TermManager& manager) {
   constexpr uint32_t unknown = UINT32_MAX;
   struct Frame {
@@ -85,7 +85,11 @@ void LetPlan::bind(const TermManager& manager) {
     uint32_t level;
   };
   std::vector<size_t> sizes;  // of the groups
-  Array<uint32_t> shared;     // the nodes to bind, operands before operators
+  struct Shared {
+    uint32_t node;
+    uint32_t level;
+  };
+  Array<Shared> shared;  // the nodes to bind, operands before operators
   Array<Frame> open{{0, 0, 0}};
   numbers.assign(forms.size(), unknown);
   while (!open.empty()) {
@@ -105,12 +109,9 @@ void LetPlan::bind(const TermManager& manager) {
     const auto [node, next, level] = frame;
     open.pop_back();
     numbers[node] = level;
-    if (repeated[node] == 0 || !is_worth_a_name(manager, node)) {
-      repeated[node] = 0;
-      continue;
-    }
-    shared.push_back(node);
+    if (repeated[node] == 0 || !is_worth_a_name(manager, node)) continue;
     numbers[node]++;
+    shared.push_back({node, level});
     if (level == sizes.size()) sizes.push_back(0);
     sizes[level]++;
   }
@@ -120,11 +121,9 @@ void LetPlan::bind(const TermManager& manager) {
   std::vector<size_t> next(sizes.size());  // the position of the next binding of each group
   for (size_t level = 1; level < sizes.size(); level++) next[level] = ends[level - 1];
   bound.resize(end);
-  for (uint32_t node = 0; node < forms.size(); node++) {
-    if (repeated[node] == 0) numbers[node] = 0;
-  }
-  for (const uint32_t node : shared) {
-    const size_t position = next[numbers[node] - 1]++;
+  numbers.assign(forms.size(), 0);
+  for (const auto& [node, level] : shared) {
+    const size_t position = next[level]++;
     bound[position] = node;
     numbers[node] = static_cast<uint32_t>(position + 1);
   }

@@ -66,15 +66,6 @@ class LetPlan {
 
   // How a node is written, and what for its operands. The root is node 0, unless it is a constant.
   const WrittenForm& form(uint32_t node) const { return forms[node]; }
-  // Makes it likely that the binding at this position is at hand when it is written, a few later.
-  void prefetch_binding(size_t position) const {
-    constexpr size_t look_ahead = 6;
-    if (position + 2 * look_ahead >= bound.size()) return;
-    const uint32_t late = bound[position + 2 * look_ahead];
-    __builtin_prefetch(&forms[late]);
-    __builtin_prefetch(&first_operands[late]);
-    __builtin_prefetch(&operands[first_operands[bound[position + look_ahead]]]);
-  }
   uint32_t num_operands(uint32_t node) const {
     return first_operands[node + 1] - first_operands[node];
   }
@@ -82,6 +73,16 @@ class LetPlan {
     const uint32_t below = operands[first_operands[node] + i];
     if (below == constant) return Operand::constant();
     return numbers[below] != 0 ? Operand::binding(numbers[below]) : Operand::node(below);
+  }
+
+  // While the binding at a position is written: fetches what those a little later will need.
+  void prefetch_binding(size_t position) const {
+    constexpr size_t look_ahead = 6;
+    if (position + 2 * look_ahead >= bound.size()) return;
+    const uint32_t late = bound[position + 2 * look_ahead];
+    __builtin_prefetch(&forms[late]);
+    __builtin_prefetch(&first_operands[late]);
+    __builtin_prefetch(&operands[first_operands[bound[position + look_ahead]]]);
   }
 
  private:
@@ -98,7 +99,7 @@ class LetPlan {
   Array<uint32_t> first_operands;  // and, at the end, how many there are
   Array<uint32_t> operands;        // nodes, or `constant`
   Array<uint32_t> numbers;         // of the bindings; 0: not bound
-  Array<uint8_t> repeated;         // whether the node occurs more than once; in the end, is bound
+  Array<uint8_t> repeated;         // whether the node occurs more than once
   std::vector<uint32_t> bound;
   std::vector<size_t> ends;
   bool extensions = false;
