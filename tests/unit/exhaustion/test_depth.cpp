@@ -2,7 +2,6 @@
 // every operation, on a stack of 256 KiB.
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <functional>
 #include <set>
@@ -15,24 +14,12 @@
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
+#include "tests/unit/utils/small_stack.h"
 
 namespace quill {
 namespace {
 
-// Runs the action in a thread with a stack of 256 KiB.
-void run_on_small_stack(std::function<void()> action) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-  pthread_t thread;
-  const auto start = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, start, &action), 0);
-  ASSERT_EQ(pthread_join(thread, nullptr), 0);
-  pthread_attr_destroy(&attributes);
-}
+using testing::run_on_small_stack;
 
 std::string repeated(const std::string& text, size_t count) {
   std::string result;

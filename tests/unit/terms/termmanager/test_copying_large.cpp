@@ -1,7 +1,6 @@
 // Copying what is large or deep on a small stack, and copying by several threads at a time.
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <cstddef>
 #include <functional>
@@ -10,27 +9,15 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/unit/utils/small_stack.h"
 
 namespace quill {
 namespace {
 
+using testing::run_on_small_stack;
+
 using Terms = std::vector<const Term_*>;
 using Types = std::vector<const DataType*>;
-
-// Runs the action in a thread with a stack of 256 KiB.
-void run_on_small_stack(std::function<void()> action) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-  pthread_t thread;
-  const auto start = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, start, &action), 0);
-  ASSERT_EQ(pthread_join(thread, nullptr), 0);
-  pthread_attr_destroy(&attributes);
-}
 
 const Term_* chain(TermManager& m, size_t length) {
   const DataType* integers = m.get_int_type();
