@@ -94,7 +94,7 @@ class BareSlots {
   template <class Equal, class HashOf>
   bool insert_if_new(std::uint32_t hash, std::size_t next, const Equal& equal,
                      const HashOf& hash_of, std::size_t* found) {
-    if (3 * (taken + 1) > 2 * slots.size()) grow(hash_of);
+    if (2 * (taken + 1) > slots.size()) grow(hash_of);
     std::size_t i = hash & (slots.size() - 1);
     for (; slots[i] != none; i = (i + 1) & (slots.size() - 1)) {
       if (equal(slots[i])) {

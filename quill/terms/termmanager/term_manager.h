@@ -816,10 +816,10 @@ class TermManager : public TermFactory {
   const Symbol* rounding_symbols[4] = {};
 
   // Scratch space, kept so that building a term or a name allocates nothing beyond what the stores
-  // keep. Cleared before use, never after.
+  // keep. Set before use, never cleared after.
   std::vector<const DataType*> scratch_types;
   std::vector<const Term_*> scratch_args;
-  std::vector<const Term_*> scratch_pair{nullptr, nullptr};  // for two arguments: most terms
+  std::vector<const Term_*> scratch_pair{nullptr, nullptr};  // the arguments of binary terms
   // The public builder that is running, for type errors; "" between builders. A type error leaves
   // it as it was.
   const char* current_operation = "";
