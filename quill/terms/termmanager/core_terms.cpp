@@ -154,10 +154,9 @@ std::string TermManager::name_of_type(const DataType* t) const {
 
 // Typechecks the operands of a request whose symbol is still to be made, so that a refused request
 // makes none.
-void TermManager::check_before_new_symbol(const TypeKeyedSymbols& table, const DataType* t,
-                                          const char* operation,
+void TermManager::check_before_new_symbol(const DataType* t, const char* operation,
                                           std::initializer_list<ExpectedType> operands) {
-  if (!typecheck_enabled || t == bool_type || table.find(t) != nullptr) return;
+  if (!typecheck_enabled || t == bool_type) return;
   current_operation = operation;
   for (const auto& [operand, expected] : operands) typecheck(operand, expected, current_operation);
 }
@@ -177,8 +176,11 @@ const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
   if (is_real_or_int(type)) {
     s = both_int(a, b) ? int_equal_symbol : rat_equal_symbol;
   } else {
-    check_before_new_symbol(equality_symbols, type, "make_equal", {{b, type}});
-    s = make_equality_symbol(type);
+    s = equality_symbols.find(type);
+    if (s == nullptr) {
+      check_before_new_symbol(type, "make_equal", {{b, type}});
+      s = make_equality_symbol(type);
+    }
   }
   return make_binary(s, a, b, "make_equal");
 }
@@ -196,9 +198,12 @@ const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_ter
   require_own(*this, {cond, then_term, else_term});
   const DataType* type = then_term->symbol->get_output_type();
   if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
-  check_before_new_symbol(term_ite_symbols, type, "make_term_ite",
-                          {{cond, bool_type}, {then_term, type}, {else_term, type}});
-  const Symbol* s = make_term_ite_symbol(type);
+  const Symbol* s = term_ite_symbols.find(type);
+  if (s == nullptr) {
+    check_before_new_symbol(type, "make_term_ite",
+                            {{cond, bool_type}, {then_term, type}, {else_term, type}});
+    s = make_term_ite_symbol(type);
+  }
   scratch_args.clear();
   scratch_args.push_back(cond);
   scratch_args.push_back(then_term);

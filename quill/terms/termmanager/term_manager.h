@@ -677,15 +677,17 @@ class TermManager : public TermFactory {
     const Term_* operand;
     const DataType* type;
   };
-  void check_before_new_symbol(const TypeKeyedSymbols& table, const DataType* t,
-                               const char* operation, std::initializer_list<ExpectedType> operands);
+  void check_before_new_symbol(const DataType* t, const char* operation,
+                               std::initializer_list<ExpectedType> operands);
   [[noreturn, gnu::cold]] void reject_arity(const Symbol* s, size_t given) const;
   void typecheck_from(size_t first, const Symbol* s, const std::vector<const Term_*>& args);
   template <class Enter>
   void enter_pairs(const std::vector<const Term_*>& from, const std::vector<const Term_*>& to,
                    const Enter& enter) const;
   bool both_int(const Term_* a, const Term_* b) const;
-  bool is_real_or_int(const DataType* t) const { return universe->is_subtype(t, rat_type); }
+  bool is_real_or_int(const DataType* t) const {
+    return t == int_type || universe->is_subtype(t, rat_type);
+  }
   void require_bits(const QNumber& value, uint64_t bits, const char* kind) const;
   [[noreturn]] void reject_numeral(const std::string& name, const Symbol* present) const;
   const Term_* make_numeral(const Symbol* present, const DataType* type, const QNumber& value,

@@ -18,10 +18,15 @@ namespace quill {
 
 class TypeKeyedSymbols {
  public:
-  // The symbol of this type, or null.
-  const Symbol* find(const DataType* type) const {
+  // The symbol of this type, or null. The latest answer is remembered: requests in a row mostly
+  // have one type.
+  const Symbol* find(const DataType* type) {
+    if (type == latest_type) return latest_symbol;
     const auto found = by_type.find(type);
-    return found != by_type.end() ? found->second : nullptr;
+    if (found == by_type.end()) return nullptr;
+    latest_type = type;
+    latest_symbol = found->second;
+    return latest_symbol;
   }
 
   bool contains(const Symbol* symbol) const { return symbols.find(symbol) != symbols.end(); }
@@ -38,6 +43,8 @@ class TypeKeyedSymbols {
   void sweep(const hsh::HashSet<const Symbol*>& kept) {
     gc_clear_set(symbols, kept);
     gc_clear_tbl_val(by_type, kept);
+    latest_type = nullptr;
+    latest_symbol = nullptr;
   }
 
   // Calls action(type, symbol) for each pair.
@@ -50,6 +57,8 @@ class TypeKeyedSymbols {
  private:
   hsh::HashSet<const Symbol*> symbols;
   hsh::HashMap<const DataType*, const Symbol*> by_type;
+  const DataType* latest_type = nullptr;
+  const Symbol* latest_symbol = nullptr;
 };
 
 }  // namespace quill
