@@ -20,38 +20,44 @@ LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& fo
 void LetPlan::collect(const TermManager& manager, const Term_* root, const FormOf& form_of) {
   constexpr size_t max_operands = INT32_MAX;
   constexpr size_t look_ahead = 16;
-  Array<const Term_*> places;  // what stands in the place of each operand
+  GrowingArray<const Term_*> places;  // what stands in the places of operands on this level
+  GrowingArray<const Term_*> lower;   // and on the next
+  size_t num_places = 0;              // on all levels
   TermTable<uint32_t> met(manager.get_bank()->id_bound());  // a term's node plus one
   const auto enter = [&](const Term_* t) {
     const WrittenForm form = form_of(t);
     const uint64_t num_operands = form.num_operands();
-    if (num_operands > max_operands - places.size()) throw std::bad_alloc();  // out of numbers
-    if (form.op != nullptr && !form.op->standard) extensions = true;
+    if (num_operands > max_operands - num_places) throw std::bad_alloc();  // out of numbers
+    if (form.op() != nullptr && !form.op()->standard) extensions = true;
     forms.push_back(form);
     repeated.push_back(0);
-    first_operands.push_back(static_cast<uint32_t>(places.size()));
-    for (uint64_t i = 0; i < num_operands; i++) places.push_back(form.operand(i).term);
+    first_operands.push_back(static_cast<uint32_t>(num_places));
+    num_places += num_operands;
+    for (uint64_t i = 0; i < num_operands; i++) lower.push_back(form.operand(i).term);
   };
   met.insert(root, 1);
   enter(root);
-  while (operands.size() < places.size()) {
-    const size_t at = operands.size();
-    __builtin_prefetch(places[std::min(at + look_ahead, places.size() - 1)]);
-    const Term_* t = places[at];
-    if (t->symbol->arity == 0) {
-      operands.push_back(constant);
-      continue;
-    }
-    const uint32_t next = static_cast<uint32_t>(forms.size());
-    const uint32_t node = met.insert(t, next + 1) - 1;
-    operands.push_back(node);
-    if (node == next) {
-      enter(t);
-    } else {
-      repeated[node] = 1;
+  while (!lower.empty()) {
+    places.swap(lower);
+    lower.clear();
+    for (size_t at = 0; at < places.size(); at++) {
+      if (at + look_ahead < places.size()) __builtin_prefetch(places[at + look_ahead]);
+      const Term_* t = places[at];
+      if (t->symbol->arity == 0) {
+        operands.push_back(constant);
+        continue;
+      }
+      const uint32_t next = static_cast<uint32_t>(forms.size());
+      const uint32_t node = met.insert(t, next + 1) - 1;
+      operands.push_back(node);
+      if (node == next) {
+        enter(t);
+      } else {
+        repeated[node] = 1;
+      }
     }
   }
-  first_operands.push_back(static_cast<uint32_t>(places.size()));
+  first_operands.push_back(static_cast<uint32_t>(num_places));
 }
 
 // Not one name with one constant behind it, such as (not p) and (- x), which is no longer than a
@@ -61,7 +67,7 @@ bool LetPlan::is_worth_a_name(const TermManager& manager, uint32_t node) const {
   if (num_operands(node) == 1 && operands[first_operands[node]] == constant) {
     switch (form.kind) {
       case WrittenForm::Application:
-        return form.op != nullptr && form.op->head != SmtLib2Head::NAME;
+        return form.op() != nullptr && form.op()->head != SmtLib2Head::NAME;
       case WrittenForm::Negation:
       case WrittenForm::AbsoluteValue:
         return false;
@@ -71,8 +77,7 @@ bool LetPlan::is_worth_a_name(const TermManager& manager, uint32_t node) const {
         return true;
     }
   }
-  return form.op == nullptr || form.op->tag != SymbolTag::TIMES ||
-         !is_numeral_product(manager, form.term);
+  return form.tag != SymbolTag::TIMES || !is_numeral_product(manager, form.term);
 }
 
 // A walk from the left. The level of a node is the number of groups that must come before it; while
@@ -89,8 +94,9 @@ void LetPlan::bind(const TermManager& manager) {
     uint32_t node;
     uint32_t level;
   };
-  Array<Shared> shared;  // the nodes to bind, operands before operators
-  Array<Frame> open{{0, 0, 0}};
+  GrowingArray<Shared> shared;  // the nodes to bind, operands before operators
+  GrowingArray<Frame> open;
+  open.push_back({0, 0, 0});
   numbers.assign(forms.size(), unknown);
   while (!open.empty()) {
     Frame& frame = open.back();

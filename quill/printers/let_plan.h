@@ -25,6 +25,7 @@
 #include "quill/printers/written_form.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/growing_array.h"
 #include "quill/utils/huge_pages.h"
 
 namespace quill {
@@ -86,20 +87,17 @@ class LetPlan {
   }
 
  private:
-  template <class T>
-  using Array = std::vector<T, huge_pages::Allocator<T>>;
-
   static constexpr uint32_t constant = UINT32_MAX;
 
   void collect(const TermManager& manager, const Term_* root, const FormOf& form_of);
   void bind(const TermManager& manager);
   bool is_worth_a_name(const TermManager& manager, uint32_t node) const;
 
-  Array<WrittenForm> forms;
-  Array<uint32_t> first_operands;  // and, at the end, how many there are
-  Array<uint32_t> operands;        // nodes, or `constant`
-  Array<uint32_t> numbers;         // of the bindings; 0: not bound
-  Array<uint8_t> repeated;         // whether the node occurs more than once
+  GrowingArray<WrittenForm> forms;
+  GrowingArray<uint32_t> first_operands;  // and, at the end, how many there are
+  GrowingArray<uint32_t> operands;        // nodes, or `constant`
+  GrowingArray<uint8_t> repeated;         // whether the node occurs more than once
+  std::vector<uint32_t, huge_pages::Allocator<uint32_t>> numbers;  // of bindings; 0: not bound
   std::vector<uint32_t> bound;
   std::vector<size_t> ends;
   bool extensions = false;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <string_view>
 
 #include "quill/terms/termmanager/symbol_tag.h"
 
@@ -24,7 +25,7 @@ enum class SmtLib2Head : uint8_t {
 
 struct SmtLib2Operator {
   SymbolTag::tag tag;
-  const char* text;
+  std::string_view text;
   SmtLib2Head head;
   bool left_associative;  // (op (op a b) c) may be written (op a b c)
   bool standard;          // whether the standard has the operator; readers may, in any case

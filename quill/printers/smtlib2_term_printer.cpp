@@ -286,7 +286,7 @@ void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Plac
       open.pop_back();
       continue;
     }
-    const uint64_t i = frame.next++;
+    const uint32_t i = frame.next++;
     if (i > 0 && form.has_modulus()) {
       print_divisor(out, form);
       out << " (mod ";
@@ -368,7 +368,7 @@ void SmtLib2TermPrinter::open_application(OpenTerms& open, const WrittenForm& fo
                                           const Choices& choices) const {
   const uint64_t num_operands =
       choices.plan != nullptr ? choices.plan->num_operands(node) : form.num_operands();
-  open.push_back({form, 0, num_operands, node, false, false, false});
+  open.push_back({form, 0, static_cast<uint32_t>(num_operands), node, false, false, false});
 }
 
 // Opens up first operands that may be written in the same parentheses.
@@ -393,8 +393,8 @@ void SmtLib2TermPrinter::open_first_operands(OpenTerms& open, const Choices& cho
 void SmtLib2TermPrinter::print_operator(TextBuffer& out, const WrittenForm& form) {
   switch (form.kind) {
     case WrittenForm::Application:
-      if (form.op != nullptr && form.op->head == SmtLib2Head::NAME) {
-        out << '(' << form.op->text;
+      if (form.op() != nullptr && form.op()->head == SmtLib2Head::NAME) {
+        out << '(' << form.op()->text;
       } else {
         out << '(' << texts->of(form.term->symbol);
       }

@@ -44,9 +44,9 @@
 #include "quill/printers/symbol_texts.h"
 #include "quill/printers/text_buffer.h"
 #include "quill/printers/written_form.h"
+#include "quill/utils/growing_array.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
-#include "quill/utils/huge_pages.h"
 
 namespace quill {
 
@@ -97,14 +97,14 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   // An application that is being written.
   struct OpenTerm {
     WrittenForm form;
-    uint64_t next;  // the operand to write next
-    uint64_t end;
+    uint32_t next;  // the operand to write next
+    uint32_t end;
     uint32_t node;
     bool is_joined;  // in the parentheses of the application below, as its first operand
     bool is_annotated;
     bool is_real;  // within to_real
   };
-  using OpenTerms = std::vector<OpenTerm, huge_pages::Allocator<OpenTerm>>;
+  using OpenTerms = GrowingArray<OpenTerm>;
 
   using TermSet = hsh::HashSet<const Term_*>;
   using Weights = hsh::HashMap<const Term_*, uint64_t>;

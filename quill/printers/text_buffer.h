@@ -49,7 +49,7 @@ class TextBuffer {
   }
 
  private:
-  static constexpr size_t capacity = size_t{1} << 14;
+  static constexpr size_t capacity = size_t{1} << 12;
 
   TextBuffer& write_long(std::string_view piece) {
     flush();

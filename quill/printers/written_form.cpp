@@ -67,22 +67,23 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
 }  // namespace
 
 WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_abs)
-    : term(t), op(find_smtlib2_operator(manager.get_tag(t->symbol))) {
+    : term(t), tag(static_cast<uint8_t>(manager.get_tag(t->symbol))) {
+  static_assert(std::size(smtlib2_operators) <= UINT8_MAX);
   const DataType* type = t->symbol->type;
   for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
     takes_reals = type->get_component(i) == manager.get_rat_type();
   }
-  if (op == nullptr) return;
-  if (op->tag == SymbolTag::TIMES && is_negation(manager, t)) {
+  if (tag == SymbolTag::NONE) return;
+  if (tag == SymbolTag::TIMES && is_negation(manager, t)) {
     kind = Negation;
-  } else if (op->tag == SymbolTag::PLUS && is_subtrahend(manager, t->args[1]) &&
+  } else if (tag == SymbolTag::PLUS && is_subtrahend(manager, t->args[1]) &&
              t->args[1]->symbol->get_output_type() == t->symbol->get_output_type()) {
     kind = Subtraction;
-  } else if (op->tag == SymbolTag::FLOOR && is_part_of_int(manager, t->args[0])) {
+  } else if (tag == SymbolTag::FLOOR && is_part_of_int(manager, t->args[0])) {
     kind = IntegerDivision;
-  } else if (with_abs && op->tag == SymbolTag::TERM_ITE && is_absolute_value(manager, t)) {
+  } else if (with_abs && tag == SymbolTag::TERM_ITE && is_absolute_value(manager, t)) {
     kind = AbsoluteValue;
-  } else if (op->head == SmtLib2Head::MODULUS && is_congruence_to_numeral(manager, t)) {
+  } else if (tag == SymbolTag::INT_MODULAR_CONGRUENCE && is_congruence_to_numeral(manager, t)) {
     kind = Residue;
   }
 }

@@ -88,23 +88,28 @@ struct WrittenForm {
 
   // Whether it is a congruence with every operand under its own mod.
   bool has_modulus() const {
-    return kind == Application && op != nullptr && op->head == SmtLib2Head::MODULUS;
+    return kind == Application && op() != nullptr && op()->head == SmtLib2Head::MODULUS;
   }
 
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
   // b c).
   bool joins_with(const WrittenForm& first) const {
-    return first.op == op && first.kind == kind &&
+    return first.tag == tag && first.kind == kind &&
            (kind == Subtraction ||
-            (op != nullptr && kind == Application && op->left_associative)) &&
+            (op() != nullptr && kind == Application && op()->left_associative)) &&
            // Concatenations of one chain differ in their widths.
-           (op->tag == SymbolTag::BV_CONCAT || first.term->symbol == term->symbol);
+           (tag == SymbolTag::BV_CONCAT || first.term->symbol == term->symbol);
+  }
+
+  // The operator, or null: written by the name of the symbol.
+  const SmtLib2Operator* op() const {
+    return find_smtlib2_operator(static_cast<SymbolTag::tag>(tag));
   }
 
   const Term_* term;
+  uint8_t tag;  // of its symbol
   Kind kind = Application;
-  bool takes_reals = false;   // whether some place, or the whole, is of type Real
-  const SmtLib2Operator* op;  // null: written by the name of the symbol
+  bool takes_reals = false;  // whether some place, or the whole, is of type Real
 
  private:
   Operand operand_of_other_form(uint64_t i) const;

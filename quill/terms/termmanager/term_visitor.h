@@ -27,6 +27,7 @@
 #include <vector>
 
 #include "quill/terms/term.h"
+#include "quill/utils/growing_array.h"
 
 namespace quill {
 
@@ -152,7 +153,7 @@ class TermVisitor {
   bool dag_mode;
   std::vector<bool> own_marks;
   std::vector<bool>* marks;
-  std::vector<Entry> stack;  // of the walk; kept for its storage in between
+  GrowingArray<Entry> stack;  // of the walk; kept for its storage in between
   std::vector<const Term_*>
       visited;  // since the marks were last cleared, in the order of pre-visits
 };

@@ -26,8 +26,8 @@ class WrittenFormTest : public ::testing::Test {
 TEST_F(WrittenFormTest, ApplicationsAreTheSymbolAndItsArguments) {
   const WrittenForm sum = form(m.make_plus(x, i));
   EXPECT_EQ(sum.kind, WrittenForm::Application);
-  ASSERT_NE(sum.op, nullptr);
-  EXPECT_STREQ(sum.op->text, "+");
+  ASSERT_NE(sum.op(), nullptr);
+  EXPECT_EQ(sum.op()->text, "+");
   EXPECT_EQ(sum.num_operands(), 2U);
   EXPECT_EQ(sum.operand(0).term, x);
   EXPECT_EQ(sum.operand(1).term, i);
@@ -37,7 +37,7 @@ TEST_F(WrittenFormTest, ApplicationsAreTheSymbolAndItsArguments) {
 TEST_F(WrittenFormTest, UsersFunctionsHaveNoOperator) {
   const Symbol* f = m.make_symbol("f", m.get_function_type({int_type, real_type}, int_type));
   const WrittenForm application = form(m.make_uninterpreted_function(f, {i, x}));
-  EXPECT_EQ(application.op, nullptr);
+  EXPECT_EQ(application.op(), nullptr);
   EXPECT_EQ(application.num_operands(), 2U);
   EXPECT_EQ(application.operand(0).expected, int_type);
   EXPECT_EQ(application.operand(1).expected, real_type);
