@@ -3,32 +3,11 @@
 #include <algorithm>
 #include <new>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define QUILL_POISONS_FREE_NODES
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define QUILL_POISONS_FREE_NODES
-#endif
-#endif
-#ifdef QUILL_POISONS_FREE_NODES
-#include <sanitizer/asan_interface.h>
-#endif
+#include "quill/utils/address_sanitizer.h"
 
 namespace quill {
 
 namespace {
-
-void poison([[maybe_unused]] void* memory, [[maybe_unused]] size_t bytes) {
-#ifdef QUILL_POISONS_FREE_NODES
-  ASAN_POISON_MEMORY_REGION(memory, bytes);
-#endif
-}
-
-void unpoison([[maybe_unused]] void* memory, [[maybe_unused]] size_t bytes) {
-#ifdef QUILL_POISONS_FREE_NODES
-  ASAN_UNPOISON_MEMORY_REGION(memory, bytes);
-#endif
-}
 
 // The fields of nodes that may be free, and then poisoned.
 [[gnu::no_sanitize_address]] bool is_live(const Term_* node) { return node->symbol != nullptr; }

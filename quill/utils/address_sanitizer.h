@@ -1,0 +1,36 @@
+// Marks memory that must not be used for now, so that the address sanitizer reports its use. In
+// builds without it nothing happens.
+
+#ifndef QUILL_UTILS_ADDRESS_SANITIZER_H
+#define QUILL_UTILS_ADDRESS_SANITIZER_H
+
+#include <cstddef>
+
+// g++ tells by a macro, clang++ by a feature.
+#if defined(__SANITIZE_ADDRESS__)
+#define QUILL_HAS_ADDRESS_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QUILL_HAS_ADDRESS_SANITIZER
+#endif
+#endif
+
+#ifdef QUILL_HAS_ADDRESS_SANITIZER
+#include <sanitizer/asan_interface.h>
+#endif
+
+namespace quill {
+
+#ifdef QUILL_HAS_ADDRESS_SANITIZER
+constexpr bool has_address_sanitizer = true;
+inline void poison(void* memory, size_t bytes) { ASAN_POISON_MEMORY_REGION(memory, bytes); }
+inline void unpoison(void* memory, size_t bytes) { ASAN_UNPOISON_MEMORY_REGION(memory, bytes); }
+#else
+constexpr bool has_address_sanitizer = false;
+inline void poison(void*, size_t) {}
+inline void unpoison(void*, size_t) {}
+#endif
+
+}  // namespace quill
+
+#endif
