@@ -71,7 +71,7 @@ class TermVisitor {
   TermVisitor& operator=(const TermVisitor&) = delete;
 
   // Marks to use instead of the visitor's own; to be set before the first walk, and all clear. Not
-  // owned.
+  // owned, and not to be made shorter during a walk.
   void set_marks(std::vector<bool>* lent) { marks = lent; }
 
   // Walks what is below root. With clear_marks the next walk starts afresh, also when this one was
@@ -80,6 +80,7 @@ class TermVisitor {
   void visit(const Term_* root, bool clear_marks) {
     assert((root == nullptr || root->symbol != nullptr) && "a walk begins at a freed term");
     const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
+    num_marks = marks->size();
     stack.clear();
     stack.push_back(waiting(root));
     while (!stack.empty()) {
@@ -115,16 +116,24 @@ class TermVisitor {
   static size_t done_bit(const Term_* t) { return 2 * size_t{static_cast<uint32_t>(t->id)}; }
   static size_t entered_bit(const Term_* t) { return done_bit(t) + 1; }
 
-  bool is_marked(size_t bit) const { return bit < marks->size() && (*marks)[bit]; }
+  bool is_marked(size_t bit) { return is_within(bit) && (*marks)[bit]; }
 
   void mark(size_t bit) {
-    if (bit >= marks->size()) grow(bit);
+    if (!is_within(bit)) grow(bit);
     (*marks)[bit] = true;
+  }
+
+  // Asking a vector<bool> for its size takes longer than all the rest.
+  bool is_within(size_t bit) {
+    if (bit < num_marks) return true;
+    num_marks = marks->size();
+    return bit < num_marks;
   }
 
   // Makes room for both bits of a term, doubling, so that marking is constant time on average.
   [[gnu::noinline]] void grow(size_t bit) {
     marks->resize(std::max((bit | 1) + 1, 2 * marks->size()));
+    num_marks = marks->size();
   }
 
   // A term that waits to be entered, or, with the lowest bit set, one that has been and waits for
@@ -153,6 +162,7 @@ class TermVisitor {
   bool dag_mode;
   std::vector<bool> own_marks;
   std::vector<bool>* marks;
+  size_t num_marks = 0;       // how many there are, or fewer
   GrowingArray<Entry> stack;  // of the walk; kept for its storage in between
   std::vector<const Term_*>
       visited;  // since the marks were last cleared, in the order of pre-visits
