@@ -232,6 +232,12 @@ TEST_F(SmtLib2Printer, NumeralsInRealPlacesAreDecimals) {
   EXPECT_EQ(text(apply(f, {number(3)})), "(f 3.0)");
 }
 
+TEST_F(SmtLib2Printer, ANumeralIsWrittenAsEachPlaceAsks) {
+  const Symbol* f = function("f", {int_type, real_type, int_type, real_type, int_type}, bool_type);
+  EXPECT_EQ(text(apply(f, {number(1), number(1), number(1), number(1), number(1)})),
+            "(f 1 1.0 1 1.0 1)");
+}
+
 TEST_F(SmtLib2Printer, Numerals) {
   EXPECT_EQ(text(number(3)), "3");
   EXPECT_EQ(text(number(-3)), "(- 3)");

@@ -191,6 +191,31 @@ TEST_F(TermVisitorTest, MarksDoneAndEntered) {
   EXPECT_EQ(marks[2 * f->id + 1], true);
 }
 
+TEST_F(TermVisitorTest, MarksThatTheCallbackSetsCountAtOnce) {
+  struct Marker {
+    std::vector<bool>* marks;
+    const Term_* done;
+    std::string calls;
+
+    int visit(const Term_* t, bool preorder) {
+      calls += (preorder ? '+' : '-') + std::string(t->symbol->name);
+      marks->resize(2 * done->id + 2);
+      (*marks)[2 * done->id] = true;
+      return 2;
+    }
+  };
+  const Term_* c = g.make("c");
+  g.bank.remove_unseen({false, true, true});
+  const Term_* f = g.make("f", {b, c});
+  ASSERT_EQ(f->id, 0U);  // below its arguments
+  std::vector<bool> marks(2);
+  Marker marker{&marks, c, ""};
+  TermVisitor<Marker> visitor(&marker, as_dag);
+  visitor.set_marks(&marks);
+  visitor.visit(f, /*clear_marks=*/true);
+  EXPECT_EQ(marker.calls, "+f+b-b-f");
+}
+
 TEST_F(TermVisitorTest, ATreeWalkLeavesNoMarksOnFinishedTerms) {
   Recorder recorder;
   std::vector<bool> marks;
