@@ -304,6 +304,13 @@ TEST(Depth, TextsOfSharedTypesTellThemApart) {
       if (types.size() < 60) types.push_back(type);
     }
   }
+  // The same two large types in any order: (X Y X Y), (X Y Y X) and so on.
+  for (size_t choice = 0; choice < 16; choice++) {
+    const auto pick = [&](size_t place) { return types[50 + (choice >> place & 1)]; };
+    const DataType* type = m.get_function_type({pick(0), pick(1), pick(2)}, pick(3));
+    distinct.insert(type);
+    texts.insert(type->to_str());
+  }
   EXPECT_EQ(texts.size(), distinct.size());
   EXPECT_GT(texts.size(), 3000U);
 }
