@@ -4,10 +4,10 @@
 // most half of them taken; a slot holds the id of the term and its value side by side, so that a
 // look-up reads one cache line. Terms hash by their ids: blocks of neighbouring ids are spread over
 // the table, and stay side by side within their block, because walks meet neighbours together. As
-// soon as an array of values indexed by id takes no more than four times the memory of the slots,
-// it takes their place: a walk over much of a manager gets by with one load a look-up and the least
-// memory, and one over a few terms never pays for all the others. There is no removal, and values
-// move when the table grows.
+// soon as an array of values indexed by id takes no more memory than the slots, it takes their
+// place: a walk over much of a manager gets by with one load a look-up and the least memory, and
+// one over a few terms never pays for all the others. There is no removal, and values move when the
+// table grows.
 //
 // Value{} stands for no value, and can't be entered.
 
@@ -95,7 +95,7 @@ class TermTable {
   void grow() {
     constexpr size_t fewest_slots = 16;
     const size_t wanted = slots.empty() ? fewest_slots : 2 * slots.size();
-    if (bound * sizeof(Value) <= 4 * wanted * sizeof(Slot)) {
+    if (bound * sizeof(Value) <= wanted * sizeof(Slot)) {
       Values all(bound);
       for (const Slot& slot : slots) {
         if (slot.key != free) all[slot.key - 1] = slot.value;
