@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <new>
 #include <type_traits>
 #include <utility>
 
