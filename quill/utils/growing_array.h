@@ -4,8 +4,8 @@
 // used, while every growth copies what is there into memory that the system has to hand out first,
 // which costs more than anything that is then done with the elements.
 //
-// Not for elements that need constructors or destructors. push_back throws std::bad_alloc without a
-// change.
+// Not for elements that need constructors or destructors. push_back and extend throw std::bad_alloc
+// without a change.
 
 #ifndef QUILL_UTILS_GROWING_ARRAY_H
 #define QUILL_UTILS_GROWING_ARRAY_H
@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -38,6 +39,12 @@ class GrowingArray {
       new (elements + count++) T(element);
     }
   }
+  // Adds elements of unknown contents, and returns the place of the first of them.
+  T* extend(size_t num_elements) {
+    if (num_elements > room - count) grow(num_elements);
+    count += num_elements;
+    return elements + count - num_elements;
+  }
   void pop_back() {
     assert(count != 0);
     count--;
@@ -56,6 +63,8 @@ class GrowingArray {
     return elements[i];
   }
   T& back() { return (*this)[count - 1]; }
+  T* begin() { return elements; }
+  T* end() { return elements + count; }
   const T* begin() const { return elements; }
   const T* end() const { return elements + count; }
 
@@ -69,16 +78,30 @@ class GrowingArray {
   static constexpr size_t fewest = 8;
   static constexpr size_t factor = 4;
 
+  [[gnu::noinline]] void grow(size_t num_elements) {
+    const size_t larger = larger_room(num_elements);
+    move_to(huge_pages::Allocator<T>().allocate(larger), larger);
+  }
+
   // The element may be one of the array.
   [[gnu::noinline]] void grow_and_push_back(const T& element) {
-    const size_t larger = std::max(fewest, factor * room);
-    T* const moved = huge_pages::Allocator<T>().allocate(larger);
-    new (moved + count) T(element);
-    std::copy(elements, elements + count, moved);
-    release();
-    elements = moved;
-    room = larger;
+    const size_t larger = larger_room(1);
+    T* const block = huge_pages::Allocator<T>().allocate(larger);
+    new (block + count) T(element);
+    move_to(block, larger);
     count++;
+  }
+
+  size_t larger_room(size_t num_elements) const {
+    if (num_elements > SIZE_MAX / factor - count) throw std::bad_alloc();
+    return std::max({fewest, factor * room, count + num_elements});
+  }
+
+  void move_to(T* block, size_t size) {
+    std::copy(elements, elements + count, block);
+    release();
+    elements = block;
+    room = size;
   }
 
   void release() {

@@ -94,6 +94,31 @@ TEST(GrowingArray, IsWhatItWasAfterAFailedGrowth) {
   for (uint32_t i = 0; i < 9; i++) EXPECT_EQ(a[i], i);
 }
 
+TEST(GrowingArray, ExtendsByManyAtOnce) {
+  GrowingArray<uint32_t> a;
+  a.push_back(1);
+  EXPECT_EQ(a.extend(0), a.end());
+  EXPECT_EQ(a.size(), 1U);
+  uint32_t* const at = a.extend(1000000);
+  EXPECT_EQ(a.size(), 1000001U);
+  EXPECT_EQ(at, a.begin() + 1);
+  EXPECT_EQ(at + 1000000, a.end());
+  EXPECT_EQ(a[0], 1U);
+}
+
+TEST(GrowingArray, AnExtensionThatFailsChangesNothing) {
+  GrowingArray<uint32_t> a;
+  a.push_back(1);
+  EXPECT_THROW(a.extend(SIZE_MAX), std::bad_alloc);
+  EXPECT_THROW(a.extend(SIZE_MAX / sizeof(uint32_t)), std::bad_alloc);
+  {
+    const testing::FailingAllocation none(0);
+    EXPECT_THROW(a.extend(100), std::bad_alloc);
+  }
+  EXPECT_EQ(a.size(), 1U);
+  EXPECT_EQ(a[0], 1U);
+}
+
 TEST(GrowingArray, AgreesWithAVectorOverRandomOperations) {
   std::mt19937 random(20'261'121);
   GrowingArray<uint32_t> a;
@@ -103,6 +128,13 @@ TEST(GrowingArray, AgreesWithAVectorOverRandomOperations) {
     if (what < 600) {
       a.push_back(step);
       model.push_back(step);
+    } else if (what < 602) {
+      const uint32_t added = static_cast<uint32_t>(random() % 100);
+      uint32_t* const at = a.extend(added);
+      for (uint32_t i = 0; i < added; i++) {
+        at[i] = step + i;
+        model.push_back(step + i);
+      }
     } else if (what < 999 && !model.empty()) {
       a.pop_back();
       model.pop_back();
