@@ -8,131 +8,140 @@
 
 namespace quill {
 
-LetPlan::LetPlan(const TermManager& manager, const Term_* root, const FormOf& form_of) {
-  require_own(manager, root);
-  if (root->symbol->arity == 0) return;
-  collect(manager, root, form_of);
-  bind(manager);
+namespace {
+
+// Whether a name for the term would be no shorter than it is, as for one operator with one constant
+// behind it, such as (not p) and (- x), or the term is a product of numerals.
+bool is_tiny(const TermManager& manager, const WrittenForm& form) {
+  if (form.num_operands() == 1 && form.operand(0).term->symbol->arity == 0) {
+    switch (form.kind) {
+      case WrittenForm::Application:
+        return form.op() == nullptr || form.op()->head == SmtLib2Head::NAME;
+      case WrittenForm::Negation:
+      case WrittenForm::AbsoluteValue:
+        return true;
+      case WrittenForm::Subtraction:
+      case WrittenForm::IntegerDivision:
+      case WrittenForm::Residue:
+        return false;
+    }
+  }
+  return form.tag == SymbolTag::TIMES && is_numeral_product(manager, form.term);
 }
 
-// Numbers the subterms, level by level, and notes which of them occur more than once. In this order
-// it is known early which terms will be read, wherever in memory they lie.
-void LetPlan::collect(const TermManager& manager, const Term_* root, const FormOf& form_of) {
-  constexpr size_t max_operands = INT32_MAX;
+}  // namespace
+
+LetPlan::LetPlan(const TermManager& manager, const Term_* root, WrittenForms& forms,
+                 bool with_names) {
+  require_own(manager, root);
+  if (root->symbol->arity == 0) {
+    constants.push_back(root);
+    return;
+  }
+  collect(manager, root, forms);
+  if (with_names) {
+    bind();
+  } else {
+    std::fill(states.begin(), states.end(), NotBound);
+  }
+}
+
+// Numbers the subterms, level by level, and counts the places of each.
+void LetPlan::collect(const TermManager& manager, const Term_* root, WrittenForms& forms) {
+  constexpr size_t max_places = constant_bit - 2;
   constexpr size_t look_ahead = 16;
   GrowingArray<const Term_*> places;  // what stands in the places of operands on this level
   GrowingArray<const Term_*> lower;   // and on the next
   size_t num_places = 0;              // on all levels
-  TermTable<uint32_t> met(manager.get_bank()->id_bound());  // a term's node plus one
+  TermTable<uint32_t> met(manager.get_bank()->id_bound());  // by term, as in operands, plus one
   const auto enter = [&](const Term_* t) {
-    const WrittenForm form = form_of(t);
+    const WrittenForm form = forms.of(t);
     const uint64_t num_operands = form.num_operands();
-    if (num_operands > max_operands - num_places) throw std::bad_alloc();  // out of numbers
+    if (num_operands > max_places - num_places) throw std::bad_alloc();  // out of numbers
     if (form.op() != nullptr && !form.op()->standard) extensions = true;
-    forms.push_back(form);
-    repeated.push_back(0);
-    first_operands.push_back(static_cast<uint32_t>(num_places));
+    nodes.push_back(Node(form, static_cast<uint32_t>(num_places)));
+    states.push_back(is_tiny(manager, form) ? NotBound : OnePlace);
     num_places += num_operands;
-    for (uint64_t i = 0; i < num_operands; i++) lower.push_back(form.operand(i).term);
+    const Term_** const below = lower.extend(num_operands);
+    for (uint64_t i = 0; i < num_operands; i++) below[i] = form.operand(i).term;
   };
   met.insert(root, 1);
   enter(root);
   while (!lower.empty()) {
     places.swap(lower);
     lower.clear();
+    uint32_t* next_operand = operands.extend(places.size());
     for (size_t at = 0; at < places.size(); at++) {
       if (at + look_ahead < places.size()) __builtin_prefetch(places[at + look_ahead]);
       const Term_* t = places[at];
-      if (t->symbol->arity == 0) {
-        operands.push_back(constant);
-        continue;
-      }
-      const uint32_t next = static_cast<uint32_t>(forms.size());
-      const uint32_t node = met.insert(t, next + 1) - 1;
-      operands.push_back(node);
-      if (node == next) {
-        enter(t);
-      } else {
-        repeated[node] = 1;
+      const bool is_constant = t->symbol->arity == 0;
+      const auto next =
+          static_cast<uint32_t>(is_constant ? constant_bit + constants.size() : nodes.size());
+      const uint32_t what = met.insert(t, next + 1) - 1;
+      *next_operand++ = what;
+      if (what == next) {
+        if (is_constant) {
+          constants.push_back(t);
+        } else {
+          enter(t);
+        }
+      } else if (!is_constant && states[what] != NotBound) {
+        states[what] += states[what] == OnePlace ? 2 : 1;
       }
     }
   }
-  first_operands.push_back(static_cast<uint32_t>(num_places));
+  nodes.push_back(Node(nodes[0], static_cast<uint32_t>(num_places)));
 }
 
-// Not one name with one constant behind it, such as (not p) and (- x), which is no longer than a
-// name for it would be, nor a product of numerals.
-bool LetPlan::is_worth_a_name(const TermManager& manager, uint32_t node) const {
-  const WrittenForm& form = forms[node];
-  if (num_operands(node) == 1 && operands[first_operands[node]] == constant) {
-    switch (form.kind) {
-      case WrittenForm::Application:
-        return form.op() != nullptr && form.op()->head != SmtLib2Head::NAME;
-      case WrittenForm::Negation:
-      case WrittenForm::AbsoluteValue:
-        return false;
-      case WrittenForm::Subtraction:
-      case WrittenForm::IntegerDivision:
-      case WrittenForm::Residue:
-        return true;
-    }
-  }
-  return form.tag != SymbolTag::TIMES || !is_numeral_product(manager, form.term);
-}
-
-// A walk from the left. The level of a node is the number of groups that must come before it; while
-// the walk lasts, numbers[] holds the level that the operators above it have at least.
-void LetPlan::bind(const TermManager& manager) {
-  constexpr uint32_t unknown = UINT32_MAX;
-  struct Frame {
-    uint32_t node;
-    uint32_t next;  // the operand to go to next
-    uint32_t level;
-  };
-  std::vector<size_t> sizes;  // of the groups
-  struct Shared {
-    uint32_t node;
-    uint32_t level;
-  };
-  GrowingArray<Shared> shared;  // the nodes to bind, operands before operators
-  GrowingArray<Frame> open;
-  open.push_back({0, 0, 0});
-  numbers.assign(forms.size(), unknown);
-  while (!open.empty()) {
-    Frame& frame = open.back();
-    if (frame.next != first_operands[frame.node + 1]) {
-      const uint32_t below = operands[frame.next];
-      if (below == constant) {
-        frame.next++;
-      } else if (numbers[below] == unknown) {
-        open.push_back({below, first_operands[below], 0});
-      } else {
-        frame.level = std::max(frame.level, numbers[below]);
-        frame.next++;
+// A walk from the root down that comes to a node when it has been to all of its places: a node then
+// belongs into the group before the earliest one with a place of it. What is not bound is written
+// in its only place, and belongs to the group of that.
+void LetPlan::bind() {
+  constexpr size_t look_ahead = 4;
+  GrowingArray<uint32_t> group;  // the bound nodes of a group, and what is written in them
+  GrowingArray<uint32_t> earlier;
+  states[0] = NotBound;
+  earlier.push_back(0);
+  while (!earlier.empty()) {
+    group.swap(earlier);
+    earlier.clear();
+    for (size_t at = 0; at < group.size(); at++) {
+      if (at + 2 * look_ahead < group.size()) {
+        __builtin_prefetch(&nodes[group[at + 2 * look_ahead]]);
+        __builtin_prefetch(&operands[nodes[group[at + look_ahead]].first_operand]);
       }
-      continue;
+      const uint32_t first = first_operand(group[at]);
+      for (uint32_t place = end_of_operands(group[at]); place-- != first;) {
+        const uint32_t below = operands[place];
+        if (below >= constant_bit) continue;
+        uint32_t& state = states[below];
+        switch (state) {
+          case NotBound:  // tiny, as all below it
+            break;
+          case OnePlace:
+            state = NotBound;
+            group.push_back(below);
+            break;
+          case LastOfMany:
+            bound.push_back(below);
+            state = num_bindings();
+            earlier.push_back(below);
+            break;
+          default:
+            state--;
+        }
+      }
     }
-    const auto [node, next, level] = frame;
-    open.pop_back();
-    numbers[node] = level;
-    if (repeated[node] == 0 || !is_worth_a_name(manager, node)) continue;
-    numbers[node]++;
-    shared.push_back({node, level});
-    if (level == sizes.size()) sizes.push_back(0);
-    sizes[level]++;
+    if (!earlier.empty()) ends.push_back(num_bindings());
   }
-
-  size_t end = 0;
-  for (const size_t size : sizes) ends.push_back(end += size);
-  std::vector<size_t> next(sizes.size());  // the position of the next binding of each group
-  for (size_t level = 1; level < sizes.size(); level++) next[level] = ends[level - 1];
-  bound.resize(end);
-  numbers.assign(forms.size(), 0);
-  for (const auto& [node, level] : shared) {
-    const size_t position = next[level]++;
-    bound[position] = node;
-    numbers[node] = static_cast<uint32_t>(position + 1);
+  // Until here the number of the first binding of each group, counted from the last one back.
+  uint32_t later = 0;
+  for (uint32_t& end : ends) {
+    const uint32_t here = end;
+    end = num_bindings() - later;
+    later = here;
   }
+  std::reverse(ends.begin(), ends.end());
 }
 
 }  // namespace quill

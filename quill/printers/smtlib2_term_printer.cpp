@@ -1,8 +1,9 @@
 #include "quill/printers/smtlib2_term_printer.h"
 
-#include <cassert>
+#include <algorithm>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "quill/printers/smtlib2_syntax.h"
@@ -10,10 +11,6 @@
 #include "quill/utils/scope_guard.h"
 
 namespace quill {
-
-namespace {
-constexpr LetPlan::Operand no_plan = LetPlan::Operand::constant();
-}  // namespace
 
 SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printer* choices,
                                        const std::string& let_names, const std::string& renamed,
@@ -33,8 +30,11 @@ void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const Dat
   require_own(manager, expected);
   // The symbols of the last text may have been freed.
   texts.emplace(manager, rename_prefix, logic);
+  forms.emplace(manager, with_abs);
   TextBuffer buffer(out);
   if (with_annotations && annotations != nullptr && annotations->count != 0) {
+    annotated_forms.emplace(manager, with_abs,
+                            [this](const Term_* hidden) { return is_annotated(hidden); });
     if (!print_encoded(out, t, expected, with_annotations)) print_annotated(buffer, t, expected);
   } else {
     print_unannotated(buffer, t, expected);
@@ -155,50 +155,49 @@ void SmtLib2TermPrinter::print_annotated(TextBuffer& out, const Term_* root,
                                          const DataType* expected) {
   constexpr uint64_t max_blowup = 16;
   constexpr uint64_t always_allowed = 1000;
-  Weights above;
-  weigh_terms_above_annotated(root, above);
-  const auto weight = above.find(root);
-  if (share && weight != above.end() &&
-      weight->second > max_blowup * above.count + always_allowed) {
-    const LetPlan plan(manager, root,
-                       [&](const Term_* t) { return form_of(t, /*with_annotations=*/true); });
-    TermSet named;
-    print_with_lets(out, root, expected, plan, &named);
+  TermSet named;
+  const LetPlan tree(manager, root, *annotated_forms, /*with_names=*/false);
+  const Weights above = weigh_terms_above_annotated(tree);
+  const auto num_above = static_cast<uint64_t>(
+      std::count_if(above.begin(), above.end(), [](uint64_t weight) { return weight != 0; }));
+  if (share && num_above != 0 && above[0] > max_blowup * num_above + always_allowed) {
+    const LetPlan plan(manager, root, *annotated_forms);
+    print_with_lets(out, expected, {plan, nullptr, &named});
   } else {
-    OpenTerms open;
-    TermSet named;
-    print_tree(out, open, {root, no_plan, expected}, {nullptr, &above, &named});
+    print_with_lets(out, expected, {tree, &above, &named});
   }
 }
 
-// For each term below which, strictly, there is an annotated one: how many of these terms are
-// written when it is written as a tree, as far as 64 bits can count.
-void SmtLib2TermPrinter::weigh_terms_above_annotated(const Term_* root, Weights& above) const {
-  struct Frame {
-    WrittenForm form;
-    uint64_t next;  // the operand to go to next
-  };
-  TermSet reached;
-  std::vector<Frame> open{{form_of(root, /*with_annotations=*/true), 0}};
-  reached.insert(root);
+// For each node below which, strictly, there is an annotated one: how many such nodes are written
+// when it is written as a tree, annotated ones included, as far as 64 bits can count.
+SmtLib2TermPrinter::Weights SmtLib2TermPrinter::weigh_terms_above_annotated(
+    const LetPlan& plan) const {
+  Weights above(plan.num_nodes(), 0);
+  std::vector<bool> reached(plan.num_nodes(), false);
+  GrowingArray<uint32_t> open;
+  if (plan.root().is_node()) open.push_back(0);
   while (!open.empty()) {
-    Frame& frame = open.back();
-    if (frame.next == frame.form.num_operands()) {
-      uint64_t weight = 0;
-      for (uint64_t i = 0; i < frame.form.num_operands(); i++) {
-        const Term_* operand = frame.form.operand(i).term;
-        const auto found = above.find(operand);
-        uint64_t added = is_annotated(operand) ? 1 : 0;
-        if (found != above.end()) added = found->second;
-        weight = weight > UINT64_MAX - added ? UINT64_MAX : weight + added;
+    const uint32_t node = open.back();
+    const uint32_t end = plan.end_of_operands(node);
+    if (!reached[node]) {
+      reached[node] = true;
+      for (uint32_t i = plan.first_operand(node); i < end; i++) {
+        const LetPlan::Operand operand = plan.operand(i);
+        if (operand.is_node() && !reached[operand.number()]) open.push_back(operand.number());
       }
-      if (weight != 0) above[frame.form.term] = weight == UINT64_MAX ? weight : weight + 1;
-      open.pop_back();
       continue;
     }
-    const Term_* operand = frame.form.operand(frame.next++).term;
-    if (reached.insert(operand)) open.push_back({form_of(operand, /*with_annotations=*/true), 0});
+    open.pop_back();
+    uint64_t weight = 0;
+    for (uint32_t i = plan.first_operand(node); i < end; i++) {
+      const LetPlan::Operand operand = plan.operand(i);
+      uint64_t added = is_annotated(plan.term(operand)) ? 1 : 0;
+      if (operand.is_node() && above[operand.number()] != 0) added = above[operand.number()];
+      weight = weight > UINT64_MAX - added ? UINT64_MAX : weight + added;
+    }
+    above[node] = weight == 0 || weight == UINT64_MAX ? weight : weight + 1;
   }
+  return above;
 }
 
 // The name of a numeral has the sort of the place in which it was written first, so that the
@@ -234,124 +233,113 @@ void SmtLib2TermPrinter::print_annotation_end(TextBuffer& out, const Term_* t) c
 //---------------------------------------------------------------------------------------------
 // Terms and their lets
 
-// The plan knows at no cost whether there is anything to encode.
 void SmtLib2TermPrinter::print_unannotated(TextBuffer& out, const Term_* root,
                                            const DataType* expected) {
-  if (share && root->symbol->arity != 0) {
-    const LetPlan plan(manager, root,
-                       [&](const Term_* t) { return form_of(t, /*with_annotations=*/false); });
-    if (!plan.has_extensions() ||
-        !print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
-      print_with_lets(out, root, expected, plan, nullptr);
-    }
-  } else if (!print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
-    OpenTerms open;
-    print_tree(out, open, {root, no_plan, expected}, {nullptr, nullptr, nullptr});
+  const LetPlan plan(manager, root, *forms, share);
+  // The plan knows at no cost whether there is anything to encode.
+  if (plan.has_extensions() &&
+      print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
+    return;
   }
+  print_with_lets(out, expected, {plan, nullptr, nullptr});
 }
 
 // With a set of named terms the annotations are written, too.
-void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const Term_* root,
-                                         const DataType* expected, const LetPlan& plan,
-                                         TermSet* named) {
+void SmtLib2TermPrinter::print_with_lets(TextBuffer& out, const DataType* expected,
+                                         const Choices& choices) {
+  const LetPlan& plan = choices.plan;
+  const std::string_view prefix = let_prefix;
   OpenTerms open;
-  const Choices choices{&plan, nullptr, named};
-  uint32_t number = 0;
-  for (const size_t end : plan.group_ends()) {
+  uint32_t number = 1;
+  for (const uint32_t end : plan.group_ends()) {
     out << "(let (";
-    for (const uint32_t first = number; number < end; number++) {
-      const uint32_t node = plan.bindings()[number];
+    for (const uint32_t first = number; number <= end; number++) {
       plan.prefetch_binding(number);
-      out << (number == first ? "(" : " (") << let_prefix << uint64_t{number} + 1 << ' ';
-      print_tree(out, open, {plan.form(node).term, LetPlan::Operand::node(node), nullptr}, choices);
+      out.write(std::string_view(number == first ? "(" : " ("), prefix, uint64_t{number}, ' ');
+      print_tree(out, open, LetPlan::Operand::node(plan.bound_node(number)), nullptr, choices);
       out << ')';
     }
     out << ") ";
   }
-  print_tree(out, open, {root, LetPlan::Operand::node(0), expected}, choices);
+  print_tree(out, open, plan.root(), expected, choices);
   for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
 }
 
 // Writes the root itself, whether it is bound or not, and what is below it as chosen. Needs an
 // empty stack.
-void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, const Place& root,
-                                    const Choices& choices) {
-  begin(out, open, root, choices);
+void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, LetPlan::Operand root,
+                                    const DataType* expected, const Choices& choices) {
+  const LetPlan& plan = choices.plan;
+  const std::string_view prefix = let_prefix;
+  if (!choices.have_exceptions() && expected == nullptr && root.is_node()) {
+    open_applications(out, open, root.number(), choices);
+  } else {
+    begin(out, open, root, expected, choices);
+  }
   while (!open.empty()) {
     OpenTerm& frame = open.back();
-    const WrittenForm& form = frame.form;
     if (frame.next == frame.end) {
-      if (!frame.is_joined) print_closing(out, form);
-      finish(out, form.term, frame.is_annotated, frame.is_real);
+      close_application(out, frame, plan);
       open.pop_back();
       continue;
     }
-    const uint32_t i = frame.next++;
+    const uint32_t place = frame.next++;
+    const LetPlan::Operand operand = plan.operand(place);
+    if (frame.is_plain) {
+      if (operand.is_binding()) {
+        out.write(' ', prefix, uint64_t{operand.number()});
+      } else if (operand.is_constant()) {
+        out.write(' ', std::string_view(texts->of(plan.constant(operand.number())->symbol)));
+      } else {
+        out << ' ';
+        open_applications(out, open, operand.number(), choices);
+      }
+      continue;
+    }
+    const WrittenForm& form = plan.form(frame.node);
+    const uint32_t i = place - plan.first_operand(frame.node);
     if (i > 0 && form.has_modulus()) {
       print_divisor(out, form);
       out << " (mod ";
     } else {
       out << ' ';
     }
-    const Place operand = operand_of(frame, i, choices);
-    if (operand.term == nullptr) {
-      out << let_prefix << uint64_t{operand.node.number()};
-    } else {
-      begin(out, open, operand, choices);
-    }
+    begin(out, open, operand, form.operand(i).expected, choices);
   }
-}
-
-// The term is null if it is bound and nothing else of it matters.
-SmtLib2TermPrinter::Place SmtLib2TermPrinter::operand_of(const OpenTerm& parent, uint64_t i,
-                                                         const Choices& choices) const {
-  LetPlan::Operand node = no_plan;
-  if (choices.plan != nullptr) {
-    node = choices.plan->operand(parent.node, i);
-    // What the plan has at hand is mostly enough; the terms themselves may be far away.
-    if (!parent.form.takes_reals && choices.named == nullptr) {
-      if (node.is_binding()) return {nullptr, node, nullptr};
-      if (!node.is_constant()) return {choices.plan->form(node.number()).term, node, nullptr};
-    }
-  }
-  const WrittenForm::Operand operand = parent.form.operand(i);
-  return {operand.term, node, operand.expected};
 }
 
 // Writes a term up to its first operand, or the whole of a term that has none or is bound.
-void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, const Place& place,
-                               const Choices& choices) {
-  const Term_* t = place.term;
+void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, LetPlan::Operand operand,
+                               const DataType* expected, const Choices& choices) {
+  const Term_* t = choices.plan.term(operand);
   const bool has_lets_of_its_own =
-      choices.above != nullptr && choices.above->find(t) == choices.above->end();
+      choices.above != nullptr && operand.is_node() && (*choices.above)[operand.number()] == 0;
   if (has_lets_of_its_own && !is_annotated(t)) {
-    print_unannotated(out, t, place.expected);
+    print_unannotated(out, t, expected);
     return;
   }
-  const bool to_real = needs_to_real(t, place.expected);
-  const DataType* expected = to_real ? nullptr : place.expected;
-  if (to_real) out << "(to_real ";
-  const bool is_bound = place.node.is_binding();
-  const bool annotate = !is_bound && choices.named != nullptr && is_annotated(t) &&
+  const bool to_real = needs_to_real(t, expected);
+  if (to_real) {
+    out << "(to_real ";
+    expected = nullptr;
+  }
+  const bool annotate = !operand.is_binding() && choices.named != nullptr && is_annotated(t) &&
                         !is_repeated_numeral(t, *choices.named);
   if (annotate && !print_annotation_start(out, t, *choices.named)) {
     finish(out, t, /*annotated=*/false, to_real);
     return;
   }
-  if (is_bound) {
-    out << let_prefix << uint64_t{place.node.number()};
+  if (operand.is_binding()) {
+    out << let_prefix << uint64_t{operand.number()};
   } else if (has_lets_of_its_own) {
     print_unannotated(out, t, expected);
-  } else if (choices.plan != nullptr ? place.node.is_constant() : t->symbol->arity == 0) {
+  } else if (operand.is_constant()) {
     out << texts->of(t->symbol, expected == manager.get_rat_type());
   } else {
-    const uint32_t node = place.node.number();
-    const WrittenForm form = form_at(t, node, choices);
-    print_operator(out, form);
-    open_application(open, form, node, choices);
-    open.back().is_annotated = annotate;
-    open.back().is_real = to_real;
-    open_first_operands(open, choices);
+    const size_t height = open.size();
+    open_applications(out, open, operand.number(), choices);
+    open[height].is_annotated = annotate;
+    open[height].is_real = to_real;
     return;
   }
   finish(out, t, annotate, to_real);
@@ -363,42 +351,59 @@ void SmtLib2TermPrinter::finish(TextBuffer& out, const Term_* t, bool annotated,
   if (to_real) out << ')';
 }
 
-// An application whose parenthesis and operator have been written.
-void SmtLib2TermPrinter::open_application(OpenTerms& open, const WrittenForm& form, uint32_t node,
-                                          const Choices& choices) const {
-  const uint64_t num_operands =
-      choices.plan != nullptr ? choices.plan->num_operands(node) : form.num_operands();
-  open.push_back({form, 0, static_cast<uint32_t>(num_operands), node, false, false, false});
-}
-
-// Opens up first operands that may be written in the same parentheses.
-void SmtLib2TermPrinter::open_first_operands(OpenTerms& open, const Choices& choices) const {
-  for (;;) {
-    OpenTerm& frame = open.back();
-    const Place first = operand_of(frame, 0, choices);
-    if (choices.plan != nullptr) {
-      if (first.node.is_constant() || first.node.is_binding()) return;
-    } else if (first.term->symbol->arity == 0) {
-      return;
+// Writes an application up to its first operand, and opens first operands that may be written in
+// the same parentheses.
+inline void SmtLib2TermPrinter::open_applications(TextBuffer& out, OpenTerms& open, uint32_t node,
+                                                  const Choices& choices) {
+  const LetPlan& plan = choices.plan;
+  const WrittenForm* form = &plan.form(node);
+  const bool is_plain = form->is_plain() && !choices.have_exceptions();
+  print_operator(out, *form);
+  for (bool is_joined = false;; is_joined = true) {
+    uint32_t first = plan.first_operand(node);
+    const uint32_t end = plan.end_of_operands(node);
+    const LetPlan::Operand operand = plan.operand(first);
+    const WrittenForm* first_form = nullptr;
+    if (operand.is_node() && form->joins_with(plan.form(operand.number())) &&
+        may_join(plan.term(operand), choices.named != nullptr)) {
+      first_form = &plan.form(operand.number());
+      first++;
     }
-    const uint32_t node = first.node.number();
-    const WrittenForm form = form_at(first.term, node, choices);
-    if (!frame.form.joins_with(form) || !may_join(first.term, choices.named != nullptr)) return;
-    frame.next = 1;
-    open_application(open, form, node, choices);
-    open.back().is_joined = true;
+    open.push_back({node, first, end, is_plain, is_joined, false, false});
+    if (first_form == nullptr) return;
+    node = operand.number();
+    form = first_form;
   }
 }
 
-void SmtLib2TermPrinter::print_operator(TextBuffer& out, const WrittenForm& form) {
+inline void SmtLib2TermPrinter::close_application(TextBuffer& out, const OpenTerm& closed,
+                                                  const LetPlan& plan) const {
+  if (closed.is_plain) {
+    if (!closed.is_joined) out << ')';
+    if (closed.is_real) out << ')';
+    return;
+  }
+  const WrittenForm& form = plan.form(closed.node);
+  if (!closed.is_joined) print_closing(out, form);
+  finish(out, form.term, closed.is_annotated, closed.is_real);
+}
+
+inline void SmtLib2TermPrinter::print_operator(TextBuffer& out, const WrittenForm& form) {
+  if (form.kind == WrittenForm::Application) {
+    if (form.op() != nullptr && form.op()->head == SmtLib2Head::NAME) {
+      out.write('(', form.op()->text);
+    } else {
+      out.write('(', std::string_view(texts->of(form.term->symbol)));
+    }
+  } else {
+    print_operator_of_other_form(out, form);
+  }
+}
+
+void SmtLib2TermPrinter::print_operator_of_other_form(TextBuffer& out, const WrittenForm& form) {
   switch (form.kind) {
     case WrittenForm::Application:
-      if (form.op() != nullptr && form.op()->head == SmtLib2Head::NAME) {
-        out << '(' << form.op()->text;
-      } else {
-        out << '(' << texts->of(form.term->symbol);
-      }
-      return;
+      break;
     case WrittenForm::Subtraction:
     case WrittenForm::Negation:
       out << "(-";
@@ -431,26 +436,10 @@ void SmtLib2TermPrinter::print_divisor(TextBuffer& out, const WrittenForm& form)
   out << ' ' << form.divisor(manager).to_str() << ')';
 }
 
-WrittenForm SmtLib2TermPrinter::form_at(const Term_* t, uint32_t node,
-                                        const Choices& choices) const {
-  return choices.plan != nullptr ? choices.plan->form(node) : form_of(t, choices.named != nullptr);
-}
-
-// The written form; with annotations, all arguments are written where a hidden one has some.
-WrittenForm SmtLib2TermPrinter::form_of(const Term_* t, bool with_annotations) const {
-  WrittenForm form(manager, t, with_abs);
-  if (!with_annotations) return form;
-  for (const Term_* hidden : form.hidden_terms()) {
-    if (hidden != nullptr && is_annotated(hidden)) form.kind = WrittenForm::Application;
-  }
-  return form;
-}
-
 // Whether a first operand may be opened up, as far as annotations go.
-bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) const {
+bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) {
   if (!with_annotations) return true;
-  return !is_annotated(operand) && form_of(operand, /*with_annotations=*/true).kind ==
-                                       form_of(operand, /*with_annotations=*/false).kind;
+  return !is_annotated(operand) && annotated_forms->of(operand).kind == forms->of(operand).kind;
 }
 
 // Whether an Int term stands where Real is asked for. Numerals are written with a point there

@@ -87,19 +87,12 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   }
 
  private:
-  // A place in the text where a term stands.
-  struct Place {
-    const Term_* term;         // see operand_of()
-    LetPlan::Operand node;     // in the plan, where there is one
-    const DataType* expected;  // null: whatever the type of the term is
-  };
-
   // An application that is being written.
   struct OpenTerm {
-    WrittenForm form;
+    uint32_t node;  // in the plan
     uint32_t next;  // the operand to write next
     uint32_t end;
-    uint32_t node;
+    bool is_plain;   // operands are nothing but written, and nothing but a parenthesis follows them
     bool is_joined;  // in the parentheses of the application below, as its first operand
     bool is_annotated;
     bool is_real;  // within to_real
@@ -107,13 +100,15 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   using OpenTerms = GrowingArray<OpenTerm>;
 
   using TermSet = hsh::HashSet<const Term_*>;
-  using Weights = hsh::HashMap<const Term_*, uint64_t>;
+  using Weights = std::vector<uint64_t>;  // by node of a plan
 
-  // How the terms of a tree are written; each may be null.
+  // How the terms of a plan are written; `above` and `named` may be null.
   struct Choices {
-    const LetPlan* plan;   // bound terms are written by their names
-    const Weights* above;  // the terms that are not in here are written with lets of their own
+    const LetPlan& plan;   // bound terms are written by their names
+    const Weights* above;  // the nodes without weight are written with lets of their own
     TermSet* named;  // annotations are written, and terms that have been given a name are here
+
+    bool have_exceptions() const { return above != nullptr || named != nullptr; }
   };
 
   bool print_encoded(std::ostream& out, const Term_* t, const DataType* expected,
@@ -123,26 +118,24 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                    TermSet& with_annotations) const;
   void print_annotated(TextBuffer& out, const Term_* root, const DataType* expected);
-  void weigh_terms_above_annotated(const Term_* root, Weights& above) const;
+  Weights weigh_terms_above_annotated(const LetPlan& plan) const;
   bool is_repeated_numeral(const Term_* t, const TermSet& named) const;
   bool print_annotation_start(TextBuffer& out, const Term_* t, TermSet& named) const;
   void print_annotation_end(TextBuffer& out, const Term_* t) const;
   void print_unannotated(TextBuffer& out, const Term_* root, const DataType* expected);
-  void print_with_lets(TextBuffer& out, const Term_* root, const DataType* expected,
-                       const LetPlan& plan, TermSet* named);
-  void print_tree(TextBuffer& out, OpenTerms& open, const Place& root, const Choices& choices);
-  void begin(TextBuffer& out, OpenTerms& open, const Place& place, const Choices& choices);
+  void print_with_lets(TextBuffer& out, const DataType* expected, const Choices& choices);
+  void print_tree(TextBuffer& out, OpenTerms& open, LetPlan::Operand root, const DataType* expected,
+                  const Choices& choices);
+  void begin(TextBuffer& out, OpenTerms& open, LetPlan::Operand operand, const DataType* expected,
+             const Choices& choices);
+  void open_applications(TextBuffer& out, OpenTerms& open, uint32_t node, const Choices& choices);
+  void close_application(TextBuffer& out, const OpenTerm& closed, const LetPlan& plan) const;
   void finish(TextBuffer& out, const Term_* t, bool annotated, bool to_real) const;
-  Place operand_of(const OpenTerm& parent, uint64_t i, const Choices& choices) const;
-  void open_application(OpenTerms& open, const WrittenForm& form, uint32_t node,
-                        const Choices& choices) const;
-  void open_first_operands(OpenTerms& open, const Choices& choices) const;
   void print_operator(TextBuffer& out, const WrittenForm& form);
+  void print_operator_of_other_form(TextBuffer& out, const WrittenForm& form);
   void print_closing(TextBuffer& out, const WrittenForm& form) const;
   void print_divisor(TextBuffer& out, const WrittenForm& form) const;
-  WrittenForm form_at(const Term_* t, uint32_t node, const Choices& choices) const;
-  WrittenForm form_of(const Term_* t, bool with_annotations) const;
-  bool may_join(const Term_* operand, bool with_annotations) const;
+  bool may_join(const Term_* operand, bool with_annotations);
   bool needs_to_real(const Term_* t, const DataType* expected) const;
   bool is_annotated(const Term_* t) const {
     if (annotations == nullptr) return false;
@@ -157,7 +150,10 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   BitDefinitions* definitions = nullptr;
   TermSet annotated_before;  // by print_definitions()
 
-  std::optional<SymbolTexts> texts;  // of the text that is being printed
+  // Of the text that is being printed.
+  std::optional<SymbolTexts> texts;
+  std::optional<WrittenForms> forms;
+  std::optional<WrittenForms> annotated_forms;  // in which annotated terms are not hidden
 };
 
 }  // namespace quill

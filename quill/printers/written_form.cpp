@@ -1,5 +1,7 @@
 #include "quill/printers/written_form.h"
 
+#include <utility>
+
 #include "quill/utils/gmp_integer.h"
 
 namespace quill {
@@ -73,19 +75,46 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_a
   for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
     takes_reals = type->get_component(i) == manager.get_rat_type();
   }
-  if (tag == SymbolTag::NONE) return;
-  if (tag == SymbolTag::TIMES && is_negation(manager, t)) {
+  find_kind(manager, with_abs);
+}
+
+void WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
+  if (tag == SymbolTag::TIMES && is_negation(manager, term)) {
     kind = Negation;
-  } else if (tag == SymbolTag::PLUS && is_subtrahend(manager, t->args[1]) &&
-             t->args[1]->symbol->get_output_type() == t->symbol->get_output_type()) {
+  } else if (tag == SymbolTag::PLUS && is_subtrahend(manager, term->args[1]) &&
+             term->args[1]->symbol->get_output_type() == term->symbol->get_output_type()) {
     kind = Subtraction;
-  } else if (tag == SymbolTag::FLOOR && is_part_of_int(manager, t->args[0])) {
+  } else if (tag == SymbolTag::FLOOR && is_part_of_int(manager, term->args[0])) {
     kind = IntegerDivision;
-  } else if (with_abs && tag == SymbolTag::TERM_ITE && is_absolute_value(manager, t)) {
+  } else if (with_abs && tag == SymbolTag::TERM_ITE && is_absolute_value(manager, term)) {
     kind = AbsoluteValue;
-  } else if (tag == SymbolTag::INT_MODULAR_CONGRUENCE && is_congruence_to_numeral(manager, t)) {
+  } else if (tag == SymbolTag::INT_MODULAR_CONGRUENCE && is_congruence_to_numeral(manager, term)) {
     kind = Residue;
   }
+}
+
+WrittenForms::WrittenForms(const TermManager& owner, bool with_absolute_values,
+                           Condition to_be_written)
+    : manager(owner), with_abs(with_absolute_values), must_be_written(std::move(to_be_written)) {}
+
+WrittenForm WrittenForms::find(const Term_* t) {
+  Entry& entry = entries[place_of(t->symbol)];
+  if (entry.symbol != t->symbol) {
+    const WrittenForm form(manager, t, with_abs);
+    const bool depends = form.tag == SymbolTag::PLUS || form.tag == SymbolTag::TIMES ||
+                         form.tag == SymbolTag::FLOOR ||
+                         (with_abs && form.tag == SymbolTag::TERM_ITE) ||
+                         form.tag == SymbolTag::INT_MODULAR_CONGRUENCE;
+    entry = {t->symbol, form.tag, form.takes_reals, !depends};
+  }
+  WrittenForm form(t, entry.tag, entry.takes_reals);
+  form.find_kind(manager, with_abs);
+  if (must_be_written) {
+    for (const Term_* hidden : form.hidden_terms()) {
+      if (hidden != nullptr && must_be_written(hidden)) form.kind = WrittenForm::Application;
+    }
+  }
+  return form;
 }
 
 QNumber WrittenForm::divisor(const TermManager& manager) const {

@@ -25,7 +25,9 @@
 #define QUILL_PRINTERS_WRITTEN_FORM_H
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "quill/printers/smtlib2_operators.h"
 #include "quill/terms/term.h"
@@ -86,6 +88,11 @@ struct WrittenForm {
     return {term->args[i], term->symbol->type->get_component(i + 1)};
   }
 
+  // Whether it is written by the texts of its symbol and its operands alone, whatever these are.
+  bool is_plain() const {
+    return kind == Application && !takes_reals && tag != SymbolTag::INT_MODULAR_CONGRUENCE;
+  }
+
   // Whether it is a congruence with every operand under its own mod.
   bool has_modulus() const {
     return kind == Application && op() != nullptr && op()->head == SmtLib2Head::MODULUS;
@@ -112,7 +119,52 @@ struct WrittenForm {
   bool takes_reals = false;  // whether some place, or the whole, is of type Real
 
  private:
+  friend class WrittenForms;
+
+  // An application.
+  WrittenForm(const Term_* t, uint8_t tag_of_symbol, bool some_real)
+      : term(t), tag(tag_of_symbol), takes_reals(some_real) {}
+
+  void find_kind(const TermManager& manager, bool with_abs);
   Operand operand_of_other_form(uint64_t i) const;
+};
+
+// Makes the forms of many terms of one manager, which have few symbols among them: what depends on
+// the symbol alone is found once and remembered. Not for use after a symbol was freed.
+class WrittenForms {
+ public:
+  using Condition = std::function<bool(const Term_*)>;
+
+  // Terms that meet the condition, if there is one, must not be hidden: a form that does not write
+  // such a term is replaced by that of an application.
+  explicit WrittenForms(const TermManager& owner, bool with_absolute_values = false,
+                        Condition to_be_written = nullptr);
+
+  WrittenForm of(const Term_* t) {
+    const Entry& entry = entries[place_of(t->symbol)];
+    if (entry.symbol != t->symbol || !entry.is_application) return find(t);
+    return WrittenForm(t, entry.tag, entry.takes_reals);
+  }
+
+ private:
+  struct Entry {
+    const Symbol* symbol = nullptr;
+    uint8_t tag = 0;
+    bool takes_reals = false;
+    bool is_application = false;  // whatever the arguments are
+  };
+  static constexpr size_t log2_entries = 5;
+
+  static size_t place_of(const Symbol* s) {
+    const auto address = reinterpret_cast<uintptr_t>(s);
+    return address * uint64_t{0x9e3779b97f4a7c15} >> (64 - log2_entries);
+  }
+  WrittenForm find(const Term_* t);
+
+  const TermManager& manager;
+  const bool with_abs;
+  const Condition must_be_written;
+  std::array<Entry, size_t{1} << log2_entries> entries;  // by symbol; the latest one of each place
 };
 
 // Whether t is a numeral or a product of a few numerals, (* (* 2 3) 5). Readers of linear logics

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <string>
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <random>
+#include <set>
 #include <vector>
 
 #include "quill/printers/let_plan.h"
@@ -10,8 +13,9 @@
 namespace quill {
 namespace {
 
-using Ends = std::vector<size_t>;
+using Ends = std::vector<uint32_t>;
 using Bindings = std::vector<const Term_*>;
+using Operands = std::vector<LetPlan::Operand>;
 
 class LetPlanTest : public ::testing::Test {
  protected:
@@ -19,13 +23,24 @@ class LetPlanTest : public ::testing::Test {
     return m.make_constant(m.make_symbol(name, type));
   }
   LetPlan plan(const Term_* root) const {
-    return LetPlan(m, root, [this](const Term_* t) { return WrittenForm(m, t); });
+    WrittenForms forms(m);
+    return {m, root, forms};
   }
 
   static Bindings bindings(const LetPlan& made) {
     Bindings terms;
-    for (const uint32_t node : made.bindings()) terms.push_back(made.form(node).term);
+    for (uint32_t number = 1; number <= made.num_bindings(); number++) {
+      terms.push_back(made.term(LetPlan::Operand::binding(number)));
+    }
     return terms;
+  }
+
+  static Operands operands(const LetPlan& made, uint32_t node) {
+    Operands all;
+    for (uint32_t i = made.first_operand(node); i < made.end_of_operands(node); i++) {
+      all.push_back(made.operand(i));
+    }
+    return all;
   }
 
   TermManager m;
@@ -49,25 +64,51 @@ TEST_F(LetPlanTest, ConstantsAreNotBound) {
 
 TEST_F(LetPlanTest, NodesAreNumberedLevelByLevel) {
   const LetPlan numbered = plan(m.make_leq(m.make_plus(ij, i), m.make_times(ij, ji)));
-  EXPECT_EQ(numbered.operand(0, 0), LetPlan::Operand::node(1));
-  EXPECT_EQ(numbered.operand(0, 1), LetPlan::Operand::node(2));
-  EXPECT_EQ(numbered.operand(1, 0), LetPlan::Operand::binding(1));
-  EXPECT_EQ(numbered.operand(1, 1), LetPlan::Operand::constant());
-  EXPECT_EQ(numbered.operand(2, 0), LetPlan::Operand::binding(1));
-  EXPECT_EQ(numbered.operand(2, 1), LetPlan::Operand::node(4));
-  EXPECT_EQ(numbered.num_operands(2), 2U);
+  EXPECT_EQ(numbered.root(), LetPlan::Operand::node(0));
+  EXPECT_EQ(numbered.num_nodes(), 5U);
+  EXPECT_EQ(operands(numbered, 0),
+            (Operands{LetPlan::Operand::node(1), LetPlan::Operand::node(2)}));
+  EXPECT_EQ(operands(numbered, 1),
+            (Operands{LetPlan::Operand::binding(1), LetPlan::Operand::constant(0)}));
+  EXPECT_EQ(operands(numbered, 2),
+            (Operands{LetPlan::Operand::binding(1), LetPlan::Operand::node(4)}));
+  EXPECT_EQ(operands(numbered, 3),
+            (Operands{LetPlan::Operand::constant(0), LetPlan::Operand::constant(1)}));
   EXPECT_EQ(bindings(numbered), Bindings{ij});
+  EXPECT_EQ(numbered.bound_node(1), 3U);
   EXPECT_EQ(numbered.form(3).term, ij);
   EXPECT_EQ(numbered.form(4).term, ji);
+  EXPECT_EQ(numbered.num_constants(), 2U);
+  EXPECT_EQ(numbered.constant(0), i);
+  EXPECT_EQ(numbered.constant(1), j);
+}
+
+TEST_F(LetPlanTest, OperandsStandForTerms) {
+  const LetPlan numbered = plan(m.make_leq(m.make_plus(ij, i), m.make_times(ij, ji)));
+  EXPECT_EQ(numbered.term(LetPlan::Operand::node(4)), ji);
+  EXPECT_EQ(numbered.term(LetPlan::Operand::binding(1)), ij);
+  EXPECT_EQ(numbered.term(LetPlan::Operand::constant(1)), j);
+}
+
+TEST_F(LetPlanTest, AConstantAlone) {
+  const LetPlan constant = plan(i);
+  EXPECT_EQ(constant.root(), LetPlan::Operand::constant(0));
+  EXPECT_EQ(constant.constant(0), i);
+  EXPECT_EQ(constant.num_nodes(), 0U);
+  EXPECT_FALSE(constant.has_extensions());
 }
 
 TEST_F(LetPlanTest, OperandsAreConstantsNodesOrBindings) {
-  EXPECT_TRUE(LetPlan::Operand::constant().is_constant());
-  EXPECT_FALSE(LetPlan::Operand::constant().is_binding());
+  EXPECT_TRUE(LetPlan::Operand::constant(7).is_constant());
+  EXPECT_FALSE(LetPlan::Operand::constant(7).is_node());
+  EXPECT_FALSE(LetPlan::Operand::constant(7).is_binding());
+  EXPECT_EQ(LetPlan::Operand::constant(7).number(), 7U);
   EXPECT_FALSE(LetPlan::Operand::node(7).is_constant());
+  EXPECT_TRUE(LetPlan::Operand::node(7).is_node());
   EXPECT_FALSE(LetPlan::Operand::node(7).is_binding());
   EXPECT_EQ(LetPlan::Operand::node(7).number(), 7U);
   EXPECT_FALSE(LetPlan::Operand::binding(7).is_constant());
+  EXPECT_FALSE(LetPlan::Operand::binding(7).is_node());
   EXPECT_TRUE(LetPlan::Operand::binding(7).is_binding());
   EXPECT_EQ(LetPlan::Operand::binding(7).number(), 7U);
 }
@@ -76,8 +117,8 @@ TEST_F(LetPlanTest, ASharedTermIsBound) {
   const LetPlan one = plan(m.make_leq(ij, ij));
   EXPECT_EQ(bindings(one), Bindings{ij});
   EXPECT_EQ(one.group_ends(), Ends{1});
-  EXPECT_EQ(one.operand(0, 0), LetPlan::Operand::binding(1));
-  EXPECT_EQ(one.operand(0, 1), LetPlan::Operand::binding(1));
+  EXPECT_EQ(operands(one, 0),
+            (Operands{LetPlan::Operand::binding(1), LetPlan::Operand::binding(1)}));
 }
 
 TEST_F(LetPlanTest, TermsBelowASharedTermOccurOnce) {
@@ -87,13 +128,13 @@ TEST_F(LetPlanTest, TermsBelowASharedTermOccurOnce) {
 }
 
 TEST_F(LetPlanTest, GroupsFollowTheNestingOfBindings) {
-  // ji is met after the product, yet belongs to the first group.
+  // ji refers to no binding, like ij, but is needed no earlier than the product.
   const Term_* product = m.make_times(ij, ij);
   const Term_* left = m.make_leq(product, product);
   const Term_* root = m.make_and(left, m.make_leq(ji, ji));
   const LetPlan grouped = plan(root);
-  EXPECT_EQ(bindings(grouped), (Bindings{ij, ji, product}));
-  EXPECT_EQ(grouped.group_ends(), (Ends{2, 3}));
+  EXPECT_EQ(bindings(grouped), (Bindings{ij, product, ji}));
+  EXPECT_EQ(grouped.group_ends(), (Ends{1, 3}));
 }
 
 TEST_F(LetPlanTest, UnboundTermsBetweenBindingsAddNoGroup) {
@@ -144,11 +185,83 @@ TEST_F(LetPlanTest, ProductsInsideASubtractionAreNotCounted) {
   EXPECT_EQ(bindings(plan(root)), Bindings{});
 }
 
+TEST_F(LetPlanTest, WithoutNamesNothingIsBound) {
+  const Term_* root = m.make_leq(ij, ij);
+  WrittenForms forms(m);
+  const LetPlan tree(m, root, forms, /*with_names=*/false);
+  EXPECT_EQ(tree.num_bindings(), 0U);
+  EXPECT_EQ(tree.group_ends(), Ends{});
+  EXPECT_EQ(operands(tree, 0), (Operands{LetPlan::Operand::node(1), LetPlan::Operand::node(1)}));
+}
+
+// Random graphs: what is bound, and the fewest groups in which no binding refers to its own group
+// or a later one.
+TEST_F(LetPlanTest, RandomGraphs) {
+  std::mt19937 random(20261122);
+  for (int round = 0; round < 300; round++) {
+    std::vector<const Term_*> terms = {i, j};
+    const auto pick = [&] { return terms[random() % terms.size()]; };
+    for (size_t n = 2 + random() % 60; n != 0; n--) {
+      const Term_* a = pick();
+      const Term_* t = random() % 2 == 0 ? m.make_plus(a, pick()) : m.make_times(a, pick());
+      if (std::find(terms.begin(), terms.end(), t) == terms.end()) terms.push_back(t);
+    }
+    const Term_* root = terms.back();
+    std::map<const Term_*, int> places;  // terms are in an order of operands before operators
+    std::map<const Term_*, size_t> depth;
+    places[root] = 1;
+    size_t num_groups = 0;
+    std::set<const Term_*> bound;
+    for (size_t n = terms.size(); n-- > 2;) {
+      const Term_* t = terms[n];
+      if (places[t] == 0) continue;
+      if (places[t] > 1) {
+        bound.insert(t);
+        depth[t]++;
+      }
+      num_groups = std::max(num_groups, depth[t]);
+      for (const Term_* arg : {t->args[0], t->args[1]}) {
+        places[arg]++;
+        depth[arg] = std::max(depth[arg], depth[t]);
+      }
+    }
+
+    const LetPlan made = plan(root);
+    const Bindings found = bindings(made);
+    EXPECT_EQ(std::set<const Term_*>(found.begin(), found.end()), bound);
+    EXPECT_EQ(found.size(), bound.size());
+    EXPECT_EQ(made.group_ends().size(), num_groups);
+    uint32_t number = 1;
+    uint32_t last_of_earlier = 0;
+    size_t group = 0;
+    for (const uint32_t end : made.group_ends()) {
+      EXPECT_LE(number, end);
+      for (; number <= end; number++) {
+        EXPECT_EQ(num_groups - depth[found[number - 1]], group);
+        std::vector<uint32_t> open{made.bound_node(number)};
+        while (!open.empty()) {
+          const Operands below = operands(made, open.back());
+          open.pop_back();
+          for (const LetPlan::Operand operand : below) {
+            if (operand.is_node()) open.push_back(operand.number());
+            if (operand.is_binding()) {
+              EXPECT_LE(operand.number(), last_of_earlier);
+            }
+          }
+        }
+      }
+      last_of_earlier = end;
+      group++;
+    }
+    EXPECT_EQ(last_of_earlier, made.num_bindings());
+  }
+}
+
 TEST_F(LetPlanTest, LongChainsAndDeepGroups) {
   const Term_* t = ij;
   for (int n = 0; n < 100000; n++) t = m.make_plus(t, t);
   const LetPlan deep = plan(t);
-  EXPECT_EQ(deep.bindings().size(), 100000U);
+  EXPECT_EQ(deep.num_bindings(), 100000U);
   EXPECT_EQ(deep.group_ends().size(), 100000U);
   EXPECT_EQ(bindings(deep).front(), ij);
   EXPECT_EQ(deep.group_ends().back(), 100000U);

@@ -53,7 +53,8 @@ const std::vector<Call> calls = {
      }},
     {"LetPlan",
      [](TermManager& m, const Term_* t) {
-       const LetPlan plan(m, t, [&](const Term_* inner) { return WrittenForm(m, inner); });
+       WrittenForms forms(m);
+       const LetPlan plan(m, t, forms);
      }},
     {"need_of", [](TermManager& m, const Term_* t) { StandardEncoding::need_of(m, t); }},
 };

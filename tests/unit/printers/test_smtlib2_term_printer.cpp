@@ -292,13 +292,13 @@ TEST_F(SmtLib2Printer, BindingsAreGroupedByLevel) {
             "(+ (* @3 @3) (+ @1 @2))))");
 }
 
-TEST_F(SmtLib2Printer, LaterBindingsOfALowerLevelComeFirst) {
+TEST_F(SmtLib2Printer, BindingsAreInTheLastLetThatServes) {
   const Term_* ij = m.make_plus(i, j);
   const Term_* ji = m.make_plus(j, i);
   const Term_* product = m.make_times(ij, ij);
   EXPECT_EQ(text(m.make_and(m.make_leq(product, product), m.make_leq(ji, ji))),
-            "(let ((@1 (+ i j)) (@2 (+ j i))) (let ((@3 (* @1 @1))) "
-            "(and (<= @3 @3) (<= @2 @2))))");
+            "(let ((@1 (+ i j))) (let ((@2 (* @1 @1)) (@3 (+ j i))) "
+            "(and (<= @2 @2) (<= @3 @3))))");
 }
 
 TEST_F(SmtLib2Printer, TinyTermsAreWrittenAgain) {
