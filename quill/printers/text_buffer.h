@@ -11,7 +11,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <ostream>
 #include <string_view>
 
@@ -19,8 +18,7 @@ namespace quill {
 
 class TextBuffer {
  public:
-  explicit TextBuffer(std::ostream& target)
-      : out(target), text(new char[capacity]), next(text.get()) {}
+  explicit TextBuffer(std::ostream& target) : out(target), next(text) {}
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
 
@@ -45,15 +43,15 @@ class TextBuffer {
 
   // Hands everything over; the stream is then in step with the text, and may be written to.
   std::ostream& flush() {
-    out.write(text.get(), next - text.get());
-    next = text.get();
+    out.write(text, next - text);
+    next = text;
     return out;
   }
 
  private:
   static constexpr size_t capacity = size_t{1} << 12;
 
-  size_t room() const { return static_cast<size_t>(text.get() + capacity - next); }
+  size_t room() const { return static_cast<size_t>(text + capacity - next); }
 
   static size_t max_size(std::string_view piece) { return piece.size(); }
   static size_t max_size(char) { return 1; }
@@ -124,8 +122,8 @@ class TextBuffer {
   }
 
   std::ostream& out;
-  std::unique_ptr<char[]> text;
-  char* next;  // where the next character goes
+  char* next;           // where the next character goes
+  char text[capacity];  // not cleared
 };
 
 }  // namespace quill

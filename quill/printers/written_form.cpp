@@ -97,16 +97,18 @@ WrittenForms::WrittenForms(const TermManager& owner, bool with_absolute_values,
                            Condition to_be_written)
     : manager(owner), with_abs(with_absolute_values), must_be_written(std::move(to_be_written)) {}
 
-WrittenForm WrittenForms::find(const Term_* t) {
-  Entry& entry = entries[place_of(t->symbol)];
-  if (entry.symbol != t->symbol) {
-    const WrittenForm form(manager, t, with_abs);
-    const bool depends = form.tag == SymbolTag::PLUS || form.tag == SymbolTag::TIMES ||
-                         form.tag == SymbolTag::FLOOR ||
-                         (with_abs && form.tag == SymbolTag::TERM_ITE) ||
-                         form.tag == SymbolTag::INT_MODULAR_CONGRUENCE;
-    entry = {t->symbol, form.tag, form.takes_reals, !depends};
-  }
+const WrittenForms::Entry& WrittenForms::enter(const Term_* t, size_t place) {
+  const WrittenForm form(manager, t, with_abs);
+  const bool depends = form.tag == SymbolTag::PLUS || form.tag == SymbolTag::TIMES ||
+                       form.tag == SymbolTag::FLOOR ||
+                       (with_abs && form.tag == SymbolTag::TERM_ITE) ||
+                       form.tag == SymbolTag::INT_MODULAR_CONGRUENCE;
+  entries[neighbour_of(place)] = entries[place];
+  entries[place] = {t->symbol, form.tag, form.takes_reals, !depends};
+  return entries[place];
+}
+
+WrittenForm WrittenForms::form(const Term_* t, const Entry& entry) const {
   WrittenForm form(t, entry.tag, entry.takes_reals);
   form.find_kind(manager, with_abs);
   if (must_be_written) {

@@ -141,9 +141,11 @@ class WrittenForms {
                         Condition to_be_written = nullptr);
 
   WrittenForm of(const Term_* t) {
-    const Entry& entry = entries[place_of(t->symbol)];
-    if (entry.symbol != t->symbol || !entry.is_application) return find(t);
-    return WrittenForm(t, entry.tag, entry.takes_reals);
+    const size_t place = place_of(t->symbol);
+    const Entry* entry = &entries[place];
+    if (entry->symbol != t->symbol) entry = &entries[neighbour_of(place)];
+    if (entry->symbol != t->symbol) entry = &enter(t, place);
+    return entry->is_application ? WrittenForm(t, entry->tag, entry->takes_reals) : form(t, *entry);
   }
 
  private:
@@ -159,12 +161,15 @@ class WrittenForms {
     const auto address = reinterpret_cast<uintptr_t>(s);
     return address * uint64_t{0x9e3779b97f4a7c15} >> (64 - log2_entries);
   }
-  WrittenForm find(const Term_* t);
+  static size_t neighbour_of(size_t place) { return place ^ 1; }
+  const Entry& enter(const Term_* t, size_t place);
+  WrittenForm form(const Term_* t, const Entry& entry) const;
 
   const TermManager& manager;
   const bool with_abs;
   const Condition must_be_written;
-  std::array<Entry, size_t{1} << log2_entries> entries;  // by symbol; the latest one of each place
+  // Each symbol in its place or next to it, where it goes when another one needs the place.
+  std::array<Entry, size_t{1} << log2_entries> entries;
 };
 
 // Whether t is a numeral or a product of a few numerals, (* (* 2 3) 5). Readers of linear logics

@@ -14,6 +14,7 @@
 #ifndef QUILL_TERMS_TERM_TABLE_H
 #define QUILL_TERMS_TERM_TABLE_H
 
+#include <bit>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
@@ -37,14 +38,14 @@ class TermTable {
       return value != Value{} ? &value : nullptr;
     }
     if (slots.empty()) return nullptr;
-    const Slot& slot = slots[index_of(slots, key_of(t))];
+    const Slot& slot = find_slot(slots.data(), key_of(t));
     return slot.key != free ? &slot.value : nullptr;
   }
 
   // The value of a term, which gets the one given if it has none. Fails without a change.
   Value& insert(const Term_* t, const Value& value) {
     assert(t->id < bound && value != Value{});
-    if (values.empty() && 2 * (taken + 1) > slots.size()) grow();
+    if (taken >= most_in_slots) grow();
     if (!values.empty()) {
       Value& present = values[t->id];
       if (present == Value{}) {
@@ -53,7 +54,7 @@ class TermTable {
       }
       return present;
     }
-    Slot& slot = slots[index_of(slots, key_of(t))];
+    Slot& slot = find_slot(slots.data(), key_of(t));
     if (slot.key == free) {
       slot = {key_of(t), value};
       taken++;
@@ -72,28 +73,24 @@ class TermTable {
     uint32_t key = free;
     Value value{};
   };
-  using Slots = std::vector<Slot, huge_pages::Allocator<Slot>>;
+  using Slots = std::vector<Slot, huge_pages::WalkAllocator<Slot>>;
 
-  static constexpr size_t block_mask = 15;
+  static constexpr int log2_block = 4;
+  static constexpr size_t fewest_slots = 16;
 
   // The id plus one: a bank has fewer than 2^32 - 1 terms.
   static uint32_t key_of(const Term_* t) { return static_cast<uint32_t>(t->id) + 1; }
 
-  static size_t home(uint32_t key) {
-    const uint64_t h = (key | block_mask) * 0x9e3779b97f4a7c15;
-    return ((h ^ h >> 32) & ~block_mask) | (key & block_mask);
-  }
-
-  // Where the key is, or the free slot where it belongs.
-  static size_t index_of(const Slots& slots, uint32_t key) {
-    const size_t mask = slots.size() - 1;
-    size_t i = home(key) & mask;
-    while (slots[i].key != free && slots[i].key != key) i = (i + 1) & mask;
-    return i;
+  // The slot of the key, or the free slot where it belongs.
+  template <class AnySlot>
+  AnySlot& find_slot(AnySlot* all, uint32_t key) const {
+    const uint64_t block = (key >> log2_block) * uint64_t{0x9e3779b97f4a7c15} >> 1 >> shift;
+    size_t i = block << log2_block | (key & ((1U << log2_block) - 1));
+    while (all[i].key != key && all[i].key != free) i = (i + 1) & mask;
+    return all[i];
   }
 
   void grow() {
-    constexpr size_t fewest_slots = 16;
     const size_t wanted = slots.empty() ? fewest_slots : 2 * slots.size();
     if (bound * sizeof(Value) <= wanted * sizeof(Slot)) {
       Values all(bound);
@@ -102,19 +99,26 @@ class TermTable {
       }
       values.swap(all);
       Slots().swap(slots);
+      most_in_slots = SIZE_MAX;
     } else {
       Slots larger(wanted);
+      mask = wanted - 1;
+      shift = 63 - std::countr_zero(wanted >> log2_block);
       for (const Slot& slot : slots) {
-        if (slot.key != free) larger[index_of(larger, slot.key)] = slot;
+        if (slot.key != free) find_slot(larger.data(), slot.key) = slot;
       }
       slots.swap(larger);
+      most_in_slots = wanted / 2;
     }
   }
 
-  using Values = std::vector<Value, huge_pages::Allocator<Value>>;
+  using Values = std::vector<Value, huge_pages::WalkAllocator<Value>>;
 
   uint64_t bound;
-  Slots slots;    // a power of two, or none at all
+  Slots slots;  // a power of two, or none at all
+  size_t mask = 0;
+  int shift = 0;  // from 63 bits of a product to the number of a block of slots
+  size_t most_in_slots = 0;
   Values values;  // by id, or none at all
   size_t taken = 0;
 };

@@ -80,13 +80,13 @@ class GrowingArray {
 
   [[gnu::noinline]] void grow(size_t num_elements) {
     const size_t larger = larger_room(num_elements);
-    move_to(huge_pages::Allocator<T>().allocate(larger), larger);
+    move_to(huge_pages::WalkAllocator<T>().allocate(larger), larger);
   }
 
   // The element may be one of the array.
   [[gnu::noinline]] void grow_and_push_back(const T& element) {
     const size_t larger = larger_room(1);
-    T* const block = huge_pages::Allocator<T>().allocate(larger);
+    T* const block = huge_pages::WalkAllocator<T>().allocate(larger);
     new (block + count) T(element);
     move_to(block, larger);
     count++;
@@ -105,7 +105,7 @@ class GrowingArray {
   }
 
   void release() {
-    if (elements != nullptr) huge_pages::Allocator<T>().deallocate(elements, room);
+    if (elements != nullptr) huge_pages::WalkAllocator<T>().deallocate(elements, room);
   }
 
   T* elements = nullptr;

@@ -29,14 +29,19 @@ void deallocate(void* block, size_t bytes) noexcept;
 // unknown. Begins and ends at multiples of 64 KiB within the block.
 void discard(void* part, size_t bytes) noexcept;
 
-// An allocator for vectors that uses blocks from a whole page on, and operator new below that.
-template <class T>
+// An allocator for vectors that uses such blocks from so many bytes on, and operator new below
+// that.
+template <class T, size_t min_bytes = page_bytes>
 struct Allocator {
   using value_type = T;
+  template <class U>
+  struct rebind {
+    using other = Allocator<U, min_bytes>;
+  };
 
   Allocator() = default;
   template <class U>
-  Allocator(const Allocator<U>&) {}  // NOLINT(google-explicit-constructor): as allocators are
+  Allocator(const Allocator<U, min_bytes>&) {}  // NOLINT(google-explicit-constructor): as others
 
   T* allocate(size_t n) {
     if (n > (SIZE_MAX - page_bytes) / sizeof(T)) throw std::bad_array_new_length();
@@ -53,10 +58,13 @@ struct Allocator {
     }
   }
   friend bool operator==(const Allocator&, const Allocator&) { return true; }
-
- private:
-  static constexpr size_t min_bytes = page_bytes;
 };
+
+// For what lasts no longer than one walk: that is filled once and read a few times, so that what it
+// costs to have memory from the system counts as much as reading it. A huge page is had as a whole,
+// and may be one that the system has to clear or find first, where ordinary pages are at hand.
+template <class T>
+using WalkAllocator = Allocator<T, 4 * page_bytes>;
 
 }  // namespace quill::huge_pages
 
