@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+#include <vector>
+
 #include "quill/printers/written_form.h"
 #include "quill/terms/derived.h"
 
@@ -120,6 +124,69 @@ TEST_F(WrittenFormTest, SubtractionsJoinWithSubtractionsOnly) {
 TEST_F(WrittenFormTest, NegationsDoNotJoin) {
   const Term_* negation = make_minus(m, i);
   EXPECT_FALSE(form(make_minus(m, negation)).joins_with(form(negation)));
+}
+
+TEST_F(WrittenFormTest, WhatIsPlain) {
+  EXPECT_TRUE(form(m.make_plus(i, j)).is_plain());
+  EXPECT_TRUE(form(m.make_and(p, q)).is_plain());
+  EXPECT_FALSE(form(m.make_plus(x, i)).is_plain());    // may need to_real
+  EXPECT_FALSE(form(make_minus(m, i, j)).is_plain());  // not all arguments are written
+  EXPECT_FALSE(form(m.make_leq(m.make_number(1), x)).is_plain());
+  EXPECT_FALSE(form(m.make_int_modular_congruence(QNumber(7), i, j)).is_plain());  // (mod i 7)
+}
+
+// Terms of more symbols than are remembered, in an order without a pattern, and each form made
+// from a remembered symbol beside one made from nothing.
+TEST_F(WrittenFormTest, RememberedSymbolsMakeTheSameForms) {
+  std::vector<const Term_*> terms = {m.make_plus(i, j),
+                                     m.make_plus(i, x),
+                                     make_minus(m, i, j),
+                                     make_minus(m, x),
+                                     m.make_times(i, j),
+                                     m.make_times(m.make_number(-1), i),
+                                     m.make_floor(x),
+                                     make_abs(m, i),
+                                     m.make_leq(i, x),
+                                     m.make_term_ite(p, i, j),
+                                     m.make_term_ite(p, x, x),
+                                     m.make_equal(i, j),
+                                     make_div(m, i, QNumber(3)),
+                                     m.make_not(p),
+                                     m.make_and(p, q)};
+  for (int n = 0; n < 100; n++) {
+    const std::string name = "f" + std::to_string(n);
+    const DataType* type = n % 3 == 0 ? real_type : int_type;
+    const Symbol* f = m.make_symbol(name.c_str(), m.get_function_type({type}, int_type));
+    terms.push_back(m.make_uninterpreted_function(f, {i}));
+  }
+  std::mt19937 random(20261122);
+  for (const bool with_abs : {false, true}) {
+    WrittenForms forms(m, with_abs);
+    for (int n = 0; n < 20000; n++) {
+      // Mostly some few terms, as in a formula.
+      const Term_* t = terms[random() % (random() % 4 == 0 ? terms.size() : 20)];
+      const WrittenForm expected(m, t, with_abs);
+      const WrittenForm found = forms.of(t);
+      ASSERT_EQ(found.term, t);
+      ASSERT_EQ(found.tag, expected.tag);
+      ASSERT_EQ(found.kind, expected.kind);
+      ASSERT_EQ(found.takes_reals, expected.takes_reals);
+    }
+  }
+}
+
+TEST_F(WrittenFormTest, WhatMustBeWrittenIsNotHidden) {
+  const Term_* negation = make_minus(m, j);
+  const Term_* difference = m.make_plus(i, negation);
+  WrittenForms all(m);
+  WrittenForms forms(m, /*with_absolute_values=*/false,
+                     [&](const Term_* t) { return t == negation; });
+  for (int n = 0; n < 2; n++) {
+    EXPECT_EQ(all.of(difference).kind, WrittenForm::Subtraction);
+    EXPECT_EQ(forms.of(difference).kind, WrittenForm::Application);
+    EXPECT_EQ(forms.of(negation).kind, WrittenForm::Negation);
+    EXPECT_EQ(forms.of(make_minus(m, j, i)).kind, WrittenForm::Subtraction);
+  }
 }
 
 }  // namespace
