@@ -78,18 +78,29 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_a
   find_kind(manager, with_abs);
 }
 
-void WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
-  if (tag == SymbolTag::TIMES && is_negation(manager, term)) {
-    kind = Negation;
-  } else if (tag == SymbolTag::PLUS && is_subtrahend(manager, term->args[1]) &&
-             term->args[1]->symbol->get_output_type() == term->symbol->get_output_type()) {
-    kind = Subtraction;
-  } else if (tag == SymbolTag::FLOOR && is_part_of_int(manager, term->args[0])) {
-    kind = IntegerDivision;
-  } else if (with_abs && tag == SymbolTag::TERM_ITE && is_absolute_value(manager, term)) {
-    kind = AbsoluteValue;
-  } else if (tag == SymbolTag::INT_MODULAR_CONGRUENCE && is_congruence_to_numeral(manager, term)) {
-    kind = Residue;
+// Whether the kind depends on the arguments at all, besides finding it.
+bool WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
+  switch (tag) {
+    case SymbolTag::TIMES:
+      if (is_negation(manager, term)) kind = Negation;
+      return true;
+    case SymbolTag::PLUS:
+      if (is_subtrahend(manager, term->args[1]) &&
+          term->args[1]->symbol->get_output_type() == term->symbol->get_output_type()) {
+        kind = Subtraction;
+      }
+      return true;
+    case SymbolTag::FLOOR:
+      if (is_part_of_int(manager, term->args[0])) kind = IntegerDivision;
+      return true;
+    case SymbolTag::TERM_ITE:
+      if (with_abs && is_absolute_value(manager, term)) kind = AbsoluteValue;
+      return with_abs;
+    case SymbolTag::INT_MODULAR_CONGRUENCE:
+      if (is_congruence_to_numeral(manager, term)) kind = Residue;
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -98,13 +109,10 @@ WrittenForms::WrittenForms(const TermManager& owner, bool with_absolute_values,
     : manager(owner), with_abs(with_absolute_values), must_be_written(std::move(to_be_written)) {}
 
 const WrittenForms::Entry& WrittenForms::enter(const Term_* t, size_t place) {
-  const WrittenForm form(manager, t, with_abs);
-  const bool depends = form.tag == SymbolTag::PLUS || form.tag == SymbolTag::TIMES ||
-                       form.tag == SymbolTag::FLOOR ||
-                       (with_abs && form.tag == SymbolTag::TERM_ITE) ||
-                       form.tag == SymbolTag::INT_MODULAR_CONGRUENCE;
+  WrittenForm form(manager, t, with_abs);
+  const bool is_application = !form.find_kind(manager, with_abs);
   entries[neighbour_of(place)] = entries[place];
-  entries[place] = {t->symbol, form.tag, form.takes_reals, !depends};
+  entries[place] = {t->symbol, form.tag, form.takes_reals, is_application};
   return entries[place];
 }
 

@@ -125,7 +125,7 @@ struct WrittenForm {
   WrittenForm(const Term_* t, uint8_t tag_of_symbol, bool some_real)
       : term(t), tag(tag_of_symbol), takes_reals(some_real) {}
 
-  void find_kind(const TermManager& manager, bool with_abs);
+  bool find_kind(const TermManager& manager, bool with_abs);
   Operand operand_of_other_form(uint64_t i) const;
 };
 
