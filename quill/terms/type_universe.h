@@ -49,6 +49,11 @@ class TypeUniverse {
   }
   void set_subtype(const DataType* sub, const DataType* super);
 
+  // The pairs (sub, super) that were declared, in this order.
+  const std::vector<std::pair<const DataType*, const DataType*>>& declared_subtypes() const {
+    return subtypes;
+  }
+
   // Forgets and frees one type, with the subtype pairs that mention it. Not for the application
   // type, nor for a type that another type or a symbol still uses.
   void remove_type(const DataType* type);

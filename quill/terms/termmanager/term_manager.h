@@ -658,6 +658,11 @@ class TermManager : public TermFactory {
   // stores, and says what is wrong with it; the empty text if there is none. Linear, for debugging.
   std::string check_consistency() const;
 
+  // In 'state_description.cpp': every entry of every store and table, a line each, with the
+  // switches and counters. The same history gives the same text. For debugging: to see what a
+  // request has changed.
+  std::string describe_state() const;
+
   //---------------------------------------------------------------------------------------------
   // Text for messages, in 'shallow_literal.cpp'
 
