@@ -1,34 +1,12 @@
 // Copying terms, symbols and types from another manager: the members, and the walk over terms.
 
+#include "quill/terms/termmanager/lent_marks.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 
 namespace quill {
-
-namespace {
-
-// Takes the manager's mark vector for the length of a walk and gives it back. What a walk calls may
-// start another one in the same manager, through a delegate: that one finds an empty vector and
-// leaves one behind; the larger of the two is kept. Both are clear.
-class LentMarks {
- public:
-  explicit LentMarks(std::vector<bool>& owner) : home(owner) { marks.swap(home); }
-  LentMarks(const LentMarks&) = delete;
-  LentMarks& operator=(const LentMarks&) = delete;
-  ~LentMarks() {
-    if (marks.size() > home.size()) marks.swap(home);
-  }
-
-  std::vector<bool>* get() { return &marks; }
-
- private:
-  std::vector<bool>& home;
-  std::vector<bool> marks;
-};
-
-}  // namespace
 
 TermManager::TermCopyCallback::TermCopyCallback(TermManager& receiver, const TermManager& owner,
                                                 const TermMap& replacements)

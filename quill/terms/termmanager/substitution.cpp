@@ -1,6 +1,7 @@
 // Substitution: one walk that rebuilds a term bottom-up, with the substitution itself as the memo.
 
 #include "quill/terms/term_table.h"
+#include "quill/terms/termmanager/lent_marks.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
@@ -56,7 +57,8 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
                      std::vector<bool>& marks) {
   SubstitutionCallback<Images> callback{&manager, &images, {}};
   TermVisitor<SubstitutionCallback<Images>> visitor(&callback, /*dag_mode=*/true);
-  visitor.set_marks(&marks);
+  LentMarks lent(marks);
+  visitor.set_marks(lent.get());
   visitor.visit(t, /*clear_marks=*/true);
   const Term_* image = find_image(images, t);
   require_own(manager, image);

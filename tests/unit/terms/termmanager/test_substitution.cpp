@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/scope_guard.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -342,6 +343,138 @@ TEST_F(SubstitutionTest, TheRebuildGoesThroughTheDelegate) {
   m.set_delegate(&delegate);
   m.set_delegate_enabled(true);
   EXPECT_EQ(m.substitute(t, {}, {}), expected);
+}
+
+// --- One substitution within another ---
+
+// The forms of substitute, each as one function.
+using Form = const Term_* (*)(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
+                              std::vector<bool>& marks);
+
+const Term_* by_map(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
+                    std::vector<bool>& marks) {
+  TermMap subst;
+  for (size_t i = 0; i < from.size(); i++) subst[from[i]] = to[i];
+  return m.substitute(t, subst, marks, true);
+}
+const Term_* by_vectors(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
+                        std::vector<bool>& marks) {
+  TermMap cache;
+  return m.substitute(t, from, to, cache, marks);
+}
+const Term_* by_pairs_alone(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
+                            std::vector<bool>&) {
+  return m.substitute(t, from, to);
+}
+const std::vector<Form> all_forms = {by_map, by_vectors, by_pairs_alone};
+
+// At each request it substitutes in a term of its own, within which it does nothing, and then
+// declines.
+class NestedSubstitution : public TermFactory {
+ public:
+  const Term_* make_term(const Symbol*, const Terms&) override {
+    if (busy) return nullptr;
+    const ScopedValue<bool> within(busy, true);
+    results.push_back(form(*manager, root, from, to, *marks));
+    return nullptr;
+  }
+  TermManager* manager = nullptr;
+  Form form = nullptr;
+  const Term_* root = nullptr;
+  Terms from;
+  Terms to;
+  std::vector<bool>* marks = nullptr;
+  bool busy = false;
+  Terms results;
+};
+
+// Marks of the outer walk that the inner one took for its own would make it leave out terms, which
+// would then be null arguments.
+TEST_F(SubstitutionTest, ADelegateMaySubstituteWithTheSameMarks) {
+  const Term_* t = f(f(g(x), y), g(f(x, y)));
+  const Term_* expected = f(f(g(z), y), g(f(z, y)));
+  for (const Form outer : all_forms) {
+    for (const Form inner : all_forms) {
+      NestedSubstitution delegate;
+      delegate.manager = &m;
+      delegate.form = inner;
+      delegate.root = f(g(f(x, y)), f(g(x), y));
+      delegate.from = {y};
+      delegate.to = {g(x)};
+      delegate.marks = &marks;
+      const Term_* inner_result = f(g(f(x, g(x))), f(g(x), g(x)));
+      m.set_delegate(&delegate);
+      m.set_delegate_enabled(true);
+      EXPECT_EQ(outer(m, t, {x}, {z}, marks), expected);
+      m.set_delegate_enabled(false);
+      EXPECT_EQ(delegate.results, Terms(6, inner_result));  // y and the five rebuilt
+      EXPECT_TRUE(all_clear(marks));
+      EXPECT_EQ(m.check_consistency(), "");
+    }
+  }
+}
+
+// A manager that substitutes within each request before it builds the term.
+class SubstitutingManager : public TermManager {
+ public:
+  const Term_* make_term(const Symbol* s, const Terms& args) override {
+    if (form != nullptr && depth < 2) {
+      const ScopedValue<int> within(depth, depth + 1);
+      results.push_back(form(*this, root, from, to, marks));
+    }
+    return TermManager::make_term(s, args);
+  }
+  Form form = nullptr;
+  const Term_* root = nullptr;
+  Terms from;
+  Terms to;
+  std::vector<bool> marks;
+  int depth = 0;
+  Terms results;
+};
+
+TEST(SubstitutionInOverriddenMakeTerm, MayUseTheSameMarksTwoDeep) {
+  for (const Form outer : all_forms) {
+    for (const Form inner : all_forms) {
+      SubstitutingManager m;
+      const DataType* type = m.get_int_type();
+      const auto constant = [&](const char* name) {
+        return m.make_constant(m.make_symbol(name, type));
+      };
+      const Term_* x = constant("x");
+      const Term_* y = constant("y");
+      const Term_* z = constant("z");
+      const Term_* t = m.make_plus(m.make_plus(x, y), m.make_times(y, x));
+      m.root = m.make_times(m.make_plus(x, y), y);
+      m.from = {y};
+      m.to = {z};
+      m.form = inner;
+      const Term_* result = outer(m, t, {x}, {z}, m.marks);
+      m.form = nullptr;
+      EXPECT_EQ(result, m.make_plus(m.make_plus(z, y), m.make_times(y, z)));
+      const Term_* inner_result = m.make_times(m.make_plus(x, z), z);
+      // The outer one rebuilds four terms; the inner one three, and the one within it as many.
+      EXPECT_EQ(m.results, Terms(4 * (3 + 1), inner_result));
+      EXPECT_TRUE(all_clear(m.marks));
+      EXPECT_EQ(m.check_consistency(), "");
+    }
+  }
+}
+
+// What the walks leave of their marks serves the next call.
+TEST_F(SubstitutionTest, NestedWalksKeepTheLargerMarks) {
+  NestedSubstitution delegate;
+  delegate.manager = &m;
+  delegate.form = by_vectors;
+  delegate.root = g(x);
+  delegate.marks = &marks;
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  const Term_* last = y;
+  for (int i = 0; i < 1000; i++) last = g(last);
+  by_vectors(m, last, {}, {}, marks);
+  EXPECT_GE(marks.size(), 2 * last->id + 2);
+  EXPECT_TRUE(all_clear(marks));
 }
 
 // --- Against a naive recursive substitution ---
