@@ -1,0 +1,108 @@
+// Every operator that has a family of symbols, as a table of the tests' own: what its symbol and
+// its builder must be for sample parameters, and every way in which the builder refuses its
+// arguments. With a manager to build with.
+
+#ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
+#define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::testing {
+
+using Terms = std::vector<const Term_*>;
+using Names = std::vector<std::string>;
+
+// What outputs of recognisers are that nobody asked for, or that were not written.
+constexpr const char* untouched = "untouched";
+constexpr const char* not_asked = "not asked";
+
+// A recogniser of any signature, with its outputs as text.
+struct Recogniser {
+  size_t outputs;
+  // Bit i of the mask: whether the i-th output pointer is not null.
+  std::function<bool(const TermManager&, const Symbol*, unsigned mask, Names& texts)> ask;
+};
+
+// What a failed builder leaves: its own check comes before the symbol, the typecheck after it.
+enum Leaves { nothing_made, symbol_made };
+
+struct Failure {
+  Names args;
+  const char* message;
+  Leaves leaves;
+};
+
+struct Row {
+  const char* operation;
+  const char* name;  // of the symbol, without the backquotes around it
+  int tag;
+  const char* type;
+  uint64_t arity;
+  std::function<const Symbol*(TermManager&)> make_symbol;
+  std::function<const Term_*(TermManager&, const Terms&)> build;
+  Recogniser recognise;
+  Names outputs;
+  Names args;  // of the builder; the last of them, as many as the arity, are those of the term
+  std::vector<Failure> failures;
+};
+
+// So that a failed test names its operator in a line.
+inline void PrintTo(const Row& row, std::ostream* out) { *out << row.operation; }
+
+// In the order of the tags, from 13 to 71.
+const std::vector<Row>& operator_rows();
+
+// A manager with a constant of each kind that the table builds with.
+class Bench {
+ public:
+  explicit Bench(std::unique_ptr<TermManager> manager = std::make_unique<TermManager>())
+      : owner(std::move(manager)), m(*owner) {
+    const DataType* bv8 = m.get_bv_type(8);
+    const DataType* single = m.get_fp_type(8, 23);
+    add("x8", bv8);
+    add("y8", bv8);
+    add("x4", m.get_bv_type(4));
+    add("x32", m.get_bv_type(32));
+    add("i", m.get_int_type());
+    add("j", m.get_int_type());
+    add("r", m.get_rat_type());
+    add("p", m.get_bool_type());
+    add("rm", m.get_fprounding_type());
+    add("f", single);
+    add("g", single);
+    add("h", m.get_fp_type(11, 52));
+    add("a", m.get_array_type(m.get_int_type(), m.get_rat_type()));
+  }
+
+  Terms terms(const Names& names) const {
+    Terms result;
+    for (const std::string& name : names) result.push_back(constants.at(name));
+    return result;
+  }
+
+ private:
+  std::unique_ptr<TermManager> owner;
+
+ public:
+  TermManager& m;
+
+ private:
+  void add(const char* name, const DataType* type) {
+    constants[name] = m.make_constant(m.make_symbol(name, type));
+  }
+
+  std::map<std::string, const Term_*> constants;
+};
+
+}  // namespace quill::testing
+
+#endif
