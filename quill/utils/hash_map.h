@@ -34,8 +34,8 @@ class HashMap : public Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash,
   Mapped& operator[](const Key& key) {
     std::uint64_t index;
     typename Table::Bucket* node;
-    this->do_insert(key, index, node, std::piecewise_construct, std::forward_as_tuple(key),
-                    std::tuple<>());
+    this->do_emplace(key, index, node, std::piecewise_construct, std::forward_as_tuple(key),
+                     std::tuple<>());
     return node->value.second;
   }
 };

@@ -168,7 +168,12 @@ class Hashtable {
   bool insert(const Value& value) {
     std::uint64_t index;
     Bucket* node;
-    return do_insert(get_key(value), index, node, value);
+    return do_insert(value, index, node);
+  }
+
+  // As insert, and tells where the element of that key is, added or not: its bucket and its node.
+  bool do_insert(const Value& value, std::uint64_t& index, Bucket*& node) {
+    return do_emplace(get_key(value), index, node, value);
   }
 
   // Removes the element at `position` and returns where a walk is to look next, before it moves on:
@@ -216,10 +221,10 @@ class Hashtable {
   std::uint64_t count = 0;
 
  protected:
-  // The node of `key`, found or made from `arguments`, which must make a value of that key. Returns
-  // whether it was made.
+  // As do_insert, of a value that is made from `arguments` only when it is added. It must have that
+  // key.
   template <class... Arguments>
-  bool do_insert(const Key& key, std::uint64_t& index, Bucket*& node, Arguments&&... arguments) {
+  bool do_emplace(const Key& key, std::uint64_t& index, Bucket*& node, Arguments&&... arguments) {
     if (load_exceeded(count, buckets.size())) grow();
     index = hasher(key) % buckets.size();
     for (node = buckets[index]; node != nullptr; node = node->next) {

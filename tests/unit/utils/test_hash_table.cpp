@@ -92,6 +92,29 @@ TEST(Hashtable, InsertTellsWhetherTheKeyIsNew) {
   EXPECT_EQ(map.find(5)->second, 50);
 }
 
+TEST(Hashtable, InsertionTellsTheBucketAndTheNode) {
+  Map map;
+  std::uint64_t index = 99;
+  Map::Bucket* node = nullptr;
+  EXPECT_TRUE(map.do_insert({35, 50}, index, node));
+  EXPECT_EQ(index, 4U);  // 35 mod 31
+  EXPECT_EQ(node, map.find(35).node);
+  EXPECT_EQ(node->value, std::pair(35UL, 50));
+
+  std::uint64_t index_again = 99;
+  Map::Bucket* present = nullptr;
+  EXPECT_FALSE(map.do_insert({35, 51}, index_again, present));
+  EXPECT_EQ(index_again, 4U);
+  EXPECT_EQ(present, node);
+  EXPECT_EQ(node->value, std::pair(35UL, 50));
+
+  Set set;
+  Set::Bucket* element = nullptr;
+  EXPECT_TRUE(set.do_insert(32, index, element));
+  EXPECT_EQ(index, 1U);
+  EXPECT_EQ(element->value, 32U);
+}
+
 TEST(Hashtable, InsertingAPresentKeyMayGrowTheTable) {
   Map map;
   for (unsigned long key = 0; key < 22; ++key) map.insert({key, 1});
