@@ -54,7 +54,7 @@ class Term_ {
 
 // Terms hash by their id, so that the order of tables keyed by terms does not depend on addresses.
 template <>
-struct hsh::hash<const Term_*> {
+struct Hasher<const Term_*> {
   uint64_t operator()(const Term_* t) const { return t->id; }
 };
 

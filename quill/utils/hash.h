@@ -1,9 +1,12 @@
 // Hash functors of the chained tables.
 //
-// A table takes hsh::hash<Key> unless told otherwise. The keys whose hash is fixed here are
-// pointers, unsigned words and strings; any other key type brings a specialisation of quill::Hasher
-// beside its own definition, which hsh::hash picks up. Hasher has no general definition, so a table
-// over a key type whose hash is not visible fails to compile.
+// A table takes Hasher<Key> unless told otherwise; hsh::hash<Key> is another name of the same type.
+// The keys whose hash is fixed here are pointers, unsigned words and strings; any other key type
+// brings a specialisation of Hasher beside its own definition. The general Hasher hashes nothing: a
+// table over a key type whose hash is not visible fails to compile, with a message that says so.
+//
+// Two keys are equal when std::equal_to says so, unless their type brings a specialisation of
+// hsh::KeyEquality.
 //
 // The hashes are cheap and often the identity; the prime bucket counts of the tables spread them.
 // They decide the order in which tables are walked and must not change. Pointers hash to their
@@ -15,20 +18,18 @@
 #define QUILL_UTILS_HASH_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <type_traits>
 
 namespace quill {
 
-template <class T>
-struct Hasher;
-
-namespace hsh {
-
+// For key types without a hash.
 template <class Key>
-struct hash : Hasher<Key> {};
+struct Hasher {};
 
 template <class T>
-struct hash<T const*> {
+struct Hasher<T const*> {
   std::uint64_t operator()(T const* pointer) const noexcept {
     static_assert(sizeof(T) != 0, "a type may have a hash of its own beside its definition");
     return reinterpret_cast<std::uintptr_t>(pointer);
@@ -36,13 +37,13 @@ struct hash<T const*> {
 };
 
 template <>
-struct hash<unsigned long> {
+struct Hasher<unsigned long> {
   std::uint64_t operator()(unsigned long value) const noexcept { return value; }
 };
 
 // Reads the text up to its first NUL only; what stands behind a NUL is left to the comparison.
 template <>
-struct hash<std::string> {
+struct Hasher<std::string> {
   std::uint64_t operator()(const std::string& text) const noexcept {
     std::uint64_t h = 0;
     for (const char* c = text.c_str(); *c != '\0'; ++c) {
@@ -52,6 +53,20 @@ struct hash<std::string> {
     return h;
   }
 };
+
+namespace hsh {
+
+template <class Key>
+using hash = Hasher<Key>;
+
+// The equality that a table over `Key` takes unless told otherwise.
+template <class Key>
+struct KeyEquality {
+  using type = std::equal_to<Key>;
+};
+
+template <class Hash, class Key>
+concept HashOf = std::is_invocable_r_v<std::uint64_t, const Hash&, const Key&>;
 
 }  // namespace hsh
 }  // namespace quill

@@ -13,7 +13,6 @@
 #define QUILL_UTILS_HASH_MAP_H
 
 #include <cstdint>
-#include <functional>
 #include <tuple>
 #include <utility>
 
@@ -22,7 +21,8 @@
 
 namespace quill::hsh {
 
-template <class Key, class Mapped, class Hash = hash<Key>, class Equal = std::equal_to<Key>>
+template <class Key, class Mapped, class Hash = Hasher<Key>,
+          class Equal = typename KeyEquality<Key>::type>
 class HashMap : public Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal> {
   using Table = Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal>;
 

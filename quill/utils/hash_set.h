@@ -9,14 +9,12 @@
 #ifndef QUILL_UTILS_HASH_SET_H
 #define QUILL_UTILS_HASH_SET_H
 
-#include <functional>
-
 #include "quill/utils/hash.h"
 #include "quill/utils/hash_table.h"
 
 namespace quill::hsh {
 
-template <class Key, class Hash = hash<Key>, class Equal = std::equal_to<Key>>
+template <class Key, class Hash = Hasher<Key>, class Equal = typename KeyEquality<Key>::type>
 class HashSet : public Hashtable<Key, GetKey_identity, Key, Hash, Equal> {
  public:
   using Hashtable<Key, GetKey_identity, Key, Hash, Equal>::Hashtable;

@@ -40,6 +40,7 @@
 #include <vector>
 
 #include "quill/utils/bucket_growth.h"
+#include "quill/utils/hash.h"
 #include "quill/utils/memory_pool.h"
 
 namespace quill::hsh {
@@ -64,6 +65,11 @@ concept ConstAdded = !std::is_const_v<From> && std::is_same_v<const From, To>;
 
 template <class Value, class GetKey, class Key, class Hash, class Equal>
 class Hashtable {
+  static_assert(
+      HashOf<Hash, Key>,
+      "the key type of this table has no hash: specialise quill::Hasher for it beside its "
+      "definition, and include that, or name a functor that hashes it");
+
  public:
   struct Bucket {
     Bucket* next;

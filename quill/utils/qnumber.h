@@ -188,6 +188,19 @@ struct Hasher<QNumber> {
   std::uint64_t operator()(const QNumber& number) const noexcept { return number.hash(); }
 };
 
+// Tables keyed by pointers to numbers hash and compare what the pointers lead to. The equality is
+// the same functor.
+template <>
+struct Hasher<const QNumber*> {
+  std::uint64_t operator()(const QNumber* number) const noexcept { return number->hash(); }
+  bool operator()(const QNumber* a, const QNumber* b) const noexcept { return *a == *b; }
+};
+
+template <>
+struct hsh::KeyEquality<const QNumber*> {
+  using type = Hasher<const QNumber*>;
+};
+
 }  // namespace quill
 
 #endif

@@ -69,10 +69,7 @@ class TermManager : public TermFactory {
   using FPFormatCast = FamilyKeys::FPFormatCast;
 
   // Hash and equality of tables keyed by pointers to numbers: by value.
-  struct NumberCache_hash_eq {
-    uint64_t operator()(const QNumber* q) const { return q->hash(); }
-    bool operator()(const QNumber* a, const QNumber* b) const { return *a == *b; }
-  };
+  using NumberCache_hash_eq = Hasher<const QNumber*>;
 
   //---------------------------------------------------------------------------------------------
   // Construction, stores and switches, in 'construction.cpp'
@@ -797,7 +794,7 @@ class TermManager : public TermFactory {
   // The value of every numeral, and arithmetic numerals by value. The keys of the cache point at
   // the values: nodes of the table never move.
   hsh::HashMap<const Symbol*, QNumber> number_values;
-  hsh::HashMap<const QNumber*, const Term_*, NumberCache_hash_eq, NumberCache_hash_eq> number_cache;
+  hsh::HashMap<const QNumber*, const Term_*> number_cache;
 
   // The operator families, by the kind of their keys and within it in the order of
   // operator_families.

@@ -1,20 +1,34 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <type_traits>
 
 #include "quill/utils/hash.h"
+#include "quill/utils/hash_map.h"
+#include "quill/utils/hash_set.h"
 #include "quill/utils/ieee_float.h"
+#include "quill/utils/qnumber.h"
 
 namespace quill {
 namespace {
 
-struct Unhashed {};
-
-template <class T>
-concept Defined = requires {
-  sizeof(T);
+struct Unhashed {
+  bool operator==(const Unhashed&) const = default;
 };
+
+// What a caller who spells the functor out gets is the table that one gets who does not.
+template <class Key, class Functor>
+constexpr bool spelling_changes_nothing =
+    std::is_same_v<hsh::HashMap<Key, int>, hsh::HashMap<Key, int, Functor>>&&
+        std::is_same_v<hsh::HashMap<Key, int>,
+                       hsh::HashMap<Key, int, Functor, typename hsh::KeyEquality<Key>::type>>&&
+            std::is_same_v<hsh::HashSet<Key>, hsh::HashSet<Key, Functor>>;
+
+template <class Key>
+constexpr bool either_name_will_do =
+    spelling_changes_nothing<Key, Hasher<Key>>&& spelling_changes_nothing<Key, hsh::hash<Key>>;
 
 TEST(Hash, APointerHashesToItsAddress) {
   EXPECT_EQ(hsh::hash<const int*>()(nullptr), 0U);
@@ -57,9 +71,40 @@ TEST(Hash, AFloatingPointFormatHashesToItsTwoHalves) {
   EXPECT_EQ(hash({1, std::uint64_t{1} << 32}), std::uint64_t{1} << 32);
 }
 
+TEST(Hash, ATableIsTheSameWhetherItsFunctorIsSpelledOutOrNot) {
+  EXPECT_TRUE(either_name_will_do<const int*>);
+  EXPECT_TRUE(either_name_will_do<unsigned long>);
+  EXPECT_TRUE(either_name_will_do<std::string>);
+  EXPECT_TRUE(either_name_will_do<QNumber>);
+  EXPECT_TRUE(either_name_will_do<const QNumber*>);
+  EXPECT_TRUE(either_name_will_do<IEEEFloat::format>);
+}
+
+TEST(Hash, KeysAreEqualWhenTheStandardLibrarySaysSo) {
+  EXPECT_TRUE(
+      (std::is_same_v<hsh::HashSet<std::string>,
+                      hsh::HashSet<std::string, Hasher<std::string>, std::equal_to<std::string>>>));
+  EXPECT_TRUE(
+      (std::is_same_v<hsh::HashSet<const int*>,
+                      hsh::HashSet<const int*, Hasher<const int*>, std::equal_to<const int*>>>));
+}
+
+TEST(Hash, PointersToNumbersStandForTheNumbers) {
+  const QNumber half(1, 2);
+  const QNumber other_half(1, 2);
+  const QNumber third(1, 3);
+  EXPECT_EQ(Hasher<const QNumber*>()(&half), half.hash());
+  hsh::HashMap<const QNumber*, int> map;
+  EXPECT_TRUE(map.insert({&half, 2}));
+  EXPECT_FALSE(map.insert({&other_half, 0}));
+  EXPECT_TRUE(map.insert({&third, 3}));
+  EXPECT_EQ(map[&other_half], 2);
+}
+
 TEST(Hash, AKeyTypeWithoutHasherHasNoHash) {
-  EXPECT_FALSE(Defined<Hasher<Unhashed>>);
-  EXPECT_TRUE(Defined<Hasher<IEEEFloat::format>>);
+  EXPECT_FALSE((hsh::HashOf<Hasher<Unhashed>, Unhashed>));
+  EXPECT_FALSE((hsh::HashOf<Hasher<int*>, int*>));
+  EXPECT_TRUE((hsh::HashOf<Hasher<IEEEFloat::format>, IEEEFloat::format>));
 }
 
 }  // namespace

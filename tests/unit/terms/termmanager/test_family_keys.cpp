@@ -4,11 +4,14 @@
 #include <type_traits>
 
 #include "quill/terms/data_type.h"
+#include "quill/terms/symbol.h"
+#include "quill/terms/term.h"
 #include "quill/terms/termmanager/family_keys.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/ieee_float.h"
+#include "quill/utils/qnumber.h"
 
 namespace quill {
 namespace {
@@ -17,6 +20,25 @@ using BVIndex1 = TermManager::BVIndex1;
 using BVIndex2 = TermManager::BVIndex2;
 using ArrIndex = TermManager::ArrIndex;
 using FPFormatCast = TermManager::FPFormatCast;
+
+template <class Key, class... Functors>
+constexpr bool same_table =
+    std::is_same_v<hsh::HashMap<Key, int>, hsh::HashMap<Key, int, Functors...>>;
+
+TEST(FamilyKeys, TablesAreTheSameWhetherTheirFunctorIsSpelledOutOrNot) {
+  EXPECT_TRUE((same_table<const Symbol*, hsh::hash<const Symbol*>>));
+  EXPECT_TRUE((same_table<const DataType*, hsh::hash<const DataType*>>));
+  EXPECT_TRUE((same_table<const Term_*, hsh::hash<const Term_*>>));
+  EXPECT_TRUE((same_table<const Term_*, Hasher<const Term_*>>));
+  EXPECT_TRUE((same_table<BVIndex1, Hasher<BVIndex1>>));
+  EXPECT_TRUE((same_table<BVIndex2, Hasher<BVIndex2>>));
+  EXPECT_TRUE((same_table<ArrIndex, Hasher<ArrIndex>>));
+  EXPECT_TRUE((same_table<FPFormatCast, Hasher<FPFormatCast>>));
+  using ByValue = TermManager::NumberCache_hash_eq;
+  EXPECT_TRUE((same_table<const QNumber*, ByValue>));
+  EXPECT_TRUE((same_table<const QNumber*, ByValue, ByValue>));
+  EXPECT_TRUE((same_table<const QNumber*, Hasher<const QNumber*>>));
+}
 
 TEST(FamilyKeys, ARotationHashesToTheAmountShiftedBy32PlusTheWidth) {
   const Hasher<BVIndex1> hash;

@@ -1,0 +1,12 @@
+// Must not compile, and the compiler must say what is missing: a table over a key type that nobody
+// taught to hash.
+
+#include "quill/utils/hash_map.h"
+
+struct Point {
+  int x = 0;
+  int y = 0;
+  bool operator==(const Point&) const = default;
+};
+
+quill::hsh::HashMap<Point, int> distances;
