@@ -185,6 +185,25 @@ void QNumber::normalize() {
   }
 }
 
+bool QNumber::is_canonical_pair() const {
+  if (!is_big()) return den > 0 && gcd(magnitude_of(num), magnitude_of(den)) == 1;
+  if (fits_small(big_num()) && fits_small(big_den())) return false;
+  if (is_integer()) return true;
+  if (mpz_sgn(big_den()) < 0) return false;
+  GmpInteger divisor;
+  mpz_gcd(divisor, big_num(), big_den());
+  return mpz_cmp_ui(divisor, 1) == 0;
+}
+
+QNumber QNumber::canonical() const {
+  QNumber number(*this);
+  number.normalize();
+  if (!number.is_big() || !fits_small(number.big_num()) || !fits_small(number.big_den())) {
+    return number;
+  }
+  return QNumber(mpz_get_si(number.big_num()), mpz_get_si(number.big_den()));
+}
+
 // --- Comparing and hashing ---
 
 bool operator==(const QNumber& a, const QNumber& b) noexcept {

@@ -119,6 +119,11 @@ class QNumber {
   bool is_negative() const noexcept { return sign() < 0; }
   bool is_integer() const noexcept { return is_big() ? mpz_cmp_ui(big_den(), 1) == 0 : den == 1; }
 
+  // Whether the number is normalised, and small if its value fits: then equal numbers have equal
+  // forms and hashes, as keys need it. canonical() is the number of this value that is.
+  bool is_canonical() const { return den == 1 || is_canonical_pair(); }
+  QNumber canonical() const;
+
   friend bool operator==(const QNumber& a, const QNumber& b) noexcept;
 
   // Equal for equal normalised numbers of the same form.
@@ -179,6 +184,7 @@ class QNumber {
   void adopt(Big* block) noexcept;
 
   void clear_big() noexcept;
+  bool is_canonical_pair() const;
   std::string pair_text() const;
   [[noreturn]] static void throw_zero_denominator(const SignMagnitude& n);
 };
