@@ -175,4 +175,19 @@ void Signature::rollback(size_t former_size) noexcept {
   }
 }
 
+void Signature::remove_at(size_t position) noexcept {
+  Symbol* symbol = symbols[position];
+  const uint32_t hash = hash_name(symbol->name);
+  if (is_named(hash, position)) index.erase(hash, static_cast<uint32_t>(position));
+  for (size_t i = position + 1; i < symbols.size(); i++) {
+    const uint32_t moved = hash_name(symbols[i]->name);
+    if (is_named(moved, i)) {
+      index.rename(moved, static_cast<uint32_t>(i), static_cast<uint32_t>(i - 1));
+    }
+    symbols[i - 1] = symbols[i];
+  }
+  symbols.pop_back();
+  remove(symbol);
+}
+
 }  // namespace quill

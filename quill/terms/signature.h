@@ -66,6 +66,9 @@ class Signature {
   // between. For undoing a request that failed half-way.
   void rollback(size_t former_size) noexcept;
 
+  // Frees the symbol at this position; those after it move down by one. Linear in their number.
+  void remove_at(size_t position) noexcept;
+
  private:
   uint32_t find(uint32_t hash, std::string_view name) const;
   bool is_named(uint32_t hash, size_t position) const;

@@ -173,4 +173,15 @@ void TypeUniverse::rollback(size_t former_size) noexcept {
   }
 }
 
+void TypeUniverse::remove_at(size_t position) noexcept {
+  DataType* victim = types[position];
+  index.erase(hash_of(victim), static_cast<uint32_t>(position));
+  for (size_t i = position + 1; i < types.size(); i++) {
+    index.rename(hash_of(types[i]), static_cast<uint32_t>(i), static_cast<uint32_t>(i - 1));
+    types[i - 1] = types[i];
+  }
+  types.pop_back();
+  remove(victim);
+}
+
 }  // namespace quill

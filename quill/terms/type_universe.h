@@ -76,6 +76,10 @@ class TypeUniverse {
   // For undoing a request that failed half-way.
   void rollback(size_t former_size) noexcept;
 
+  // Frees the type at this position, which nothing uses; those after it move down by one. Linear in
+  // their number. Not for the application type.
+  void remove_at(size_t position) noexcept;
+
  private:
   bool is_declared_subtype(const DataType* a, const DataType* b) const;
   static uint32_t hash_of(const DataType* type);

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/transaction.h"
 
 namespace quill {
 
@@ -22,9 +22,11 @@ const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex&
   name_buffer += '_';
   name_buffer += name_of_type(key.e);
   name_buffer += '`';
-  NewSymbol added(*this, tag);
-  array_families[family_slot(tag)].insert({key, added.symbol()});
-  return added.keep();
+  Transaction making(*this);
+  const Symbol* s = making.add_symbol(tag);
+  array_families[family_slot(tag)].insert({key, s});
+  making.commit();
+  return s;
 }
 
 const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const DataType* elem) {
@@ -34,8 +36,11 @@ const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const Dat
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
   if (found != symbols.end()) return found->second;
+  Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  return make_array_symbol(tag, {idx, elem}, {array, idx, elem});
+  const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem});
+  making.commit();
+  return s;
 }
 
 const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const DataType* elem) {
@@ -45,8 +50,11 @@ const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const Da
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
   if (found != symbols.end()) return found->second;
+  Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  return make_array_symbol(tag, {idx, elem}, {array, idx, elem, array});
+  const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem, array});
+  making.commit();
+  return s;
 }
 
 const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const DataType* elem) {
@@ -56,8 +64,11 @@ const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const Da
   const auto& symbols = array_families[family_slot(tag)];
   const auto found = symbols.find({idx, elem});
   if (found != symbols.end()) return found->second;
+  Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  return make_array_symbol(tag, {idx, elem}, {elem, array});
+  const Symbol* s = make_array_symbol(tag, {idx, elem}, {elem, array});
+  making.commit();
+  return s;
 }
 
 const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
@@ -67,7 +78,7 @@ const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
   const DataType* elem = nullptr;
   if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
     reject_operand(a, family.complaint);
-  return make_with({a, i}, make_array_read_symbol(idx, elem), family.operation);
+  return apply(make_array_read_symbol(idx, elem), {a, i}, family.operation);
 }
 
 const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const Term_* v) {
@@ -77,7 +88,7 @@ const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const
   const DataType* elem = nullptr;
   if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
     reject_operand(a, family.complaint);
-  return make_with({a, i, v}, make_array_write_symbol(idx, elem), family.operation);
+  return apply(make_array_write_symbol(idx, elem), {a, i, v}, family.operation);
 }
 
 const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_* v) {
@@ -88,7 +99,7 @@ const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_*
   if (!is_array_type(arrtype, &idx, &elem)) {
     throw error("type error. type ") << arrtype->to_str() << family.complaint;
   }
-  return make_with({v}, make_array_const_symbol(idx, elem), family.operation);
+  return apply(make_array_const_symbol(idx, elem), {v}, family.operation);
 }
 
 bool TermManager::is_array_read(const Symbol* s, const DataType** idx,

@@ -16,10 +16,13 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
   const BVIndex1 key{first, width};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;
+  Transaction making(*this);
   const DataType* type = get_bv_type(width);
   set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
   compose_family_name(name, /*separated=*/true, {first, width});
-  return add_family_symbol(tag, key, by_symbol, by_key);
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  making.commit();
+  return s;
 }
 
 bool TermManager::is_bv_symbol(const Symbol* s,
@@ -52,12 +55,15 @@ const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
   const BVIndex2 key{w1, w2, width};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;
+  Transaction making(*this);
   const DataType* first = get_bv_type(w1);
   const DataType* second = get_bv_type(w2);
   const DataType* result = get_bv_type(width);
   scratch_types = {universe->get_application_type(), first, second, result};
   compose_family_name(operator_family(tag).base, operator_family(tag).separated, {w1, w2});
-  return add_family_symbol(tag, key, by_symbol, by_key);
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_bv_concat(const Term_* a, const Term_* b) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_CONCAT);
@@ -76,11 +82,14 @@ const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t
   const BVIndex2 key{msb, lsb, w};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;
+  Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_bv_type(msb - lsb + 1);
   set_scratch_types(1, operand, result);
   compose_family_name(operator_family(tag).base, operator_family(tag).separated, {msb, lsb, w});
-  return add_family_symbol(tag, key, by_symbol, by_key);
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);
@@ -90,7 +99,7 @@ const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t
     throw Exception("range too large in bv extraction. arg has width ")
         << w << ", but range is [" << msb << ":" << lsb << "]";
   }
-  return make_with({t}, make_bv_extract_symbol(msb, lsb, w), family.operation);
+  return apply(make_bv_extract_symbol(msb, lsb, w), {t}, family.operation);
 }
 bool TermManager::is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const {
   return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_EXTRACT)].by_symbol, msb, lsb,

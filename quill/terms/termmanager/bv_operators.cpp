@@ -15,10 +15,13 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
   require_own(*this, result_type);
   const auto found = by_width.find(width);
   if (found != by_width.end()) return found->second;
+  Transaction making(*this);
   const DataType* type = get_bv_type(width);
   set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
   compose_family_name(name, /*separated=*/true, {width});
-  return add_family_symbol(tag, width, by_symbol, by_width);
+  const Symbol* s = add_family_symbol(tag, width, by_symbol, by_width);
+  making.commit();
+  return s;
 }
 
 bool TermManager::is_bv_symbol(const Symbol* s,
@@ -253,14 +256,17 @@ const Symbol* TermManager::make_int_to_bv_symbol(size_t width) {
   auto& [by_symbol, by_width] = width_families[family_slot(tag)];
   const auto found = by_width.find(width);
   if (found != by_width.end()) return found->second;
+  Transaction making(*this);
   const DataType* type = get_bv_type(width);
   set_scratch_types(1, int_type, type);
   compose_family_name(operator_family(tag).base, operator_family(tag).separated, {width});
-  return add_family_symbol(tag, width, by_symbol, by_width);
+  const Symbol* s = add_family_symbol(tag, width, by_symbol, by_width);
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_int_to_bv(size_t width, const Term_* t) {
   const Symbol* s = make_int_to_bv_symbol(width);
-  return make_with({t}, s, operator_family(SymbolTag::INT_TO_BV).operation);
+  return apply(s, {t}, operator_family(SymbolTag::INT_TO_BV).operation);
 }
 bool TermManager::is_int_to_bv(const Symbol* s, size_t* width) const {
   return is_width_symbol<SymbolTag::INT_TO_BV>(s, width);

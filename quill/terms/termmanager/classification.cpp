@@ -21,7 +21,19 @@ const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataTy
   ScopeGuard undo([&] { signature->rollback(before); });
   tags[s] = tag;
   undo.dismiss();
+  note_given(s);
   return s;
+}
+
+// Gives a symbol the tag that it had before the latest one, or none.
+void TermManager::restore_tag(const Symbol* s, std::optional<SymbolTag::tag> tag) noexcept {
+  const auto tagged = tags.find(s);
+  if (tagged == tags.end()) return;
+  if (tag.has_value()) {
+    tagged->second = *tag;
+  } else {
+    tags.erase(tagged);
+  }
 }
 
 bool TermManager::is_interpreted(const Symbol* s) const {

@@ -7,7 +7,6 @@
 // tables a family is; nothing here knows one family from another.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -18,7 +17,11 @@ const Symbol* TermManager::TermCopyCallback::copy_symbol(const Symbol* s) {
   const auto known = symbols.find(s);
   if (known != symbols.end()) return known->second;
   const Symbol* copy = destination->signature->get_symbol(s->name);
-  if (copy == nullptr) copy = make_symbol_copy(s);
+  if (copy != nullptr) {
+    destination->note_given(copy);
+  } else {
+    copy = make_symbol_copy(s);
+  }
   symbols[s] = copy;
   return copy;
 }
@@ -118,9 +121,11 @@ const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
     const auto present = to.find(key);
     if (present != to.end()) return present->second;
     set_type_and_name(s);
-    NewSymbol added(*destination, tag);
-    to.insert({key, added.symbol()});
-    return added.keep();
+    Transaction making(*destination);
+    const Symbol* symbol = making.add_symbol(tag);
+    to.insert({key, symbol});
+    making.commit();
+    return symbol;
   }
   return nullptr;
 }

@@ -1,29 +1,130 @@
 // Construction and typechecking of terms, and the builders of the Boolean and arithmetic core.
 
 #include <cassert>
-#include <cstring>
+#include <span>
+#include <typeinfo>
 
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/transaction.h"
+#include "quill/terms/termmanager/trial.h"
+#include "quill/utils/scope_guard.h"
 
 namespace quill {
 
+// Whether somebody's code sees requests before the bank does: the make_term of a derived class, or
+// a delegate. A derived class of another module may have a type record of its own; it is then only
+// the longer way that is taken.
+inline bool TermManager::is_intercepted() const {
+  return delegate_enabled || &typeid(*this) != &typeid(TermManager);
+}
+
+//----------------------------------------------------------------------------------------------
+// Requests that may call back
+//
+// A builder of a plain manager checks its arguments and asks the bank. Where a delegate or an
+// overridden make_term sees the request first, the arguments travel in a vector, and what they call
+// may ask for other terms before it uses that vector: each request under way therefore has one of
+// its own, kept for the next request at the same depth of nesting.
+
+// Puts a request on record for the length of a scope.
+class TermManager::Interception {
+ public:
+  // With the arguments in the caller's own vector.
+  Interception(TermManager& owner, const std::vector<const Term_*>& given, const char* operation)
+      : Interception(owner, operation) {
+    request().args = &given;
+  }
+  // With a copy of the arguments.
+  Interception(TermManager& owner, std::initializer_list<const Term_*> given, const char* operation)
+      : Interception(owner, operation) {
+    request().own_args.assign(given);
+    request().args = &request().own_args;
+  }
+  Interception(const Interception&) = delete;
+  Interception& operator=(const Interception&) = delete;
+  // A nested request leaves the name of the operation as it found it, so that an error of the outer
+  // one names the outer one. The outermost one leaves what typechecking left.
+  ~Interception() {
+    manager.requests_under_way--;
+    if (manager.requests_under_way != 0) manager.current_operation = operation_before;
+  }
+
+  const std::vector<const Term_*>& args() const { return *request().args; }
+
+ private:
+  Interception(TermManager& owner, const char* operation)
+      : manager(owner), position(owner.requests_under_way) {
+    if (manager.requests.size() == position) {
+      manager.requests.push_back(std::make_unique<Request>());
+    }
+    operation_before = manager.current_operation;
+    manager.requests_under_way++;
+    // The name may be a text that a nested request changes.
+    request().operation = operation;
+    manager.current_operation = request().operation.c_str();
+  }
+
+  Request& request() const { return *manager.requests[position]; }
+
+  TermManager& manager;
+  const size_t position;
+  const char* operation_before;
+};
+
+// The general way to the virtual make_term; see apply.
+const Term_* TermManager::apply_intercepted(const Symbol* s,
+                                            std::initializer_list<const Term_*> args,
+                                            const char* operation) {
+  note_given(s);
+  const Interception request(*this, args, operation);
+  return make_term(s, request.args());
+}
+
+// What all builders end in: checks and builds an application, on behalf of the named operation.
+const Term_* TermManager::apply(const Symbol* s, std::initializer_list<const Term_*> args,
+                                const char* operation) {
+  if (is_intercepted()) return apply_intercepted(s, args, operation);
+  current_operation = operation;
+  check_arguments(s, args.begin(), args.size());
+  assert(args.size() == s->arity && "wrong number of arguments for a symbol");
+  return bank->make_term(s, args.begin());
+}
+
+// The same for arguments that are in a vector of the caller's.
+const Term_* TermManager::apply_to(const Symbol* s, const std::vector<const Term_*>& args,
+                                   const char* operation) {
+  if (is_intercepted()) {
+    note_given(s);
+    const Interception request(*this, args, operation);
+    return make_term(s, args);
+  }
+  current_operation = operation;
+  return TermManager::make_term(s, args);
+}
+
 const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Term_*>& args) {
+  // Requests made on the way here may have changed the name.
+  if (requests_under_way != 0) {
+    const Request& request = *requests[requests_under_way - 1];
+    if (request.args == &args) current_operation = request.operation.c_str();
+  }
   typecheck(s, args);
   if (delegate_enabled && delegate != nullptr) {
+    // Errors of requests that the delegate makes name these, not later ones.
+    const ScopedValue<const char*> operation(current_operation, "");
     if (const Term_* t = delegate->make_term(s, args)) return t;
   }
-  // As do_make_term, which would ask for the owners again.
-  assert(args.size() == s->arity && "wrong number of arguments for a symbol");
-  return bank->make_term(s, args.empty() ? nullptr : args.data());
+  return do_make_term(s, args);
 }
 
 const Term_* TermManager::do_make_term(const Symbol* s, const std::vector<const Term_*>& args) {
   require_own(*this, s);
   require_own(*this, args);
   assert(args.size() == s->arity && "wrong number of arguments for a symbol");
-  return bank->make_term(s, args.empty() ? nullptr : args.data());
+  const Term_* t = bank->make_term(s, args.empty() ? nullptr : args.data());
+  note_given(s);
+  return t;
 }
 
 bool TermManager::typecheck(const Term_* t, const DataType* expected, const char* where) const {
@@ -38,15 +139,19 @@ bool TermManager::typecheck(const Term_* t, const DataType* expected, const char
 
 void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& args) {
   require_own(*this, s);
-  require_own(*this, args);
+  check_arguments(s, args.data(), args.size());
+}
+
+// The arguments of an application, and their number. Does nothing when checks are off.
+inline void TermManager::check_arguments(const Symbol* s, const Term_* const* args, size_t count) {
+  require_own(*this, std::span(args, count));
   if (!typecheck_enabled) return;
-  const size_t count = args.size();
   if (s->arity != count) reject_arity(s, count);
   // Nearly all arguments have the very type that is asked for.
   const DataType* type = s->type;
   for (size_t i = 0; i < count; i++) {
     if (args[i]->symbol->get_output_type() != type->get_component(i + 1)) {
-      typecheck_from(i, s, args);
+      check_arguments_from(i, s, args, count);
       break;
     }
   }
@@ -59,18 +164,20 @@ void TermManager::reject_arity(const Symbol* s, size_t given) const {
 }
 
 // The arguments from the given one on, subtypes among them.
-void TermManager::typecheck_from(size_t first, const Symbol* s,
-                                 const std::vector<const Term_*>& args) {
+void TermManager::check_arguments_from(size_t first, const Symbol* s, const Term_* const* args,
+                                       size_t count) {
   // A request that comes from no builder is named after its symbol. If it fails the name stays, so
   // it must not be the symbol's own text, which may be freed.
   const bool from_builder = *current_operation != '\0';
-  for (size_t i = first; i < args.size(); i++) {
+  for (size_t i = first; i < count; i++) {
     const DataType* expected = s->type->get_component(i + 1);
     if (universe->is_subtype(args[i]->symbol->get_output_type(), expected)) continue;
-    if (!from_builder) {
+    if (from_builder) {
+      operation_text = current_operation;
+    } else {
       operation_text = s->name;
-      current_operation = operation_text.c_str();
     }
+    current_operation = operation_text.c_str();
     typecheck(args[i], expected, current_operation);
   }
 }
@@ -78,17 +185,19 @@ void TermManager::typecheck_from(size_t first, const Symbol* s,
 const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
                                    const char* opname) {
   require_own(*this, s);
-  operation_text = opname;  // which may be a symbol's own text, see typecheck
+  operation_text = opname;  // which may be a symbol's own text, see check_arguments_from
   return make_binary(s, a, b, operation_text.c_str());
 }
 
 // make_bin for names of operations that live for ever.
 const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Term_* b,
                                       const char* operation) {
-  scratch_pair[0] = a;
-  scratch_pair[1] = b;
+  if (is_intercepted()) return apply_intercepted(s, {a, b}, operation);
+  const Term_* const args[2] = {a, b};
   current_operation = operation;
-  return make_term(s, scratch_pair);
+  check_arguments(s, args, 2);
+  assert(s->arity == 2 && "wrong number of arguments for a symbol");
+  return bank->make_term(s, args);
 }
 
 const Term_* TermManager::make_and(const Term_* a, const Term_* b) {
@@ -103,18 +212,10 @@ const Term_* TermManager::make_iff(const Term_* a, const Term_* b) {
   return make_binary(iff_symbol, a, b, "make_iff");
 }
 
-const Term_* TermManager::make_not(const Term_* a) {
-  scratch_args.clear();
-  scratch_args.push_back(a);
-  current_operation = "make_not";
-  return make_term(not_symbol, scratch_args);
-}
+const Term_* TermManager::make_not(const Term_* a) { return apply(not_symbol, {a}, "make_not"); }
 
 const Term_* TermManager::make_floor(const Term_* a) {
-  scratch_args.clear();
-  scratch_args.push_back(a);
-  current_operation = "make_floor";
-  return make_term(floor_symbol, scratch_args);
+  return apply(floor_symbol, {a}, "make_floor");
 }
 
 bool TermManager::both_int(const Term_* a, const Term_* b) const {
@@ -134,37 +235,55 @@ const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
   return make_binary(both_int(a, b) ? int_times_symbol : rat_times_symbol, a, b, "make_times");
 }
 
-// The symbol of a type in a family with one symbol for each type; its own type is put together in
-// scratch_types.
-const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
-                                                  const char* prefix, SymbolTag::tag tag) {
-  name_buffer = '`';
-  name_buffer += prefix;
-  name_buffer += name_of_type(t);
-  name_buffer += '`';
-  NewSymbol added(*this, tag);
-  table.insert(t, added.symbol());
-  return added.keep();
-}
+//----------------------------------------------------------------------------------------------
+// Equality and if-then-else, which have one symbol for each type
 
 // A type in names of symbols.
 std::string TermManager::name_of_type(const DataType* t) const {
   return t == rat_type ? "rat" : t == int_type ? "int" : t->to_str();
 }
 
-// Typechecks the operands of a request whose symbol is still to be made, so that a refused request
-// makes none.
-void TermManager::check_before_new_symbol(const DataType* t, const char* operation,
-                                          std::initializer_list<ExpectedType> operands) {
-  if (!typecheck_enabled || t == bool_type) return;
-  current_operation = operation;
-  for (const auto& [operand, expected] : operands) typecheck(operand, expected, current_operation);
+// Makes the symbol of a type; its own type is put together in scratch_types.
+const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
+                                                  const char* prefix, SymbolTag::tag tag) {
+  name_buffer = '`';
+  name_buffer += prefix;
+  name_buffer += name_of_type(t);
+  name_buffer += '`';
+  Transaction making(*this);
+  const Symbol* s = making.add_symbol(tag);
+  table.insert(t, s);
+  making.commit();
+  if (trials != nullptr) trials->symbol_made(s, making.replaced_tag());
+  return s;
+}
+
+// Builds an application whose symbol has still to be made. When the request is refused the symbol
+// goes again.
+const Term_* TermManager::apply_first(TypeKeyedSymbols& table,
+                                      const Symbol* (TermManager::*make_symbol_of)(const DataType*),
+                                      const DataType* type,
+                                      std::initializer_list<const Term_*> args,
+                                      const char* operation) {
+  Trial trial(*this, table, type);
+  const Symbol* s = (this->*make_symbol_of)(type);
+  const Term_* t = apply(s, args, operation);
+  trial.keep();
+  return t;
+}
+
+// A request that comes from another one was given the symbol, or a term was built with it.
+void TermManager::note_given_on_trial(const Symbol* s) {
+  for (Trial* trial = trials; trial != nullptr; trial = trial->outer) trial->note_given(s);
 }
 
 const Symbol* TermManager::make_equality_symbol(const DataType* t) {
   require_own(*this, t);
   if (t == bool_type) throw error("Equality arguments can't be Boolean");
-  if (const Symbol* present = equality_symbols.find(t)) return present;
+  if (const Symbol* present = equality_symbols.find(t)) {
+    note_given(present);
+    return present;
+  }
   scratch_types = {universe->get_application_type(), t, t, bool_type};
   return make_type_keyed_symbol(equality_symbols, t, "=_", SymbolTag::EQUAL);
 }
@@ -178,8 +297,8 @@ const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
   } else {
     s = equality_symbols.find(type);
     if (s == nullptr) {
-      check_before_new_symbol(type, "make_equal", {{b, type}});
-      s = make_equality_symbol(type);
+      return apply_first(equality_symbols, &TermManager::make_equality_symbol, type, {a, b},
+                         "make_equal");
     }
   }
   return make_binary(s, a, b, "make_equal");
@@ -188,7 +307,10 @@ const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
 const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
   require_own(*this, t);
   if (t == bool_type) throw error("Term-ITE arguments can't be Boolean");
-  if (const Symbol* present = term_ite_symbols.find(t)) return present;
+  if (const Symbol* present = term_ite_symbols.find(t)) {
+    note_given(present);
+    return present;
+  }
   scratch_types = {universe->get_application_type(), bool_type, t, t, t};
   return make_type_keyed_symbol(term_ite_symbols, t, "ite_", SymbolTag::TERM_ITE);
 }
@@ -200,16 +322,10 @@ const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_ter
   if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
   const Symbol* s = term_ite_symbols.find(type);
   if (s == nullptr) {
-    check_before_new_symbol(type, "make_term_ite",
-                            {{cond, bool_type}, {then_term, type}, {else_term, type}});
-    s = make_term_ite_symbol(type);
+    return apply_first(term_ite_symbols, &TermManager::make_term_ite_symbol, type,
+                       {cond, then_term, else_term}, "make_term_ite");
   }
-  scratch_args.clear();
-  scratch_args.push_back(cond);
-  scratch_args.push_back(then_term);
-  scratch_args.push_back(else_term);
-  current_operation = "make_term_ite";
-  return make_term(s, scratch_args);
+  return apply(s, {cond, then_term, else_term}, "make_term_ite");
 }
 
 bool TermManager::is_term_ite(const Symbol* s, const DataType** out_type) const {

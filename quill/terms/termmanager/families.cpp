@@ -29,13 +29,6 @@ void TermManager::compose_family_name(const char* base, bool separated,
   name_buffer += '`';
 }
 
-const Term_* TermManager::make_with(std::initializer_list<const Term_*> args, const Symbol* s,
-                                    const char* operation) {
-  scratch_args.assign(args);
-  current_operation = operation;
-  return make_term(s, scratch_args);
-}
-
 void TermManager::reject_operand(const Term_* t, const char* complaint) const {
   throw error("type error. term ") << t->to_shallow_str() << complaint;
 }

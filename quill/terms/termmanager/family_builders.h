@@ -7,23 +7,26 @@
 #ifndef QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
 #define QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
 
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/transaction.h"
 
 namespace quill {
 
 // Makes the function symbol whose type is in scratch_types and whose name, between backquotes, is
-// in name_buffer, and enters it in the maps of its family: all or nothing.
+// in name_buffer, and enters it in the maps of its family: all or nothing. The types in
+// scratch_types are the maker's, who makes them within a transaction of its own.
 template <class Key>
 const Symbol* TermManager::add_family_symbol(SymbolTag::tag tag, const Key& key,
                                              hsh::HashMap<const Symbol*, Key>& by_symbol,
                                              hsh::HashMap<Key, const Symbol*>& by_key) {
-  NewSymbol added(*this, tag);
-  insert_in_both(by_symbol, by_key, key, added.symbol());
-  return added.keep();
+  Transaction making(*this);
+  const Symbol* s = making.add_symbol(tag);
+  insert_in_both(by_symbol, by_key, key, s);
+  making.commit();
+  return s;
 }
 
 // The width of a bit-vector. Throws for any other term.
@@ -49,13 +52,22 @@ template <SymbolTag::tag Tag>
 const Symbol* TermManager::width_symbol(size_t width) {
   constexpr OperatorFamily family = operator_family(Tag);
   static_assert(family.key == FamilyKey::Width && family.separated);
-  const DataType* result = nullptr;  // bit-vectors of the width
-  if constexpr (family.result == FamilyResult::Bool) result = bool_type;
-  if constexpr (family.result == FamilyResult::Int) result = int_type;
-  // Made before the look-up, so that the type is there after the first request.
-  if constexpr (family.result == FamilyResult::Bit) result = get_bv_type(1);
   auto& [by_symbol, by_width] = width_families[family_slot(Tag)];
-  return make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+  if constexpr (family.result == FamilyResult::Bit) {
+    const auto found = by_width.find(width);
+    if (found != by_width.end()) return found->second;
+    Transaction making(*this);
+    const DataType* result = get_bv_type(1);
+    const Symbol* s =
+        make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+    making.commit();
+    return s;
+  } else {
+    const DataType* result = nullptr;  // bit-vectors of the width
+    if constexpr (family.result == FamilyResult::Bool) result = bool_type;
+    if constexpr (family.result == FamilyResult::Int) result = int_type;
+    return make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+  }
 }
 
 // The symbol for the width of an operand.
@@ -65,14 +77,17 @@ const Symbol* TermManager::width_symbol_for(const Term_* operand) {
   const DataType* type = operand->symbol->get_output_type();
   LatestUse& latest = latest_uses[family_slot(Tag)];
   if (latest.operand == type) return latest.symbol;
-  const size_t width = require_bv(operand, operator_family(Tag).complaint);
-  latest = {type, width_symbol<Tag>(width)};
-  return latest.symbol;
+  if (!is_bv_type(type, nullptr)) reject_operand(operand, operator_family(Tag).complaint);
+  const size_t* width = bv_widths.find_key(type->get_component(1));
+  const Symbol* s = width_symbol<Tag>(width != nullptr ? *width : 0);
+  // The type of a width that nobody has asked for yet may still get it.
+  if (width != nullptr) latest = {type, s};
+  return s;
 }
 
 template <SymbolTag::tag Tag>
 const Term_* TermManager::bv_unary(const Term_* t) {
-  return make_with({t}, width_symbol_for<Tag>(t), operator_family(Tag).operation);
+  return apply(width_symbol_for<Tag>(t), {t}, operator_family(Tag).operation);
 }
 
 template <SymbolTag::tag Tag>
@@ -92,11 +107,21 @@ template <SymbolTag::tag Tag>
 const Symbol* TermManager::index1_symbol(size_t k, size_t width) {
   constexpr OperatorFamily family = operator_family(Tag);
   static_assert(family.key == FamilyKey::Index1 && family.separated);
-  // Made before the look-up, as for bit results above.
-  const DataType* result = nullptr;  // bit-vectors of the width
-  if constexpr (family.result == FamilyResult::Wider) result = get_bv_type(sum_of_widths(k, width));
   auto& [by_symbol, by_key] = index1_families[family_slot(Tag)];
-  return make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key, result);
+  if constexpr (family.result == FamilyResult::Wider) {
+    const auto found = by_key.find({k, width});
+    if (found != by_key.end()) return found->second;
+    const size_t sum = sum_of_widths(k, width);
+    Transaction making(*this);
+    const DataType* result = get_bv_type(sum);
+    const Symbol* s =
+        make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key, result);
+    making.commit();
+    return s;
+  } else {
+    return make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key,
+                          /*result_type=*/nullptr);
+  }
 }
 
 template <SymbolTag::tag Tag>
@@ -104,7 +129,7 @@ const Term_* TermManager::bv_index1(size_t k, const Term_* t) {
   constexpr OperatorFamily family = operator_family(Tag);
   const size_t width = require_bv(t, family.complaint);
   const Symbol* s = index1_symbol<Tag>(k, width);
-  return make_with({t}, s, family.operation);
+  return apply(s, {t}, family.operation);
 }
 
 //----------------------------------------------------------------------------------------------
@@ -126,7 +151,7 @@ const Term_* TermManager::fp_with(const Term_* operand, std::initializer_list<co
   constexpr OperatorFamily family = operator_family(Tag);
   const IEEEFloat::format format = require_fp(operand, family.complaint);
   const Symbol* s = format_symbol<Tag>(format.e, format.m);
-  return make_with(args, s, family.operation);
+  return apply(s, args, family.operation);
 }
 
 }  // namespace quill

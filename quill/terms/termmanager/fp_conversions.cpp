@@ -10,7 +10,6 @@
 //   from_ieeebv    0, e + m + 1   e, m
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -26,48 +25,56 @@ void write(size_t* output, uint64_t value) {
 }  // namespace
 
 // The symbol under this key, or null.
-const Symbol* TermManager::find_conversion(SymbolTag::tag tag, const FPFormatCast& key) const {
-  const auto& by_key = cast_families[family_slot(tag)].by_key;
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::find_conversion(const FPFormatCast& key) const {
+  constexpr size_t slot = family_slot(Tag);
+  const auto& by_key = cast_families[slot].by_key;
   const auto found = by_key.find(key);
   return found != by_key.end() ? found->second : nullptr;
 }
 
 // The key of a symbol of this family, or null.
-const TermManager::FPFormatCast* TermManager::find_conversion_key(SymbolTag::tag tag,
-                                                                  const Symbol* s) const {
+template <SymbolTag::tag Tag>
+const TermManager::FPFormatCast* TermManager::find_conversion_key(const Symbol* s) const {
   require_own(*this, s);
-  const auto& by_symbol = cast_families[family_slot(tag)].by_symbol;
+  constexpr size_t slot = family_slot(Tag);
+  const auto& by_symbol = cast_families[slot].by_symbol;
   const auto found = by_symbol.find(s);
   return found != by_symbol.end() ? &found->second : nullptr;
 }
 
-const Symbol* TermManager::make_conversion_symbol(SymbolTag::tag tag, const FPFormatCast& key,
-                                                  const DataType* operand, const DataType* result,
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::make_conversion_symbol(const FPFormatCast& key, const DataType* operand,
+                                                  const DataType* result,
                                                   std::initializer_list<size_t> numbers) {
-  const OperatorFamily& family = operator_family(tag);
+  constexpr OperatorFamily family = operator_family(Tag);
+  constexpr size_t slot = family_slot(Tag);
   set_scratch_types(1, operand, result);
   if (family.rounding) scratch_types.insert(scratch_types.begin() + 1, fprounding_type);
   compose_family_name(family.base, family.separated, numbers);
-  auto& [by_symbol, by_key] = cast_families[family_slot(tag)];
-  return add_family_symbol(tag, key, by_symbol, by_key);
+  auto& [by_symbol, by_key] = cast_families[slot];
+  return add_family_symbol(Tag, key, by_symbol, by_key);
 }
 
 const Symbol* TermManager::make_fp_cast_symbol(size_t e1, size_t m1, size_t e2, size_t m2) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_CAST;
   const FPFormatCast key{e1, m1, e2, m2};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_fp_type(e1, m1);
   const DataType* result = get_fp_type(e2, m2);
-  return make_conversion_symbol(tag, key, operand, result, {e1, m1, e2, m2});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e1, m1, e2, m2});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_cast(size_t e2, size_t m2, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_CAST);
   const auto [e1, m1] = require_fp(t, family.complaint);
-  return make_with({rm, t}, make_fp_cast_symbol(e1, m1, e2, m2), family.operation);
+  return apply(make_fp_cast_symbol(e1, m1, e2, m2), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2,
                              size_t* m2) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_CAST, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_CAST>(s);
   if (key == nullptr) return false;
   write(e1, key->a);
   write(m1, key->b);
@@ -79,18 +86,21 @@ bool TermManager::is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2
 const Symbol* TermManager::make_fp_from_sbv_symbol(size_t w, size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_SBV;
   const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_fp_type(e, m);
-  return make_conversion_symbol(tag, key, operand, result, {w, e, m});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {w, e, m});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_from_sbv(size_t e, size_t m, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_SBV);
   const size_t w = require_bv(t, family.complaint);
-  return make_with({rm, t}, make_fp_from_sbv_symbol(w, e, m), family.operation);
+  return apply(make_fp_from_sbv_symbol(w, e, m), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_FROM_SBV, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_SBV>(s);
   if (key == nullptr) return false;
   write(w, key->b);
   write(e, key->c);
@@ -101,18 +111,21 @@ bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* 
 const Symbol* TermManager::make_fp_from_ubv_symbol(size_t w, size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_UBV;
   const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_fp_type(e, m);
-  return make_conversion_symbol(tag, key, operand, result, {w, e, m});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {w, e, m});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_from_ubv(size_t e, size_t m, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_UBV);
   const size_t w = require_bv(t, family.complaint);
-  return make_with({rm, t}, make_fp_from_ubv_symbol(w, e, m), family.operation);
+  return apply(make_fp_from_ubv_symbol(w, e, m), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_FROM_UBV, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_UBV>(s);
   if (key == nullptr) return false;
   write(w, key->b);
   write(e, key->c);
@@ -123,18 +136,21 @@ bool TermManager::is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* 
 const Symbol* TermManager::make_fp_to_bv_symbol(size_t e, size_t m, size_t w) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_TO_BV;
   const FPFormatCast key{e, m, 0, w};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_fp_type(e, m);
   const DataType* result = get_bv_type(w);
-  return make_conversion_symbol(tag, key, operand, result, {e, m, w});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e, m, w});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_to_bv(size_t w, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_TO_BV);
   const auto [e, m] = require_fp(t, family.complaint);
-  return make_with({rm, t}, make_fp_to_bv_symbol(e, m, w), family.operation);
+  return apply(make_fp_to_bv_symbol(e, m, w), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_to_bv(const Symbol* s, size_t* e, size_t* m, size_t* w) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_TO_BV, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_TO_BV>(s);
   if (key == nullptr) return false;
   write(e, key->a);
   write(m, key->b);
@@ -146,18 +162,21 @@ const Symbol* TermManager::make_fp_as_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_AS_IEEEBV;
   const size_t width = ieee_width(e, m);
   const FPFormatCast key{e, m, 0, width};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_fp_type(e, m);
   const DataType* result = get_bv_type(width);
-  return make_conversion_symbol(tag, key, operand, result, {e, m, width});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e, m, width});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_as_ieeebv(const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_AS_IEEEBV);
   const auto [e, m] = require_fp(t, family.complaint);
-  return make_with({t}, make_fp_as_ieeebv_symbol(e, m), family.operation);
+  return apply(make_fp_as_ieeebv_symbol(e, m), {t}, family.operation);
 }
 bool TermManager::is_fp_as_ieeebv(const Symbol* s, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_AS_IEEEBV, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_AS_IEEEBV>(s);
   if (key == nullptr) return false;
   write(e, key->a);
   write(m, key->b);
@@ -168,18 +187,21 @@ const Symbol* TermManager::make_fp_from_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_IEEEBV;
   const size_t width = ieee_width(e, m);
   const FPFormatCast key{0, width, e, m};
-  if (const Symbol* present = find_conversion(tag, key)) return present;
+  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  Transaction making(*this);
   const DataType* operand = get_bv_type(width);
   const DataType* result = get_fp_type(e, m);
-  return make_conversion_symbol(tag, key, operand, result, {width, e, m});
+  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {width, e, m});
+  making.commit();
+  return s;
 }
 const Term_* TermManager::make_fp_from_ieeebv(size_t e, size_t m, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_IEEEBV);
   if (require_bv(t, family.complaint) != ieee_width(e, m)) reject_operand(t, family.complaint);
-  return make_with({t}, make_fp_from_ieeebv_symbol(e, m), family.operation);
+  return apply(make_fp_from_ieeebv_symbol(e, m), {t}, family.operation);
 }
 bool TermManager::is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key(SymbolTag::FP_FROM_IEEEBV, s);
+  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_IEEEBV>(s);
   if (key == nullptr) return false;
   write(e, key->c);
   write(m, key->d);

@@ -32,11 +32,14 @@ const Symbol* TermManager::make_format_symbol(
   const IEEEFloat::format key{e, m};
   const auto found = by_format.find(key);
   if (found != by_format.end()) return found->second;
+  Transaction making(*this);
   const DataType* type = get_fp_type(e, m);
   set_scratch_types(operands, type, bool_result ? bool_type : type);
   if (rounding) scratch_types.insert(scratch_types.begin() + 1, fprounding_type);
   compose_family_name(name, separated, {e, m});
-  return add_family_symbol(tag, key, by_symbol, by_format);
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_format);
+  making.commit();
+  return s;
 }
 
 bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,

@@ -152,8 +152,9 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   });
   gc_clear_tbl_key(number_values, kept_symbols);
 
-  // The latest uses name symbols and types that may go.
+  // The latest uses and numerals name symbols, types and terms that may go.
   latest_uses.fill({});
+  recent_numerals.clear();
   for_each_family(*this,
                   [&](const OperatorFamily&, auto& family) { sweep_family(family, kept_symbols); });
 

@@ -1,7 +1,6 @@
 // Congruence of integers modulo a constant: one symbol for each modulus.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/new_symbol.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -9,32 +8,25 @@ namespace quill {
 
 const Symbol* TermManager::make_int_modular_congruence_symbol(const QNumber& modulus) {
   constexpr SymbolTag::tag tag = SymbolTag::INT_MODULAR_CONGRUENCE;
+  if (!modulus.is_canonical()) return make_int_modular_congruence_symbol(modulus.canonical());
   const auto found = modular_congruences.by_key.find(modulus);
   if (found != modular_congruences.by_key.end()) return found->second;
-
-  // One form for each value, so that equal moduli meet under one key.
-  QNumber canonical(modulus);
-  canonical.normalize();
-  if (canonical.is_integer() && canonical.is_big()) canonical = QNumber(canonical.big_num());
-  if (!canonical.is_integer() || canonical.is_negative() || canonical.is_zero()) {
+  if (!modulus.is_integer() || modulus.is_negative() || modulus.is_zero()) {
     throw Exception("invalid modulus in make_int_modular_congruence_symbol: ") << modulus;
   }
-  const auto present = modular_congruences.by_key.find(canonical);
-  if (present != modular_congruences.by_key.end()) return present->second;
 
   set_scratch_types(2, int_type, bool_type);
   name_buffer = '`';
   name_buffer += operator_family(tag).base;
-  name_buffer += canonical.to_str();
+  name_buffer += modulus.to_str();
   name_buffer += '`';
-  return add_family_symbol(tag, canonical, modular_congruences.by_symbol,
-                           modular_congruences.by_key);
+  return add_family_symbol(tag, modulus, modular_congruences.by_symbol, modular_congruences.by_key);
 }
 
 const Term_* TermManager::make_int_modular_congruence(const QNumber& modulus, const Term_* a,
                                                       const Term_* b) {
   const Symbol* s = make_int_modular_congruence_symbol(modulus);
-  return make_with({a, b}, s, operator_family(SymbolTag::INT_MODULAR_CONGRUENCE).operation);
+  return apply(s, {a, b}, operator_family(SymbolTag::INT_MODULAR_CONGRUENCE).operation);
 }
 
 bool TermManager::is_int_modular_congruence(const Symbol* s, QNumber* modulus) const {

@@ -7,19 +7,22 @@
 //   bit-vector           5_8            the value and the width
 //   floating point       0_8_23         the bit pattern and the format
 //
-// Arithmetic numerals are found by value in number_cache, the others by name in the signature.
+// Arithmetic numerals are found by value in number_cache, the others by name in the signature;
+// those of late are remembered. Values are looked up and kept in their canonical form (see
+// QNumber).
 
 #include <string>
 
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/transaction.h"
 #include "quill/utils/scope_guard.h"
 
 namespace quill {
 
 // Makes the term of a numeral, all or nothing. `present` is the symbol that already has the
-// numeral's name, which is in name_buffer, or null.
+// numeral's name, which is in name_buffer, or null. The value is in its canonical form.
 const Term_* TermManager::make_numeral(const Symbol* present, const DataType* type,
                                        const QNumber& value, bool enter_in_cache) {
   const size_t before = signature->size();
@@ -58,13 +61,9 @@ void TermManager::reject_numeral(const std::string& name, const Symbol* present)
 }
 
 const Term_* TermManager::make_number(const QNumber& value) {
+  if (!value.is_canonical()) return make_number(value.canonical());
   const auto found = number_cache.find(&value);
   if (found != number_cache.end()) return found->second;
-  if (!value.is_integer()) {
-    QNumber normalized(value);
-    normalized.normalize();
-    if (!(normalized == value)) return make_number(normalized);
-  }
 
   name_buffer = value.to_str();
   const Symbol* present = signature->get_symbol(name_buffer.c_str());
@@ -75,6 +74,23 @@ const Term_* TermManager::make_number(const QNumber& value) {
   return make_numeral(present, is_integer ? int_type : rat_type, value, /*enter_in_cache=*/true);
 }
 
+namespace {
+
+// Whether a value that is not negative has at most so many bits.
+bool fits_in(const QNumber& value, uint64_t bits) {
+  if (value.is_zero()) return true;  // in no bits at all
+  if (value.is_big()) return mpz_sizeinbase(value.big_num(), 2) <= bits;
+  return bits > 63 || (value.num >> bits) == 0;
+}
+
+// Whether a request for this bit pattern or bit-vector can be answered at once if it was answered
+// before: what was made without checks is checked again.
+bool is_sound(const QNumber& value, uint64_t bits) {
+  return value.num >= 0 && (bits > 63 || (value.num >> bits) == 0);
+}
+
+}  // namespace
+
 // Refuses what is not an unsigned number of so many bits.
 void TermManager::require_bits(const QNumber& value, uint64_t bits, const char* kind) const {
   if (!value.is_integer()) {
@@ -83,51 +99,50 @@ void TermManager::require_bits(const QNumber& value, uint64_t bits, const char* 
   if (value.is_negative()) {
     throw error("can't make a ") << kind << " number from a negative number: " << value.to_str();
   }
-  bool fits;
-  if (value.is_zero()) {
-    fits = true;  // in no bits at all
-  } else if (value.is_big()) {
-    fits = mpz_sizeinbase(value.big_num(), 2) <= bits;
-  } else {
-    fits = bits > 63 || (value.num >> bits) == 0;
-  }
   // A range error, and as such no error of the manager's own class.
-  if (!fits) throw Exception("the number ") << value << " doesn't fit in " << bits << " bits";
+  if (!fits_in(value, bits)) {
+    throw Exception("the number ") << value << " doesn't fit in " << bits << " bits";
+  }
+}
+
+// A numeral whose name is in `name`, of the type that `make_type` asks for: all or nothing.
+template <class MakeType>
+const Term_* TermManager::make_named_numeral(const std::string& name, const QNumber& value,
+                                             MakeType make_type) {
+  Transaction making(*this);
+  const Symbol* present = signature->get_symbol(name.c_str());
+  const DataType* type = make_type();  // composes a name of its own
+  if (present != nullptr && present->type != type) reject_numeral(name, present);
+  name_buffer = name;
+  const Term_* t = make_numeral(present, type, value, /*enter_in_cache=*/false);
+  making.commit();
+  return t;
 }
 
 const Term_* TermManager::make_bv_number(const QNumber& value, size_t width) {
-  if (!value.is_integer()) {
-    QNumber normalized(value);
-    normalized.normalize();
-    if (!(normalized == value)) return make_bv_number(normalized, width);
+  if (!value.is_canonical()) return make_bv_number(value.canonical(), width);
+  const bool is_small = !value.is_big() && value.den == 1;
+  const RecentNumerals::Key key{value.num, 0, width, /*is_pattern=*/false};
+  if (is_small && (!typecheck_enabled || is_sound(value, width))) {
+    if (const Term_* recent = recent_numerals.find(key)) return recent;
   }
   if (typecheck_enabled) require_bits(value, width, "bv");
 
-  name_buffer = value.to_str();
-  name_buffer += '_';
-  name_buffer += std::to_string(width);
-  const Symbol* present = signature->get_symbol(name_buffer.c_str());
-  if (present != nullptr) {
-    // Compared part by part, so that a refused request makes no type.
-    const bool fits = is_bv_type(present->type, nullptr) &&
-                      present->type->get_component(1)->is_simple() &&
-                      present->type->get_component(1)->get_name() == std::to_string(width);
-    if (!fits) {
-      reject_numeral(name_buffer, present);
-    }
-    return make_numeral(present, present->type, value, /*enter_in_cache=*/false);
-  }
-  const std::string name = name_buffer;  // get_bv_type composes a name of its own
-  const DataType* type = get_bv_type(width);
-  name_buffer = name;
-  return make_numeral(nullptr, type, value, /*enter_in_cache=*/false);
+  std::string name = value.to_str();
+  name += '_';
+  name += std::to_string(width);
+  const Term_* t = make_named_numeral(name, value, [&] { return get_bv_type(width); });
+  if (is_small) recent_numerals.insert(key, t);
+  return t;
 }
 
 const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, size_t m) {
-  if (!bits.is_integer()) {
-    QNumber normalized(bits);
-    normalized.normalize();
-    if (!(normalized == bits)) return make_fp_bits_number(normalized, e, m);
+  if (!bits.is_canonical()) return make_fp_bits_number(bits.canonical(), e, m);
+  const bool is_small = !bits.is_big() && bits.den == 1;
+  const RecentNumerals::Key key{bits.num, e, m, /*is_pattern=*/true};
+  if (is_small &&
+      (!typecheck_enabled || (e >= 2 && m >= 2 && is_sound(bits, saturating_ieee_width(e, m))))) {
+    if (const Term_* recent = recent_numerals.find(key)) return recent;
   }
   if (typecheck_enabled) {
     require_bits(bits, ieee_width(e, m), "FP");
@@ -139,18 +154,9 @@ const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, siz
   name += std::to_string(e);
   name += '_';
   name += std::to_string(m);
-  const Symbol* present = signature->get_symbol(name.c_str());
-  if (present != nullptr) {
-    // Compared part by part, so that a refused request makes no type.
-    const std::string format = std::to_string(e) + ':' + std::to_string(m);
-    const bool fits = is_fp_type(present->type, nullptr, nullptr) &&
-                      present->type->get_component(1)->is_simple() &&
-                      present->type->get_component(1)->get_name() == format;
-    if (!fits) reject_numeral(name, present);
-  }
-  const DataType* type = present != nullptr ? present->type : get_fp_type(e, m);
-  name_buffer = name;
-  return make_numeral(present, type, bits, /*enter_in_cache=*/false);
+  const Term_* t = make_named_numeral(name, bits, [&] { return get_fp_type(e, m); });
+  if (is_small) recent_numerals.insert(key, t);
+  return t;
 }
 
 const Term_* TermManager::make_fp_rat_number(const QNumber& value, size_t e, size_t m,

@@ -19,7 +19,13 @@ inline size_t sum_of_widths(size_t a, size_t b) {
   return a + b;
 }
 
-// Of the bit pattern of a floating-point value: sign, exponent and significand.
+// Of the bit pattern of a floating-point value: sign, exponent and significand. Where there is no
+// such number, the largest one.
+inline size_t saturating_ieee_width(size_t e, size_t m) {
+  return e > SIZE_MAX - 1 || m > SIZE_MAX - 1 - e ? SIZE_MAX : 1 + e + m;
+}
+
+// The same, refused where there is no such number.
 inline size_t ieee_width(size_t e, size_t m) {
   if (e > SIZE_MAX - 1 || m > SIZE_MAX - 1 - e) {
     throw Exception("a bit pattern of 1 + ") << e << " + " << m << " bits is too wide";

@@ -54,19 +54,17 @@ const Term_* TermManager::make_fresh_variable(const DataType* type) {
 
 const Term_* TermManager::make_constant(const Symbol* s) {
   require_own(*this, s);
-  current_operation = "make_constant";
-  scratch_args.clear();
-  return make_term(s, scratch_args);
+  return apply(s, {}, "make_constant");
 }
 
 const Term_* TermManager::make_uninterpreted_function(const Symbol* s,
                                                       const std::vector<const Term_*>& args) {
-  current_operation = "make_uninterpreted_function";
-  return make_term(s, args);
+  return apply_to(s, args, "make_uninterpreted_function");
 }
 
 void TermManager::free_symbol(const Symbol* s) {
   require_own(*this, s);
+  recent_numerals.clear();  // they were found by name
   signature->remove_symbol(s->name);
 }
 

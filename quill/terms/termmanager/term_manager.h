@@ -14,16 +14,16 @@
 // Requests are checked before anything changes. A request that is refused throws
 // TermManager::error, or Exception where a member says so, with the whole story in its text. It
 // leaves all stores and tables as they were, except that the builder of an operator of
-// operator_families may have made the operator's symbol, with its types, before the operands were
-// typechecked. A request that runs out of memory throws std::bad_alloc and may leave types and
-// symbols that it made on the way, each complete and usable. Builders do not simplify: they pick
-// the symbol and pass the arguments on in the given order.
+// operator_families has made the operator's symbol, with its types, before the operands were
+// typechecked. So does a request that runs out of memory, which throws std::bad_alloc. Builders do
+// not simplify: they pick the symbol and pass the arguments on in the given order.
 //
 // What belongs to another manager or was freed must not be given to a manager. Debug builds check
 // that in every call and stop with a message (see ownership.h).
 //
-// A manager is used by one thread at a time and is not re-entrant: builders share scratch vectors,
-// the name buffer and the name of the running operation.
+// A manager is used by one thread at a time. A delegate, an overridden make_term and the callback
+// of a visitor may call back into it (see term_factory.h); all else that builders share (the name
+// buffer, the list of types) is used between two calls of such code only.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
 #define QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
@@ -33,6 +33,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,7 @@
 #include "quill/terms/term_bank.h"
 #include "quill/terms/termmanager/family_keys.h"
 #include "quill/terms/termmanager/operator_family.h"
+#include "quill/terms/termmanager/recent_numerals.h"
 #include "quill/terms/termmanager/symbol_tag.h"
 #include "quill/terms/termmanager/term_factory.h"
 #include "quill/terms/termmanager/type_keyed_symbols.h"
@@ -674,15 +676,21 @@ class TermManager : public TermFactory {
   const Symbol* add_function_symbol(const char* name, SymbolTag::tag tag);
   const Symbol* make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
                                        const char* prefix, SymbolTag::tag tag);
+  bool is_intercepted() const;
+  const Term_* apply(const Symbol* s, std::initializer_list<const Term_*> args,
+                     const char* operation);
+  const Term_* apply_to(const Symbol* s, const std::vector<const Term_*>& args,
+                        const char* operation);
+  const Term_* apply_intercepted(const Symbol* s, std::initializer_list<const Term_*> args,
+                                 const char* operation);
+  const Term_* apply_first(TypeKeyedSymbols& table,
+                           const Symbol* (TermManager::*make_symbol_of)(const DataType*),
+                           const DataType* type, std::initializer_list<const Term_*> args,
+                           const char* operation);
   const Term_* make_binary(const Symbol* s, const Term_* a, const Term_* b, const char* operation);
-  struct ExpectedType {
-    const Term_* operand;
-    const DataType* type;
-  };
-  void check_before_new_symbol(const DataType* t, const char* operation,
-                               std::initializer_list<ExpectedType> operands);
   [[noreturn, gnu::cold]] void reject_arity(const Symbol* s, size_t given) const;
-  void typecheck_from(size_t first, const Symbol* s, const std::vector<const Term_*>& args);
+  void check_arguments(const Symbol* s, const Term_* const* args, size_t count);
+  void check_arguments_from(size_t first, const Symbol* s, const Term_* const* args, size_t count);
   template <class Enter>
   void enter_pairs(const std::vector<const Term_*>& from, const std::vector<const Term_*>& to,
                    const Enter& enter) const;
@@ -694,9 +702,19 @@ class TermManager : public TermFactory {
   [[noreturn]] void reject_numeral(const std::string& name, const Symbol* present) const;
   const Term_* make_numeral(const Symbol* present, const DataType* type, const QNumber& value,
                             bool enter_in_cache);
+  template <class MakeType>
+  const Term_* make_named_numeral(const std::string& name, const QNumber& value,
+                                  MakeType make_type);
 
-  class NewSymbol;
+  class Interception;
+  class Transaction;
+  class Trial;
   class TermCopyCallback;
+  void restore_tag(const Symbol* s, std::optional<SymbolTag::tag> tag) noexcept;
+  void note_given(const Symbol* s) {
+    if (trials != nullptr) note_given_on_trial(s);
+  }
+  void note_given_on_trial(const Symbol* s);
 
   // The members of the operator families are made of these; see 'families.cpp' and
   // 'family_builders.h'.
@@ -714,13 +732,14 @@ class TermManager : public TermFactory {
                                    size_t e, size_t m);
   const Symbol* make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
                                   std::initializer_list<const DataType*> components);
-  const Symbol* find_conversion(SymbolTag::tag tag, const FPFormatCast& key) const;
-  const FPFormatCast* find_conversion_key(SymbolTag::tag tag, const Symbol* s) const;
-  const Symbol* make_conversion_symbol(SymbolTag::tag tag, const FPFormatCast& key,
-                                       const DataType* operand, const DataType* result,
+  template <SymbolTag::tag Tag>
+  const Symbol* find_conversion(const FPFormatCast& key) const;
+  template <SymbolTag::tag Tag>
+  const FPFormatCast* find_conversion_key(const Symbol* s) const;
+  template <SymbolTag::tag Tag>
+  const Symbol* make_conversion_symbol(const FPFormatCast& key, const DataType* operand,
+                                       const DataType* result,
                                        std::initializer_list<size_t> numbers);
-  const Term_* make_with(std::initializer_list<const Term_*> args, const Symbol* s,
-                         const char* operation);
   [[noreturn]] void reject_operand(const Term_* t, const char* complaint) const;
   size_t require_bv(const Term_* t, const char* complaint) const;
   IEEEFloat::format require_fp(const Term_* t, const char* complaint) const;
@@ -796,6 +815,8 @@ class TermManager : public TermFactory {
   hsh::HashMap<const Symbol*, QNumber> number_values;
   hsh::HashMap<const QNumber*, const Term_*> number_cache;
 
+  RecentNumerals recent_numerals;
+
   // The operator families, by the kind of their keys and within it in the order of
   // operator_families.
   SymbolFamily<QNumber> modular_congruences;
@@ -819,16 +840,38 @@ class TermManager : public TermFactory {
   // minus infinity.
   const Symbol* rounding_symbols[4] = {};
 
-  // Scratch space, kept so that building a term or a name allocates nothing beyond what the stores
-  // keep. Set before use, never cleared after.
+  // Scratch space, kept so that building a name or a type allocates nothing beyond what the stores
+  // keep. Set before use, never cleared after; nothing calls back between the two.
   std::vector<const DataType*> scratch_types;
-  std::vector<const Term_*> scratch_args;
-  std::vector<const Term_*> scratch_pair{nullptr, nullptr};  // the arguments of binary terms
+  std::string name_buffer;
+
   // The public builder that is running, for type errors; "" between builders. A type error leaves
   // it as it was.
   const char* current_operation = "";
   std::string operation_text;  // keeps a name that a caller or a symbol lent
-  std::string name_buffer;
+
+  // The requests that a delegate or an overridden make_term sees, from the outermost one to the
+  // innermost; the records after those are kept for later requests.
+  struct Request {
+    std::string operation;
+    std::vector<const Term_*> own_args;
+    const std::vector<const Term_*>* args = nullptr;  // own_args or a vector of the caller's
+  };
+  std::vector<std::unique_ptr<Request>> requests;
+  size_t requests_under_way = 0;
+
+  // What open transactions have entered in tables, the latest entry last; see 'transaction.h'.
+  struct UndoEntry {
+    enum Kind : uint8_t { Width, Format, Tag };
+    Kind kind;
+    size_t width = 0;
+    IEEEFloat::format format{};
+    const Symbol* symbol = nullptr;
+    std::optional<SymbolTag::tag> tag{};  // what the symbol had before
+  };
+  std::vector<UndoEntry> undo_log;
+  size_t open_transactions = 0;
+  Trial* trials = nullptr;  // the innermost one; see 'trial.h'
 
   bool typecheck_enabled = true;
   bool delegate_enabled = false;

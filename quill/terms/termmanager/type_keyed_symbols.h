@@ -39,6 +39,14 @@ class TypeKeyedSymbols {
     undo.dismiss();
   }
 
+  // Takes out a pair that is there.
+  void erase(const DataType* type, const Symbol* symbol) noexcept {
+    symbols.erase(symbols.find(symbol));
+    by_type.erase(by_type.find(type));
+    latest_type = nullptr;
+    latest_symbol = nullptr;
+  }
+
   // Takes out every symbol that is not in the set.
   void sweep(const hsh::HashSet<const Symbol*>& kept) {
     gc_clear_set(symbols, kept);

@@ -40,9 +40,10 @@ class TypeTable {
     undo.dismiss();
   }
 
-  // Takes out the pair of a parameter that is there.
+  // Takes out the pair of a parameter, if it is there.
   void erase(const Key& key) {
     const auto found = types.find(key);
+    if (found == types.end()) return;
     keys.erase(keys.find(found->second));
     types.erase(found);
   }

@@ -9,6 +9,7 @@
 
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/transaction.h"
 #include "quill/utils/bv_number.h"
 #include "quill/utils/scope_guard.h"
 
@@ -37,12 +38,11 @@ const DataType* TermManager::get_simple_type(const std::string& name, bool only_
 
 const DataType* TermManager::get_type_from_width(size_t w) {
   if (const DataType* present = bv_widths.find(w)) return present;
+  Transaction making(*this);
   name_buffer = std::to_string(w);
-  const size_t before = universe->size();
   const DataType* type = universe->make_type(name_buffer);
-  ScopeGuard undo([&] { universe->rollback(before); });
-  bv_widths.insert(w, type);
-  undo.dismiss();
+  making.enter_width(w, type);
+  making.commit();
   return type;
 }
 
@@ -53,20 +53,14 @@ size_t TermManager::get_width_from_type(const DataType* t) const {
 }
 
 const DataType* TermManager::get_bv_type(size_t w) {
-  const bool is_known = bv_widths.find(w) != nullptr;
-  const size_t before = universe->size();
+  // A parameter type that is made for this type goes when the type can't be made.
+  Transaction making(*this);
   const DataType* parameter = get_type_from_width(w);
-  // A parameter type that was made for this type goes when the type can't be made.
-  ScopeGuard undo([&] {
-    if (is_known) return;
-    bv_widths.erase(w);
-    universe->rollback(before);
-  });
   scratch_types.clear();
   scratch_types.push_back(bv_type_head);
   scratch_types.push_back(parameter);
   const DataType* type = universe->make_type(scratch_types);
-  undo.dismiss();
+  making.commit();
   return type;
 }
 
@@ -76,26 +70,20 @@ const DataType* TermManager::get_fp_type(size_t e, size_t m) {
         << e << ", " << m << " (min is 2, 2)";
   }
   const IEEEFloat::format format{e, m};
+  Transaction making(*this);
   const DataType* parameter = fp_formats.find(format);
-  const size_t before = universe->size();
-  bool entered = false;
-  ScopeGuard undo([&] {
-    if (entered) fp_formats.erase(format);
-    universe->rollback(before);
-  });
   if (parameter == nullptr) {
     name_buffer = std::to_string(e);
     name_buffer += ':';
     name_buffer += std::to_string(m);
     parameter = universe->make_type(name_buffer);
-    fp_formats.insert(format, parameter);
-    entered = true;
+    making.enter_format(format, parameter);
   }
   scratch_types.clear();
   scratch_types.push_back(fp_type_head);
   scratch_types.push_back(parameter);
   const DataType* type = universe->make_type(scratch_types);
-  undo.dismiss();
+  making.commit();
   return type;
 }
 

@@ -1,0 +1,90 @@
+// The symbol that the first request with a type makes (equality, if-then-else), while the request
+// is on its way through make_term. When the request is refused the symbol goes again, with its
+// type, so that a refused request leaves no trace; unless what the request called back was given
+// the symbol by a request of its own, or a term has been built with it. Private to the sources of
+// the term manager.
+//
+// Whether that has happened is noted where it happens (note_given), so that nothing is searched.
+// What the request called back may have made types and symbols after those of this request: they
+// stay, in their order.
+
+#ifndef QUILL_TERMS_TERMMANAGER_TRIAL_H
+#define QUILL_TERMS_TERMMANAGER_TRIAL_H
+
+#include <optional>
+
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+class TermManager::Trial {
+ public:
+  Trial(TermManager& owner, TypeKeyedSymbols& symbols, const DataType* key)
+      : outer(owner.trials),
+        manager(owner),
+        table(symbols),
+        type(key),
+        depth(owner.requests_under_way),
+        types_before(owner.universe->size()),
+        symbols_before(owner.signature->size()) {
+    manager.trials = this;
+  }
+  Trial(const Trial&) = delete;
+  Trial& operator=(const Trial&) = delete;
+  ~Trial() {
+    manager.trials = outer;
+    if (made != nullptr && !is_needed) take_back();
+  }
+
+  // The maker of the symbol tells it and the tag that it had before.
+  void symbol_made(const Symbol* symbol, std::optional<SymbolTag::tag> tag) {
+    if (made != nullptr) return;  // that of a request called back
+    made = symbol;
+    tag_before = tag;
+  }
+
+  // The request on trial itself is given the symbol, too, at its own depth.
+  void note_given(const Symbol* symbol) {
+    if (symbol == made && manager.requests_under_way > depth) is_needed = true;
+  }
+
+  void keep() { is_needed = true; }
+
+  Trial* const outer;  // of the request that called this one back, or null
+
+ private:
+  void take_back() noexcept {
+    table.erase(type, made);
+    manager.restore_tag(made, tag_before);
+    Signature& signature = *manager.signature;
+    if (signature.size() == symbols_before || signature.symbol(symbols_before) != made) return;
+    const DataType* own_type = made->type;
+    signature.remove_at(symbols_before);
+    TypeUniverse& universe = *manager.universe;
+    if (universe.size() == types_before || universe.type(types_before) != own_type) return;
+    // Only what was made later can use the type.
+    for (size_t i = symbols_before; i < signature.size(); i++) {
+      if (signature.symbol(i)->type == own_type) return;
+    }
+    for (size_t i = types_before + 1; i < universe.size(); i++) {
+      for (size_t k = 0; k < universe.type(i)->num_components(); k++) {
+        if (universe.type(i)->get_component(k) == own_type) return;
+      }
+    }
+    universe.remove_at(types_before);
+  }
+
+  TermManager& manager;
+  TypeKeyedSymbols& table;
+  const DataType* const type;
+  const size_t depth;
+  const size_t types_before;
+  const size_t symbols_before;
+  const Symbol* made = nullptr;
+  std::optional<SymbolTag::tag> tag_before;
+  bool is_needed = false;
+};
+
+}  // namespace quill
+
+#endif
