@@ -47,6 +47,53 @@ void hit_extract(TermManager& m, std::size_t count) {
   measured([&](std::size_t i) { m.make_bv_extract(63, i % side, x); }, count);
 }
 
+void hit_equal(TermManager& m, std::size_t count) {
+  const Terms x = quill::bench::make_constants(m, "x", side, 32);
+  for (std::size_t i = 0; i < side * side; i++) m.make_equal(x[i / side], x[i % side]);
+  measured([&](std::size_t i) { m.make_equal(x[i / side % side], x[i % side]); }, count);
+}
+
+void hit_fp_add(TermManager& m, std::size_t count) {
+  Terms x;
+  for (std::size_t i = 0; i < side; i++) {
+    x.push_back(m.make_constant(m.make_symbol("x" + std::to_string(i), m.get_fp_type(8, 23))));
+  }
+  const Term_* rm = m.make_fprounding_even();
+  for (std::size_t i = 0; i < side; i++) m.make_fp_add(rm, x[i], x[i]);
+  measured([&](std::size_t i) { m.make_fp_add(rm, x[i % side], x[i % side]); }, count);
+}
+
+void hit_number(TermManager& m, std::size_t count) {
+  for (std::size_t i = 0; i < side; i++) m.make_number(i);
+  measured([&](std::size_t i) { m.make_number(i % side); }, count);
+}
+
+void hit_bv_number(TermManager& m, std::size_t count) {
+  for (std::size_t i = 0; i < side; i++) m.make_bv_number(i, 32);
+  measured([&](std::size_t i) { m.make_bv_number(i % side, 32); }, count);
+}
+
+void hit_fp_number(TermManager& m, std::size_t count) {
+  for (std::size_t i = 0; i < side; i++) m.make_fp_bits_number(i, 8, 23);
+  measured([&](std::size_t i) { m.make_fp_bits_number(i % side, 8, 23); }, count);
+}
+
+void is_fp_add(TermManager& m, std::size_t count) {
+  const quill::Symbol* s = m.make_fp_add_symbol(8, 23);
+  measured([&](std::size_t) { m.is_fp_add(s, nullptr, nullptr); }, count);
+}
+
+void is_fp_cast(TermManager& m, std::size_t count) {
+  const quill::Symbol* s = m.make_fp_cast_symbol(8, 23, 11, 52);
+  measured([&](std::size_t) { m.is_fp_cast(s, nullptr, nullptr, nullptr, nullptr); }, count);
+}
+
+void hit_fp_cast(TermManager& m, std::size_t count) {
+  const Term_* x = m.make_constant(m.make_symbol("x", m.get_fp_type(8, 23)));
+  const Term_* rm = m.make_fprounding_even();
+  measured([&](std::size_t) { m.make_fp_cast(11, 52, rm, x); }, count);
+}
+
 // The names of the symbols asked for do not depend on COUNT: the first thousand of them, and those
 // behind a hundred thousand others.
 void unique_symbols(TermManager& m, std::size_t before, std::size_t count) {
@@ -78,6 +125,14 @@ int main(int argc, char** argv) {
   const std::map<std::string, void (*)(TermManager&, std::size_t)> works = {
       {"hit_bv_add", hit_bv_add},
       {"hit_extract", hit_extract},
+      {"hit_equal", hit_equal},
+      {"hit_fp_add", hit_fp_add},
+      {"hit_fp_cast", hit_fp_cast},
+      {"hit_number", hit_number},
+      {"hit_bv_number", hit_bv_number},
+      {"hit_fp_number", hit_fp_number},
+      {"is_fp_add", is_fp_add},
+      {"is_fp_cast", is_fp_cast},
       {"unique_symbols_first",
        [](TermManager& m, std::size_t count) { unique_symbols(m, 0, count); }},
       {"unique_symbols_late",

@@ -58,11 +58,10 @@ class TermManager::Interception {
     if (manager.requests.size() == position) {
       manager.requests.push_back(std::make_unique<Request>());
     }
+    request().operation = operation;  // which may be a text that a nested request changes
     operation_before = manager.current_operation;
-    manager.requests_under_way++;
-    // The name may be a text that a nested request changes.
-    request().operation = operation;
     manager.current_operation = request().operation.c_str();
+    manager.requests_under_way++;
   }
 
   Request& request() const { return *manager.requests[position]; }

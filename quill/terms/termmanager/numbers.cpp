@@ -61,9 +61,10 @@ void TermManager::reject_numeral(const std::string& name, const Symbol* present)
 }
 
 const Term_* TermManager::make_number(const QNumber& value) {
-  if (!value.is_canonical()) return make_number(value.canonical());
+  // A value in another form is missed here, and looked up again in the canonical one.
   const auto found = number_cache.find(&value);
   if (found != number_cache.end()) return found->second;
+  if (!value.is_canonical()) return make_number(value.canonical());
 
   name_buffer = value.to_str();
   const Symbol* present = signature->get_symbol(name_buffer.c_str());
