@@ -14,9 +14,10 @@ namespace quill {
 
 // Whether somebody's code sees requests before the bank does: the make_term of a derived class, or
 // a delegate. A derived class of another module may have a type record of its own; it is then only
-// the longer way that is taken.
+// the longer way that is taken, as it is while a symbol is on trial, which has to learn of
+// requests.
 inline bool TermManager::is_intercepted() const {
-  return delegate_enabled || &typeid(*this) != &typeid(TermManager);
+  return delegate_enabled || trials != nullptr || &typeid(*this) != &typeid(TermManager);
 }
 
 //----------------------------------------------------------------------------------------------

@@ -304,6 +304,25 @@ TEST_F(FirstRequest, KeepsASymbolWithWhichATermWasBuilt) {
   EXPECT_EQ(m.make_equal(c.x, c.y)->to_str(), "(`=_(BitVec 8)` Ax Ay)");
 }
 
+// Switched off, the delegate sees nothing of the nested request.
+TEST(NestedRequests, AFirstRequestKeepsASymbolThatARequestWithoutDelegateWasGiven) {
+  TermManager m;
+  const Constants c(m, "A");
+  DecliningDelegate delegate;
+  delegate.most = 1;
+  delegate.callback = [&] {
+    m.set_delegate_enabled(false);
+    m.make_equal(c.x, c.x);
+    m.set_delegate_enabled(true);
+    throw TermManager::error("refused");
+  };
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  EXPECT_EQ(error_of([&] { m.make_equal(c.x, c.y); }), "refused");
+  EXPECT_NE(m.get_signature()->get_symbol("`=_(BitVec 8)`"), nullptr);
+  EXPECT_EQ(m.check_consistency(), "");
+}
+
 TEST_F(FirstRequest, KeepsASymbolThatACopyWasGiven) {
   TermManager source;
   const Constants other(source, "A");
