@@ -12,6 +12,9 @@
 // In dag mode each term is visited once however many parents it has; otherwise once for every path
 // that leads to it. Arguments are finished in reverse order, each before its parents.
 //
+// The visitor of class TermVisitor<C> calls C::visit itself, also where a class derived from C
+// overrides it. A callback that is chosen at run time is called through VisitForwarder.
+//
 // Representation: two bits per term id in a mark vector, done (2 id) and entered (2 id + 1); a bit
 // beyond the end reads as clear. The list of visited terms is all that is needed to clear the marks
 // again, so that a walk costs as much as the part of the graph that it reaches. Marks can be lent
@@ -31,12 +34,24 @@
 
 namespace quill {
 
-// A base for callbacks that are chosen at run time. TermVisitor calls C::visit directly and needs
-// no base class.
+// A base for callbacks that are chosen at run time.
 class TermVisitorCallback {
  public:
   virtual ~TermVisitorCallback() = default;
   virtual int visit(const Term_*, bool /*preorder*/) { return 2; }
+};
+
+// Calls a callback through its virtual table:
+//
+//   VisitForwarder forwarder(chosen);  // a TermVisitorCallback*, not owned
+//   TermVisitor<VisitForwarder> visitor(&forwarder, /*visit_once=*/true);
+class VisitForwarder {
+ public:
+  explicit VisitForwarder(TermVisitorCallback* receiver) : callback(receiver) {}
+  int visit(const Term_* t, bool preorder) { return callback->visit(t, preorder); }
+
+ private:
+  TermVisitorCallback* callback;
 };
 
 // Clears the marks of the visited terms, and the list, when it goes out of scope.
@@ -92,7 +107,7 @@ class TermVisitor {
           continue;
         }
         if (!is_marked(entered_bit(t))) {
-          const int answer = callback->visit(t, true);
+          const int answer = callback->C::visit(t, true);
           visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
           mark(entered_bit(t));
           if (answer == 0) return;
@@ -100,7 +115,7 @@ class TermVisitor {
         }
       }
       stack.pop_back();
-      const int answer = callback->visit(t, false);
+      const int answer = callback->C::visit(t, false);
       if (dag_mode) {
         mark(done_bit(t));
       } else {

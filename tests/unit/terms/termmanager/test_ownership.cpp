@@ -360,7 +360,8 @@ TEST(MisuseDeathTest, WithChecksTurnedOff) {
 TEST(MisuseDeathTest, AWalkThatBeginsAtAFreedTerm) {
   TermManager m;
   TermVisitorCallback callback;
-  TermVisitor<TermVisitorCallback> visitor(&callback, /*visit_once=*/true);
+  VisitForwarder forwarder(&callback);
+  TermVisitor<VisitForwarder> visitor(&forwarder, /*visit_once=*/true);
   const Term_* freed = make_victim(m);
   m.gc({}, {}, {});
   EXPECT_DEATH(visitor.visit(freed, /*clear_marks=*/true),

@@ -353,7 +353,7 @@ TEST(TermVisitorCallback, GoesOnUnlessOverridden) {
   EXPECT_TRUE(std::has_virtual_destructor_v<TermVisitorCallback>);
 }
 
-TEST(TermVisitorCallback, DrivesAWalkThroughTheBase) {
+TEST(TermVisitorCallback, DrivesAWalkThroughTheForwarder) {
   struct Counter : TermVisitorCallback {
     int visit(const Term_*, bool preorder) override { return preorder ? ++before : ++after; }
     int before = 1;
@@ -361,10 +361,44 @@ TEST(TermVisitorCallback, DrivesAWalkThroughTheBase) {
   };
   Graph g;
   Counter counter;
-  TermVisitor<TermVisitorCallback> visitor(&counter, as_dag);
+  VisitForwarder forwarder(&counter);
+  TermVisitor<VisitForwarder> visitor(&forwarder, as_dag);
   visitor.visit(g.make("f", {g.make("a"), g.make("b")}), true);
   EXPECT_EQ(counter.before, 4);
   EXPECT_EQ(counter.after, 4);
+}
+
+// The class that the visitor is made for says which function is called.
+TEST(TermVisitorCallback, AnOverriddenVisitOfItsClassIsCalledItself) {
+  struct Base {
+    virtual ~Base() = default;
+    virtual int visit(const Term_*, bool) { return ++calls, 2; }
+    int calls = 0;
+  };
+  struct Derived : Base {
+    int visit(const Term_*, bool) override { return ++overridden_calls, 2; }
+    int overridden_calls = 0;
+  };
+  Graph g;
+  const Term_* f = g.make("f", {g.make("a"), g.make("b")});
+  Derived callback;
+  TermVisitor<Base> of_base(&callback, as_dag);
+  of_base.visit(f, true);
+  EXPECT_EQ(callback.calls, 6);
+  EXPECT_EQ(callback.overridden_calls, 0);
+  TermVisitor<Derived> of_derived(&callback, as_tree);
+  of_derived.visit(f, true);
+  EXPECT_EQ(callback.calls, 6);
+  EXPECT_EQ(callback.overridden_calls, 6);
+}
+
+TEST(TermVisitorCallback, AnInheritedVisitIsCalled) {
+  struct Derived : Recorder {};
+  Graph g;
+  Derived callback;
+  TermVisitor<Derived> visitor(&callback, as_dag);
+  visitor.visit(g.make("f", {g.make("a")}), true);
+  EXPECT_EQ(callback.calls, "+f +a -a -f");
 }
 
 // --- Against a naive recursive visitor ---
