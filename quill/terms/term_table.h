@@ -90,7 +90,7 @@ class TermTable {
     return all[i];
   }
 
-  void grow() {
+  [[gnu::noinline]] void grow() {
     const size_t wanted = slots.empty() ? fewest_slots : 2 * slots.size();
     if (bound * sizeof(Value) <= wanted * sizeof(Slot)) {
       Values all(bound);

@@ -49,6 +49,11 @@ class GrowingArray {
     assert(count != 0);
     count--;
   }
+  // Drops all elements but the first num_elements, and keeps the room.
+  void truncate(size_t num_elements) {
+    assert(num_elements <= count);
+    count = num_elements;
+  }
   // Keeps the room.
   void clear() { count = 0; }
 

@@ -15,10 +15,25 @@
 // The visitor of class TermVisitor<C> calls C::visit itself, also where a class derived from C
 // overrides it. A callback that is chosen at run time is called through VisitForwarder.
 //
+// What a callback may do. It may call every member of every manager but gc, free_type, free_symbol
+// and the destructor. It may walk: with other visitors that have marks of their own, and with the
+// very visitor that calls it. Such an inner walk has a work stack of its own and shares the marks
+// with the outer walk:
+//   - In dag mode each walk leaves out what the other one has finished. An inner walk that reaches
+//     a term which the outer walk has entered and not left makes the post-visit of it, and the
+//     outer walk makes none. (Otherwise the outer walk makes one, too.)
+//   - An inner walk with clear_marks also clears what the outer walk has marked. The outer walk
+//     goes on from its work stack and makes the post-visits of the terms that it has entered; a
+//     finished term that it meets again is visited again. The marks of the rest of the outer walk
+//     are cleared at its end, if its own clear_marks says so.
+// The callback must not destroy the visitor, lend it other marks, or make the marks shorter.
+//
 // Representation: two bits per term id in a mark vector, done (2 id) and entered (2 id + 1); a bit
 // beyond the end reads as clear. The list of visited terms is all that is needed to clear the marks
-// again, so that a walk costs as much as the part of the graph that it reaches. Marks can be lent
-// by the user, to reuse their storage from walk to walk.
+// again, so that a walk costs as much as the part of the graph that it reaches: in dag mode it
+// holds every term that has a mark. Marks can be lent by the user, to reuse their storage from walk
+// to walk. All walks of a visitor use one array as the work stack, each the part of it above the
+// walks that it runs within.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
 #define QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
@@ -66,8 +81,12 @@ class CacheCleaner {
     const size_t size = marks->size();
     for (const Term_* t : *visited) {
       const size_t bit = 2 * size_t{static_cast<uint32_t>(t->id)};  // as in TermVisitor
-      if (bit < size) (*marks)[bit] = false;
-      if (bit + 1 < size) (*marks)[bit + 1] = false;
+      if (bit + 1 < size) {
+        (*marks)[bit] = false;
+        (*marks)[bit + 1] = false;
+      } else if (bit < size) {
+        (*marks)[bit] = false;
+      }
     }
     visited->clear();
   }
@@ -95,29 +114,31 @@ class TermVisitor {
   void visit(const Term_* root, bool clear_marks) {
     assert((root == nullptr || root->symbol != nullptr) && "a walk begins at a freed term");
     const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
-    num_marks = marks->size();
-    stack.clear();
+    const Frame frame(this, clear_marks);
     stack.push_back(waiting(root));
-    while (!stack.empty()) {
-      const Entry entry = stack.back();
+    while (stack.size() != frame.begin) {
+      Entry entry = stack.back();
       const Term_* t = term_of(entry);
-      if (!is_open(entry)) {
-        if (dag_mode && is_marked(done_bit(t))) {
-          stack.pop_back();
-          continue;
-        }
-        if (!is_marked(entered_bit(t))) {
-          const int answer = callback->C::visit(t, true);
-          visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
-          mark(entered_bit(t));
-          if (answer == 0) return;
-          if (answer != 1 && push_arguments(t)) continue;
-        }
+      if (dag_mode && is_marked(done_bit(t))) {
+        stack.pop_back();
+        continue;
       }
-      stack.pop_back();
+      // Downwards from argument to argument: the one that was pushed last is not done.
+      while (!is_open(entry) && !is_marked(entered_bit(t))) {
+        const int answer = callback->C::visit(t, true);
+        visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
+        mark_entered(t);
+        if (answer == 0) return;
+        if (answer == 1 || !push_arguments(t)) break;
+        entry = stack.back();
+        t = term_of(entry);
+      }
+      // It stays on the stack for so long, which tells a walk that the callback begins that it is
+      // an inner one.
       const int answer = callback->C::visit(t, false);
+      stack.pop_back();
       if (dag_mode) {
-        mark(done_bit(t));
+        mark_done(t);
       } else {
         (*marks)[entered_bit(t)] = false;
       }
@@ -133,22 +154,33 @@ class TermVisitor {
 
   bool is_marked(size_t bit) { return is_within(bit) && (*marks)[bit]; }
 
-  void mark(size_t bit) {
-    if (!is_within(bit)) grow(bit);
-    (*marks)[bit] = true;
+  void mark_entered(const Term_* t) {
+    if (!is_within(entered_bit(t))) grow(t);
+    (*marks)[entered_bit(t)] = true;
+  }
+
+  void mark_done(const Term_* t) {
+    if (done_bit(t) >= num_marks) prepare_mark_of_done(t);
+    (*marks)[done_bit(t)] = true;
   }
 
   // Asking a vector<bool> for its size takes longer than all the rest.
-  bool is_within(size_t bit) {
-    if (bit < num_marks) return true;
-    num_marks = marks->size();
-    return bit < num_marks;
+  bool is_within(size_t bit) { return bit < num_marks || is_within_size(bit); }
+
+  [[gnu::noinline]] bool is_within_size(size_t bit) {
+    if (!relisting) num_marks = marks->size();
+    return bit < marks->size();
+  }
+
+  [[gnu::noinline]] void prepare_mark_of_done(const Term_* t) {
+    if (relisting) visited.push_back(t);
+    if (!is_within(done_bit(t))) grow(t);
   }
 
   // Makes room for both bits of a term, doubling, so that marking is constant time on average.
-  [[gnu::noinline]] void grow(size_t bit) {
-    marks->resize(std::max((bit | 1) + 1, 2 * marks->size()));
-    num_marks = marks->size();
+  [[gnu::noinline]] void grow(const Term_* t) {
+    marks->resize(std::max(entered_bit(t) + 1, 2 * marks->size()));
+    if (!relisting) num_marks = marks->size();
   }
 
   // A term that waits to be entered, or, with the lowest bit set, one that has been and waits for
@@ -158,6 +190,37 @@ class TermVisitor {
   static bool is_open(Entry entry) { return (entry & 1) != 0; }
   static const Term_* term_of(Entry entry) {
     return reinterpret_cast<const Term_*>(entry & ~Entry{1});
+  }
+
+  // What a walk has to itself: the part of the work stack from `begin` on, released on every way
+  // out. What is below it belongs to the walks that are under way.
+  class Frame {
+   public:
+    Frame(TermVisitor* owner, bool clears_marks)
+        : begin(owner->stack.size()), visitor(owner), clears(clears_marks) {
+      visitor->num_marks = visitor->marks->size();
+    }
+    Frame(const Frame&) = delete;
+    Frame& operator=(const Frame&) = delete;
+    ~Frame() {
+      visitor->stack.truncate(begin);
+      if (begin != 0) {
+        visitor->return_to_outer_walk(clears);
+      } else {
+        visitor->relisting = false;
+      }
+    }
+
+    const size_t begin;
+
+   private:
+    TermVisitor* visitor;
+    bool clears;
+  };
+
+  [[gnu::noinline]] void return_to_outer_walk(bool marks_were_cleared) {
+    if (marks_were_cleared) relisting = true;
+    if (relisting) num_marks = 0;
   }
 
   // Opens the term on top and pushes the arguments that a walk still has to visit; false, without a
@@ -177,8 +240,13 @@ class TermVisitor {
   bool dag_mode;
   std::vector<bool> own_marks;
   std::vector<bool>* marks;
-  size_t num_marks = 0;       // how many there are, or fewer
-  GrowingArray<Entry> stack;  // of the walk; kept for its storage in between
+  // As many marks as there are, or fewer. 0 while `relisting`: then no term can be marked as done
+  // without a look at that flag, which therefore costs the usual walk nothing.
+  size_t num_marks = 0;
+  // Whether an inner walk has emptied the list of the visited terms. Until the outermost walk ends,
+  // each term that is marked as done is listed once more.
+  bool relisting = false;
+  GrowingArray<Entry> stack;
   std::vector<const Term_*>
       visited;  // since the marks were last cleared, in the order of pre-visits
 };

@@ -67,6 +67,19 @@ TEST(GrowingArray, KeepsItsRoomWhenCleared) {
   EXPECT_EQ(a[99], 198U);
 }
 
+TEST(GrowingArray, TruncatedKeepsItsFirstElementsAndItsRoom) {
+  GrowingArray<int> array;
+  for (int i = 0; i < 100; i++) array.push_back(i);
+  const int* const elements = array.begin();
+  array.truncate(3);
+  EXPECT_EQ(array.size(), 3U);
+  EXPECT_EQ(array[2], 2);
+  for (int i = 0; i < 97; i++) array.push_back(i);
+  EXPECT_EQ(array.begin(), elements);
+  array.truncate(100);
+  EXPECT_EQ(array.size(), 100U);
+}
+
 TEST(GrowingArray, SwapsWithAnother) {
   GrowingArray<uint32_t> a;
   GrowingArray<uint32_t> b;

@@ -15,6 +15,7 @@
 #include "quill/terms/term_bank.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/terms/type_universe.h"
+#include "quill/utils/scope_guard.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -343,6 +344,223 @@ TEST_F(TermVisitorTest, ExhaustedMemoryClearsTheMarks) {
   }
 }
 
+// --- Walks within walks ---
+
+// Walks with the same visitor, or with another one, when it is called as it is told.
+struct Nesting {
+  struct Inner {
+    const Term_* root;
+    bool clear_marks;
+  };
+
+  int visit(const Term_* t, bool preorder) {
+    const std::string call = (preorder ? "+" : "-") + std::string(t->symbol->name);
+    calls += (calls.empty() ? "" : " ") + call;
+    const auto found = inner.find(call);
+    if (found != inner.end()) {
+      const Inner walk = found->second;
+      inner.erase(found);
+      calls += " (";
+      visitor->visit(walk.root, walk.clear_marks);
+      calls += " )";
+    }
+    const auto answer = answers.find(call);
+    return answer != answers.end() ? answer->second : 2;
+  }
+
+  TermVisitor<Nesting>* visitor = nullptr;
+  std::map<std::string, Inner> inner;  // by call, each for the first time that it is made
+  std::map<std::string, int> answers;
+  std::string calls;
+};
+
+class WalksWithinWalks : public TermVisitorTest {
+ protected:
+  std::string walk_with(bool dag_mode, std::map<std::string, Nesting::Inner> inner,
+                        std::map<std::string, int> answers = {}) {
+    Nesting callback;
+    callback.inner = std::move(inner);
+    callback.answers = std::move(answers);
+    TermVisitor<Nesting> visitor(&callback, dag_mode);
+    std::vector<bool> marks;
+    visitor.set_marks(&marks);
+    callback.visitor = &visitor;
+    visitor.visit(f, /*clear_marks=*/true);
+    EXPECT_EQ(marked(marks), 0U);
+    return callback.calls;
+  }
+
+  const Term_* h = g.make("h", {a});
+  const Term_* f = g.make("f", {h, b});
+};
+
+TEST_F(WalksWithinWalks, TheOuterOneLeavesOutWhatTheInnerOneHasFinished) {
+  EXPECT_EQ(walk_with(as_dag, {{"+f", {h, false}}}), "+f ( +h +a -a -h ) +b -b -f");
+  EXPECT_EQ(walk_with(as_dag, {{"+b", {h, false}}}), "+f +b ( +h +a -a -h ) -b -f");
+  EXPECT_EQ(walk_with(as_dag, {{"-b", {a, false}}}), "+f +b -b ( +a -a ) +h -h -f");
+}
+
+TEST_F(WalksWithinWalks, ATreeIsWalkedAlong) {
+  EXPECT_EQ(walk_with(as_tree, {{"+f", {h, false}}}), "+f ( +h +a -a -h ) +b -b +h +a -a -h -f");
+}
+
+TEST_F(WalksWithinWalks, TheInnerOneLeavesOutWhatTheOuterOneHasFinished) {
+  EXPECT_EQ(walk_with(as_dag, {{"+h", {b, false}}}), "+f +b -b +h ( ) +a -a -h -f");
+  EXPECT_EQ(walk_with(as_dag, {{"-f", {b, false}}}), "+f +b -b +h +a -a -h -f ( )");
+}
+
+// f and h are on the outer work stack, and a has not been entered when its pre-visit begins.
+TEST_F(WalksWithinWalks, WhatTheOuterOneHasEnteredIsPostVisitedOnce) {
+  EXPECT_EQ(walk_with(as_dag, {{"+a", {f, false}}}), "+f +b -b +h +a ( -f ) -a -h");
+  EXPECT_EQ(walk_with(as_dag, {{"-a", {h, false}}}), "+f +b -b +h +a -a ( -h ) -f");
+  EXPECT_EQ(walk_with(as_dag, {{"+a", {a, false}}}), "+f +b -b +h +a ( +a -a ) -a -h -f");
+}
+
+TEST_F(WalksWithinWalks, WithClearMarksTheOuterOneGoesOnFromItsStack) {
+  EXPECT_EQ(walk_with(as_dag, {{"+f", {h, true}}}), "+f ( +h +a -a -h ) +b -b +h +a -a -h -f");
+  EXPECT_EQ(walk_with(as_dag, {{"+a", {b, true}}}), "+f +b -b +h +a ( ) -a -h -f");
+  EXPECT_EQ(walk_with(as_dag, {{"-a", {b, true}}}), "+f +b -b +h +a -a ( ) -h -f");
+  EXPECT_EQ(walk_with(as_dag, {{"-f", {b, true}}}), "+f +b -b +h +a -a -h -f ( )");
+  EXPECT_EQ(walk_with(as_tree, {{"+a", {b, true}}}), "+f +b -b +h +a ( +b -b ) -a -h -f");
+}
+
+TEST_F(WalksWithinWalks, AnInnerOneAfterOneThatClearedMeetsOpenTermsAnew) {
+  EXPECT_EQ(walk_with(as_dag, {{"+h", {b, true}}, {"+a", {f, false}}}),
+            "+f +b -b +h ( ) +a ( +f +b -b -h -f ) -a");
+}
+
+TEST_F(WalksWithinWalks, ThatStopDoNotStopTheOuterOne) {
+  EXPECT_EQ(walk_with(as_dag, {{"+f", {h, false}}}, {{"+a", 0}}), "+f ( +h +a ) +b -b -h -f");
+  EXPECT_EQ(walk_with(as_dag, {{"+f", {h, true}}}, {{"-a", 0}}), "+f ( +h +a -a ) +b -b +h +a -a");
+}
+
+// The marks are those of the visitor itself.
+TEST_F(WalksWithinWalks, TheNextWalkStartsAfresh) {
+  for (const bool clear_marks : {true, false}) {
+    Nesting callback;
+    callback.inner = {{"-h", {a, clear_marks}}};
+    TermVisitor<Nesting> visitor(&callback, as_dag);
+    callback.visitor = &visitor;
+    visitor.visit(f, true);
+    callback.calls.clear();
+    visitor.visit(f, true);
+    EXPECT_EQ(callback.calls, "+f +b -b +h +a -a -h -f");
+  }
+}
+
+TEST_F(WalksWithinWalks, WithMarksOfTheirOwnAreIndependent) {
+  struct Other {
+    int visit(const Term_* t, bool preorder) {
+      calls += (preorder ? " +" : " -") + std::string(t->symbol->name);
+      if (preorder && t == root->args[0]) {
+        Recorder recorder;
+        TermVisitor<Recorder> visitor(&recorder, as_dag);
+        visitor.visit(root, true);
+        calls += " ( " + recorder.calls + " )";
+      }
+      return 2;
+    }
+    const Term_* root;
+    std::string calls;
+  };
+  Other callback{f, ""};
+  TermVisitor<Other> visitor(&callback, as_dag);
+  visitor.visit(f, true);
+  EXPECT_EQ(callback.calls, " +f +b -b +h ( +f +b -b +h +a -a -h -f ) +a -a -h -f");
+}
+
+// Each walk has as many terms on its stack as make it grow several times.
+TEST_F(WalksWithinWalks, TheStackOfTheOuterOneIsKeptWhileItsStorageMoves) {
+  Terms many;
+  for (int i = 0; i < 5000; i++) many.push_back(g.make("c" + std::to_string(i)));
+  const Term_* wide = g.make("wide", many);
+  const Term_* root = g.make("root", {a, b, wide, h});
+  struct Counter {
+    int visit(const Term_* t, bool preorder) {
+      if (preorder && t == trigger) {
+        trigger = nullptr;
+        visitor->visit(inner, false);
+      }
+      (preorder ? before : after)++;
+      return 2;
+    }
+    TermVisitor<Counter>* visitor = nullptr;
+    const Term_* trigger = nullptr;
+    const Term_* inner = nullptr;
+    int before = 0;
+    int after = 0;
+  };
+  Counter counter;
+  TermVisitor<Counter> visitor(&counter, as_dag);
+  counter.visitor = &visitor;
+  counter.trigger = h;
+  counter.inner = wide;
+  visitor.visit(root, true);
+  EXPECT_EQ(counter.before, 5005);
+  EXPECT_EQ(counter.after, 5005);
+}
+
+// In each pre-visit and each post-visit; this takes hours if each one looks at the outer stack.
+TEST_F(WalksWithinWalks, ThatClearCostNoMoreThanTheyReach) {
+  struct Clearing {
+    int visit(const Term_* t, bool) {
+      calls++;
+      if (t != leaf) visitor->visit(leaf, true);
+      return 2;
+    }
+    TermVisitor<Clearing>* visitor = nullptr;
+    const Term_* leaf = nullptr;
+    size_t calls = 0;
+  };
+  const Term_* t = a;
+  const Symbol* s = h->symbol;
+  for (int level = 0; level < 200000; level++) t = g.bank.make_term(s, &t);
+  Clearing callback;
+  callback.leaf = b;
+  TermVisitor<Clearing> visitor(&callback, as_dag);
+  std::vector<bool> marks;
+  visitor.set_marks(&marks);
+  callback.visitor = &visitor;
+  visitor.visit(t, true);
+  EXPECT_EQ(callback.calls, 3U * 2U * 200001U);
+  EXPECT_EQ(marked(marks), 0U);
+}
+
+TEST_F(WalksWithinWalks, AnExceptionThatLeavesOnlyTheInnerOneEndsOnlyThat) {
+  struct Catching {
+    int visit(const Term_* t, bool preorder) {
+      calls += (preorder ? " +" : " -") + std::string(t->symbol->name);
+      if (preorder && t == victim && depth == 1) throw std::runtime_error("callback");
+      if (preorder && t == trigger && depth == 0) {
+        depth++;
+        EXPECT_THROW(visitor->visit(inner, clear_marks), std::runtime_error);
+        depth--;
+        calls += " !";
+      }
+      return 2;
+    }
+    const Term_* trigger;
+    const Term_* inner;
+    const Term_* victim;
+    bool clear_marks;
+    TermVisitor<Catching>* visitor = nullptr;
+    int depth = 0;
+    std::string calls = "";
+  };
+  for (const bool clear_marks : {true, false}) {
+    Catching callback{b, h, a, clear_marks};
+    TermVisitor<Catching> visitor(&callback, as_dag);
+    std::vector<bool> marks;
+    visitor.set_marks(&marks);
+    callback.visitor = &visitor;
+    visitor.visit(f, true);
+    // Without clearing, h stays entered and gets its post-visit when it is met again.
+    EXPECT_EQ(callback.calls,
+              clear_marks ? " +f +b +h +a ! -b +h +a -a -h -f" : " +f +b +h +a ! -b -h -f");
+    EXPECT_EQ(marked(marks), 0U);
+  }
+}
+
 // --- The base for callbacks chosen at run time ---
 
 TEST(TermVisitorCallback, GoesOnUnlessOverridden) {
@@ -403,35 +621,43 @@ TEST(TermVisitorCallback, AnInheritedVisitIsCalled) {
 
 // --- Against a naive recursive visitor ---
 
-// Does by recursion and sets what the visitor does by a stack and bits.
+// Does by recursion and sets what the visitor does by a stack and bits, walks within walks
+// included.
 template <class C>
 class NaiveVisitor {
  public:
   NaiveVisitor(C* receiver, bool visit_once) : callback(receiver), dag_mode(visit_once) {}
 
   void visit(const Term_* root, bool clear) {
+    const ScopeGuard clearing([this, clear] {
+      if (!clear) return;
+      done.clear();
+      entered.clear();
+    });
     walk(root);
-    if (!clear) return;
-    done.clear();
-    entered.clear();
   }
 
   std::set<const Term_*> done;
   std::set<const Term_*> entered;
 
  private:
+  bool is_finished(const Term_* t) const { return dag_mode && done.count(t) != 0; }
+
   // False when the walk is to stop.
   bool walk(const Term_* t) {
-    if (dag_mode && done.count(t) != 0) return true;
+    if (is_finished(t)) return true;
     if (entered.count(t) == 0) {
       const int answer = callback->visit(t, true);
       entered.insert(t);
       if (answer == 0) return false;
-      if (answer != 1) {
-        for (uint64_t i = t->symbol->arity; i-- > 0;) {
-          if (!walk(t->args[i])) return false;
-        }
+      Terms pushed;
+      for (uint64_t i = 0; answer != 1 && i < t->symbol->arity; i++) {
+        if (!is_finished(t->args[i])) pushed.push_back(t->args[i]);
       }
+      for (size_t i = pushed.size(); i-- > 0;) {
+        if (!walk(pushed[i])) return false;
+      }
+      if (!pushed.empty() && is_finished(t)) return true;  // by an inner walk
     }
     const int answer = callback->visit(t, false);
     if (dag_mode) {
@@ -623,6 +849,104 @@ TEST(TermVisitorAgainstRecursion, RandomGraphsRootsAndAnswersOverSeveralWalks) {
     calls += actual.calls.size();
   }
   EXPECT_GT(calls, 50000U);
+}
+
+// Answers and inner walks follow from the number of the call.
+template <template <class> class Visitor>
+struct NestingScript {
+  struct Step {
+    int answer = 2;
+    const Term_* inner = nullptr;  // the root of a walk to make before the answer
+    bool clear_marks = false;
+    bool fails = false;
+  };
+
+  int visit(const Term_* t, bool preorder) {
+    calls.emplace_back(t->id, preorder);
+    const Step& step = (*steps)[calls.size() % steps->size()];
+    if (step.inner != nullptr && depth < 3 && calls.size() < longest) {
+      depth++;
+      try {
+        visitor->visit(step.inner, step.clear_marks);
+      } catch (const std::runtime_error&) {
+        calls.emplace_back(UINT64_MAX, false);
+      }
+      depth--;
+    }
+    if (step.fails) throw std::runtime_error("callback");
+    return step.answer;
+  }
+
+  static constexpr size_t longest = 3000;
+  const std::vector<Step>* steps;
+  Visitor<NestingScript>* visitor = nullptr;
+  std::vector<std::pair<uint64_t, bool>> calls = {};
+  int depth = 0;
+};
+
+TEST(TermVisitorAgainstRecursion, RandomWalksWithinWalks) {
+  std::mt19937 random(9);
+  using Actual = NestingScript<TermVisitor>;
+  using Expected = NestingScript<NaiveVisitor>;
+  size_t inner_walks = 0;
+  for (int round = 0; round < 3000; round++) {
+    Graph g;
+    Terms nodes;
+    const size_t size = 2 + random() % 15;
+    const bool dag_mode = random() % 3 != 0;
+    for (size_t i = 0; i < size; i++) {
+      Terms args;
+      const size_t arity = nodes.empty() ? 0 : random() % 4;
+      for (size_t k = 0; k < arity; k++) {
+        const size_t limit = dag_mode ? nodes.size() : (nodes.size() + 1) / 2;
+        args.push_back(nodes[random() % limit]);
+      }
+      nodes.push_back(g.make("n" + std::to_string(i), args));
+    }
+    std::vector<Actual::Step> steps(41);
+    std::vector<Expected::Step> expected_steps(41);
+    for (size_t i = 0; i < steps.size(); i++) {
+      const auto draw = random() % 40;
+      steps[i].answer = draw == 0 ? 0 : draw < 4 ? 1 : 2;
+      if (random() % 4 == 0) steps[i].inner = nodes[random() % nodes.size()];
+      steps[i].clear_marks = random() % 3 == 0;
+      steps[i].fails = random() % 60 == 0;
+      expected_steps[i] = {steps[i].answer, steps[i].inner, steps[i].clear_marks, steps[i].fails};
+    }
+    Actual actual{&steps};
+    Expected expected{&expected_steps};
+    std::vector<bool> marks;
+    TermVisitor<Actual> visitor(&actual, dag_mode);
+    visitor.set_marks(&marks);
+    NaiveVisitor<Expected> naive(&expected, dag_mode);
+    actual.visitor = &visitor;
+    expected.visitor = &naive;
+    for (int n = 0; n < 4; n++) {
+      const Term_* root = nodes[random() % nodes.size()];
+      const bool clear = random() % 2 == 0;
+      bool failed = false;
+      bool is_to_fail = false;
+      try {
+        visitor.visit(root, clear);
+      } catch (const std::runtime_error&) {
+        failed = true;
+      }
+      try {
+        naive.visit(root, clear);
+      } catch (const std::runtime_error&) {
+        is_to_fail = true;
+      }
+      ASSERT_EQ(failed, is_to_fail) << "round " << round;
+      ASSERT_EQ(actual.calls, expected.calls) << "round " << round;
+      for (const Term_* t : nodes) {
+        const auto bit = [&](uint64_t i) { return i < marks.size() && marks[i]; };
+        ASSERT_EQ(bit(2 * t->id), naive.done.count(t) != 0) << "round " << round;
+        ASSERT_EQ(bit(2 * t->id + 1), naive.entered.count(t) != 0) << "round " << round;
+      }
+    }
+    inner_walks += actual.calls.size();
+  }
+  EXPECT_GT(inner_walks, 50000U);
 }
 
 // --- Depth ---
