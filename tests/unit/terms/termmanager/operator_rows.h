@@ -61,11 +61,10 @@ inline void PrintTo(const Row& row, std::ostream* out) { *out << row.operation; 
 // In the order of the tags, from 13 to 71.
 const std::vector<Row>& operator_rows();
 
-// A manager with a constant of each kind that the table builds with.
-class Bench {
+// A constant of each kind that the table builds with.
+class Operands {
  public:
-  explicit Bench(std::unique_ptr<TermManager> manager = std::make_unique<TermManager>())
-      : owner(std::move(manager)), m(*owner) {
+  explicit Operands(TermManager& manager) : m(manager) {
     const DataType* bv8 = m.get_bv_type(8);
     const DataType* single = m.get_fp_type(8, 23);
     add("x8", bv8);
@@ -90,17 +89,30 @@ class Bench {
   }
 
  private:
+  void add(const char* name, const DataType* type) {
+    constants[name] = m.make_constant(m.make_symbol(name, type));
+  }
+
+  TermManager& m;
+  std::map<std::string, const Term_*> constants;
+};
+
+// A manager with these constants.
+class Bench {
+ public:
+  explicit Bench(std::unique_ptr<TermManager> manager = std::make_unique<TermManager>())
+      : owner(std::move(manager)), m(*owner), operands(m) {}
+
+  Terms terms(const Names& names) const { return operands.terms(names); }
+
+ private:
   std::unique_ptr<TermManager> owner;
 
  public:
   TermManager& m;
 
  private:
-  void add(const char* name, const DataType* type) {
-    constants[name] = m.make_constant(m.make_symbol(name, type));
-  }
-
-  std::map<std::string, const Term_*> constants;
+  Operands operands;
 };
 
 }  // namespace quill::testing
