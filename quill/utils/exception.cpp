@@ -1,45 +1,45 @@
 #include "quill/utils/exception.h"
 
+#include <locale>
+
 namespace quill {
 
-// A stream that can't have its memory throws std::bad_alloc: a message is never cut off.
-Exception::Exception() { stream.exceptions(std::ios_base::badbit); }
+std::streamsize Exception::Buffer::xsputn(const char* piece, std::streamsize size) {
+  text.append(piece, static_cast<std::size_t>(size));
+  return size;
+}
+
+Exception::Buffer::int_type Exception::Buffer::overflow(int_type c) {
+  if (!traits_type::eq_int_type(c, traits_type::eof())) text += traits_type::to_char_type(c);
+  return traits_type::not_eof(c);
+}
+
+Exception::Exception() : stream(&buffer) {
+  stream.imbue(std::locale::classic());
+  // What the buffer throws, the stream would keep to itself otherwise.
+  stream.exceptions(std::ios_base::badbit);
+}
 
 Exception::Exception(const std::string& message) : Exception() {
-  stream << message;
+  buffer.text = message;
   dump_msg_and_raise_assertion(message);
 }
 
-Exception::Exception(const Exception& other) : std::exception(other) {
-  stream.exceptions(std::ios_base::badbit);
-  stream << other.stream.str();
-}
+// There is nothing in the base to be copied, nor in the stream.
+Exception::Exception(const Exception& other) : Exception() { buffer.text = other.buffer.text; }
 
 Exception& Exception::operator=(const Exception& other) {
-  if (this != &other) {
-    const std::string message = other.stream.str();
-    std::exception::operator=(other);
-    text_is_current = false;
-    stream.str("");
-    stream << message;
-  }
+  buffer.text = other.buffer.text;
   return *this;
 }
 
 Exception::~Exception() = default;
 
-const char* Exception::what() const noexcept {
-  try {
-    if (!text_is_current) {
-      text = stream.str();
-      text_is_current = true;
-    }
-    return text.c_str();
-  } catch (...) {
-    return "out of memory while composing an error message";
-  }
-}
+const char* Exception::what() const noexcept { return buffer.text.c_str(); }
 
-void Exception::dump_msg_and_raise_assertion(const std::string&) {}
+void Exception::take_back(std::size_t size) noexcept {
+  buffer.text.resize(size);
+  stream.clear();
+}
 
 }  // namespace quill

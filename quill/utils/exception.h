@@ -6,16 +6,21 @@
 //
 //   throw TermManager::error("unrelated types: ") << a->to_str() << " and " << b->to_str();
 //
-// Copies are independent. what() returns a text that stays valid until the exception is changed or
-// destroyed. Where the message can't have its memory, std::bad_alloc is thrown instead: no message
-// is cut off.
+// Pieces are written as they are in the classic locale, whatever the global one is. A piece that
+// can't be written to its end is left out, and what it threw is thrown on: no message is cut off.
+//
+// Copies are independent. what() returns the text itself, which stays valid until the exception is
+// changed or destroyed. Any number of threads may read an exception that nobody changes, such as
+// one that they all rethrow.
 
 #ifndef QUILL_UTILS_EXCEPTION_H
 #define QUILL_UTILS_EXCEPTION_H
 
 #include <concepts>
+#include <cstddef>
 #include <exception>
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <type_traits>
 
@@ -32,19 +37,36 @@ class Exception : public std::exception {
   const char* what() const noexcept override;
 
   // Called once for every exception that is made from a message, and not for copies. Does nothing:
-  // it is a place for a debugger's breakpoint, before the stack unwinds.
+  // it is a place for a debugger's breakpoint, before the stack unwinds. No build leaves the call
+  // out.
   static void dump_msg_and_raise_assertion(const std::string& message = {});
 
   template <class T>
   void append(const T& piece) {
-    stream << piece;
-    text_is_current = false;
+    const std::size_t size_before = buffer.text.size();
+    try {
+      stream << piece;
+    } catch (...) {
+      take_back(size_before);
+      throw;
+    }
   }
 
  private:
-  std::ostringstream stream;
-  mutable std::string text;  // what the stream holds, once what() has asked for it
-  mutable bool text_is_current = false;
+  // Writes at the end of the text.
+  class Buffer : public std::streambuf {
+   public:
+    std::string text;
+
+   protected:
+    std::streamsize xsputn(const char* piece, std::streamsize size) override;
+    int_type overflow(int_type c) override;
+  };
+
+  void take_back(std::size_t size) noexcept;
+
+  Buffer buffer;
+  std::ostream stream;  // formats pieces into the buffer
 };
 
 // Appends to the message and hands the very same exception on, with its own type and value

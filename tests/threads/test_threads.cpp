@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <sstream>
@@ -144,6 +145,27 @@ TEST(Threads, AllReadOneManagerThatNobodyChanges) {
 }
 
 // The one table of the process: all threads fill it and find the same.
+// What a thread throws may be kept and thrown again in all others.
+TEST(Threads, AllReadTheTextOfOneError) {
+  std::exception_ptr shared;
+  try {
+    TermManager m;
+    m.make_bv_not(m.make_constant(m.make_symbol("x", m.get_int_type())));
+  } catch (...) {
+    shared = std::current_exception();
+  }
+  std::array<std::string, num_threads> texts;
+  in_threads([&](size_t n) {
+    try {
+      std::rethrow_exception(shared);
+    } catch (const TermManager::error& e) {
+      texts[n] = e.what();
+    }
+  });
+  EXPECT_NE(texts[0], "");
+  for (size_t n = 1; n < num_threads; n++) EXPECT_EQ(texts[n], texts[0]);
+}
+
 TEST(Threads, AllFillTheTableOfDivisors) {
   std::array<uint64_t, num_threads> sums{};
   in_threads([&](size_t n) {

@@ -2,15 +2,42 @@
 
 #include <concepts>
 #include <exception>
+#include <locale>
+#include <new>
+#include <ostream>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "quill/utils/exception.h"
+#include "quill/utils/qnumber.h"
 #include "tests/unit/utils/failing_allocation.h"
+
+#ifdef QUILL_COUNTS_HOOK_CALLS
+
+// The linker puts the first of these in the place of the hook, and the hook in that of the second.
+extern "C" void quill_test_wrapped_hook(const std::string& message) __asm__(
+    "__wrap_" QUILL_COUNTS_HOOK_CALLS);
+extern "C" void quill_test_real_hook(const std::string& message) __asm__(
+    "__real_" QUILL_COUNTS_HOOK_CALLS);
+
+namespace {
+std::vector<std::string> hook_messages;
+}
+
+void quill_test_wrapped_hook(const std::string& message) {
+  hook_messages.push_back(message);
+  quill_test_real_hook(message);
+}
+
+#endif
 
 namespace quill {
 namespace {
+
+using Texts = std::vector<std::string>;
 
 class Refusal : public Exception {
  public:
@@ -150,7 +177,45 @@ TEST(Exception, TheHookIsAFunctionThatDoesNothing) {
   EXPECT_NO_THROW(hook("message"));
 }
 
-TEST(Exception, WhatDoesNotThrowWhenMemoryIsExhausted) {
+#ifdef QUILL_COUNTS_HOOK_CALLS
+TEST(Exception, TheHookIsCalledOnceForEachThatIsMadeFromAMessage) {
+  hook_messages.clear();
+  const Exception first("one");
+  EXPECT_EQ(hook_messages, Texts({"one"}));
+  const Refusal second = Refusal("two ") << 2;
+  EXPECT_EQ(hook_messages, Texts({"one", "two "}));
+  try {
+    throw Refusal("three");
+  } catch (const Exception&) {
+  }
+  EXPECT_EQ(hook_messages, Texts({"one", "two ", "three"}));
+}
+
+TEST(Exception, TheHookIsNotCalledForCopiesAndEmptyMessages) {
+  Exception original("text");
+  hook_messages.clear();
+  const Exception copy(original);
+  original = copy;
+  const Exception empty;
+  const Exception streamed = Exception() << "text";
+  EXPECT_EQ(hook_messages, Texts());
+}
+
+TEST(Exception, TheHookIsCalledBeforeTheStackUnwinds) {
+  hook_messages.clear();
+  struct Frame {
+    ~Frame() { EXPECT_EQ(hook_messages, Texts({"zero denominator in 1/0"})); }
+  };
+  EXPECT_THROW(
+      {
+        const Frame frame;
+        QNumber(1, 0);
+      },
+      Exception);
+}
+#endif
+
+TEST(Exception, WhatNeedsNoMemory) {
   EXPECT_TRUE(noexcept(std::declval<const Exception&>().what()));
   const std::string message(1000, 'm');
   const Exception e(message);
@@ -159,8 +224,52 @@ TEST(Exception, WhatDoesNotThrowWhenMemoryIsExhausted) {
     const testing::FailingAllocation none(0);
     text = e.what();
   }
-  EXPECT_STREQ(text, "out of memory while composing an error message");
-  EXPECT_EQ(e.what(), message);
+  EXPECT_EQ(text, message);
+}
+
+TEST(Exception, APieceThatFindsNoMemoryIsLeftOut) {
+  Refusal e("one");
+  const std::string long_piece(1000, 'm');
+  {
+    const testing::FailingAllocation none(0);
+    EXPECT_THROW(e << long_piece, std::bad_alloc);
+  }
+  EXPECT_STREQ(e.what(), "one");
+  e << " two " << 3;
+  EXPECT_STREQ(e.what(), "one two 3");
+}
+
+struct HalfWritten {
+  friend std::ostream& operator<<(std::ostream& out, HalfWritten) {
+    out << "half";
+    throw std::out_of_range("the other half");
+  }
+};
+
+TEST(Exception, APieceThatThrowsIsLeftOut) {
+  Refusal e("one");
+  EXPECT_THROW(e << HalfWritten(), std::out_of_range);
+  EXPECT_STREQ(e.what(), "one");
+}
+
+struct Grouped : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(Exception, NumbersAreWrittenAsInTheClassicLocale) {
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouped));
+  const Exception e = Exception("width ") << 2000 << " of " << 1.5;
+  const Exception copy(e);
+  std::locale::global(before);
+  EXPECT_STREQ(e.what(), "width 2000 of 1.5");
+  EXPECT_STREQ(copy.what(), "width 2000 of 1.5");
+}
+
+TEST(Exception, FlagsStayFromPieceToPiece) {
+  const Exception e = Exception("bits ") << std::hex << 255 << ' ' << 16;
+  EXPECT_STREQ(e.what(), "bits ff 10");
 }
 
 }  // namespace
