@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "quill/utils/hash_map.h"
+#include "quill/utils/immortal.h"
 
 namespace quill {
 
@@ -74,13 +75,13 @@ void find_repeated(const DataType* root, OccurrenceMap& occurrences) {
 }  // namespace
 
 const std::string& DataType::application_name() {
-  static const std::string arrow = "->";
-  return arrow;
+  static const Immortal<std::string> arrow("->");
+  return *arrow;
 }
 
 const std::string& DataType::get_name() const {
-  static const std::string none;
-  return name != nullptr ? *name : none;
+  static const Immortal<std::string> none;
+  return name != nullptr ? *name : *none;
 }
 
 std::string DataType::to_str() const {

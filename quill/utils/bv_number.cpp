@@ -5,6 +5,7 @@
 #include <gmp.h>
 
 #include <new>
+#include <utility>
 
 namespace quill {
 
@@ -21,7 +22,7 @@ void BVNumber::pow2(std::uint64_t n, QNumber* out) {
     return;
   }
   if (n > max_exponent) throw std::bad_alloc();
-  mpz_ptr power = QNumber::gmp_tmp;
+  const ScratchInteger::Use power(QNumber::gmp_tmp);
   mpz_set_ui(power, 1);
   mpz_mul_2exp(power, power, n);
   if (mpz_fits_slong_p(power) != 0) {
@@ -32,7 +33,7 @@ void BVNumber::pow2(std::uint64_t n, QNumber* out) {
   mpz_set_ui(one, 1);
   QNumber result(power, one);
   result.normalize();
-  *out = result;
+  *out = std::move(result);
 }
 
 }  // namespace quill

@@ -17,7 +17,7 @@ static_assert(sizeof(QNumber) == 2 * sizeof(std::int64_t));
 static_assert(sizeof(long) == sizeof(std::int64_t), "GMP's long functions take whole words");
 static_assert(sizeof(std::uintptr_t) <= sizeof(std::int64_t), "a word holds the block's address");
 
-thread_local GmpInteger QNumber::gmp_tmp;
+constinit thread_local ScratchInteger QNumber::gmp_tmp;
 
 namespace {
 
@@ -175,9 +175,10 @@ void QNumber::normalize() {
     return;
   }
   if (mpz_cmpabs_ui(d, 1) != 0) {
-    mpz_gcd(gmp_tmp, n, d);
-    mpz_divexact(n, n, gmp_tmp);
-    mpz_divexact(d, d, gmp_tmp);
+    const ScratchInteger::Use divisor(gmp_tmp);
+    mpz_gcd(divisor, n, d);
+    mpz_divexact(n, n, divisor);
+    mpz_divexact(d, d, divisor);
   }
   if (mpz_sgn(d) < 0) {
     mpz_neg(n, n);
@@ -313,9 +314,10 @@ QNumber QNumber::from_string(std::string_view text) {
     if (mpz_sgn(d) == 0) throw zero_denominator();
   }
   if (mpz_cmp_ui(d, 1) != 0) {
-    mpz_gcd(gmp_tmp, n, d);
-    mpz_divexact(n, n, gmp_tmp);
-    mpz_divexact(d, d, gmp_tmp);
+    const ScratchInteger::Use divisor(gmp_tmp);
+    mpz_gcd(divisor, n, d);
+    mpz_divexact(n, n, divisor);
+    mpz_divexact(d, d, divisor);
   }
   if (negative) mpz_neg(n, n);
 

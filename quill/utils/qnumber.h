@@ -18,7 +18,8 @@
 // There is no arithmetic here beyond normalize(), which may use GMP's scratch space.
 //
 // Each thread has a scratch integer of its own (gmp_tmp), and the table of small divisors may be
-// shared, so distinct numbers may be used from distinct threads.
+// shared, so distinct numbers may be used from distinct threads, and in destructors of static and
+// thread-local objects as everywhere else.
 
 #ifndef QUILL_UTILS_QNUMBER_H
 #define QUILL_UTILS_QNUMBER_H
@@ -35,6 +36,7 @@
 
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/hash.h"
+#include "quill/utils/scratch_integer.h"
 
 namespace quill {
 
@@ -137,7 +139,7 @@ class QNumber {
   friend std::ostream& operator<<(std::ostream& out, const QNumber& number);
 
   // Scratch space of normalize() and BVNumber::pow2, free between calls.
-  static thread_local GmpInteger gmp_tmp;
+  static constinit thread_local ScratchInteger gmp_tmp;
 
   std::int64_t num;
   std::int64_t den;
