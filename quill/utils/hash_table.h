@@ -220,6 +220,20 @@ class Hashtable {
     return position;
   }
 
+  // Removes the element of this key; whether there was one. Where a walk would go on is not looked
+  // for, which in a table that was once much larger means to pass by its empty buckets.
+  bool erase_key(const Key& key) {
+    if (count == 0) return false;
+    Bucket** link = &buckets[hasher(key) % buckets.size()];
+    while (*link != nullptr && !equal(get_key((*link)->value), key)) link = &(*link)->next;
+    Bucket* node = *link;
+    if (node == nullptr) return false;
+    *link = node->next;
+    release(node);
+    --count;
+    return true;
+  }
+
   MemoryPool<sizeof(Bucket), false> pool;
   Hash hasher;
   Equal equal;

@@ -386,6 +386,33 @@ TEST(Hashtable, ErasingEverythingKeepsTheBucketsAndTheChunks) {
   EXPECT_EQ(number_of_chunks(set), chunks + 1);
 }
 
+TEST(Hashtable, AnElementIsErasedByItsKeyWhereverItIsInItsChain) {
+  for (const unsigned long key : {5UL, 36UL, 67UL}) {  // all in bucket 5
+    Set set;
+    EXPECT_FALSE(set.erase_key(key));
+    for (const unsigned long k : {5UL, 36UL, 67UL, 6UL}) set.insert(k);
+    EXPECT_FALSE(set.erase_key(98));
+    EXPECT_TRUE(set.erase_key(key));
+    EXPECT_FALSE(set.erase_key(key));
+    EXPECT_EQ(set.count, 3U);
+    EXPECT_EQ(number_of_free_nodes(set), 13U);
+    for (const unsigned long k : {5UL, 36UL, 67UL, 6UL}) {
+      EXPECT_EQ(set.find(k) != set.end(), k != key);
+    }
+  }
+}
+
+// The key may be that of the element itself, which goes.
+TEST(Hashtable, AnElementWithADestructorIsErasedByItsOwnKey) {
+  hsh::HashMap<std::string, std::string> map;
+  const std::string name(100, 'n');
+  map[name] = std::string(100, 'v');
+  map["other"] = "w";
+  EXPECT_TRUE(map.erase_key(map.find(name)->first));
+  EXPECT_EQ(map.count, 1U);
+  EXPECT_EQ(map.find(name), map.end());
+}
+
 TEST(Hashtable, TheNodeErasedLastIsUsedNext) {
   Set set;
   set.insert(1);
