@@ -27,7 +27,7 @@ void SmtLib2TermPrinter::print_atom(std::ostream& out, const Term_* t, bool with
 void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const DataType* expected,
                                     bool with_annotations) {
   require_own(manager, t);
-  require_own(manager, expected);
+  require_own_or_null(manager, expected);
   // The symbols of the last text may have been freed.
   texts.emplace(manager, rename_prefix, logic);
   forms.emplace(manager, with_abs);

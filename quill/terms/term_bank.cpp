@@ -1,5 +1,6 @@
 #include "quill/terms/term_bank.h"
 
+#include <cassert>
 #include <new>
 
 namespace quill {
@@ -45,7 +46,10 @@ namespace quill {
   record.reserve_one();
   const uint32_t handle = nodes.allocate(arity);
   Term_* term = new (nodes.address(handle)) Term_(ids.take(), symbol);
-  for (uint64_t i = 0; i < arity; i++) term->args[i] = args[i];
+  for (uint64_t i = 0; i < arity; i++) {
+    assert(args[i] != nullptr && "an argument is null");
+    term->args[i] = args[i];
+  }
   index.insert(hash, handle);
   record.add(term);
   return term;

@@ -12,7 +12,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
                                           hsh::HashMap<BVIndex1, const Symbol*>& by_key,
                                           const DataType* result_type) {
-  require_own(*this, result_type);
+  require_own_or_null(*this, result_type);
   const BVIndex1 key{first, width};
   const auto found = by_key.find(key);
   if (found != by_key.end()) return found->second;

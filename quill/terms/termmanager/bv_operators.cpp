@@ -12,7 +12,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<const Symbol*, size_t>& by_symbol,
                                           hsh::HashMap<size_t, const Symbol*>& by_width,
                                           const DataType* result_type) {
-  require_own(*this, result_type);
+  require_own_or_null(*this, result_type);
   const auto found = by_width.find(width);
   if (found != by_width.end()) return found->second;
   Transaction making(*this);

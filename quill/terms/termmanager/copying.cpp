@@ -2,6 +2,7 @@
 
 #include "quill/terms/termmanager/lent_marks.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/substitution_arguments.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
@@ -24,8 +25,7 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
   const bool is_replaced = replacement != substitution->end();
   if (preorder) {
     if (!is_replaced) return 2;
-    require_own(*destination, replacement->second);
-    terms[t] = replacement->second;
+    terms[t] = require_image(replacement->second);
     return 1;
   }
   if (is_replaced) return 2;
@@ -40,7 +40,9 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
     throw error("wrong arity for symbol ")
         << s->name << ". expected " << s->arity << ", got " << arity;
   }
-  terms[t] = destination->make_term(s, args);
+  const Term_* copy = require_image(destination->make_term(s, args));
+  require_own(*destination, copy);
+  terms[t] = copy;
   return 2;
 }
 
@@ -51,6 +53,7 @@ const Term_* TermManager::copy_term(const TermManager& src, const Term_* t) {
 const Term_* TermManager::copy_term_with_subst(const TermManager& src, const Term_* t,
                                                const TermMap& subst) {
   require_own(src, t);
+  require_own_pairs(src, *this, subst);
   if (&src == this && subst.begin() == subst.end()) return t;
   TermCopyCallback callback(*this, src, subst);
   TermVisitor<TermCopyCallback> visitor(&callback, /*dag_mode=*/true);

@@ -78,7 +78,9 @@ const Term_* TermManager::apply_intercepted(const Symbol* s,
                                             const char* operation) {
   note_given(s);
   const Interception request(*this, args, operation);
-  return make_term(s, request.args());
+  const Term_* t = make_term(s, request.args());
+  require_own_or_null(*this, t);
+  return t;
 }
 
 // What all builders end in: checks and builds an application, on behalf of the named operation.
@@ -97,7 +99,9 @@ const Term_* TermManager::apply_to(const Symbol* s, const std::vector<const Term
   if (is_intercepted()) {
     note_given(s);
     const Interception request(*this, args, operation);
-    return make_term(s, args);
+    const Term_* t = make_term(s, args);
+    require_own_or_null(*this, t);
+    return t;
   }
   current_operation = operation;
   return TermManager::make_term(s, args);
@@ -113,7 +117,10 @@ const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Ter
   if (delegate_enabled && delegate != nullptr) {
     // Errors of requests that the delegate makes name these, not later ones.
     const ScopedValue<const char*> operation(current_operation, "");
-    if (const Term_* t = delegate->make_term(s, args)) return t;
+    if (const Term_* t = delegate->make_term(s, args)) {
+      require_own(*this, t);
+      return t;
+    }
   }
   return do_make_term(s, args);
 }

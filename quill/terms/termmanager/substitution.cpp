@@ -3,6 +3,7 @@
 #include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/lent_marks.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/substitution_arguments.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/scope_guard.h"
@@ -11,33 +12,43 @@ namespace quill {
 
 namespace {
 
-// The table of the images is the caller's map or, where nobody sees it, a leaner one.
-const Term_* find_image(const TermManager::TermMap& images, const Term_* t) {
+// The table of the images is the caller's map or, where nobody sees it, a leaner one. The place of
+// an image, or null for a term that is no key.
+const Term_* const* find_image(const TermManager::TermMap& images, const Term_* t) {
   const auto found = images.find(t);
-  return found != images.end() ? found->second : nullptr;
+  return found != images.end() ? &found->second : nullptr;
 }
 void add_image(TermManager::TermMap& images, const Term_* t, const Term_* image) {
   images.insert({t, image});
 }
 
 using ImageTable = TermTable<const Term_*>;
-const Term_* find_image(const ImageTable& images, const Term_* t) {
-  const Term_* const* found = images.find(t);
-  return found != nullptr ? *found : nullptr;
-}
+const Term_* const* find_image(const ImageTable& images, const Term_* t) { return images.find(t); }
 void add_image(ImageTable& images, const Term_* t, const Term_* image) { images.insert(t, image); }
+
+// The image of a term that the walk has finished. The caller's map may have lost it on the way,
+// through a delegate.
+template <class Images>
+const Term_* image_of(const Images& images, const Term_* t) {
+  const Term_* const* found = find_image(images, t);
+  if (found == nullptr) reject_substitution();
+  return require_image(*found);
+}
 
 template <class Images>
 struct SubstitutionCallback {
   TermManager* manager;
   Images* images;
   std::vector<const Term_*> args;
-  bool known = false;  // whether the term just pre-visited has its image
+  bool known = false;  // whether the term just pre-visited is a key
 
   int visit(const Term_* t, bool preorder) {
     if (preorder) {
-      known = find_image(*images, t) != nullptr;
-      return known ? 1 : 2;  // after 1, the post-visit of the same term is next
+      const Term_* const* image = find_image(*images, t);
+      known = image != nullptr;
+      if (!known) return 2;
+      require_image(*image);
+      return 1;  // the post-visit of the same term is next
     }
     if (known) {
       known = false;
@@ -46,8 +57,10 @@ struct SubstitutionCallback {
     // Each argument has its image by now, given or made earlier in this walk.
     const uint64_t arity = t->symbol->arity;
     args.resize(arity);
-    for (uint64_t i = 0; i < arity; i++) args[i] = find_image(*images, t->args[i]);
-    add_image(*images, t, manager->make_term(t->symbol, args));
+    for (uint64_t i = 0; i < arity; i++) args[i] = image_of(*images, t->args[i]);
+    const Term_* image = require_image(manager->make_term(t->symbol, args));
+    require_own(*manager, image);
+    add_image(*images, t, image);
     return 2;
   }
 };
@@ -60,7 +73,7 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
   LentMarks lent(marks);
   visitor.set_marks(lent.get());
   visitor.visit(t, /*clear_marks=*/true);
-  const Term_* image = find_image(images, t);
+  const Term_* image = image_of(images, t);
   require_own(manager, image);
   return image;
 }
@@ -70,9 +83,10 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
 const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector<bool>& lent_marks,
                                      bool check) {
   require_own(*this, t);
+  require_own_pairs(*this, *this, subst);
   if (check) {
     for (const auto& [from, to] : subst) {
-      require_own(*this, {from, to});
+      require_image(to);
       if (!is_subtype(to->symbol->get_output_type(), from->symbol->get_output_type())) {
         throw error("substitution between terms of incompatible types");
       }
@@ -82,14 +96,15 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
   return rebuild(*this, t, subst, lent_marks);
 }
 
-// Checks the pairs, while checks are on, and enters each one that passes.
+// Checks the types of the pairs, while checks are on, and enters each pair that passes.
 template <class Enter>
 void TermManager::enter_pairs(const std::vector<const Term_*>& from,
                               const std::vector<const Term_*>& to, const Enter& enter) const {
-  require_own(*this, from);
-  require_own(*this, to);
-  if (from.size() != to.size()) throw error("Incompatible arguments to substitute");
+  require_own_or_null(*this, from);
+  require_own_or_null(*this, to);
+  if (from.size() != to.size()) reject_substitution();
   for (size_t i = 0; i < from.size(); i++) {
+    if (from[i] == nullptr || to[i] == nullptr) reject_substitution();
     if (typecheck_enabled &&
         !is_subtype(to[i]->symbol->get_output_type(), from[i]->symbol->get_output_type())) {
       throw error("substitution between terms of incompatible types");

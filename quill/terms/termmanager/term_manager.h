@@ -18,8 +18,9 @@
 // typechecked. So does a request that runs out of memory, which throws std::bad_alloc. Builders do
 // not simplify: they pick the symbol and pass the arguments on in the given order.
 //
-// What belongs to another manager or was freed must not be given to a manager. Debug builds check
-// that in every call and stop with a message (see ownership.h).
+// What belongs to another manager or was freed must not be given to a manager, nor null where a
+// member does not say what it means. Debug builds check that in every call and stop with a message
+// (see ownership.h).
 //
 // A manager is used by one thread at a time. A delegate, an overridden make_term and the callback
 // of a visitor may call back into it (see term_factory.h); all else that builders share (the name
@@ -582,10 +583,14 @@ class TermManager : public TermFactory {
   // subst holds the image of every subterm visited, so that passing it again reuses the work.
   // `marks` is all clear on entry and on return. `check` turns both the check of the pairs and
   // typechecking during the rebuild on or off.
+  //
+  // Being a key decides: a key with a null image is refused where the image is read, by the check
+  // of the pairs or by the walk, before a term that would hold it is made.
   const Term_* substitute(const Term_* t, TermMap& subst, std::vector<bool>& marks, bool check);
 
   // Replaces from[i] by to[i]; of two pairs for one term the later one counts. The pairs are
-  // checked while checks are on; those before an offending one stay in the cache.
+  // checked while checks are on, and null is refused in any case; those before an offending one
+  // stay in the cache.
   const Term_* substitute(const Term_* t, const std::vector<const Term_*>& from,
                           const std::vector<const Term_*>& to, TermMap& cache,
                           std::vector<bool>& marks);
@@ -613,7 +618,7 @@ class TermManager : public TermFactory {
   const Term_* copy_term(const TermManager& src, const Term_* t);
 
   // The keys of subst are terms of src, its values terms of this manager, which stand for the
-  // copies. What is below a key is not copied.
+  // copies. What is below a key is not copied. A null value is refused when the walk comes upon it.
   const Term_* copy_term_with_subst(const TermManager& src, const Term_* t, const TermMap& subst);
 
   // With use_manager_marks the walks use the mark vector that the manager keeps, otherwise one for

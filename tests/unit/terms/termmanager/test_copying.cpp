@@ -383,6 +383,50 @@ TEST_F(Copying, AValueOfAnotherTypeIsRefusedWhereItIsUsed) {
             "error: type error. term `true` has type Bool, but Int was expected. (g)");
 }
 
+// Looking for a pair with [] is enough to make one with a null value.
+TEST_F(Copying, AKeyWithANullValueIsRefusedWhereverItIs) {
+  const Term_* t = f(g(x), f(y, g(g(x))));
+  const std::string refusal = "error: Incompatible arguments to substitute";
+  for (const Term_* key : {x, y, g(x), g(g(x)), t}) {
+    TermMap subst;
+    ASSERT_EQ(subst[key], nullptr);
+    for (const bool checks : {true, false}) {
+      b.set_typecheck_enabled(checks);
+      EXPECT_EQ(failure_of([&] { b.copy_term_with_subst(a, t, subst); }), refusal);
+      EXPECT_EQ(failure_of([&] { a.copy_term_with_subst(a, t, subst); }), refusal);
+      EXPECT_EQ(b.check_consistency(), "");
+      EXPECT_EQ(a.check_consistency(), "");
+    }
+    b.set_typecheck_enabled(true);
+    EXPECT_EQ(a.copy_term(b, b.copy_term(a, t)), t);  // with marks that are clear
+  }
+}
+
+TEST_F(Copying, ANullValueThatIsNotMetIsNotRead) {
+  TermMap subst;
+  subst[y] = nullptr;
+  EXPECT_EQ(b.copy_term_with_subst(a, g(x), subst)->to_str(), "(g x)");
+  subst[g(y)] = b.make_number(QNumber(1));
+  EXPECT_EQ(b.copy_term_with_subst(a, g(g(y)), subst)->to_str(), "(g 1)");
+}
+
+TEST_F(Copying, ATermThatAnOverrideDoesNotMakeIsRefused) {
+  class Careless : public TermManager {
+   public:
+    const Term_* make_term(const Symbol* s, const Terms& args) override {
+      return s->name == without_term ? nullptr : TermManager::make_term(s, args);
+    }
+    std::string without_term;
+  };
+  for (const char* name : {"x", "g", "f"}) {
+    Careless m;
+    m.without_term = name;
+    EXPECT_EQ(failure_of([&] { m.copy_term(a, f(g(x), y)); }),
+              "error: Incompatible arguments to substitute");
+    EXPECT_EQ(m.check_consistency(), "");
+  }
+}
+
 //------------------------------------------------------------------------------------------------
 // Several terms
 

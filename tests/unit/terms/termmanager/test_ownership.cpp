@@ -1,6 +1,6 @@
 // Misuse in debug builds: every call that takes a term, a symbol or a type, given one of another
-// manager and one that was freed. The operators are in test_operator_family_table.cpp, the printers
-// in test_misused_terms.cpp.
+// manager, one that was freed and none at all. The operators are in test_operator_family_table.cpp,
+// the printers in test_misused_terms.cpp.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quill/terms/derived.h"
@@ -50,6 +51,7 @@ template <class Object>
 struct Call {
   const char* name;
   std::function<void(Bench&, const Object*)> call;
+  bool null_has_a_meaning = false;
 
   // So that a failed test names its call in a line.
   friend void PrintTo(const Call& row, std::ostream* out) { *out << row.name; }
@@ -88,14 +90,14 @@ const std::vector<TermCall> term_calls = {
     {"make_term_ite_else", [](Bench& b, const Term_* t) { b.m.make_term_ite(b.p, b.x, t); }},
     {"make_fp_rat_number", [](Bench& b, const Term_* t) { b.m.make_fp_rat_number(1, 8, 23, t); }},
     {"substitute_in", [](Bench& b, const Term_* t) { b.m.substitute(t, {b.i}, {b.i}); }},
-    {"substitute_from", [](Bench& b, const Term_* t) { b.m.substitute(b.i, {t}, {b.i}); }},
-    {"substitute_to", [](Bench& b, const Term_* t) { b.m.substitute(b.i, {b.i}, {t}); }},
+    {"substitute_from", [](Bench& b, const Term_* t) { b.m.substitute(b.i, {t}, {b.i}); }, /*null_has_a_meaning=*/true},
+    {"substitute_to", [](Bench& b, const Term_* t) { b.m.substitute(b.i, {b.i}, {t}); }, /*null_has_a_meaning=*/true},
     {"substitute_with_cache",
      [](Bench& b, const Term_* t) {
        TermManager::TermMap cache;
        std::vector<bool> marks;
        b.m.substitute(b.i, {b.i}, {t}, cache, marks);
-     }},
+     }, /*null_has_a_meaning=*/true},
     {"substitute_map_in",
      [](Bench& b, const Term_* t) {
        TermManager::TermMap map;
@@ -108,21 +110,42 @@ const std::vector<TermCall> term_calls = {
        map[b.i] = t;
        std::vector<bool> marks;
        b.m.substitute(b.i, map, marks, /*check=*/true);
-     }},
+     }, /*null_has_a_meaning=*/true},
     {"substitute_map_to_unchecked",
      [](Bench& b, const Term_* t) {
        TermManager::TermMap map;
        map[b.i] = t;
        std::vector<bool> marks;
        b.m.substitute(b.floor, map, marks, /*check=*/false);
-     }},
+     }, /*null_has_a_meaning=*/true},
     {"substitute_map_to_of_the_root",
      [](Bench& b, const Term_* t) {
        TermManager::TermMap map;
        map[b.i] = t;
        std::vector<bool> marks;
        b.m.substitute(b.i, map, marks, /*check=*/false);
-     }},
+     }, /*null_has_a_meaning=*/true},
+    {"substitute_map_unused_from",
+     [](Bench& b, const Term_* t) {
+       TermManager::TermMap map;
+       if (t != nullptr) map[t] = b.i;
+       std::vector<bool> marks;
+       b.m.substitute(b.floor, map, marks, /*check=*/false);
+     }, /*null_has_a_meaning=*/true},
+    {"substitute_map_unused_to",
+     [](Bench& b, const Term_* t) {
+       TermManager::TermMap map;
+       map[b.x] = t;
+       std::vector<bool> marks;
+       b.m.substitute(b.floor, map, marks, /*check=*/false);
+     }, /*null_has_a_meaning=*/true},
+    {"substitute_cache_unused_to",
+     [](Bench& b, const Term_* t) {
+       TermManager::TermMap cache;
+       cache[b.x] = t;
+       std::vector<bool> marks;
+       b.m.substitute(b.floor, {}, {}, cache, marks);
+     }, /*null_has_a_meaning=*/true},
     {"copy_term", [](Bench& b, const Term_* t) { TermManager().copy_term(b.m, t); }},
     {"copy_term_to_the_same_manager", [](Bench& b, const Term_* t) { b.m.copy_term(b.m, t); }},
     {"copy_term_with_subst_in",
@@ -134,7 +157,27 @@ const std::vector<TermCall> term_calls = {
        TermManager::TermMap map;
        map[copied] = t;
        b.m.copy_term_with_subst(source, copied, map);
-     }},
+     }, /*null_has_a_meaning=*/true},
+    {"copy_term_with_subst_unused_from",
+     [](Bench& b, const Term_* t) {
+       TermManager::TermMap map;
+       TermManager destination;
+       if (t != nullptr) map[t] = destination.make_true();
+       destination.copy_term_with_subst(b.m, b.floor, map);
+     }, /*null_has_a_meaning=*/true},
+    {"copy_term_with_subst_unused_to",
+     [](Bench& b, const Term_* t) {
+       TermManager source;
+       TermManager::TermMap map;
+       map[source.make_false()] = t;
+       b.m.copy_term_with_subst(source, source.make_true(), map);
+     }, /*null_has_a_meaning=*/true},
+    {"copy_term_with_subst_unused_to_of_the_same_manager",
+     [](Bench& b, const Term_* t) {
+       TermManager::TermMap map;
+       map[b.x] = t;
+       b.m.copy_term_with_subst(b.m, b.floor, map);
+     }, /*null_has_a_meaning=*/true},
     {"copy_terms",
      [](Bench& b, const Term_* t) {
        Terms out;
@@ -252,7 +295,7 @@ const std::vector<TypeCall> type_calls = {
        hsh::HashMap<const Symbol*, size_t> by_symbol;
        hsh::HashMap<size_t, const Symbol*> by_width;
        b.m.make_bv_symbol("new", SymbolTag::BV_ADD, 8, 2, by_symbol, by_width, t);
-     }},
+     }, /*null_has_a_meaning=*/true},
     {"copy_types",
      [](Bench& b, const DataType* t) {
        Types out;
@@ -270,6 +313,17 @@ const Term_* make_victim(TermManager& m) {
 // Frees the victim and nothing that the bench holds.
 void free_victim(Bench& b) { b.m.gc({b.both, b.floor, b.x, b.f, b.bit, b.even}, {b.function}, {}); }
 
+// Such a call is answered or refused.
+template <class Object>
+void expect_no_death(Bench& bench, const Call<Object>& row) {
+  try {
+    row.call(bench, nullptr);
+  } catch (const TermManager::error& e) {
+    EXPECT_STREQ(e.what(), "Incompatible arguments to substitute");
+  }
+  EXPECT_EQ(bench.m.check_consistency(), "");
+}
+
 class TermMisuseDeathTest : public ::testing::TestWithParam<TermCall> {};
 
 TEST_P(TermMisuseDeathTest, OfAnotherManager) {
@@ -277,6 +331,15 @@ TEST_P(TermMisuseDeathTest, OfAnotherManager) {
   TermManager other;
   const Term_* t = make_victim(other);
   EXPECT_DEATH(GetParam().call(bench, t), "quill: misuse: a term of another manager");
+}
+
+TEST_P(TermMisuseDeathTest, Null) {
+  Bench bench;
+  if (GetParam().null_has_a_meaning) {
+    expect_no_death(bench, GetParam());
+  } else {
+    EXPECT_DEATH(GetParam().call(bench, nullptr), "quill: misuse: a null term");
+  }
 }
 
 TEST_P(TermMisuseDeathTest, Freed) {
@@ -295,6 +358,15 @@ TEST_P(SymbolMisuseDeathTest, OfAnotherManager) {
   EXPECT_DEATH(GetParam().call(bench, s), "quill: misuse: a symbol of another manager");
 }
 
+TEST_P(SymbolMisuseDeathTest, Null) {
+  Bench bench;
+  if (GetParam().null_has_a_meaning) {
+    expect_no_death(bench, GetParam());
+  } else {
+    EXPECT_DEATH(GetParam().call(bench, nullptr), "quill: misuse: a null symbol");
+  }
+}
+
 TEST_P(SymbolMisuseDeathTest, Freed) {
   Bench bench;
   const Symbol* s = make_victim(bench.m)->symbol;
@@ -309,6 +381,15 @@ TEST_P(TypeMisuseDeathTest, OfAnotherManager) {
   TermManager other;
   const DataType* type = make_victim(other)->symbol->type;
   EXPECT_DEATH(GetParam().call(bench, type), "quill: misuse: a type of another manager");
+}
+
+TEST_P(TypeMisuseDeathTest, Null) {
+  Bench bench;
+  if (GetParam().null_has_a_meaning) {
+    expect_no_death(bench, GetParam());
+  } else {
+    EXPECT_DEATH(GetParam().call(bench, nullptr), "quill: misuse: a null type");
+  }
 }
 
 TEST_P(TypeMisuseDeathTest, Freed) {
@@ -348,6 +429,90 @@ TEST(MisuseDeathTest, WhateverDelegateIsThere) {
   m.set_delegate(&anything);
   m.set_delegate_enabled(true);
   EXPECT_DEATH(m.make_not(other.make_true()), "quill: misuse: a term of another manager");
+}
+
+// What somebody's code answers to a request.
+class Answer : public TermFactory {
+ public:
+  explicit Answer(const Term_* term) : t(term) {}
+  const Term_* make_term(const Symbol*, const Terms&) override { return t; }
+
+ private:
+  const Term_* t;
+};
+
+class Overriding : public TermManager {
+ public:
+  const Term_* make_term(const Symbol* s, const Terms& args) override {
+    return answer != nullptr ? answer : TermManager::make_term(s, args);
+  }
+  const Term_* answer = nullptr;
+};
+
+// Every way on which a request of a bench goes through make_term.
+const std::vector<std::pair<const char*, std::function<void(Bench&)>>> requests = {
+    {"make_term", [](Bench& b) { b.m.make_term(b.function, {b.i}); }},
+    {"make_not", [](Bench& b) { b.m.make_not(b.p); }},
+    {"make_and", [](Bench& b) { b.m.make_and(b.p, b.p); }},
+    {"make_constant", [](Bench& b) { b.m.make_constant(b.i->symbol); }},
+    {"make_uninterpreted_function",
+     [](Bench& b) { b.m.make_uninterpreted_function(b.function, {b.i}); }},
+    {"make_bin", [](Bench& b) { b.m.make_bin(b.both->symbol, b.p, b.p, "here"); }},
+    {"make_equal", [](Bench& b) { b.m.make_equal(b.x, b.x); }},
+    {"make_bv_add", [](Bench& b) { b.m.make_bv_add(b.x, b.x); }},
+    {"make_fp_abs", [](Bench& b) { b.m.make_fp_abs(b.f); }},
+    {"substitute", [](Bench& b) { b.m.substitute(b.i, {b.x}, {b.x}); }},
+};
+
+TEST(MisuseDeathTest, AForeignOrFreedTermThatADelegateReturns) {
+  for (const auto& [name, request] : requests) {
+    SCOPED_TRACE(name);
+    Bench bench;
+    TermManager other;
+    Answer foreign(make_victim(other));
+    bench.m.set_delegate_enabled(true);
+    bench.m.set_delegate(&foreign);
+    EXPECT_DEATH(request(bench), "quill: misuse: a term of another manager");
+    bench.m.set_delegate(nullptr);
+    Answer freed(make_victim(bench.m));
+    free_victim(bench);
+    bench.m.set_delegate(&freed);
+    EXPECT_DEATH(request(bench), "quill: misuse: a term that was freed");
+    Answer none(nullptr);
+    bench.m.set_delegate(&none);
+    request(bench);
+    EXPECT_EQ(bench.m.check_consistency(), "");
+  }
+}
+
+TEST(MisuseDeathTest, AForeignOrFreedTermThatAnOverriddenMakeTermReturns) {
+  TermManager source;
+  const Term_* copied = source.make_not(source.make_true());
+  const Term_* foreign = make_victim(source);
+  const std::vector<std::function<void(TermManager&, const Term_*)>> calls = {
+      [](TermManager& m, const Term_* p) { m.make_not(p); },
+      [](TermManager& m, const Term_* p) { m.make_constant(p->symbol); },
+      [](TermManager& m, const Term_* p) { m.make_iff(p, p); },
+      [](TermManager& m, const Term_* p) {
+        m.make_uninterpreted_function(m.get_signature()->get_symbol("`and`"), {p, p});
+      },
+      [](TermManager& m, const Term_* p) { m.substitute(p, {m.make_true()}, {p}); },
+      [&](TermManager& m, const Term_*) { m.copy_term(source, copied); },
+  };
+  for (size_t i = 0; i < calls.size(); i++) {
+    SCOPED_TRACE(i);
+    Overriding m;
+    const Term_* p = m.make_constant(m.make_symbol("p", m.get_bool_type()));
+    const Term_* freed = make_victim(m);
+    m.gc({p}, {}, {});
+    m.answer = foreign;
+    EXPECT_DEATH(calls[i](m, p), "quill: misuse: a term of another manager");
+    m.answer = freed;
+    EXPECT_DEATH(calls[i](m, p), "quill: misuse: a term that was freed");
+    m.answer = nullptr;
+    calls[i](m, p);
+    EXPECT_EQ(m.check_consistency(), "");
+  }
 }
 
 TEST(MisuseDeathTest, WithChecksTurnedOff) {

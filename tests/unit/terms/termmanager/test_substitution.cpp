@@ -260,6 +260,156 @@ TEST_F(SubstitutionTest, TheVectorFormsRebuildWithoutChecks) {
   EXPECT_TRUE(m.get_typecheck_enabled());
 }
 
+// --- Null images ---
+
+const char* const incompatible = "Incompatible arguments to substitute";
+
+// Looking for a pair with [] is enough to make one with a null image.
+TEST_F(SubstitutionTest, AKeyWithANullImageIsRefusedWhereverItIs) {
+  const Term_* t = f(g(x), f(y, g(g(x))));
+  for (const Term_* key : {x, y, g(x), g(g(x)), t}) {
+    for (const bool before : {true, false}) {
+      for (const bool check : {true, false}) {
+        m.set_typecheck_enabled(before);
+        TermMap subst;
+        ASSERT_EQ(subst[key], nullptr);
+        EXPECT_EQ(error_of([&] { m.substitute(t, subst, marks, check); }), incompatible);
+        EXPECT_EQ(m.get_typecheck_enabled(), before);
+        EXPECT_TRUE(all_clear(marks));
+        EXPECT_EQ(subst[key], nullptr);
+        EXPECT_EQ(m.check_consistency(), "");
+      }
+    }
+  }
+}
+
+// The pair is looked at when the pairs are checked, and when the walk comes to it.
+TEST_F(SubstitutionTest, ANullImageThatTheWalkDoesNotMeetCountsOnlyForTheCheck) {
+  const Term_* t = f(x, y);
+  TermMap subst;
+  subst[z] = nullptr;
+  EXPECT_EQ(error_of([&] { m.substitute(t, subst, marks, true); }), incompatible);
+  EXPECT_EQ(subst.count, 1U);
+  EXPECT_EQ(m.substitute(t, subst, marks, false), t);
+  EXPECT_EQ(subst.count, 4U);
+}
+
+TEST_F(SubstitutionTest, WhatWasRebuiltBeforeANullImageStaysInTheMap) {
+  const Term_* t = f(g(x), g(y));
+  TermMap subst;
+  subst[x] = nullptr;
+  m.recording = true;
+  EXPECT_EQ(error_of([&] { m.substitute(t, subst, marks, false); }), incompatible);
+  EXPECT_EQ(m.requests, "y g");
+  EXPECT_EQ(subst.count, 3U);
+  EXPECT_TRUE(all_clear(marks));
+  m.recording = false;
+  subst[x] = z;
+  EXPECT_EQ(m.substitute(t, subst, marks, false), f(g(z), g(y)));
+}
+
+TEST_F(SubstitutionTest, ANullInAVectorIsRefused) {
+  const Term_* t = f(x, g(y));
+  for (const bool checks : {true, false}) {
+    m.set_typecheck_enabled(checks);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {x}, {nullptr}); }), incompatible);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {nullptr}, {x}); }), incompatible);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {nullptr}, {nullptr}); }), incompatible);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {z}, {nullptr}); }), incompatible);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {t}, {nullptr}); }), incompatible);
+    TermMap cache;
+    EXPECT_EQ(error_of([&] {
+                m.substitute(t, {x, y, z}, {z, nullptr, x}, cache, marks);
+              }),
+              incompatible);
+    EXPECT_EQ(cache.count, 1U);
+    EXPECT_EQ(cache[x], z);
+    EXPECT_EQ(error_of([&] { m.substitute(t, {y, nullptr}, {z, x}, cache, marks); }), incompatible);
+    EXPECT_EQ(cache.count, 2U);
+    EXPECT_TRUE(all_clear(marks));
+    EXPECT_EQ(m.get_typecheck_enabled(), checks);
+    EXPECT_EQ(m.check_consistency(), "");
+  }
+}
+
+TEST_F(SubstitutionTest, ANullImageInTheCacheIsRefused) {
+  TermMap cache;
+  cache[y] = nullptr;
+  const Term_* t = f(x, g(y));
+  EXPECT_EQ(error_of([&] { m.substitute(t, {x}, {z}, cache, marks); }), incompatible);
+  EXPECT_TRUE(all_clear(marks));
+  EXPECT_EQ(m.check_consistency(), "");
+}
+
+// An override of make_term must not return null, and the map may change under the walk.
+class Careless : public TermManager {
+ public:
+  const Term_* make_term(const Symbol* s, const Terms& args) override {
+    if (s == without_term) return nullptr;
+    const Term_* t = TermManager::make_term(s, args);
+    if (s == meddling) meddle();
+    return t;
+  }
+  const Symbol* without_term = nullptr;
+  const Symbol* meddling = nullptr;
+  std::function<void()> meddle;
+};
+
+class CarelessSubstitution : public ::testing::Test {
+ protected:
+  const Term_* constant(const char* name) {
+    return m.make_constant(m.make_symbol(name, m.get_int_type()));
+  }
+  std::string error_of(const std::function<void()>& request) {
+    try {
+      request();
+    } catch (const TermManager::error& e) {
+      return e.what();
+    }
+    return "no error";
+  }
+
+  Careless m;
+  const Term_* const x = constant("x");
+  const Term_* const y = constant("y");
+  const Term_* const sum = m.make_plus(x, y);
+  const Term_* const floor = m.make_floor(sum);
+  std::vector<bool> marks;
+};
+
+TEST_F(CarelessSubstitution, ATermThatAnOverrideDoesNotMakeIsRefused) {
+  for (const Term_* t : {x, sum, floor}) {
+    m.without_term = t->symbol;
+    TermMap subst;
+    for (const bool check : {true, false}) {
+      EXPECT_EQ(error_of([&] { m.substitute(floor, subst, marks, check); }), incompatible);
+      EXPECT_EQ(subst.find(t), subst.end());
+    }
+    EXPECT_EQ(error_of([&] { m.substitute(floor, {y}, {y}); }), incompatible);
+    EXPECT_TRUE(m.get_typecheck_enabled());
+    EXPECT_TRUE(all_clear(marks));
+    m.without_term = nullptr;
+    EXPECT_EQ(m.substitute(floor, {y}, {y}), floor);
+    EXPECT_EQ(m.check_consistency(), "");
+  }
+}
+
+TEST_F(CarelessSubstitution, AnImageThatWasTakenOutOfTheMapOnTheWayIsRefused) {
+  // The walk finishes y, then x, then the sum.
+  const std::vector<std::function<void(TermMap&)>> ways = {
+      [this](TermMap& subst) { subst[y] = nullptr; },
+      [this](TermMap& subst) { subst.erase(subst.find(y)); },
+  };
+  for (const auto& way : ways) {
+    TermMap subst;
+    m.meddling = x->symbol;
+    m.meddle = [&] { way(subst); };
+    EXPECT_EQ(error_of([&] { m.substitute(floor, subst, marks, false); }), incompatible);
+    EXPECT_TRUE(all_clear(marks));
+    EXPECT_EQ(m.check_consistency(), "");
+  }
+}
+
 // --- Ways out ---
 
 TEST_F(SubstitutionTest, AFailedRebuildRestoresSwitchAndMarksAndKeepsTheImages) {
