@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "benchmarks/term_shapes.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -119,6 +120,22 @@ void copy_three_terms(TermManager& m, std::size_t count) {
   measured([&](std::size_t) { target.copy_term(m, three); }, count);
 }
 
+// Types that nothing uses, beside others of every kind and operators on them.
+void free_types(TermManager& m, std::size_t before, std::size_t count) {
+  for (std::size_t i = 0; i < before; i++) {
+    m.get_bv_type(i + 1);
+    m.get_fp_type(2 + i % 100, 2 + i / 100);
+    const quill::DataType* t = m.get_simple_type("other" + std::to_string(i), false);
+    m.make_equality_symbol(t);
+    m.make_array_read_symbol(m.get_int_type(), t);
+  }
+  std::vector<const quill::DataType*> types;
+  for (std::size_t i = 0; i < count; i++) {
+    types.push_back(m.get_simple_type("type" + std::to_string(i), false));
+  }
+  measured([&](std::size_t i) { m.free_type(types[i]); }, count);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -142,6 +159,8 @@ int main(int argc, char** argv) {
       {"numbered_symbols_late",
        [](TermManager& m, std::size_t count) { numbered_symbols(m, 100000, count); }},
       {"copy_three_terms", copy_three_terms},
+      {"free_types_first", [](TermManager& m, std::size_t count) { free_types(m, 0, count); }},
+      {"free_types_late", [](TermManager& m, std::size_t count) { free_types(m, 10000, count); }},
   };
   const auto work = works.find(argc == 3 ? argv[1] : "");
   if (work == works.end()) {

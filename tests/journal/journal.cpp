@@ -294,6 +294,8 @@ void Journal::make_symbol() {
     s = one_of(side->symbols);
     line += " free symbol";
     note(s);
+    const Symbol* owner = m.get_signature()->get_symbol(s->name);
+    if (owner != nullptr && owner != s) return;  // it lost its name, and that was given again
     return m.free_symbol(s);
   } else {
     return;

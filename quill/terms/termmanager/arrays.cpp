@@ -24,7 +24,7 @@ const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex&
   name_buffer += '`';
   Transaction making(*this);
   const Symbol* s = making.add_symbol(tag);
-  array_families[family_slot(tag)].insert({key, s});
+  array_families[family_slot(tag)].insert(key, s);
   making.commit();
   return s;
 }
@@ -33,9 +33,8 @@ const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const Dat
   require_own(*this, idx);
   require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_READ;
-  const auto& symbols = array_families[family_slot(tag)];
-  const auto found = symbols.find({idx, elem});
-  if (found != symbols.end()) return found->second;
+  const ArraySymbols& symbols = array_families[family_slot(tag)];
+  if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
   const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem});
@@ -47,9 +46,8 @@ const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const Da
   require_own(*this, idx);
   require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_WRITE;
-  const auto& symbols = array_families[family_slot(tag)];
-  const auto found = symbols.find({idx, elem});
-  if (found != symbols.end()) return found->second;
+  const ArraySymbols& symbols = array_families[family_slot(tag)];
+  if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
   const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem, array});
@@ -61,9 +59,8 @@ const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const Da
   require_own(*this, idx);
   require_own(*this, elem);
   constexpr SymbolTag::tag tag = SymbolTag::ARRAY_CONST;
-  const auto& symbols = array_families[family_slot(tag)];
-  const auto found = symbols.find({idx, elem});
-  if (found != symbols.end()) return found->second;
+  const ArraySymbols& symbols = array_families[family_slot(tag)];
+  if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
   const Symbol* s = make_array_symbol(tag, {idx, elem}, {elem, array});

@@ -82,10 +82,7 @@ const hsh::HashMap<Key, const Symbol*>& by_key_of(const SymbolFamily<Key>& famil
   return family.by_key;
 }
 
-const hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& by_key_of(
-    const hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& family) {
-  return family;
-}
+const ArraySymbols::Map& by_key_of(const ArraySymbols& family) { return family.pairs(); }
 
 // The symbols of an operator; those of the arrays have no map back.
 template <class Family>
@@ -111,6 +108,8 @@ std::string check_family(const OperatorFamily& row, const Family& family,
     if (family.by_symbol.count != by_key.count) {
       return problem(row.base, "a symbol has no parameters");
     }
+  } else if (!family.is_consistent()) {
+    return problem(row.base, "the places of types are miscounted");
   }
   return "";
 }
@@ -130,8 +129,7 @@ std::string TermManager::check_consistency() const {
     }
   }
   if (!universe->is_consistent()) return problem("universe", "a type is not found");
-  for (const DataType* type : {bool_type, rat_type, int_type, array_type_head, bv_type_head,
-                               fprounding_type, fp_type_head, universe->get_application_type()}) {
+  for (const DataType* type : standard_types()) {
     if (!types.has(type)) return problem("universe", "a standard type is gone");
   }
 

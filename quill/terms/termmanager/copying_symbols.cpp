@@ -109,21 +109,19 @@ const Symbol* TermManager::TermCopyCallback::make_keyed_symbol(const Symbol* s, 
 const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
                                                                SymbolTag::tag tag) {
   if (s->arity == 0) return nullptr;
-  const auto& from = source->array_families[family_slot(tag)];
-  auto& to = destination->array_families[family_slot(tag)];
+  const ArraySymbols& from = source->array_families[family_slot(tag)];
+  ArraySymbols& to = destination->array_families[family_slot(tag)];
   for (const DataType* array : {s->type->get_component(1), s->get_output_type()}) {
     ArrIndex key;
     if (!source->is_array_type(array, &key.i, &key.e)) continue;
-    const auto found = from.find(key);
-    if (found == from.end() || found->second != s) continue;
+    if (from.find(key) != s) continue;
     key.i = copy_type(key.i);
     key.e = copy_type(key.e);
-    const auto present = to.find(key);
-    if (present != to.end()) return present->second;
+    if (const Symbol* present = to.find(key)) return present;
     set_type_and_name(s);
     Transaction making(*destination);
     const Symbol* symbol = making.add_symbol(tag);
-    to.insert({key, symbol});
+    to.insert(key, symbol);
     making.commit();
     return symbol;
   }

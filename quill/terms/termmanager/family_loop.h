@@ -9,7 +9,7 @@
 namespace quill {
 
 // Calls action(row, symbols) for each row of operator_families, in order. The symbols are a
-// SymbolFamily, or the one map of an array family; const when the manager is.
+// SymbolFamily, or the ArraySymbols of an array family; const when the manager is.
 template <class Manager, class Action>
 void TermManager::for_each_family(Manager& manager, Action action) {
   for (const OperatorFamily& row : operator_families) {

@@ -72,9 +72,8 @@ void sweep_family(SymbolFamily<Key>& family, const SymbolSet& kept_symbols) {
   gc_clear_tbl_val(family.by_key, kept_symbols);
 }
 
-void sweep_family(hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& by_key,
-                  const SymbolSet& kept_symbols) {
-  gc_clear_tbl_val(by_key, kept_symbols);
+void sweep_family(ArraySymbols& family, const SymbolSet& kept_symbols) {
+  family.sweep(kept_symbols);
 }
 
 // The C library keeps what lies below memory in use until it is told to look for it. It is told
@@ -101,10 +100,7 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   TermVisitor<GcVisitCallback> visitor(&callback, /*dag_mode=*/true);
 
   // What the manager's own members point to.
-  for (const DataType* type : {bool_type, rat_type, int_type, array_type_head, bv_type_head,
-                               fprounding_type, fp_type_head, universe->get_application_type()}) {
-    kept_types.insert(type);
-  }
+  for (const DataType* type : standard_types()) kept_types.insert(type);
   for (const Symbol* symbol :
        {true_symbol, false_symbol, and_symbol, or_symbol, not_symbol, iff_symbol, rat_equal_symbol,
         rat_leq_symbol, rat_plus_symbol, rat_times_symbol, int_equal_symbol, int_leq_symbol,

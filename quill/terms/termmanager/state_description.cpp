@@ -128,11 +128,10 @@ void describe(const std::string& name, const SymbolFamily<Key>& family, const Te
   lines.write();
 }
 
-void describe(const std::string& name,
-              const hsh::HashMap<FamilyKeys::ArrIndex, const Symbol*>& family, const Texts& texts,
+void describe(const std::string& name, const ArraySymbols& family, const Texts& texts,
               std::string& out) {
   Table lines(name, out);
-  for (const auto& [key, symbol] : family) lines.add(text_of(key, texts), texts.of(symbol));
+  for (const auto& [key, symbol] : family.pairs()) lines.add(text_of(key, texts), texts.of(symbol));
   lines.write();
 }
 

@@ -64,6 +64,7 @@ const Term_* TermManager::make_uninterpreted_function(const Symbol* s,
 
 void TermManager::free_symbol(const Symbol* s) {
   require_own(*this, s);
+  require_no_successor(*this, s);
   recent_numerals.clear();  // they were found by name
   signature->remove_symbol(s->name);
 }

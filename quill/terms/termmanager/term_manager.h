@@ -43,6 +43,7 @@
 #include "quill/terms/symbol.h"
 #include "quill/terms/term.h"
 #include "quill/terms/term_bank.h"
+#include "quill/terms/termmanager/array_symbols.h"
 #include "quill/terms/termmanager/family_keys.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/recent_numerals.h"
@@ -179,7 +180,8 @@ class TermManager : public TermFactory {
   // floating-point types the number of bit patterns is written although the answer is false.
   bool is_finite_domain_type(const DataType* t, QNumber* size) const;
 
-  // Frees a type that nothing uses any more.
+  // Frees a type that no other type and no symbol uses; one in use is misuse. The types that every
+  // manager has stay. The cost does not depend on what else there is.
   void free_type(const DataType* t);
 
   //---------------------------------------------------------------------------------------------
@@ -200,6 +202,7 @@ class TermManager : public TermFactory {
   const Term_* make_uninterpreted_function(const Symbol* s, const std::vector<const Term_*>& args);
 
   // Gives the name of the symbol back. The symbol itself, and the terms that it heads, live on.
+  // Does nothing the second time; once another symbol has the name that is misuse.
   void free_symbol(const Symbol* s);
 
   // The term with this id, or null. A linear search, for debugging.
@@ -677,6 +680,8 @@ class TermManager : public TermFactory {
 
  private:
   void initialize_standard_signature();
+  using StandardTypes = std::array<const DataType*, 8>;
+  StandardTypes standard_types() const;
   void check_user_name(const std::string& name) const;
   const Symbol* add_function_symbol(const char* name, SymbolTag::tag tag);
   const Symbol* make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
@@ -828,13 +833,13 @@ class TermManager : public TermFactory {
   std::array<SymbolFamily<BVIndex2>, count_families(FamilyKey::Index2)> index2_families;
   std::array<SymbolFamily<size_t>, count_families(FamilyKey::Width)> width_families;
   std::array<SymbolFamily<BVIndex1>, count_families(FamilyKey::Index1)> index1_families;
-  std::array<hsh::HashMap<ArrIndex, const Symbol*>, count_families(FamilyKey::Array)>
-      array_families;
+  std::array<ArraySymbols, count_families(FamilyKey::Array)> array_families;
   std::array<SymbolFamily<IEEEFloat::format>, count_families(FamilyKey::Format)> format_families;
   std::array<SymbolFamily<FPFormatCast>, count_families(FamilyKey::Cast)> cast_families;
 
   // For each operator keyed by a width, the symbol of the latest request and the type of its
-  // operand, which the next request is likely to have, too. Dropped whenever symbols are freed.
+  // operand, which the next request is likely to have, too. Dropped whenever symbols or types are
+  // freed.
   struct LatestUse {
     const DataType* operand = nullptr;
     const Symbol* symbol = nullptr;

@@ -41,8 +41,18 @@ class TypeKeyedSymbols {
 
   // Takes out a pair that is there.
   void erase(const DataType* type, const Symbol* symbol) noexcept {
-    symbols.erase(symbols.find(symbol));
-    by_type.erase(by_type.find(type));
+    symbols.erase_key(symbol);
+    by_type.erase_key(type);
+    latest_type = nullptr;
+    latest_symbol = nullptr;
+  }
+
+  // Takes out the symbol of a type, if it has one. Reads neither; the cost is that of two look-ups.
+  void erase_type(const DataType* type) {
+    const auto found = by_type.find(type);
+    if (found == by_type.end()) return;
+    symbols.erase_key(found->second);
+    by_type.erase_key(type);
     latest_type = nullptr;
     latest_symbol = nullptr;
   }

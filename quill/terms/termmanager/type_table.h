@@ -31,21 +31,34 @@ class TypeTable {
     return found != keys.end() ? &found->second : nullptr;
   }
 
-  // Enters a pair; a type that stood for another parameter stands for this one from now on. All or
-  // nothing.
+  // Enters the pair of a parameter that is not there. A type that stood for another parameter
+  // stands for this one from now on, and the other one has no type. All or nothing.
   void insert(const Key& key, const DataType* type) {
     types.insert({key, type});
-    ScopeGuard undo([&] { types.erase(types.find(key)); });
-    keys[type] = key;
+    ScopeGuard undo([&] { types.erase_key(key); });
+    if (const auto former = keys.find(type); former == keys.end()) {
+      keys.insert({type, key});
+    } else if (!(former->second == key)) {
+      types.erase_key(former->second);
+      former->second = key;
+    }
     undo.dismiss();
   }
 
   // Takes out the pair of a parameter, if it is there.
   void erase(const Key& key) {
-    const auto found = types.find(key);
-    if (found == types.end()) return;
-    keys.erase(keys.find(found->second));
-    types.erase(found);
+    const DataType* type = find(key);
+    if (type == nullptr) return;
+    keys.erase_key(type);
+    types.erase_key(key);
+  }
+
+  // Takes out the pair of a type, if it has one. Reads no type; the cost is that of two look-ups.
+  void erase_type(const DataType* type) {
+    const Key* key = find_key(type);
+    if (key == nullptr) return;
+    types.erase_key(*key);
+    keys.erase_key(type);
   }
 
   // Takes out the pairs of all types for which doomed(type) holds. Reads no type.

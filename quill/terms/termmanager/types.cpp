@@ -5,6 +5,7 @@
 //   arrays                        (Array I E)
 //   functions                     (-> A1 ... An R)
 
+#include <algorithm>
 #include <string>
 
 #include "quill/terms/termmanager/ownership.h"
@@ -213,14 +214,29 @@ bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const 
 
 void TermManager::free_type(const DataType* t) {
   require_own(*this, t);
+  const StandardTypes standard = standard_types();
+  require_unused(*this, t, standard);
+  if (std::find(standard.begin(), standard.end(), t) != standard.end()) return;
+
+  // Every table that leads to a type or from one: a later type may get the address. What uses the
+  // type, which it must not, keeps it.
   if (t->is_simple()) {
-    const auto found = simple_types.find(t->get_name());
-    if (found != simple_types.end()) simple_types.erase(found);
-    const auto is_freed = [t](const DataType* type) { return type == t; };
-    bv_widths.erase_types(is_freed);
-    fp_formats.erase_types(is_freed);
+    simple_types.erase_key(t->get_name());
+    bv_widths.erase_type(t);
+    fp_formats.erase_type(t);
   }
+  equality_symbols.erase_type(t);
+  term_ite_symbols.erase_type(t);
+  for (ArraySymbols& family : array_families) family.erase_type(t);
+  latest_uses.fill({});
+  recent_numerals.clear();
   universe->remove_type(t);
+}
+
+// The types that the manager's own members point to.
+TermManager::StandardTypes TermManager::standard_types() const {
+  return {bool_type,    rat_type,        int_type,     array_type_head,
+          bv_type_head, fprounding_type, fp_type_head, universe->get_application_type()};
 }
 
 }  // namespace quill

@@ -412,6 +412,72 @@ TEST(MisuseDeathTest, ATypeGivenToFreeTypeTwice) {
   EXPECT_DEATH(m.free_type(type), "quill: misuse: a type that was freed");
 }
 
+TEST(MisuseDeathTest, ATypeThatAnotherTypeUsesGivenToFreeType) {
+  TermManager m;
+  const DataType* s = m.get_simple_type("S", false);
+  const DataType* t = m.get_simple_type("T", false);
+  const DataType* bits = m.get_bv_type(8);
+  const DataType* array = m.get_array_type(s, bits);
+  m.get_function_type({t}, array);
+  m.get_fp_type(8, 23);
+  for (const DataType* used : {s, t, bits, array, m.get_type_from_width(8),
+                               m.get_simple_type("8:23", /*only_existing=*/false)}) {
+    EXPECT_DEATH(m.free_type(used), "quill: misuse: freeing a type that another type uses");
+  }
+}
+
+TEST(MisuseDeathTest, ATypeThatASymbolUsesGivenToFreeType) {
+  TermManager m;
+  const DataType* s = m.get_simple_type("S", false);
+  const DataType* function = m.get_function_type({s}, s);
+  const Symbol* x = m.make_symbol("x", s);
+  const Symbol* f = m.make_symbol("f", function);
+  const DataType* of_equality = m.make_equality_symbol(m.get_bv_type(8))->type;
+  for (const DataType* used : {s, function, of_equality}) {
+    EXPECT_DEATH(m.free_type(used),
+                 "quill: misuse: freeing a type that a(nother type| symbol) uses");
+  }
+  EXPECT_DEATH(m.free_type(function), "quill: misuse: freeing a type that a symbol uses");
+  // A symbol without its name is one still.
+  m.free_symbol(f);
+  EXPECT_DEATH(m.free_type(function), "quill: misuse: freeing a type that a symbol uses");
+  m.gc({}, {x}, {function});
+  m.free_type(function);
+  EXPECT_DEATH(m.free_type(s), "quill: misuse: freeing a type that a symbol uses");
+  m.gc({}, {}, {s});
+  m.free_type(s);
+  EXPECT_EQ(m.check_consistency(), "");
+}
+
+TEST(MisuseDeathTest, AStandardTypeGivenToFreeType) {
+  TermManager m;
+  for (const DataType* standard :
+       {m.get_bool_type(), m.get_rat_type(), m.get_int_type(), m.get_fprounding_type(),
+        m.get_bv_type(1)->get_component(0), m.get_fp_type(8, 23)->get_component(0),
+        m.get_array_type(m.get_int_type(), m.get_int_type())->get_component(0)}) {
+    EXPECT_DEATH(m.free_type(standard), "quill: misuse: freeing a standard type");
+  }
+  EXPECT_DEATH(m.free_type(m.get_universe()->get_application_type()),
+               "quill: misuse: freeing the application type");
+}
+
+TEST(MisuseDeathTest, ASymbolWhoseNameHasGoneToAnotherGivenToFreeSymbol) {
+  TermManager m;
+  const Symbol* first = m.make_symbol("x", m.get_int_type());
+  m.free_symbol(first);
+  const Symbol* second = m.make_symbol("x", m.get_rat_type());
+  EXPECT_DEATH(m.free_symbol(first),
+               "quill: misuse: freeing a symbol whose name another symbol has");
+  m.free_symbol(second);
+  const Symbol* third = m.make_symbol("x", m.get_int_type());
+  EXPECT_NE(third, first);
+  EXPECT_DEATH(m.free_symbol(first),
+               "quill: misuse: freeing a symbol whose name another symbol has");
+  EXPECT_DEATH(m.free_symbol(second),
+               "quill: misuse: freeing a symbol whose name another symbol has");
+  EXPECT_EQ(m.get_signature()->get_symbol("x"), third);
+}
+
 TEST(MisuseDeathTest, ATermOfAManagerThatIsGone) {
   TermManager m;
   const Term_* t = make_victim(*std::make_unique<TermManager>());
@@ -553,6 +619,15 @@ TEST(Misuse, ASymbolWithoutItsNameIsStillOneOfTheManager) {
   m.free_symbol(s);
   EXPECT_EQ(m.make_constant(s)->symbol, s);
   EXPECT_TRUE(m.is_constant(s));
+}
+
+TEST(Misuse, ASymbolMayGiveItsNameBackTwice) {
+  TermManager m;
+  const Symbol* s = m.make_symbol("s", m.get_int_type());
+  m.free_symbol(s);
+  const std::string before = m.describe_state();
+  m.free_symbol(s);
+  EXPECT_EQ(m.describe_state(), before);
 }
 
 TEST(Misuse, ATermOfTheSourceIsGoodForCopying) {

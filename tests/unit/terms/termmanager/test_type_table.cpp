@@ -42,6 +42,61 @@ TEST_F(TypeTableTest, ATypeStandsForTheParameterThatItWasEnteredWithLast) {
   table.insert(2, type(1));
   EXPECT_EQ(*table.find_key(type(1)), 2U);
   EXPECT_EQ(table.find(2), type(1));
+  EXPECT_EQ(table.find(1), nullptr);
+  EXPECT_EQ(table.size(), 1U);
+  table.insert(2, type(1));
+  EXPECT_EQ(table.find(2), type(1));
+  EXPECT_EQ(table.size(), 1U);
+}
+
+TEST_F(TypeTableTest, AnErasedTypeIsGoneFromBothSides) {
+  for (size_t i = 0; i < 100; i++) table.insert(i, type(i));
+  table.erase_type(type(7));
+  table.erase_type(type(100));
+  EXPECT_EQ(table.size(), 99U);
+  for (size_t i = 0; i < 100; i++) {
+    EXPECT_EQ(table.find(i), i == 7 ? nullptr : type(i));
+    EXPECT_EQ(table.find_key(type(i)) == nullptr, i == 7);
+  }
+  table.insert(1000, type(7));
+  EXPECT_EQ(*table.find_key(type(7)), 1000U);
+  EXPECT_EQ(table.find(7), nullptr);
+}
+
+// A parameter that counts how often it is hashed or compared.
+struct Counted {
+  size_t value = 0;
+  static inline size_t steps = 0;
+  bool operator==(const Counted& other) const {
+    steps++;
+    return value == other.value;
+  }
+};
+
+}  // namespace
+
+template <>
+struct Hasher<Counted> {
+  uint64_t operator()(const Counted& key) const noexcept {
+    Counted::steps++;
+    return key.value;
+  }
+};
+
+namespace {
+
+TEST_F(TypeTableTest, ErasingATypeCostsTheSameHoweverManyThereAre) {
+  size_t steps[2];
+  size_t* cost = steps;
+  for (const size_t pairs : {10, 10000}) {
+    TypeTable<Counted> own;
+    for (size_t i = 0; i < pairs; i++) own.insert(Counted{i}, type(i));
+    Counted::steps = 0;
+    for (size_t i = 0; i < 10; i++) own.erase_type(type(i));
+    *cost++ = Counted::steps;
+  }
+  EXPECT_EQ(steps[0], steps[1]);
+  EXPECT_LE(steps[0], 40U);
 }
 
 TEST_F(TypeTableTest, AnErasedPairIsGoneFromBothSides) {
