@@ -1,5 +1,5 @@
 // Arrays. A family has one map, from the pair of types to the symbol; its symbols are recognised by
-// their tag and type.
+// their tag and type. The tag alone says nothing: add_interpreted_symbol gives any tag to any type.
 
 #include <string>
 
@@ -99,20 +99,42 @@ const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_*
   return apply(make_array_const_symbol(idx, elem), {v}, family.operation);
 }
 
+namespace {
+
+// Writes the types of the array to outputs that are not null. True, so that recognisers end in it.
+bool put_types(const DataType* array, const DataType** idx, const DataType** elem) {
+  if (idx != nullptr) *idx = array->get_component(1);
+  if (elem != nullptr) *elem = array->get_component(2);
+  return true;
+}
+
+}  // namespace
+
 bool TermManager::is_array_read(const Symbol* s, const DataType** idx,
                                 const DataType** elem) const {
-  return get_tag(s) == SymbolTag::ARRAY_READ && is_array_type(s->type->get_component(1), idx, elem);
+  if (get_tag(s) != SymbolTag::ARRAY_READ || s->arity != 2) return false;
+  const DataType* array = s->type->get_component(1);
+  return is_array_type(array, nullptr, nullptr) &&
+         s->type->get_component(2) == array->get_component(1) &&
+         s->get_output_type() == array->get_component(2) && put_types(array, idx, elem);
 }
 
 bool TermManager::is_array_write(const Symbol* s, const DataType** idx,
                                  const DataType** elem) const {
-  return get_tag(s) == SymbolTag::ARRAY_WRITE &&
-         is_array_type(s->type->get_component(1), idx, elem);
+  if (get_tag(s) != SymbolTag::ARRAY_WRITE || s->arity != 3) return false;
+  const DataType* array = s->type->get_component(1);
+  return is_array_type(array, nullptr, nullptr) &&
+         s->type->get_component(2) == array->get_component(1) &&
+         s->type->get_component(3) == array->get_component(2) && s->get_output_type() == array &&
+         put_types(array, idx, elem);
 }
 
 bool TermManager::is_array_const(const Symbol* s, const DataType** idx,
                                  const DataType** elem) const {
-  return get_tag(s) == SymbolTag::ARRAY_CONST && is_array_type(s->get_output_type(), idx, elem);
+  if (get_tag(s) != SymbolTag::ARRAY_CONST || s->arity != 1) return false;
+  const DataType* array = s->get_output_type();
+  return is_array_type(array, nullptr, nullptr) &&
+         s->type->get_component(1) == array->get_component(2) && put_types(array, idx, elem);
 }
 
 }  // namespace quill
