@@ -20,10 +20,10 @@
 // are moved below them or beside them, and what is above them is written as a tree. Only where that
 // tree would be many times as large as the graph are annotations written inside lets.
 //
-// Operators that the standard does not have are written as standard_encoding.h says, or as
-// extensions of the standard (see Configuration). Where the encoding needs constants of its own,
-// they have to be declared before the term: print_definitions() writes the commands. A printer that
-// is given no definitions writes such constants just by their names.
+// Operators that the standard does not have are written as extensions of the standard or, when the
+// configuration asks for the standard, as standard_encoding.h says. Where the encoding needs
+// constants of its own, they have to be declared before the term: print_definitions() writes the
+// commands. A printer that is given no definitions writes such constants just by their names.
 //
 // Nothing is recursive, and nothing of the manager is changed.
 
@@ -72,8 +72,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   //   (assert ...)
   //
   // Annotated terms that appear there are annotated there and no more in what is written later.
-  // Needs definitions. When it throws, the commands are to be written again: nothing of what it
-  // wrote counts as defined.
+  // Needs definitions. Writes nothing unless the configuration asks for the standard. When it
+  // throws, the commands are to be written again: nothing of what it wrote counts as defined.
   void print_definitions(std::ostream& out, const Term_* t);
 
   // Writes the term; with_annotations false leaves the annotations out.

@@ -742,18 +742,21 @@ class Writer {
       add("to_shallow_str_literal", [=](S& x) { return x.m.to_shallow_str_literal(x.term(t)); });
       add("to_str", [=](S& x) { return x.term(t)->to_str(); });
       printed("definitions", [=](S& x) {
-        SmtLib2TermPrinter printer(&x.m, nullptr, "", "", /*share=*/true, nullptr);
+        Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
+        SmtLib2TermPrinter printer(&x.m, &choices, "", "", /*share=*/true, nullptr);
         printer.set_definitions(&x.definitions);
         printer.print_definitions(x.out(), x.term(t));
       });
       printed("term with definitions", [=](S& x) {
-        SmtLib2TermPrinter printer(&x.m, nullptr, "", "", /*share=*/true, nullptr);
+        Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
+        SmtLib2TermPrinter printer(&x.m, &choices, "", "", /*share=*/true, nullptr);
         printer.set_definitions(&x.definitions);
         printer.print_term(x.out(), x.term(t));
       });
       printed("annotated", [=](S& x) {
         BitDefinitions definitions(x.m);
-        SmtLib2TermPrinter printer(&x.m, nullptr, "", "", /*share=*/true, &x.annotations);
+        Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
+        SmtLib2TermPrinter printer(&x.m, &choices, "", "", /*share=*/true, &x.annotations);
         printer.set_definitions(&definitions);
         printer.print_definitions(x.out(), x.term(t));
         printer.print_term(x.out(), x.term(t));

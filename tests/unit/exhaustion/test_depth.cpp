@@ -164,7 +164,8 @@ TEST(Depth, OperatorsThatTheStandardLacksAreEncoded) {
     const Term_* t = m.make_int_from_sbv(m.make_fp_as_ieeebv(value));
     for (size_t i = 0; i < levels; i++) t = m.make_plus(t, m.make_times(t, t));
     BitDefinitions definitions(m);
-    SmtLib2TermPrinter printer(&m, nullptr, "", "", /*share_by_let=*/true, nullptr);
+    Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
+    SmtLib2TermPrinter printer(&m, &choices, "", "", /*share_by_let=*/true, nullptr);
     printer.set_definitions(&definitions);
     std::ostringstream out;
     printer.print_definitions(out, t);

@@ -260,7 +260,8 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
   std::string room(10'000, ' ');
   for (const Failures mode : {Failures::FromThenOn, Failures::Once}) {
     BitDefinitions definitions(m);
-    SmtLib2TermPrinter printer(&m, nullptr, "", "", /*share=*/true, &annotations);
+    Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
+    SmtLib2TermPrinter printer(&m, &choices, "", "", /*share=*/true, &annotations);
     printer.set_definitions(&definitions);
     std::ostringstream out;
     for (size_t successes = 0;; successes++) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "quill/printers/outterm.h"
+#include "quill/printers/smtlib2_term_printer.h"
 
 namespace quill {
 namespace {
@@ -50,6 +51,49 @@ TEST_F(Outterm, ShallowAdaptorIsAsDeep) {
   std::string expected;
   for (int n = 0; n < 100; n++) expected += "(not ";
   EXPECT_EQ(text(outshallowterm(&m, t)), expected + "p" + std::string(100, ')'));
+}
+
+// No definition can go before a term that stands alone.
+TEST_F(Outterm, OperatorsThatTheStandardLacksHaveTheirOperands) {
+  const DataType* single = m.get_fp_type(8, 23);
+  const Term_* f = m.make_fp_as_ieeebv(constant("f", single));
+  const Term_* g = m.make_fp_as_ieeebv(constant("g", single));
+  const Term_* value = m.make_int_from_sbv(constant("b", m.get_bv_type(8)));
+  const Term_* low = m.make_int_to_bv(8, constant("i", m.get_int_type()));
+  EXPECT_EQ(text(outterm(&m, f)), "(fp.to_ieee_bv f)");
+  EXPECT_EQ(text(outterm(&m, g)), "(fp.to_ieee_bv g)");
+  EXPECT_EQ(text(outshallowterm(&m, m.make_bv_ult(f, g))),
+            "(bvult (fp.to_ieee_bv f) (fp.to_ieee_bv g))");
+  const std::vector<const Term_*> terms{f, g, value, low};
+  EXPECT_EQ(text(outtermlist(&m, &terms)),
+            "[ (fp.to_ieee_bv f) (fp.to_ieee_bv g) (sbv_to_int b) ((_ int2bv 8) i) ]");
+}
+
+// As one that asks for nothing is, too.
+TEST_F(Outterm, APrinterWithoutConfigurationWritesThemTheSame) {
+  const Term_* bits = m.make_fp_as_ieeebv(constant("f", m.get_fp_type(8, 23)));
+  Configuration::Printer choices;
+  for (Configuration::Printer* given : {static_cast<Configuration::Printer*>(nullptr), &choices}) {
+    SmtLib2TermPrinter printer(&m, given, "", "", /*share_by_let=*/true, nullptr);
+    BitDefinitions definitions(m);
+    printer.set_definitions(&definitions);
+    std::ostringstream out;
+    printer.print_definitions(out, bits);
+    printer.print_atom(out, bits, /*with_annotations=*/true);
+    EXPECT_EQ(out.str(), "(fp.to_ieee_bv f)");
+    EXPECT_TRUE(definitions.all().empty());
+  }
+}
+
+TEST_F(Outterm, TheirNamesAreNotThoseOfTheUsersSymbols) {
+  const DataType* bits = m.get_bv_type(32);
+  const DataType* type = m.get_function_type({m.get_fp_type(8, 23)}, bits);
+  const Term_* f = constant("f", m.get_fp_type(8, 23));
+  const Term_* users = m.make_uninterpreted_function(m.make_symbol("fp.to_ieee_bv", type), {f});
+  EXPECT_EQ(text(outterm(&m, m.make_bv_ult(users, m.make_fp_as_ieeebv(f)))),
+            "(bvult (quill!fp!2eto!5fieee!5fbv f) (fp.to_ieee_bv f))");
+  EXPECT_EQ(text(outterm(&m, constant("sbv_to_int", bits))), "quill!sbv!5fto!5fint");
+  EXPECT_EQ(text(outterm(&m, constant("int2bv", bits))), "quill!int2bv");
 }
 
 TEST_F(Outterm, EmptyList) {

@@ -6,7 +6,6 @@
 #include <thread>
 #include <vector>
 
-#include "quill/printers/outterm.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
 #include "quill/terms/derived.h"
@@ -23,12 +22,12 @@ class Standard : public ::testing::Test {
   }
   std::string text(const Term_* t, const Annotations* annotations = nullptr, bool share = true) {
     std::ostringstream out;
-    SmtLib2TermPrinter(&m, nullptr, "", "", share, annotations).print_term(out, t);
+    SmtLib2TermPrinter(&m, &standard, "", "", share, annotations).print_term(out, t);
     return out.str();
   }
   // What has to stand before the term.
   std::string definitions_of(const Term_* t) {
-    SmtLib2TermPrinter printer(&m, nullptr, "", "", true, nullptr);
+    SmtLib2TermPrinter printer(&m, &standard, "", "", true, nullptr);
     printer.set_definitions(&definitions);
     std::ostringstream out;
     printer.print_definitions(out, t);
@@ -36,6 +35,7 @@ class Standard : public ::testing::Test {
   }
 
   TermManager m;
+  Configuration::Printer standard{.dialect = Configuration::Dialect::Standard, .logic = ""};
   BitDefinitions definitions{m};
   const DataType* const single = m.get_fp_type(8, 23);
   const Term_* const p = constant("p", m.get_bool_type());
@@ -121,15 +121,9 @@ TEST_F(Standard, WithoutSharingItIsATree) {
 
 TEST_F(Standard, ARealPlaceAsksForAReal) {
   std::ostringstream out;
-  SmtLib2TermPrinter(&m, nullptr, "", "", true, nullptr)
+  SmtLib2TermPrinter(&m, &standard, "", "", true, nullptr)
       .print_term(out, m.make_int_from_sbv(b), m.get_rat_type());
   EXPECT_EQ(out.str(), "(to_real (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0)))");
-}
-
-TEST_F(Standard, OuttermWritesTheStandard) {
-  std::ostringstream out;
-  out << outterm(&m, m.make_int_from_sbv(b));
-  EXPECT_EQ(out.str(), "(- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0))");
 }
 
 // --- Bits of floating-point values ---
@@ -187,7 +181,7 @@ TEST_F(Standard, TermsWithoutBitsNeedNoDefinitions) {
 }
 
 TEST_F(Standard, DefinitionsServeTheText) {
-  SmtLib2TermPrinter printer(&m, nullptr, "", "", true, nullptr);
+  SmtLib2TermPrinter printer(&m, &standard, "", "", true, nullptr);
   printer.set_definitions(&definitions);
   definitions.define(g);
   std::ostringstream out;
@@ -212,7 +206,7 @@ TEST_F(Standard, NamesInsideABitsValueAreGivenInItsDefinition) {
   annotations[f] = {{"named", "n"}};
   const Term_* t =
       m.make_and(m.make_equal(m.make_fp_as_ieeebv(f), m.make_fp_as_ieeebv(g)), m.make_fp_isnan(f));
-  SmtLib2TermPrinter printer(&m, nullptr, "", "", true, &annotations);
+  SmtLib2TermPrinter printer(&m, &standard, "", "", true, &annotations);
   printer.set_definitions(&definitions);
   std::ostringstream out;
   printer.print_definitions(out, t);
@@ -234,7 +228,7 @@ TEST_F(Standard, ADefinitionIsRepeatedForANameInside) {
   definitions_of(bits);
   Annotations annotations;
   annotations[f] = {{"named", "n"}};
-  SmtLib2TermPrinter printer(&m, nullptr, "", "", true, &annotations);
+  SmtLib2TermPrinter printer(&m, &standard, "", "", true, &annotations);
   printer.set_definitions(&definitions);
   std::ostringstream out;
   printer.print_definitions(out, bits);
