@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 
+#include "quill/printers/smtlib2_operators.h"
 #include "quill/utils/gmp_integer.h"
 
 namespace quill::smt2 {
@@ -57,7 +58,7 @@ bool evaluate(const TermManager& manager, const Term_* t, QNumber& value, unsign
   if (budget == 0) return false;
   budget--;
   if (manager.is_number(t->symbol, &value)) return !manager.is_bv_type(t->symbol->type, nullptr);
-  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  const SymbolTag::tag tag = operator_tag(manager, t->symbol);
   if (tag != SymbolTag::PLUS && tag != SymbolTag::TIMES) return false;
   QNumber left;
   QNumber right;

@@ -1,5 +1,6 @@
 #include "frontends/smt2/script_logic.h"
 
+#include "quill/printers/smtlib2_operators.h"
 #include "quill/printers/written_form.h"
 #include "quill/utils/hash_set.h"
 
@@ -84,7 +85,7 @@ void Survey::add_symbol(const Symbol* symbol) {
   for (uint64_t i = 1; i <= symbol->arity; ++i) {
     add_type(symbol->type->get_component(i), /*is_named=*/false);
   }
-  if (manager.get_tag(symbol) != SymbolTag::FLOOR) add_type(result, /*is_named=*/false);
+  if (!is_operator(manager, symbol, SymbolTag::FLOOR)) add_type(result, /*is_named=*/false);
 }
 
 void Survey::add_term(const Term_* root) {
@@ -118,7 +119,7 @@ void Survey::add_application(const WrittenForm& form) {
     return;
   }
   add_symbol(t->symbol);
-  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  const auto tag = static_cast<SymbolTag::tag>(form.tag);
   if (tag >= SymbolTag::BV_CONCAT && tag <= SymbolTag::BV_SIGN_EXTEND) needs.bit_vectors = true;
   switch (tag) {
     case SymbolTag::FLOOR:
@@ -163,7 +164,7 @@ void Survey::add_application(const WrittenForm& form) {
 }
 
 bool Survey::is_operation(const Term_* t) const {
-  const SymbolTag::tag tag = manager.get_tag(t->symbol);
+  const SymbolTag::tag tag = operator_tag(manager, t->symbol);
   return tag == SymbolTag::PLUS || tag == SymbolTag::TIMES || tag == SymbolTag::FLOOR;
 }
 

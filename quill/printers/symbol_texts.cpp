@@ -24,7 +24,7 @@ const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
   text.str(std::string());
   if (s->arity == 0) {
     write_constant(s, as_real);
-  } else if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
+  } else if (const SmtLib2Operator* op = find_smtlib2_operator(operator_tag(manager, s))) {
     write_theory_head(*op, s);
   } else {
     write_head(s);
@@ -87,7 +87,7 @@ void SymbolTexts::write_head(const Symbol* function) {
 
 void SymbolTexts::write_constant(const Symbol* s, bool as_real) {
   if (write_numeral(s, as_real)) return;
-  if (const SmtLib2Operator* op = find_smtlib2_operator(manager.get_tag(s))) {
+  if (const SmtLib2Operator* op = find_smtlib2_operator(operator_tag(manager, s))) {
     text << op->text;
   } else if (const char* mode = rounding_mode(s)) {
     text << mode;

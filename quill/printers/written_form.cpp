@@ -8,40 +8,51 @@ namespace quill {
 
 namespace {
 
+// Whether t is a numeral of arithmetic. Numerals of other types may have any value where nothing is
+// checked.
+bool is_arithmetic_number(const TermManager& manager, const Term_* t, QNumber* value) {
+  const DataType* type = t->symbol->get_output_type();
+  return (type == manager.get_int_type() || type == manager.get_rat_type()) &&
+         manager.is_number(t->symbol, value);
+}
+
+bool is_product(const TermManager& manager, const Term_* t) {
+  return is_operator(manager, t->symbol, SymbolTag::TIMES);
+}
+
 bool is_minus_one(const TermManager& manager, const Term_* t) {
   QNumber value;
-  return manager.is_number(t->symbol, &value) && value == QNumber(-1);
+  return is_arithmetic_number(manager, t, &value) && value == QNumber(-1);
 }
 
-// Whether t is (-1) * b for a b that is not a numeral.
-bool is_negation(const TermManager& manager, const Term_* t) {
-  return manager.get_tag(t->symbol) == SymbolTag::TIMES && is_minus_one(manager, t->args[0]) &&
-         !manager.is_number(t->args[1]->symbol, nullptr);
-}
-
-// Whether t is (-1) * b for any b, as the second operand of a subtraction.
+// Whether t is (-1) * b for any b, as the second operand of a subtraction. Most products fail
+// earlier than at their types, which take longest to compare.
 bool is_subtrahend(const TermManager& manager, const Term_* t) {
-  return manager.get_tag(t->symbol) == SymbolTag::TIMES && is_minus_one(manager, t->args[0]);
+  return manager.get_tag(t->symbol) == SymbolTag::TIMES && t->symbol->arity == 2 &&
+         is_minus_one(manager, t->args[0]) && is_product(manager, t);
+}
+
+// The same for a b that is not a numeral.
+bool is_negation(const TermManager& manager, const Term_* t) {
+  return is_subtrahend(manager, t) && !manager.is_number(t->args[1]->symbol, nullptr);
 }
 
 // Whether t is (1/c) * i, a product over Real, for an Int i and an integer c > 0.
 bool is_part_of_int(const TermManager& manager, const Term_* t) {
   QNumber factor;
-  if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
-      t->symbol->get_output_type() != manager.get_rat_type() ||
+  if (!is_product(manager, t) || t->symbol->get_output_type() != manager.get_rat_type() ||
       t->args[1]->symbol->get_output_type() != manager.get_int_type() ||
-      !manager.is_number(t->args[0]->symbol, &factor)) {
+      !is_arithmetic_number(manager, t->args[0], &factor)) {
     return false;
   }
   if (factor.is_big()) return mpz_cmp_ui(factor.big_num(), 1) == 0;
   return factor.num == 1;
 }
 
-// Whether t is a congruence with an integer as its second operand.
+// Whether the second operand of a congruence is an integer.
 bool is_congruence_to_numeral(const TermManager& manager, const Term_* t) {
   QNumber value;
-  return manager.is_int_modular_congruence(t->symbol, nullptr) &&
-         manager.is_number(t->args[1]->symbol, &value) && value.is_integer();
+  return is_arithmetic_number(manager, t->args[1], &value) && value.is_integer();
 }
 
 void get_integer(const QNumber& value, mpz_ptr out) {
@@ -59,9 +70,9 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
   const Term_* condition = t->args[0];
   const Term_* otherwise = t->args[2];
   QNumber bound;
-  return manager.get_tag(condition->symbol) == SymbolTag::LEQ &&
+  return is_operator(manager, condition->symbol, SymbolTag::LEQ) &&
          condition->symbol->type->get_component(1) == type && condition->args[1] == t->args[1] &&
-         manager.is_number(condition->args[0]->symbol, &bound) && bound.is_zero() &&
+         is_arithmetic_number(manager, condition->args[0], &bound) && bound.is_zero() &&
          is_subtrahend(manager, otherwise) && otherwise->args[1] == t->args[1] &&
          otherwise->symbol->get_output_type() == type;
 }
@@ -69,7 +80,7 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
 }  // namespace
 
 WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_abs)
-    : term(t), tag(static_cast<uint8_t>(manager.get_tag(t->symbol))) {
+    : term(t), tag(static_cast<uint8_t>(operator_tag(manager, t->symbol))) {
   static_assert(std::size(smtlib2_operators) <= UINT8_MAX);
   const DataType* type = t->symbol->type;
   for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
@@ -152,8 +163,7 @@ bool is_numeral_product(const TermManager& manager, const Term_* t) {
   constexpr unsigned max_factors = 8;
   for (unsigned factors = 1; factors <= max_factors; factors++) {
     if (t->symbol->arity == 0) return manager.is_number(t->symbol, nullptr);
-    if (manager.get_tag(t->symbol) != SymbolTag::TIMES ||
-        !manager.is_number(t->args[1]->symbol, nullptr)) {
+    if (!is_product(manager, t) || !manager.is_number(t->args[1]->symbol, nullptr)) {
       return false;
     }
     t = t->args[0];

@@ -114,7 +114,7 @@ struct WrittenForm {
   }
 
   const Term_* term;
-  uint8_t tag;  // of its symbol
+  uint8_t tag;  // of the operator that its symbol is written as
   Kind kind = Application;
   bool takes_reals = false;  // whether some place, or the whole, is of type Real
 
