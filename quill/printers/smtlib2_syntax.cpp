@@ -1,6 +1,7 @@
 #include "quill/printers/smtlib2_syntax.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <iterator>
 #include <new>
@@ -182,23 +183,47 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
   }
 }
 
+namespace {
+
+// How many bits a number has in the binary system; 0 has none. False for what has no bits: a
+// negative number and a fraction.
+bool count_bits(const QNumber& value, size_t& bits) {
+  if (!value.is_integer() || value.is_negative()) return false;
+  if (value.is_big()) {
+    bits = value.is_zero() ? 0 : mpz_sizeinbase(value.big_num(), 2);
+  } else {
+    bits = static_cast<size_t>(std::bit_width(static_cast<uint64_t>(value.num)));
+  }
+  return true;
+}
+
+}  // namespace
+
+bool print_bv_value(std::ostream& out, const QNumber& value, size_t width) {
+  size_t significant = 0;
+  if (!count_bits(value, significant) || significant > width) return false;
+  out << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
+  return true;
+}
+
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
-  if (!bits.is_integer() || bits.is_negative()) return false;
+  size_t significant = 0;
+  if (e == 0 || m == 0 || !count_bits(bits, significant)) return false;
   GmpInteger pattern;
   if (bits.is_big()) {
     mpz_set(pattern, bits.big_num());
   } else {
     mpz_set_si(pattern, bits.num);
   }
-  const size_t significant = mpz_sizeinbase(pattern, 2);
   // The digits are composed in memory, one byte each.
   constexpr size_t max_width = size_t{1} << 32;
   if (e > max_width || m > max_width - e) throw std::bad_alloc();
   const size_t width = 1 + e + m;
   if (significant > width) return false;
+  const size_t num_digits = mpz_sizeinbase(pattern, 2);  // 1 for 0
   // Room for a sign and for the end of the string, which GMP writes as well.
   std::string text(width + 2, '0');
-  mpz_get_str(text.data() + (width - significant), 2, pattern);
+  mpz_get_str(text.data() + (width - num_digits), 2, pattern);
   const std::string_view digits = std::string_view(text).substr(0, width);
   out << "(fp #b" << digits.substr(0, 1) << " #b" << digits.substr(1, e) << " #b"
       << digits.substr(1 + e) << ')';

@@ -50,9 +50,14 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
 // The significand's bits with the hidden one, which is how SMT-LIB counts them: m + 1.
 std::string significand_text(size_t m);
 
+// Writes the bit-vector of this width whose value as an unsigned number is given as (_ bv5 8).
+// False, and nothing is written, when no bit-vector of this width has the value.
+bool print_bv_value(std::ostream& out, const QNumber& value, size_t width);
+
 // Writes the value of format (e, m) with these bits as (fp #b0 #b10 #b011): sign, exponent and
 // significand, also where a value has a name, as infinities have. False, and nothing is written,
-// when they are not the bits of such a value. More than 2^32 bits are refused with std::bad_alloc.
+// when they are not the bits of such a value, or there is no such format: SMT-LIB cannot write a
+// part of no bits. More than 2^32 bits are refused with std::bad_alloc.
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m);
 
 // Writes an integer as 3 or (- 3); with as_real, any rational: 3.0, (- 3.0), (/ 1.0 3.0).

@@ -442,12 +442,13 @@ bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) {
   return !is_annotated(operand) && annotated_forms->of(operand).kind == forms->of(operand).kind;
 }
 
-// Whether an Int term stands where Real is asked for. Numerals are written with a point there
+// Whether an Int term stands where Real is asked for. Integers are written with a point there
 // instead.
 bool SmtLib2TermPrinter::needs_to_real(const Term_* t, const DataType* expected) const {
+  QNumber value;
   return expected == manager.get_rat_type() &&
          t->symbol->get_output_type() == manager.get_int_type() &&
-         !manager.is_number(t->symbol, nullptr);
+         !(manager.is_number(t->symbol, &value) && value.is_integer());
 }
 
 }  // namespace quill

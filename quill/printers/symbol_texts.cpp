@@ -96,8 +96,9 @@ void SymbolTexts::write_constant(const Symbol* s, bool as_real) {
   }
 }
 
-// False for a symbol that is no numeral, and for a floating-point numeral that has no bits of its
-// format, as managers that check nothing can make them.
+// False for a symbol that is no numeral, and for a numeral whose type does not have the value.
+// Managers that check nothing can make them; and a user's Int whose name spells a fraction is one,
+// once the fraction has been asked for.
 bool SymbolTexts::write_numeral(const Symbol* s, bool as_real) {
   QNumber value;
   size_t width = 0;
@@ -105,9 +106,11 @@ bool SymbolTexts::write_numeral(const Symbol* s, bool as_real) {
   size_t m = 0;
   if (!manager.is_number(s, &value)) return false;
   if (manager.is_bv_type(s->type, &width)) {
-    text << "(_ bv" << value.to_str() << ' ' << std::to_string(width) << ')';
+    return print_bv_value(text, value, width);
   } else if (manager.is_fp_type(s->type, &e, &m)) {
     return print_fp_bits(text, value, e, m);
+  } else if (s->type == manager.get_int_type() && !value.is_integer()) {
+    return false;
   } else {
     print_number(text, value, as_real || s->type == manager.get_rat_type());
   }

@@ -440,6 +440,43 @@ TEST_F(SmtLib2Theories, NumeralsThatAreNoBitsOfTheirFormatAreWrittenByName) {
   m.set_typecheck_enabled(false);
   EXPECT_EQ(text(m.make_fp_bits_number(64, 2, 3)), "|64_2_3|");
   EXPECT_EQ(text(m.make_fp_bits_number(-1, 2, 3)), "|-1_2_3|");
+  EXPECT_EQ(text(m.make_fp_bits_number(QNumber(1, 2), 2, 3)), "|1/2_2_3|");
+  EXPECT_EQ(text(m.make_fp_bits_number(0, 0, 3)), "|0_0_3|");
+  EXPECT_EQ(text(m.make_fp_bits_number(0, 3, 0)), "|0_3_0|");
+}
+
+TEST_F(SmtLib2Theories, NumeralsThatNoBitVectorOfTheirWidthIsAreWrittenByName) {
+  EXPECT_EQ(text(m.make_bv_number(255, 8)), "(_ bv255 8)");
+  m.set_typecheck_enabled(false);
+  EXPECT_EQ(text(m.make_bv_number(255, 8)), "(_ bv255 8)");
+  EXPECT_EQ(text(m.make_bv_number(256, 8)), "|256_8|");
+  EXPECT_EQ(text(m.make_bv_number(-1, 8)), "|-1_8|");
+  EXPECT_EQ(text(m.make_bv_number(QNumber(1, 2), 8)), "|1/2_8|");
+  EXPECT_EQ(text(m.make_bv_number(QNumber(4, 2), 8)), "(_ bv2 8)");
+  EXPECT_EQ(text(m.make_bv_number(1, 0)), "|1_0|");
+  const QNumber large = QNumber::from_string("18446744073709551615");
+  EXPECT_EQ(text(m.make_bv_number(large, 64)), "(_ bv18446744073709551615 64)");
+  EXPECT_EQ(text(m.make_bv_number(large, 63)), "|18446744073709551615_63|");
+  EXPECT_EQ(text(m.make_bv_number(QNumber::from_string("-18446744073709551615"), 64)),
+            "|-18446744073709551615_64|");
+}
+
+// A symbol of the user's becomes the numeral that its name spells, and keeps its type.
+TEST_F(SmtLib2Theories, AnIntThatIsAFractionIsWrittenByName) {
+  const Term_* half = constant("1/2", int_type);
+  EXPECT_EQ(m.make_number(QNumber(1, 2)), half);
+  EXPECT_EQ(text(half), "|1/2|");
+  EXPECT_EQ(text(m.make_leq(x, half)), "(<= x (to_real |1/2|))");
+}
+
+TEST_F(SmtLib2Theories, NumeralsOfOtherTypesAreNoFactors) {
+  m.set_typecheck_enabled(false);
+  const Symbol* times = m.make_times(i, j)->symbol;
+  const Symbol* plus = m.make_plus(i, j)->symbol;
+  const Term_* product = m.make_uninterpreted_function(times, {m.make_bv_number(-1, 8), j});
+  EXPECT_EQ(text(m.make_uninterpreted_function(plus, {i, product})), "(+ i (* |-1_8| j))");
+  EXPECT_EQ(text(m.make_int_modular_congruence(7, i, m.make_bv_number(9, 8))),
+            "(= (mod i 7) (mod (_ bv9 8) 7))");
 }
 
 // --- Types ---
