@@ -11,6 +11,7 @@
 #include "quill/printers/name_escape.h"
 #include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
+#include "quill/printers/standard_encoding.h"
 #include "quill/terms/termmanager/term_visitor.h"
 
 namespace quill::smt2 {
@@ -21,7 +22,7 @@ namespace {
 bool takes_bits(const TermManager& manager, const Script& script) {
   struct Search {
     int visit(const Term_* t, bool /*preorder*/) {
-      if (manager.get_tag(t->symbol) == SymbolTag::FP_AS_IEEEBV) found = true;
+      if (StandardEncoding::takes_bits(manager, t)) found = true;
       return found ? 0 : 2;
     }
     const TermManager& manager;

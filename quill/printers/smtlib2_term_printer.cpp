@@ -130,13 +130,13 @@ void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
 }
 
 // Of some terms and everything below them, operands before operators: those in whose text something
-// is annotated. The operand of fp_as_ieeebv does not appear there.
+// is annotated. Values whose bits are taken do not appear there.
 void SmtLib2TermPrinter::find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                                      TermSet& with_annotations) const {
   if (annotations == nullptr || annotations->count == 0) return;
   for (const Term_* t : post_order) {
     bool found = is_annotated(t);
-    if (!manager.is_fp_as_ieeebv(t->symbol, nullptr, nullptr)) {
+    if (!StandardEncoding::takes_bits(manager, t)) {
       for (uint64_t i = 0; i < t->symbol->arity; i++) {
         found = found || with_annotations.find(t->args[i]) != with_annotations.end();
       }

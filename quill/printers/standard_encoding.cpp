@@ -1,5 +1,6 @@
 #include "quill/printers/standard_encoding.h"
 
+#include "quill/printers/smtlib2_operators.h"
 #include "quill/terms/derived.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/bv_number.h"
@@ -35,20 +36,37 @@ std::vector<const Term_*> post_order(const Term_* root, Reached& reached, const 
   return order;
 }
 
+bool is_encoded_width(size_t width) {
+  return width != 0 && width <= StandardEncoding::max_encoded_width;
+}
+
+// Whether the one operand of a term is of the type that its symbol takes.
+bool has_operand_of_its_type(const Term_* t) {
+  return t->args[0]->symbol->get_output_type() == t->symbol->type->get_component(1);
+}
+
 }  // namespace
 
 bool StandardEncoding::is_rewritten(const TermManager& manager, const Symbol* s) {
   size_t width = 0;
   switch (manager.get_tag(s)) {
     case SymbolTag::INT_FROM_SBV:
-      return manager.is_int_from_sbv(s, nullptr);
+      return manager.is_int_from_sbv(s, &width) && is_encoded_width(width);
     case SymbolTag::INT_TO_BV:
-      return manager.is_int_to_bv(s, &width) && width != 0 && width <= max_encoded_width;
+      return manager.is_int_to_bv(s, &width) && is_encoded_width(width);
     case SymbolTag::FP_AS_IEEEBV:
       return manager.is_fp_as_ieeebv(s, nullptr, nullptr);
     default:
       return false;
   }
+}
+
+bool StandardEncoding::is_rewritten(const TermManager& manager, const Term_* t) {
+  return is_rewritten(manager, t->symbol) && has_operand_of_its_type(t);
+}
+
+bool StandardEncoding::takes_bits(const TermManager& manager, const Term_* t) {
+  return manager.is_fp_as_ieeebv(t->symbol, nullptr, nullptr) && is_rewritten(manager, t);
 }
 
 StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, const Term_* root) {
@@ -58,9 +76,9 @@ StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, con
   hsh::HashSet<const Term_*> values;
   need.terms = post_order(root, reached, [](const Term_*) { return false; });
   for (const Term_* t : need.terms) {
-    if (!is_rewritten(manager, t->symbol)) continue;
+    if (!is_rewritten(manager, t)) continue;
     need.any = true;
-    if (manager.is_fp_as_ieeebv(t->symbol, nullptr, nullptr) && values.insert(t->args[0])) {
+    if (takes_bits(manager, t) && values.insert(t->args[0])) {
       need.bit_values.push_back(t->args[0]);
     }
   }
@@ -75,18 +93,18 @@ StandardEncoding::StandardEncoding(const TermManager& owner, const BitDefinition
 }
 
 const Term_* StandardEncoding::encode(const Term_* root) {
+  require_own(source, root);
   // Inserts each term once, with a copy to be made below.
   struct NewCopies {
     TermManager::TermMap& copies;
     bool insert(const Term_* t) { return copies.insert({t, nullptr}); }
   } reached{copies};
-  const std::vector<const Term_*> order = post_order(root, reached, [&](const Term_* t) {
-    return source.is_fp_as_ieeebv(t->symbol, nullptr, nullptr);
-  });
+  const std::vector<const Term_*> order =
+      post_order(root, reached, [&](const Term_* t) { return takes_bits(source, t); });
 
-  std::vector<const Symbol*> new_symbols;
+  Symbols new_symbols;
   for (const Term_* t : order) {
-    if (!is_rewritten(source, t->symbol) && symbols.insert({t->symbol, nullptr})) {
+    if (!is_rewritten(source, t) && symbols.insert({t->symbol, nullptr})) {
       new_symbols.push_back(t->symbol);
     }
   }
@@ -95,7 +113,7 @@ const Term_* StandardEncoding::encode(const Term_* root) {
   std::vector<const Term_*> args;
   for (const Term_* t : order) {
     const Term_* copy = nullptr;
-    if (is_rewritten(source, t->symbol)) {
+    if (is_rewritten(source, t)) {
       copy = rewrite(t);
     } else {
       args.clear();
@@ -108,20 +126,94 @@ const Term_* StandardEncoding::encode(const Term_* root) {
   return copy_of(root);
 }
 
-void StandardEncoding::copy_new_symbols(const std::vector<const Symbol*>& new_symbols) {
-  std::vector<const Symbol*> copied_symbols;
-  target.copy_symbols(source, new_symbols, copied_symbols);
-  for (size_t i = 0; i < new_symbols.size(); i++) {
-    const Symbol* copy = copied_symbols[i];
-    // The copy of another symbol of this name gives the name back, as that symbol has done.
-    while (!target.is_interpreted(copy) && !used_symbols.insert(copy)) {
-      target.free_symbol(copy);
-      std::vector<const Symbol*> again;
-      target.copy_symbols(source, {new_symbols[i]}, again);
-      copy = again[0];
+// Types are copied all at once, because they share components.
+void StandardEncoding::copy_new_symbols(const Symbols& new_symbols) {
+  std::vector<const DataType*> new_types;
+  for (const Symbol* s : new_symbols) new_types.push_back(s->type);
+  std::vector<const DataType*> copied_types;
+  target.copy_types(source, new_types, copied_types);
+  for (size_t i = 0; i < new_types.size(); i++) types[new_types[i]] = copied_types[i];
+
+  Symbols operators;
+  Symbols operators_by_family;
+  for (const Symbol* s : new_symbols) {
+    if (!source.is_interpreted(s)) {
+      symbols[s] = make_nameless(s->name, types.find(s->type)->second);
+    } else if (const Symbol* same = find_same(s)) {
+      symbols[s] = same;
+    } else if (QNumber value; source.is_number(s, &value)) {
+      symbols[s] = copy_numeral(s, value);
+    } else if (is_operator_by_family(source, s)) {
+      operators_by_family.push_back(s);
+    } else {
+      operators.push_back(s);
     }
-    symbols[new_symbols[i]] = copy;
   }
+  copy_operators(operators_by_family);
+  copy_operators(operators);
+}
+
+// Copies symbols of the theories, of which the target has none of the same name and kind. If one
+// can't be copied, all are registered by hand. That happens to no symbol whose text needs its
+// family: those are copied apart from the others.
+void StandardEncoding::copy_operators(const Symbols& operators) {
+  for (const Symbol* s : operators) free_name(s->name);
+  Symbols copied;
+  try {
+    target.copy_symbols(source, operators, copied);
+  } catch (const TermManager::error&) {
+    copied.assign(operators.size(), nullptr);
+  }
+  for (size_t i = 0; i < operators.size(); i++) {
+    const Symbol* s = operators[i];
+    const bool is_copied = copied[i] != nullptr && is_same(copied[i], s);
+    symbols[s] = is_copied ? copied[i] : copy_by_hand(s);
+  }
+}
+
+const Symbol* StandardEncoding::copy_by_hand(const Symbol* s) {
+  if (const Symbol* same = find_same(s)) return same;
+  free_name(s->name);
+  std::string name = s->name;
+  name = name.substr(1, name.size() - 2);  // without the backquotes
+  const Symbol* copy =
+      target.add_interpreted_symbol(name.c_str(), types.find(s->type)->second, source.get_tag(s));
+  target.free_symbol(copy);
+  return copy;
+}
+
+// An Int whose name spells a fraction is a numeral for its manager, and is written by its name.
+const Symbol* StandardEncoding::copy_numeral(const Symbol* s, const QNumber& value) {
+  const DataType* type = types.find(s->type)->second;
+  if (type == target.get_int_type() && !value.is_integer()) return make_nameless(s->name, type);
+  free_name(s->name);
+  Symbols copied;
+  target.copy_symbols(source, {s}, copied);
+  return copied[0];
+}
+
+// A symbol of the user's, which gives its name back at once.
+const Symbol* StandardEncoding::make_nameless(const std::string& name, const DataType* type) {
+  free_name(name.c_str());
+  const Symbol* s = target.make_symbol(name, type);
+  target.free_symbol(s);
+  return s;
+}
+
+// The symbol of the target that has the name and the text of an interpreted one, or null.
+const Symbol* StandardEncoding::find_same(const Symbol* s) const {
+  const Symbol* present = target.get_signature()->get_symbol(s->name);
+  return present != nullptr && is_same(present, s) ? present : nullptr;
+}
+
+bool StandardEncoding::is_same(const Symbol* copy, const Symbol* s) const {
+  return copy->type == types.find(s->type)->second && target.get_tag(copy) == source.get_tag(s) &&
+         operator_tag(target, copy) == operator_tag(source, s) &&
+         target.is_number(copy, nullptr) == source.is_number(s, nullptr);
+}
+
+void StandardEncoding::free_name(const char* name) {
+  if (const Symbol* present = target.get_signature()->get_symbol(name)) target.free_symbol(present);
 }
 
 const Term_* StandardEncoding::rewrite(const Term_* t) {
@@ -129,8 +221,9 @@ const Term_* StandardEncoding::rewrite(const Term_* t) {
   const Term_* operand = t->args[0];
   if (source.is_int_from_sbv(t->symbol, &width)) return signed_value(copy_of(operand), width);
   if (source.is_int_to_bv(t->symbol, &width)) {
-    const bool is_value = source.is_int_from_ubv(operand->symbol, nullptr) ||
-                          source.is_int_from_sbv(operand->symbol, nullptr);
+    const bool is_value = (source.is_int_from_ubv(operand->symbol, nullptr) ||
+                           source.is_int_from_sbv(operand->symbol, nullptr)) &&
+                          has_operand_of_its_type(operand);
     return is_value ? resized(operand, width) : low_bits(copy_of(operand), width);
   }
   return bits_constant(*bits.find(operand));
@@ -140,10 +233,7 @@ const Term_* StandardEncoding::bits_constant(const BitDefinitions::Definition& d
   const auto found = constants.find(definition.name);
   if (found != constants.end()) return found->second;
   const DataType* type = target.get_bv_type(definition.format.e + definition.format.m + 1);
-  const Symbol* homonym = target.get_signature()->get_symbol(definition.name.c_str());
-  if (homonym != nullptr) target.free_symbol(homonym);
-  const Symbol* symbol = target.make_symbol(definition.name, type);
-  used_symbols.insert(symbol);
+  const Symbol* symbol = make_nameless(definition.name, type);
   return constants[definition.name] = target.make_constant(symbol);
 }
 
@@ -187,6 +277,7 @@ const Term_* StandardEncoding::low_bits(const Term_* number, size_t width) {
 }
 
 const Term_* StandardEncoding::add_defining_condition(const Term_* others, const Term_* value) {
+  require_own(source, value);
   const BitDefinitions::Definition& definition = *bits.find(value);
   const IEEEFloat::format format = definition.format;
   const Term_* const copy = encode(value);

@@ -16,15 +16,20 @@
 //
 // (mod t n) stands for the expansion of derived.h. Halving needs numbers no larger than t itself,
 // so that the text of int_to_bv is linear in w, and solvers fare better with it than with the
-// remainders modulo 2, 4, 8 and so on. Above max_encoded_width the operator is left as it is.
+// remainders modulo 2, 4, 8 and so on. The text of int_from_sbv holds the number 2^w, which is as
+// long as w. Both operators are left as they are above max_encoded_width and for no bits at all;
+// and so is each of the three where its operand is of another type than it takes, as managers that
+// check nothing build it.
 //
 // The copies live in a manager of the encoding's own, so that the manager of the terms is only
-// read. Symbols keep their names; symbols of one name, of which all but one were freed in the
-// manager of the terms, are told apart there as well.
+// read. Copies of symbols have the names of these, but give them back at once: symbols of one name,
+// of which all but one were freed in the manager of the terms, are told apart, and operators and
+// numerals that the encoding makes find no other symbol in the place of their own. A symbol that
+// somebody registered by add_interpreted_symbol can't be copied, because nobody knows what it
+// means; it is registered again with its name, type and tag, which is all that its text depends on.
 //
 // Cost: time and memory linear in the number of distinct subterms and in the widths of the
-// rewritten operators; nothing is recursive. Making an encoding costs a manager. Throws what
-// TermManager::copy_symbols throws.
+// rewritten operators; nothing is recursive. Making an encoding costs a manager.
 
 #ifndef QUILL_PRINTERS_STANDARD_ENCODING_H
 #define QUILL_PRINTERS_STANDARD_ENCODING_H
@@ -37,7 +42,6 @@
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/hash_map.h"
-#include "quill/utils/hash_set.h"
 #include "quill/utils/name_hash.h"
 
 namespace quill {
@@ -56,8 +60,13 @@ class StandardEncoding {
   };
   static Need need_of(const TermManager& manager, const Term_* root);
 
-  // Whether applications of the symbol are rewritten.
+  // Whether applications of the symbol to what it takes are rewritten, and whether this one is.
   static bool is_rewritten(const TermManager& manager, const Symbol* s);
+  static bool is_rewritten(const TermManager& manager, const Term_* t);
+
+  // Whether the term is rewritten as a constant that holds the bits of its argument, which does
+  // then not appear.
+  static bool takes_bits(const TermManager& manager, const Term_* t);
 
   // Both must outlive the encoding.
   StandardEncoding(const TermManager& owner, const BitDefinitions& definitions);
@@ -78,7 +87,16 @@ class StandardEncoding {
   TermManager& manager() { return target; }
 
  private:
-  void copy_new_symbols(const std::vector<const Symbol*>& new_symbols);
+  using Symbols = std::vector<const Symbol*>;
+
+  void copy_new_symbols(const Symbols& new_symbols);
+  void copy_operators(const Symbols& operators);
+  const Symbol* copy_by_hand(const Symbol* s);
+  const Symbol* copy_numeral(const Symbol* s, const QNumber& value);
+  const Symbol* make_nameless(const std::string& name, const DataType* type);
+  const Symbol* find_same(const Symbol* s) const;
+  bool is_same(const Symbol* copy, const Symbol* s) const;
+  void free_name(const char* name);
   const Term_* rewrite(const Term_* t);
   const Term_* bits_constant(const BitDefinitions::Definition& definition);
   const Term_* signed_value(const Term_* b, size_t width);
@@ -90,9 +108,9 @@ class StandardEncoding {
   TermManager target;
   TermManager::TermMap copies;
   std::vector<const Term_*> originals;
-  hsh::HashMap<const Symbol*, const Symbol*> symbols;
+  hsh::HashMap<const Symbol*, const Symbol*> symbols;  // to their copies
+  hsh::HashMap<const DataType*, const DataType*> types;
   hsh::HashMap<std::string, const Term_*, NameHash> constants;  // of the definitions, by name
-  hsh::HashSet<const Symbol*> used_symbols;                     // of copies and constants
 };
 
 }  // namespace quill

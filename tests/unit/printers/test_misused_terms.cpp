@@ -57,6 +57,11 @@ const std::vector<Call> calls = {
        const LetPlan plan(m, t, forms);
      }},
     {"need_of", [](TermManager& m, const Term_* t) { StandardEncoding::need_of(m, t); }},
+    {"encode",
+     [](TermManager& m, const Term_* t) {
+       const BitDefinitions definitions(m);
+       StandardEncoding(m, definitions).encode(t);
+     }},
 };
 
 class PrintersDeathTest : public ::testing::TestWithParam<Call> {};

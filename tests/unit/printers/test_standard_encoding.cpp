@@ -83,7 +83,7 @@ TEST_F(Standard, TheEncodedTermIsTheOneThatItsTextDescribes) {
   StandardEncoding encoding(m, none);
   const Term_* copy = encoding.encode(m.make_int_from_sbv(b));
   TermManager& target = encoding.manager();
-  const Term_* c = target.make_constant(target.make_symbol("b", target.get_bv_type(8)));
+  const Term_* c = encoding.copy_of(b);
   const Term_* is_negative =
       target.make_equal(target.make_bv_extract(7, 7, c), target.make_bv_number(1, 1));
   EXPECT_EQ(copy, make_minus(target, target.make_int_from_ubv(c),
@@ -103,6 +103,47 @@ TEST_F(Standard, OperatorsAboveTheLargestWidthAreWrittenAsExtensions) {
   EXPECT_EQ(text(m.make_int_to_bv(limit + 1, i)), "((_ int2bv 65537) i)");
   EXPECT_TRUE(StandardEncoding::is_rewritten(m, m.make_int_to_bv_symbol(limit)));
   EXPECT_FALSE(StandardEncoding::is_rewritten(m, m.make_int_to_bv_symbol(limit + 1)));
+  EXPECT_TRUE(StandardEncoding::is_rewritten(m, m.make_int_from_sbv_symbol(limit)));
+  EXPECT_FALSE(StandardEncoding::is_rewritten(m, m.make_int_from_sbv_symbol(limit + 1)));
+  EXPECT_FALSE(StandardEncoding::is_rewritten(m, m.make_int_from_sbv_symbol(0)));
+}
+
+TEST_F(Standard, SignedValuesOfAnyWidthAreWritten) {
+  const auto value_of = [&](size_t width) {
+    return m.make_int_from_sbv(constant("w" + std::to_string(width), m.get_bv_type(width)));
+  };
+  EXPECT_EQ(text(value_of(65'536)).substr(0, 60),
+            "(- (bv2nat w65536) (ite (= ((_ extract 65535 65535) w65536) ");
+  EXPECT_EQ(text(value_of(65'537)), "(sbv_to_int w65537)");
+  EXPECT_EQ(text(value_of((size_t{1} << 32) + 1)), "(sbv_to_int w4294967297)");
+  EXPECT_EQ(text(value_of(SIZE_MAX)), "(sbv_to_int w18446744073709551615)");
+  EXPECT_EQ(text(value_of(0)), "(sbv_to_int w0)");
+}
+
+TEST_F(Standard, LowBitsOfValuesOfAnyWidthAreWritten) {
+  const Term_* huge = constant("huge", m.get_bv_type(SIZE_MAX));
+  EXPECT_EQ(text(m.make_int_to_bv(8, m.make_int_from_sbv(huge))), "((_ extract 7 0) huge)");
+  const Term_* nothing = constant("nothing", m.get_bv_type(0));
+  EXPECT_EQ(text(m.make_int_to_bv(8, m.make_int_from_ubv(nothing))), "((_ zero_extend 8) nothing)");
+  EXPECT_EQ(text(m.make_int_to_bv(0, m.make_int_from_sbv(b))),
+            "((_ int2bv 0) (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0)))");
+}
+
+// Managers that check nothing build them.
+TEST_F(Standard, OperatorsOnOperandsOfAnotherTypeAreLeftAsTheyAre) {
+  m.set_typecheck_enabled(false);
+  const auto applied = [&](const Symbol* s, const Term_* t) {
+    return m.make_uninterpreted_function(s, {t});
+  };
+  const Term_* value = applied(m.make_int_from_sbv_symbol(8), i);
+  const Term_* resized = applied(m.make_int_to_bv_symbol(4), m.make_int_from_sbv(b));
+  EXPECT_EQ(text(value), "(sbv_to_int i)");
+  EXPECT_EQ(text(applied(m.make_int_to_bv_symbol(4), b)), "((_ int2bv 4) b)");
+  EXPECT_EQ(text(applied(m.make_fp_as_ieeebv_symbol(8, 23), h)), "(fp.to_ieee_bv h)");
+  EXPECT_EQ(text(m.make_equal(applied(m.make_int_to_bv_symbol(1), value), resized)),
+            "(= (ite (= (- (sbv_to_int i) (* 2 (div (sbv_to_int i) 2))) 1) (_ bv1 1) (_ bv0 1)) "
+            "((_ extract 3 0) b))");
+  EXPECT_EQ(definitions_of(applied(m.make_fp_as_ieeebv_symbol(8, 23), h)), "");
 }
 
 TEST_F(Standard, RewrittenOperatorsMayBeNested) {
@@ -265,6 +306,122 @@ TEST_F(Standard, UnusualNamesAndTypesAreKept) {
   EXPECT_EQ(text(m.make_int_from_sbv(t)),
             "(let ((@1 (|a function| p |'1|))) "
             "(- (bv2nat @1) (ite (= ((_ extract 7 7) @1) (_ bv1 1)) 256 0)))");
+}
+
+// Whoever registers a symbol chooses its name, its type and its tag.
+class ByHand : public Standard {
+ protected:
+  const Term_* function(const char* name, const DataType* argument, const DataType* result,
+                        SymbolTag::tag tag, const Term_* operand) {
+    const DataType* type = m.get_function_type({argument}, result);
+    return m.make_uninterpreted_function(m.add_interpreted_symbol(name, type, tag), {operand});
+  }
+
+  // The text of a term, alone and beside something that has to be encoded.
+  void expect_beside(const Term_* t, const std::string& expected) {
+    EXPECT_EQ(text(t), expected);
+    m.set_reject_bool_arguments(false);
+    const DataType* type = m.get_function_type({t->symbol->get_output_type(), int_type}, single);
+    const Symbol* pair = m.make_symbol("pair", type);
+    m.free_symbol(pair);  // so that another one can have the name
+    EXPECT_EQ(
+        text(m.make_uninterpreted_function(pair, {t, m.make_int_from_sbv(b)})),
+        "(pair " + expected + " (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0)))");
+  }
+
+  const DataType* const int_type = m.get_int_type();
+};
+
+TEST_F(ByHand, SymbolsAreWrittenBesideWhatIsEncoded) {
+  expect_beside(function("op", int_type, int_type, SymbolTag::NONE, i), "(|`op`| i)");
+}
+
+TEST_F(ByHand, SymbolsAreWrittenAboveWhatIsEncoded) {
+  const Term_* value = m.make_int_from_sbv(b);
+  EXPECT_EQ(text(function("op", int_type, int_type, SymbolTag::NONE, value)),
+            "(|`op`| (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0)))");
+}
+
+TEST_F(ByHand, SymbolsAreWrittenInDefinitions) {
+  const Term_* value = function("op", single, single, SymbolTag::NONE, f);
+  EXPECT_EQ(definitions_of(m.make_fp_as_ieeebv(value)),
+            "(declare-const quill!ieee_nan_1 (_ BitVec 32))\n"
+            "(declare-const quill!ieee_bits_1 (_ BitVec 32))\n"
+            "(assert (and (= ((_ to_fp 8 24) quill!ieee_bits_1) (|`op`| f)) "
+            "(or (not (fp.isNaN (|`op`| f))) (= quill!ieee_bits_1 quill!ieee_nan_1))))\n");
+}
+
+TEST_F(ByHand, ConstantsAreWritten) {
+  expect_beside(m.make_constant(m.add_interpreted_symbol("c", int_type, SymbolTag::ARRAY_WRITE)),
+                "|`c`|");
+  expect_beside(m.make_and(p, m.make_constant(m.add_interpreted_symbol("yes", m.get_bool_type(),
+                                                                       SymbolTag::TRUE))),
+                "(and p true)");
+}
+
+TEST_F(ByHand, OperatorsAreWrittenByTheirTags) {
+  const DataType* bits = m.get_bv_type(8);
+  expect_beside(function("op", bits, bits, SymbolTag::BV_NOT, b), "(bvnot b)");
+  expect_beside(function("low", bits, m.get_bv_type(4), SymbolTag::BV_EXTRACT, b), "(|`low`| b)");
+  expect_beside(function("value", bits, int_type, SymbolTag::INT_FROM_SBV, b), "(sbv_to_int b)");
+}
+
+// Names of operators that the encoding makes, and of those that every manager has.
+TEST_F(ByHand, NamesOfOperatorsStandInNobodysWay) {
+  for (const char* name :
+       {"ubv2int_8", "bvextract_7_7_8", "=_(BitVec 1)", "ite_int", "bvzext_1_8"}) {
+    const DataType* type = m.get_simple_type("S", /*only_existing=*/false);
+    const Term_* c = m.make_constant(m.add_interpreted_symbol(name, type, SymbolTag::NONE));
+    expect_beside(c, "|`" + std::string(name) + "`|");
+    m.free_symbol(c->symbol);
+  }
+  m.free_symbol(m.make_and(p, p)->symbol);
+  expect_beside(m.make_constant(m.add_interpreted_symbol("and", int_type, SymbolTag::NONE)),
+                "|`and`|");
+}
+
+TEST_F(ByHand, OneNameAfterTheOther) {
+  const Term_* first = function("op", int_type, int_type, SymbolTag::NONE, i);
+  m.free_symbol(first->symbol);
+  const Term_* second = function("op", m.get_bv_type(8), int_type, SymbolTag::NONE, b);
+  expect_beside(m.make_plus(first, second), "(+ (|`op`| i) (|`op`| b))");
+}
+
+TEST_F(ByHand, OperatorsOfTheManagerBesideThemKeepTheirIndices) {
+  const Term_* low = m.make_bv_extract(6, 2, b);
+  const Term_* rotated = m.make_bv_rotate_left(3, b);
+  const Term_* congruence = m.make_int_modular_congruence(
+      7, i, function("op", int_type, int_type, SymbolTag::NONE, m.make_int_from_ubv(low)));
+  const Term_* t = m.make_and(congruence, m.make_bv_ult(rotated, b));
+  expect_beside(t,
+                "(and (= (mod i 7) (mod (|`op`| (bv2nat ((_ extract 6 2) b))) 7)) "
+                "(bvult ((_ rotate_left 3) b) b))");
+}
+
+// --- Names of the user's that look like the manager's own ---
+
+TEST_F(ByHand, ConstantsNamedLikeNumeralsAreNone) {
+  const DataType* bit = m.get_bv_type(1);
+  expect_beside(constant("1_1", bit), "|1_1|");
+  const Term_* three = constant("3", int_type);
+  m.free_symbol(three->symbol);
+  expect_beside(m.make_plus(three, m.make_number(3)), "(+ |3| 3)");
+  const Term_* five = m.make_bv_number(5, 8);
+  m.free_symbol(five->symbol);
+  EXPECT_EQ(
+      text(m.make_plus(m.make_int_from_sbv(b), m.make_int_from_ubv(m.make_bv_add(
+                                                   five, constant("5_8", m.get_bv_type(8)))))),
+      "(+ (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0)) "
+      "(bv2nat (bvadd (_ bv5 8) |5_8|)))");
+}
+
+TEST_F(ByHand, NumeralsThatTheirTypesDoNotHaveAreWrittenByName) {
+  const Term_* half = constant("1/2", int_type);
+  EXPECT_EQ(m.make_number(QNumber(1, 2)), half);
+  m.set_typecheck_enabled(false);
+  expect_beside(half, "|1/2|");
+  expect_beside(m.make_bv_number(256, 8), "|256_8|");
+  expect_beside(m.make_fp_bits_number(-1, 8, 23), "|-1_8_23|");
 }
 
 // --- Independence and size ---

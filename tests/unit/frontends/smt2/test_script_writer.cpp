@@ -1,7 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "frontends/smt2/numerals.h"
 #include "frontends/smt2/script_writer.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
@@ -161,6 +166,78 @@ TEST(ScriptWriter, PrintsWhatReadsBackToTheSameTerms) {
     EXPECT_EQ(first.commands.back().terms[0].value.term, second.commands.back().terms[0].value.term)
         << output.str();
   }
+}
+
+// A script whose terms were not read, but made by somebody who gives any tag to any symbol.
+TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
+  for (int tag = 0; tag <= SymbolTag::INT_TO_BV; tag++) {
+    TermManager m;
+    Script script;
+    Command logic;
+    logic.kind = CommandKind::SET_LOGIC;
+    logic.text = "QF_IDL";
+    script.commands.push_back(logic);
+    const DataType* int_type = m.get_int_type();
+    const DataType* bits = m.get_bv_type(8);
+    const DataType* single = m.get_fp_type(8, 23);
+    const auto constant = [&](const char* name, const DataType* type) {
+      return m.make_constant(m.make_symbol(name, type));
+    };
+    const Term_* i = constant("i", int_type);
+    const auto assert_that = [&](const Term_* t) {
+      Command command;
+      command.terms.push_back({{t, m.get_bool_type()}, ""});
+      script.commands.push_back(command);
+    };
+    for (const Term_* operand :
+         {i, constant("x", m.get_rat_type()), constant("b", bits), constant("f", single)}) {
+      const DataType* argument = operand->symbol->type;
+      for (const DataType* result : {m.get_bool_type(), int_type, m.get_rat_type(), bits, single}) {
+        for (size_t arity = 0; arity <= 4; arity++) {
+          const std::vector<const DataType*> arguments(arity, argument);
+          const DataType* type = arity == 0 ? result : m.get_function_type(arguments, result);
+          const Symbol* s = m.add_interpreted_symbol("op", type, static_cast<SymbolTag::tag>(tag));
+          m.free_symbol(s);
+          const Term_* t = m.do_make_term(s, std::vector<const Term_*>(arity, operand));
+          QNumber value;
+          EXPECT_FALSE(constant_value(m, t, value));
+          if (result == m.get_bool_type()) {
+            assert_that(m.make_not(t));
+          } else {
+            assert_that(m.make_equal(t, t));
+          }
+          if (result != int_type && result != m.get_rat_type()) continue;
+          const Term_* minus = m.make_times(m.make_number(-1), t);
+          assert_that(m.make_leq(m.make_plus(i, t), m.make_plus(i, minus)));
+          assert_that(m.make_equal(m.make_floor(t), t));
+        }
+      }
+    }
+    for (const auto dialect :
+         {Configuration::Dialect::Standard, Configuration::Dialect::Extensions}) {
+      std::ostringstream output;
+      write(output, m, script, dialect);
+      const std::string text = output.str();
+      EXPECT_EQ(text.substr(text.size() - 3), "))\n");
+      EXPECT_GE(std::count(text.begin(), text.end(), '\n'),
+                static_cast<std::ptrdiff_t>(script.commands.size()));
+    }
+  }
+}
+
+TEST(ScriptWriter, WritesTheStandardUnlessAskedForExtensions) {
+  const std::string text =
+      "(declare-const b (_ BitVec 8))\n(declare-const i Int)\n(assert (= i (sbv_to_int b)))\n";
+  TermManager m;
+  const Script script = read_text(text, m);
+  std::ostringstream standard;
+  write(standard, m, script);
+  EXPECT_EQ(standard.str(),
+            "(declare-const b (_ BitVec 8))\n(declare-const i Int)\n"
+            "(assert (= i (- (bv2nat b) (ite (= ((_ extract 7 7) b) (_ bv1 1)) 256 0))))\n");
+  std::ostringstream extended;
+  write(extended, m, script, Configuration::Dialect::Extensions);
+  EXPECT_EQ(extended.str(), text);
 }
 
 }  // namespace
