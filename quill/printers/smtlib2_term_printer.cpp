@@ -18,7 +18,21 @@ SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printe
     : SmtLibTermPrinter(owner, choices, let_names, renamed),
       with_abs(logic.is_nonlinear()),
       share(share_by_let),
-      annotations(annotations_of_terms) {}
+      annotations(annotations_of_terms) {
+  require_own_annotations();
+}
+
+// In debug builds. A script may print many terms with many names: they are looked through again
+// only when there are others or something was freed.
+void SmtLib2TermPrinter::require_own_annotations() {
+#ifndef NDEBUG
+  if (annotations == nullptr) return;
+  const Checked now{annotations->count, manager.gc_generation()};
+  if (now == annotations_checked) return;
+  for (const auto& entry : *annotations) require_own(manager, entry.first);
+  annotations_checked = now;
+#endif
+}
 
 void SmtLib2TermPrinter::print_atom(std::ostream& out, const Term_* t, bool with_annotations) {
   print_term(out, t, nullptr, with_annotations);
@@ -28,6 +42,7 @@ void SmtLib2TermPrinter::print_term(std::ostream& out, const Term_* t, const Dat
                                     bool with_annotations) {
   require_own(manager, t);
   require_own_or_null(manager, expected);
+  require_own_annotations();
   // The symbols of the last text may have been freed.
   texts.emplace(manager, rename_prefix, logic);
   forms.emplace(manager, with_abs);
@@ -83,6 +98,7 @@ void SmtLib2TermPrinter::print_copy(std::ostream& out, StandardEncoding& encodin
 void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
   assert(definitions != nullptr);
   require_own(manager, t);
+  require_own_annotations();
   if (configuration.dialect == Configuration::Dialect::Extensions) return;
   const StandardEncoding::Need need = StandardEncoding::need_of(manager, t);
   if (need.bit_values.empty()) return;

@@ -56,7 +56,8 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
 
   // `let_names` is the prefix of the names that let binds, `renamed` that of symbols which SMT-LIB
-  // can't name; empty for the defaults. Annotations may be null; they must outlive the printer.
+  // can't name; empty for the defaults. Annotations may be null; they must outlive the printer, and
+  // their terms must not be freed before it.
   SmtLib2TermPrinter(TermManager* owner, Configuration::Printer* choices,
                      const std::string& let_names, const std::string& renamed, bool share_by_let,
                      const Annotations* annotations_of_terms);
@@ -115,6 +116,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
                      bool with_annotations);
   void print_copy(std::ostream& out, StandardEncoding& encoding, const Term_* copy,
                   const DataType* expected, bool with_annotations) const;
+  void require_own_annotations();
   void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                    TermSet& with_annotations) const;
   void print_annotated(TextBuffer& out, const Term_* root, const DataType* expected);
@@ -149,6 +151,13 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   const Annotations* const annotations;
   BitDefinitions* definitions = nullptr;
   TermSet annotated_before;  // by print_definitions()
+  // When it was checked that the manager owns what is annotated: with so many annotated terms, and
+  // after so many collections.
+  struct Checked {
+    size_t count = 0;
+    uint64_t generation = 0;
+    friend bool operator==(const Checked&, const Checked&) = default;
+  } annotations_checked;
 
   // Of the text that is being printed.
   std::optional<SymbolTexts> texts;

@@ -83,6 +83,54 @@ TEST_P(PrintersDeathTest, AFreedTerm) {
 INSTANTIATE_TEST_SUITE_P(Calls, PrintersDeathTest, ::testing::ValuesIn(calls),
                          [](const auto& param) { return std::string(param.param.name); });
 
+// Where the annotated terms are looked at: when a printer is made and when it prints, whether or
+// not the text has anything to do with them.
+class AnnotationsDeathTest : public ::testing::Test {
+ protected:
+  std::string print(const Term_* t) {
+    std::ostringstream out;
+    SmtLib2TermPrinter(&m, nullptr, "", "", /*share_by_let=*/true, &annotations).print_term(out, t);
+    return out.str();
+  }
+
+  TermManager m;
+  SmtLib2TermPrinter::Annotations annotations;
+};
+
+TEST_F(AnnotationsDeathTest, ATermOfAnotherManager) {
+  TermManager other;
+  annotations[other.make_not(other.make_true())] = {{"named", "n"}};
+  EXPECT_DEATH(print(m.make_true()), "quill: misuse: a term of another manager");
+  EXPECT_DEATH(SmtLib2TermPrinter(&m, nullptr, "", "", /*share_by_let=*/true, &annotations),
+               "quill: misuse: a term of another manager");
+}
+
+TEST_F(AnnotationsDeathTest, AFreedTerm) {
+  annotations[m.make_not(m.make_true())] = {{"named", "n"}};
+  EXPECT_EQ(print(m.make_true()), "true");
+  m.gc({}, {}, {});
+  EXPECT_DEATH(print(m.make_true()), "quill: misuse: a term that was freed");
+}
+
+TEST_F(AnnotationsDeathTest, ATermAddedLater) {
+  SmtLib2TermPrinter printer(&m, nullptr, "", "", /*share_by_let=*/true, &annotations);
+  TermManager other;
+  annotations[other.make_not(other.make_true())];
+  std::ostringstream out;
+  EXPECT_DEATH(printer.print_term(out, m.make_true()), "quill: misuse: a term of another manager");
+}
+
+TEST_F(AnnotationsDeathTest, ATermFreedLater) {
+  annotations[m.make_not(m.make_true())] = {{"named", "n"}};
+  SmtLib2TermPrinter printer(&m, nullptr, "", "", /*share_by_let=*/true, &annotations);
+  BitDefinitions definitions(m);
+  printer.set_definitions(&definitions);
+  m.gc({}, {}, {});
+  std::ostringstream out;
+  EXPECT_DEATH(printer.print_definitions(out, m.make_true()),
+               "quill: misuse: a term that was freed");
+}
+
 TEST(PrintTypeDeathTest, ATypeOfAnotherManager) {
   TermManager m;
   TermManager other;
