@@ -11,12 +11,12 @@
 #include <fstream>
 #include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
 #include "apps/quill_smt2/progress.h"
 #include "frontends/smt2/smt2.h"
+#include "quill/utils/text_stream.h"
 
 namespace quill::smt2::app {
 
@@ -54,7 +54,7 @@ double peak_mebibytes() {
 }
 
 std::string written(TermManager& manager, const Script& script, Configuration::Dialect dialect) {
-  std::ostringstream text;
+  TextStream text;
   write(text, manager, script, dialect);
   return std::move(text).str();
 }
@@ -120,7 +120,7 @@ std::string collection_report(const std::string& file) {
   const size_t types = manager.get_universe()->size();
   const size_t kept = collect_to_assertions(manager, script);
   const auto& freed = manager.get_last_collection();
-  std::ostringstream text;
+  TextStream text;
   text << "assertions kept: " << kept << "\n"
        << "terms freed: " << freed.terms << " of " << terms << "\n"
        << "symbols freed: " << freed.symbols << " of " << symbols << "\n"
@@ -141,7 +141,7 @@ std::string script_statistics(const std::string& file, bool with_timing) {
   const auto start = std::chrono::steady_clock::now();
   TermManager manager;
   const Script script = read_file(file, manager);
-  std::ostringstream text;
+  TextStream text;
   text << compute_stats(manager, script);
   if (with_timing) {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;

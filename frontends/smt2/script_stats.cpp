@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <iomanip>
-#include <sstream>
 #include <vector>
 
 #include "quill/utils/hash_set.h"
+#include "quill/utils/text_stream.h"
 
 namespace quill::smt2 {
 
@@ -101,24 +101,25 @@ ScriptStats compute_stats(const TermManager& manager, const Script& script) {
   return survey.stats;
 }
 
+// Composed apart from the stream, whose locale and flags are the caller's.
 std::ostream& operator<<(std::ostream& out, const ScriptStats& stats) {
   const char* bound = stats.tree_size == ScriptStats::saturated ? ">= " : "";
   const double ratio = stats.graph_size == 0 ? 1.0
                                              : static_cast<double>(stats.tree_size) /
                                                    static_cast<double>(stats.graph_size);
-  std::ostringstream sharing;  // so that the format flags of the stream stay as they are
-  sharing << std::fixed << std::setprecision(2) << ratio;
-  return out << "commands: " << stats.commands << '\n'
-             << "assertions: " << stats.assertions << '\n'
-             << "terms: " << stats.graph_size << '\n'
-             << "symbols: " << stats.interpreted_symbols + stats.uninterpreted_symbols << " ("
-             << stats.interpreted_symbols << " interpreted, " << stats.uninterpreted_symbols
-             << " uninterpreted)\n"
-             << "types: " << stats.types << '\n'
-             << "depth: " << stats.depth << '\n'
-             << "size as a graph: " << stats.graph_size << '\n'
-             << "size as a tree: " << bound << stats.tree_size << '\n'
-             << "sharing: " << bound << sharing.str() << '\n';
+  TextStream text;
+  text << "commands: " << stats.commands << '\n'
+       << "assertions: " << stats.assertions << '\n'
+       << "terms: " << stats.graph_size << '\n'
+       << "symbols: " << stats.interpreted_symbols + stats.uninterpreted_symbols << " ("
+       << stats.interpreted_symbols << " interpreted, " << stats.uninterpreted_symbols
+       << " uninterpreted)\n"
+       << "types: " << stats.types << '\n'
+       << "depth: " << stats.depth << '\n'
+       << "size as a graph: " << stats.graph_size << '\n'
+       << "size as a tree: " << bound << stats.tree_size << '\n'
+       << "sharing: " << bound << std::fixed << std::setprecision(2) << ratio << '\n';
+  return out << text.str();
 }
 
 }  // namespace quill::smt2

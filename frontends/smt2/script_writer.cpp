@@ -2,7 +2,6 @@
 
 #include <map>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
 #include "quill/terms/termmanager/term_visitor.h"
+#include "quill/utils/text_stream.h"
 
 namespace quill::smt2 {
 
@@ -183,7 +183,7 @@ void ScriptWriter::write_type(const DataType* type) {
 }
 
 std::string ScriptWriter::symbol_text(const std::string& stored_name) const {
-  std::ostringstream text;
+  TextStream text;
   print_symbol(text, stored_name, default_escape_prefix, logic());
   return text.str();
 }
@@ -209,7 +209,7 @@ void ScriptWriter::write(const Command& command) {
     case CommandKind::DECLARE_SORT:
       out << "(declare-sort ";
       write_type(command.sort);
-      out << ' ' << command.count;
+      out << ' ' << std::to_string(command.count);
       break;
     case CommandKind::DEFINE_CONST:
     case CommandKind::DEFINE_FUN:
@@ -251,10 +251,10 @@ void ScriptWriter::write(const Command& command) {
       out << ')';
       break;
     case CommandKind::POP:
-      out << "(pop " << command.count;
+      out << "(pop " << std::to_string(command.count);
       break;
     case CommandKind::PUSH:
-      out << "(push " << command.count;
+      out << "(push " << std::to_string(command.count);
       break;
     case CommandKind::RESET:
       out << "(reset";

@@ -6,11 +6,8 @@
 
 namespace quill {
 
-// A stream that can't have its memory throws std::bad_alloc: no text is cut off.
 SymbolTexts::SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names)
-    : manager(owner), rename_prefix(renamed), logic(names) {
-  text.exceptions(std::ios_base::badbit);
-}
+    : manager(owner), rename_prefix(renamed), logic(names) {}
 
 const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
   Latest& last = latest[as_real];

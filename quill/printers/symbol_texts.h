@@ -8,13 +8,13 @@
 
 #include <array>
 #include <iosfwd>
-#include <sstream>
 #include <string>
 
 #include "quill/printers/smtlib2_logic.h"
 #include "quill/printers/smtlib2_operators.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/hash_map.h"
+#include "quill/utils/text_stream.h"
 
 namespace quill {
 
@@ -46,7 +46,7 @@ class SymbolTexts {
 
   std::array<Texts, 2> texts;  // the second one where Real is expected
   std::array<Latest, 2> latest;
-  std::ostringstream text;  // of the symbol at hand
+  TextStream text;  // of the symbol at hand
 };
 
 }  // namespace quill

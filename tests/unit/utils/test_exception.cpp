@@ -13,6 +13,7 @@
 
 #include "quill/utils/exception.h"
 #include "quill/utils/qnumber.h"
+#include "tests/unit/grouped_digits.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 #ifdef QUILL_COUNTS_HOOK_CALLS
@@ -252,14 +253,8 @@ TEST(Exception, APieceThatThrowsIsLeftOut) {
   EXPECT_STREQ(e.what(), "one");
 }
 
-struct Grouped : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(Exception, NumbersAreWrittenAsInTheClassicLocale) {
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouped));
+  const std::locale before = std::locale::global(testing::locale_with_grouped_digits());
   const Exception e = Exception("width ") << 2000 << " of " << 1.5;
   const Exception copy(e);
   std::locale::global(before);

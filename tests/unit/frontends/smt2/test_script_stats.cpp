@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <ios>
+#include <locale>
 #include <sstream>
 #include <string>
 
 #include "frontends/smt2/script_stats.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
+#include "tests/unit/grouped_digits.h"
 
 namespace quill::smt2 {
 namespace {
@@ -97,8 +100,29 @@ TEST(ScriptStats, ShowASaturatedTreeAsALowerBound) {
   EXPECT_NE(text.find("sharing: >= 182641030432767840.00\n"), std::string::npos) << text;
 }
 
+TEST(ScriptStats, AreWrittenInTheSameWayToEveryStream) {
+  ScriptStats stats;
+  stats.commands = 2000;
+  stats.graph_size = 1000;
+  stats.tree_size = 12345;
+  std::ostringstream output;
+  output.imbue(testing::locale_with_grouped_digits());
+  output << std::hex << std::showbase << stats;
+  EXPECT_EQ(output.str(),
+            "commands: 2000\n"
+            "assertions: 0\n"
+            "terms: 1000\n"
+            "symbols: 0 (0 interpreted, 0 uninterpreted)\n"
+            "types: 0\n"
+            "depth: 0\n"
+            "size as a graph: 1000\n"
+            "size as a tree: 12345\n"
+            "sharing: 12.35\n");
+}
+
 TEST(ScriptStats, LeaveTheFormatOfTheStreamAlone) {
   std::ostringstream output;
+  output.imbue(std::locale::classic());
   output << ScriptStats() << 0.5;
   EXPECT_EQ(output.str().substr(output.str().size() - 4), "\n0.5");
 }

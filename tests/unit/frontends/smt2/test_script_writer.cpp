@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ios>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "frontends/smt2/numerals.h"
 #include "frontends/smt2/script_writer.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
+#include "tests/unit/grouped_digits.h"
 
 namespace quill::smt2 {
 namespace {
@@ -52,6 +54,20 @@ TEST(ScriptWriter, WritesEveryCommandBack) {
 TEST(ScriptWriter, WritesOneCommandALine) {
   EXPECT_EQ(printed("(push)(push\n3)(pop)( echo ; comment\n\"a\" ) (set-info   :k  ( a\n b ) )"),
             "(push 1)\n(push 3)\n(pop 1)\n(echo \"a\")\n(set-info :k (a b))\n");
+}
+
+TEST(ScriptWriter, WritesCountsInTheSameWayToEveryStream) {
+  const std::string text =
+      "(declare-sort S 10)\n"
+      "(push 2000)\n"
+      "(pop 1000)\n";
+  TermManager manager;
+  const Script script = read_text(text, manager);
+  std::ostringstream output;
+  output.imbue(testing::locale_with_grouped_digits());
+  output << std::hex << std::showbase << std::showpos;
+  write(output, manager, script);
+  EXPECT_EQ(output.str(), text);
 }
 
 TEST(ScriptWriter, LeavesDefinitionsOut) {

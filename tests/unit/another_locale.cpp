@@ -1,0 +1,29 @@
+// Runs a test program under another global locale, if the environment asks for it.
+//
+// Every text that the tests expect literally, of the library's own messages and of what it writes
+// to streams that tests make, then shows whether it depends on the global locale or on that of its
+// stream.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <locale>
+#include <string_view>
+
+#include "tests/unit/grouped_digits.h"
+
+namespace {
+
+// Not earlier than the tests begin: GoogleTest names some of them by numbers.
+class Environment : public testing::Environment {
+ public:
+  void SetUp() override {
+    const char* const wish = std::getenv("QUILL_TEST_LOCALE");
+    if (wish == nullptr || std::string_view(wish) != "grouped") return;
+    std::locale::global(quill::testing::locale_with_grouped_digits());
+  }
+};
+
+const testing::Environment* const environment = testing::AddGlobalTestEnvironment(new Environment);
+
+}  // namespace
