@@ -56,22 +56,22 @@ class TermManager::Trial {
   void take_back() noexcept {
     table.erase(type, made);
     manager.restore_tag(made, tag_before);
-    Signature& signature = *manager.signature;
-    if (signature.size() == symbols_before || signature.symbol(symbols_before) != made) return;
+    Signature& names = *manager.signature;
+    if (names.size() == symbols_before || names.symbol(symbols_before) != made) return;
     const DataType* own_type = made->type;
-    signature.remove_at(symbols_before);
-    TypeUniverse& universe = *manager.universe;
-    if (universe.size() == types_before || universe.type(types_before) != own_type) return;
+    names.remove_at(symbols_before);
+    TypeUniverse& types = *manager.universe;
+    if (types.size() == types_before || types.type(types_before) != own_type) return;
     // Only what was made later can use the type.
-    for (size_t i = symbols_before; i < signature.size(); i++) {
-      if (signature.symbol(i)->type == own_type) return;
+    for (size_t i = symbols_before; i < names.size(); i++) {
+      if (names.symbol(i)->type == own_type) return;
     }
-    for (size_t i = types_before + 1; i < universe.size(); i++) {
-      for (size_t k = 0; k < universe.type(i)->num_components(); k++) {
-        if (universe.type(i)->get_component(k) == own_type) return;
+    for (size_t i = types_before + 1; i < types.size(); i++) {
+      for (size_t k = 0; k < types.type(i)->num_components(); k++) {
+        if (types.type(i)->get_component(k) == own_type) return;
       }
     }
-    universe.remove_at(types_before);
+    types.remove_at(types_before);
   }
 
   TermManager& manager;
