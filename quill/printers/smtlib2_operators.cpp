@@ -44,7 +44,9 @@ bool stands_for(const TermManager& manager, char letter, const DataType* type) {
 bool has_types(const TermManager& manager, const Symbol* s, std::string_view types) {
   if (types.size() != s->arity + 1) return false;
   std::array<const DataType*, 26> same{};  // by small letter
-  const auto type_of = [&](char letter) -> const DataType*& { return same[letter - 'a']; };
+  const auto type_of = [&](char letter) -> const DataType*& {
+    return same[static_cast<size_t>(letter - 'a')];
+  };
   for (size_t i = 0; i < types.size(); i++) {
     const char letter = types[i];
     const DataType* type = i == s->arity ? s->get_output_type() : s->type->get_component(i + 1);
