@@ -148,7 +148,7 @@ std::vector<const Symbol*> SmtLib2Operators::operators() {
         &TermManager::make_bv_lshr_symbol,      &TermManager::make_bv_ashr_symbol,
         &TermManager::make_int_from_ubv_symbol, &TermManager::make_int_from_sbv_symbol,
         &TermManager::make_int_to_bv_symbol}) {
-    for (const size_t width : {1, 8}) add((m.*make)(width));
+    for (const size_t width : std::vector<size_t>{1, 8}) add((m.*make)(width));
   }
   for (const auto make :
        {&TermManager::make_bv_rotate_left_symbol, &TermManager::make_bv_rotate_right_symbol,
@@ -175,7 +175,7 @@ std::vector<const Symbol*> SmtLib2Operators::operators() {
     add((m.*make)(8, 23));
   }
   add(m.make_fp_cast_symbol(8, 23, 8, 23));
-  for (const size_t width : {1, 8}) {
+  for (const size_t width : std::vector<size_t>{1, 8}) {
     add(m.make_fp_from_sbv_symbol(width, 8, 23));
     add(m.make_fp_from_ubv_symbol(width, 8, 23));
     add(m.make_fp_to_bv_symbol(8, 23, width));

@@ -75,7 +75,7 @@ TEST_F(ArraySymbolsTest, SymbolsThatAreNotKeptAreTakenOut) {
 // Both maps grow at the same entry in one round, and one of them in others.
 TEST_F(ArraySymbolsTest, InsertionIsAllOrNothing) {
   for (size_t i = 0; i < 100; i++) symbol(i), type(i);
-  for (const size_t pairs : {0, 11, 12, 22, 23}) {
+  for (const size_t pairs : std::vector<size_t>{0, 11, 12, 22, 23}) {
     for (const bool same : {true, false}) {
       ArraySymbols own;
       for (size_t i = 0; i < pairs; i++) own.insert({type(i), type(i + 1)}, symbol(i));

@@ -88,7 +88,7 @@ namespace {
 TEST_F(TypeTableTest, ErasingATypeCostsTheSameHoweverManyThereAre) {
   size_t steps[2];
   size_t* cost = steps;
-  for (const size_t pairs : {10, 10000}) {
+  for (const size_t pairs : std::vector<size_t>{10, 10000}) {
     TypeTable<Counted> own;
     for (size_t i = 0; i < pairs; i++) own.insert(Counted{i}, type(i));
     Counted::steps = 0;
