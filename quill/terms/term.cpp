@@ -2,13 +2,12 @@
 
 #include <vector>
 
+#include "quill/terms/shallow_text.h"
 #include "quill/utils/hash_map.h"
 
 namespace quill {
 
 namespace {
-
-constexpr uint64_t max_shallow_arguments = 8;
 
 struct Occurrence {
   bool repeated = false;
@@ -83,22 +82,8 @@ std::string Term_::to_str() const {
 }
 
 std::string Term_::to_shallow_str() const {
-  if (symbol->arity == 0) return symbol->name;
-  std::string out = "(";
-  out += symbol->name;
-  for (uint64_t i = 0; i < symbol->arity; i++) {
-    out += ' ';
-    if (i == max_shallow_arguments) {
-      out += "...";
-      break;
-    }
-    if (args[i]->symbol->arity == 0) {
-      out += args[i]->symbol->name;
-    } else {
-      append_reference(out, args[i]);
-    }
-  }
-  out += ')';
+  std::string out;
+  write_shallow_text(*this, [&](std::string_view piece) { out += piece; });
   return out;
 }
 

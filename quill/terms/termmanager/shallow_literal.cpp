@@ -1,54 +1,82 @@
 // The short text of a term for messages.
+//
+// Shared terms are written each time, so the whole text may be exponentially larger than its term.
+// The walk ends as soon as the text is full; no more than that is ever composed.
 
 #include <string>
+#include <string_view>
+#include <utility>
 
+#include "quill/terms/shallow_text.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
 
+namespace {
+
+constexpr unsigned max_depth = 10;
+constexpr size_t max_size = size_t{1} << 14;
+
+// The beginning of a text.
+class Beginning {
+ public:
+  void write(std::string_view piece) {
+    const size_t room = max_size - text.size();
+    is_cut = is_cut || piece.size() > room;
+    text += piece.substr(0, room);
+  }
+  bool is_full() const { return is_cut; }
+  std::string take() && {
+    if (is_cut) text += "...";
+    return std::move(text);
+  }
+
+ private:
+  std::string text;
+  bool is_cut = false;
+};
+
+}  // namespace
+
 std::string TermManager::to_shallow_str_literal(const Term_* t) const {
   require_own(*this, t);
-  constexpr unsigned max_depth = 10;
 
   struct Printer {
     const TermManager& manager;
-    std::string out;
+    Beginning out;
 
-    // Recursion is bounded by max_depth.
+    void write_shallow(const Term_* term) {
+      write_shallow_text(*term, [this](std::string_view piece) { out.write(piece); });
+    }
+
+    // Recursion is bounded by max_depth, and each call writes something.
     void print(const Term_* term, unsigned depth) {
       const Symbol* s = term->symbol;
-      if (s == manager.and_symbol || s == manager.or_symbol || s == manager.iff_symbol) {
-        out += term->to_shallow_str();
+      if (s == manager.and_symbol || s == manager.or_symbol || s == manager.iff_symbol ||
+          s->arity == 0 || depth == max_depth) {
+        write_shallow(term);
         return;
       }
-      if (s->arity == 0) {
-        out += term->to_str();
-        return;
-      }
-      if (depth == max_depth) {
-        out += term->to_shallow_str();
-        return;
-      }
-      out += '(';
-      out += s->name;
+      out.write("(");
+      out.write(s->name);
       if (manager.is_term_ite(s, nullptr)) {
-        out += '<';
-        out += std::to_string(term->id);
-        out += "> _ _ _";
+        out.write("<");
+        out.write(std::to_string(term->id));
+        out.write("> _ _ _");
       } else {
-        for (uint64_t i = 0; i < s->arity; i++) {
-          out += ' ';
+        for (uint64_t i = 0; i < s->arity && !out.is_full(); i++) {
+          out.write(" ");
           print(term->args[i], depth + 1);
         }
       }
-      out += ')';
+      out.write(")");
     }
   };
 
   Printer printer{*this, {}};
   printer.print(t, 0);
-  return printer.out;
+  return std::move(printer.out).take();
 }
 
 }  // namespace quill

@@ -673,7 +673,8 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Text for messages, in 'shallow_literal.cpp'
 
-  // The term on one line, cut off at depth 10 and at the connectives and, or and iff.
+  // The term on one line, cut off at depth 10 and at the connectives and, or and iff. A text of
+  // more than 16384 bytes is cut off after so many and ends with "..." then.
   std::string to_shallow_str_literal(const Term_* t) const;
 
   //---------------------------------------------------------------------------------------------

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
 namespace {
@@ -96,12 +98,68 @@ TEST_F(ShallowLiteral, HugeTermsStayShort) {
             "(f (f (f (f (f (f (f (f (f (f (f #999993)))))))))))");
 }
 
-TEST_F(ShallowLiteral, DoublingTermsAreCutAtDepthTen) {
+TEST_F(ShallowLiteral, LongTextsAreCutAfter16KiB) {
   const Term_* t = i;
   for (int n = 0; n < 100; n++) t = m.make_plus(t, t);
-  const std::string text = m.to_shallow_str_literal(t);
-  EXPECT_EQ(text.size(), 28661U);
+  const std::string text = m.to_shallow_str_literal(t);  // would have 28661 bytes
+  EXPECT_EQ(text.size(), 16387U);
   EXPECT_EQ(text.substr(0, 24), "(`+_int` (`+_int` (`+_in");
+  EXPECT_EQ(text.substr(16384), "...");
+}
+
+TEST_F(ShallowLiteral, TextsOf16KiBAreWhole) {
+  const auto text_of_size = [this](size_t size) {
+    const std::string name(size - 4, 'x');  // and "(f ", ")"
+    return m.to_shallow_str_literal(
+        m.make_uninterpreted_function(f, {constant(name.c_str(), int_type)}));
+  };
+  EXPECT_EQ(text_of_size(16384), "(f " + std::string(16380, 'x') + ")");
+  EXPECT_EQ(text_of_size(16385), "(f " + std::string(16381, 'x') + "...");
+  EXPECT_EQ(text_of_size(16386), "(f " + std::string(16381, 'x') + "...");
+  EXPECT_EQ(text_of_size(100000), "(f " + std::string(16381, 'x') + "...");
+}
+
+TEST_F(ShallowLiteral, ConstantsAreCutAsWell) {
+  EXPECT_EQ(m.to_shallow_str_literal(constant(std::string(16384, 'x').c_str(), int_type)),
+            std::string(16384, 'x'));
+  EXPECT_EQ(m.to_shallow_str_literal(constant(std::string(16385, 'x').c_str(), int_type)),
+            std::string(16384, 'x') + "...");
+}
+
+// Their whole texts would have from 6^10 pieces on.
+TEST_F(ShallowLiteral, WideSharedTermsTakeNoMoreThanTheirTexts) {
+  const Symbol* g =
+      m.make_symbol("g", m.get_function_type(std::vector<const DataType*>(6, int_type), int_type));
+  const Term_* t = i;
+  for (int n = 0; n < 14; n++) {
+    t = m.make_uninterpreted_function(g, std::vector<const Term_*>(6, t));
+  }
+  const testing::AllocationCount count;
+  const std::string text = m.to_shallow_str_literal(t);
+  EXPECT_LT(count.bytes(), 64U << 10);
+  EXPECT_EQ(text.size(), 16387U);
+  EXPECT_EQ(text.substr(0, 32), "(g (g (g (g (g (g (g (g (g (g (g");
+  EXPECT_EQ(text.substr(16384), "...");
+}
+
+TEST_F(ShallowLiteral, TermsOfAMillionArgumentsTakeNoMoreThanTheirTexts) {
+  const Symbol* g = m.make_symbol(
+      "g", m.get_function_type(std::vector<const DataType*>(1000000, int_type), int_type));
+  const Term_* t = m.make_uninterpreted_function(g, std::vector<const Term_*>(1000000, i));
+  const testing::AllocationCount count;
+  EXPECT_EQ(m.to_shallow_str_literal(t).size(), 16387U);
+  EXPECT_LT(count.bytes(), 64U << 10);
+}
+
+TEST_F(ShallowLiteral, LongNamesBelowConnectivesAndAtDepthTenAreCut) {
+  const Term_* named = constant(std::string(1000000, 'x').c_str(), m.get_bool_type());
+  const Symbol* g = m.make_symbol("g", m.get_function_type({m.get_bool_type()}, m.get_bool_type()));
+  const Term_* all = m.make_and(named, named);
+  const Term_* deep = apply(g, named, 11);
+  const testing::AllocationCount count;
+  EXPECT_EQ(m.to_shallow_str_literal(all), "(`and` " + std::string(16377, 'x') + "...");
+  EXPECT_EQ(m.to_shallow_str_literal(deep).substr(0, 36), "(g (g (g (g (g (g (g (g (g (g (g xxx");
+  EXPECT_LT(count.bytes(), 256U << 10);
 }
 
 TEST_F(ShallowLiteral, NothingIsMade) {
