@@ -1,12 +1,15 @@
 #include "frontends/smt2/numerals.h"
 
+#include <algorithm>
 #include <cassert>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <system_error>
 
 #include "quill/printers/smtlib2_operators.h"
+#include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
 
 namespace quill::smt2 {
@@ -30,11 +33,31 @@ void load_denominator(mpz_ptr target, const QNumber& q) {
   load(target, q.is_big() ? q.big_den() : nullptr, q.den, q.is_big());
 }
 
+// In bits.
+size_t length(const QNumber& q) {
+  if (!q.is_big()) return 64;
+  return std::max(mpz_sizeinbase(q.big_num(), 2), mpz_sizeinbase(q.big_den(), 2));
+}
+
 QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator) {
   QNumber result(numerator, denominator);
   result.normalize();
   // Through the text, because a number does not become small by itself.
   return QNumber::from_string(result.to_str());
+}
+
+constexpr size_t longest_computed = size_t{1} << 16;
+
+// Terms are shared: without a bound, n lets of a few bytes could square a number n times. What is
+// written out may have any length.
+QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator, const QNumber& a, const QNumber& b) {
+  const QNumber result = fraction(numerator, denominator);
+  const size_t longest = std::max(longest_computed, 64 + std::max(length(a), length(b)));
+  if (length(result) > longest) {
+    throw Exception("unsupported: a number of more than ")
+        << longest_computed << " bits that is computed from others";
+  }
+  return result;
 }
 
 __extension__ using int128 = __int128;
@@ -94,7 +117,7 @@ QNumber sum(const QNumber& a, const QNumber& b) {
   mpz_mul(other, other, denominator);
   mpz_add(numerator, numerator, other);
   mpz_mul(denominator, denominator, factor);
-  return fraction(numerator, denominator);
+  return fraction(numerator, denominator, a, b);
 }
 
 QNumber product(const QNumber& a, const QNumber& b) {
@@ -110,7 +133,7 @@ QNumber product(const QNumber& a, const QNumber& b) {
   load_denominator(denominator, a);
   load_denominator(factor, b);
   mpz_mul(denominator, denominator, factor);
-  return fraction(numerator, denominator);
+  return fraction(numerator, denominator, a, b);
 }
 
 QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
@@ -128,7 +151,7 @@ QNumber quotient(const QNumber& dividend, const QNumber& divisor) {
   load_denominator(denominator, dividend);
   load_numerator(factor, divisor);
   mpz_mul(denominator, denominator, factor);
-  return fraction(numerator, denominator);
+  return fraction(numerator, denominator, dividend, divisor);
 }
 
 QNumber number_from_digits(std::string_view digits, int base) {

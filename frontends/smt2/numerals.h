@@ -3,6 +3,9 @@
 // SMT-LIB has neither negative numerals nor fractions; the manager has both. The results are in the
 // form in which the manager keys its numerals.
 //
+// What would be much longer than both of its operands and than 65536 bits is refused with
+// Exception.
+//
 // Constant divisors and, in linear logics, constant factors may be sums and products, too.
 
 #ifndef FRONTENDS_SMT2_NUMERALS_H

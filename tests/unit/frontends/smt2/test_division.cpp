@@ -63,6 +63,36 @@ TEST(Division, ByATermIsUnsupported) {
   EXPECT_EQ(error_of(ints + "\n(assert (= j (mod i j)))"), "2:14: " + why);
 }
 
+// (let ((a0 (/ 1 N))) (let ((a1 (/ a0 (/ 1 a0)))) ...: a number squared so many times.
+std::string squared(int times, const std::string& number) {
+  std::string text = "(declare-const r Real)(assert (let ((a0 (/ 1 " + number + ")))";
+  for (int i = 0; i < times; ++i) {
+    const std::string a = "a" + std::to_string(i);
+    text += "(let ((a" + std::to_string(i + 1) + " (/ " + a + " (/ 1 " + a + "))))";
+  }
+  return text + "(> r a" + std::to_string(times) + ")" + repeated(")", static_cast<size_t>(times)) +
+         "))";
+}
+
+TEST(Division, OfNumbersThatAreComputedHasABound) {
+  const auto is_refused = [](const std::string& text) {
+    return error_of(text).find(
+               "unsupported: a number of more than 65536 bits that is computed from others") !=
+           std::string::npos;
+  };
+  EXPECT_EQ(error_of(squared(15, "2")), "");  // 2^-32768
+  EXPECT_TRUE(is_refused(squared(16, "2")));
+  EXPECT_TRUE(is_refused(squared(60, "123456789")));
+}
+
+TEST(Division, OfNumbersThatAreWrittenHasNone) {
+  const std::string n = "1" + std::string(30000, '0');
+  const std::string d = std::string(30000, '3');
+  EXPECT_EQ(asserted("(declare-const r Real)(assert (<= r (/ " + n + " " + d + ")))"),
+            "(<= r (/ " + n + ".0 " + d + ".0))");
+  EXPECT_EQ(error_of("(declare-const r Real)(assert (<= r (/ (/ " + n + " " + d + ") 7)))"), "");
+}
+
 TEST(Division, HasFaultsOfItsOwn) {
   EXPECT_EQ(error_of(ints + "\n(assert (= j (div i)))"),
             "2:14: 'div' takes at least 2 arguments, not 1");
