@@ -1,8 +1,10 @@
 // Managers on several threads: each with its own, one that moves from thread to thread, and one
-// that all read. A program of its own, so that it can be built with ThreadSanitizer and run in
-// minutes.
+// that all read; and managers in a process that forks. A program of its own, so that it can be
+// built with ThreadSanitizer and run in minutes.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstddef>
@@ -144,7 +146,6 @@ TEST(Threads, AllReadOneManagerThatNobodyChanges) {
   EXPECT_EQ(m.check_consistency(), "");
 }
 
-// The one table of the process: all threads fill it and find the same.
 // What a thread throws may be kept and thrown again in all others.
 TEST(Threads, AllReadTheTextOfOneError) {
   std::exception_ptr shared;
@@ -166,6 +167,7 @@ TEST(Threads, AllReadTheTextOfOneError) {
   for (size_t n = 1; n < num_threads; n++) EXPECT_EQ(texts[n], texts[0]);
 }
 
+// The one table of the process: all threads fill it and find the same.
 TEST(Threads, AllFillTheTableOfDivisors) {
   std::array<uint64_t, num_threads> sums{};
   in_threads([&](size_t n) {
@@ -174,6 +176,54 @@ TEST(Threads, AllFillTheTableOfDivisors) {
     }
   });
   for (const uint64_t sum : sums) EXPECT_EQ(sum, 336784U);
+}
+
+// What the action returns in a child process.
+std::string output_of_fork(const std::function<std::string()>& action) {
+  int ends[2];
+  if (pipe(ends) != 0) return "no pipe";
+  const pid_t child = fork();
+  if (child == 0) {
+    close(ends[0]);
+    const std::string text = action();
+    size_t written = 0;
+    while (written < text.size()) {
+      const ssize_t n = write(ends[1], text.data() + written, text.size() - written);
+      if (n <= 0) _exit(1);
+      written += static_cast<size_t>(n);
+    }
+    _exit(0);
+  }
+  close(ends[1]);
+  std::string text;
+  std::array<char, 4096> piece;
+  for (ssize_t n; (n = ::read(ends[0], piece.data(), piece.size())) > 0;) {
+    text.append(piece.data(), static_cast<size_t>(n));
+  }
+  close(ends[0]);
+  int status = -1;
+  if (child < 0 || waitpid(child, &status, 0) != child || status != 0) return "a failed child";
+  return text;
+}
+
+// From a thread, whose scratch integer has been used, while others may have managers of their own.
+TEST(Fork, ParentAndChildGoOnApart) {
+  const std::string expected = journal(7);
+  std::thread([&] {
+    std::ostringstream lines;
+    journal::Journal both(7, lines);
+    both.perform(2000);
+    const auto go_on = [&] {
+      both.perform(2000);
+      return lines.str();
+    };
+    EXPECT_TRUE(output_of_fork(go_on) == expected);
+    EXPECT_TRUE(go_on() == expected);
+    EXPECT_TRUE(output_of_fork([&] {
+                  both.perform(100);
+                  return std::string("later");
+                }) == "later");
+  }).join();
 }
 
 }  // namespace
