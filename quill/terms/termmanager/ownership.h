@@ -29,6 +29,8 @@
 #ifndef QUILL_TERMS_TERMMANAGER_OWNERSHIP_H
 #define QUILL_TERMS_TERMMANAGER_OWNERSHIP_H
 
+#include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <span>
 #include <vector>
@@ -52,8 +54,8 @@ void require_own_or_null(const TermManager&, const Object*) {}
 template <class Object>
 void require_own_or_null(const TermManager&, const std::vector<const Object*>&) {}
 
-inline void require_own_pairs(const TermManager&, const TermManager&, const TermManager::TermMap&) {
-}
+inline void require_own_pairs(const TermManager&, const TermManager&, const TermManager::TermMap&,
+                              size_t = SIZE_MAX) {}
 
 inline void require_unused(const TermManager&, const DataType*, std::span<const DataType* const>) {}
 inline void require_no_successor(const TermManager&, const Symbol*) {}
@@ -101,10 +103,12 @@ void require_own_or_null(const TermManager& m, const std::vector<const Object*>&
   for (const Object* object : objects) require_own_or_null(m, object);
 }
 
-// All pairs of a caller's map, also those that the call will not come upon. An image may be null.
+// The pairs of a caller's map, also those that the call will not come upon: all of them, or the
+// first ones of a map that may be large and is given again and again. An image may be null.
 inline void require_own_pairs(const TermManager& of_keys, const TermManager& of_images,
-                              const TermManager::TermMap& pairs) {
+                              const TermManager::TermMap& pairs, size_t most = SIZE_MAX) {
   for (const auto& [key, image] : pairs) {
+    if (most-- == 0) break;
     require_own(of_keys, key);
     require_own_or_null(of_images, image);
   }

@@ -83,7 +83,8 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
 const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector<bool>& lent_marks,
                                      bool check) {
   require_own(*this, t);
-  require_own_pairs(*this, *this, subst);
+  // Without the check the map may be the memo of many calls, which must not look at all of it.
+  require_own_pairs(*this, *this, subst, check ? SIZE_MAX : 100);
   if (check) {
     for (const auto& [from, to] : subst) {
       require_image(to);
