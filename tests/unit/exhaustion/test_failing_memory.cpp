@@ -285,27 +285,6 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
   }
 }
 
-// A stream that can't have its memory decides for itself what that means.
-TEST(FailingMemory, ACallersStreamSaysByItsBadbitThatItIsOutOfMemory) {
-  TermManager m;
-  const Term_* t = m.make_constant(m.make_symbol(std::string(1000, 'x'), m.get_int_type()));
-  const auto print = [&](std::ostringstream& out) {
-    SmtLib2TermPrinter printer(&m, nullptr, "", "", /*share=*/true, nullptr);
-    std::ostringstream own;
-    printer.print_atom(own, t, /*with_annotations=*/false);  // the printer has what it needs
-    const FailingMemory memory(0, Failures::FromThenOn);
-    printer.print_atom(out, t, /*with_annotations=*/false);
-  };
-  std::ostringstream quiet;
-  print(quiet);
-  EXPECT_TRUE(quiet.bad());
-  EXPECT_EQ(quiet.str().find("xxx"), std::string::npos);
-
-  std::ostringstream loud;
-  loud.exceptions(std::ios_base::badbit);
-  EXPECT_THROW(print(loud), std::bad_alloc);
-}
-
 // Lets the action fail at its first allocation, at its second one and so on, in growing steps,
 // until it has its way. Returns how often it failed.
 template <class Action>
