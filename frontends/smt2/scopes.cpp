@@ -3,6 +3,8 @@
 #include <cassert>
 #include <utility>
 
+#include "quill/utils/scope_guard.h"
+
 namespace quill::smt2 {
 
 void Scopes::bind_local(Name& name, const Value& value) {
@@ -17,17 +19,28 @@ void Scopes::unbind_locals(size_t first) {
   }
 }
 
+// What is recorded is bound, whatever runs out of memory: unbind() relies on it.
 void Scopes::bind(Name& name, std::unique_ptr<Binding> binding) {
   assert(name.global == nullptr);
+  const std::string& stored = binding->stored_name;
+  if (!stored.empty()) use_name(stored);
+  ScopeGuard undo([&] {
+    if (!stored.empty()) give_up_name(stored);
+  });
   record({&name, nullptr});
-  if (!binding->stored_name.empty()) use_name(binding->stored_name);
+  undo.dismiss();
   name.global = std::move(binding);
 }
 
 void Scopes::bind(SortName& name, std::unique_ptr<SortBinding> binding) {
   assert(name.global == nullptr);
+  const bool is_declared = !binding->defined;
+  if (is_declared) used_sort_names.insert(binding->type->get_name());
+  ScopeGuard undo([&] {
+    if (is_declared) used_sort_names.erase(used_sort_names.find(binding->type->get_name()));
+  });
   record({nullptr, &name});
-  if (!binding->defined) used_sort_names.insert(binding->type->get_name());
+  undo.dismiss();
   name.global = std::move(binding);
 }
 

@@ -178,12 +178,19 @@ Value ScriptReader::read_body(const DataType* sort) {
   return {body.term, sort};
 }
 
+// The name was free when the command began, but its body may have given it to a term.
+void ScriptReader::require_unbound(const Name& name, const std::string& text, Position position) {
+  if (name.global == nullptr) return;
+  throw ParseError(position, "the body of " + shown(text) + " gives a term this name");
+}
+
 void ScriptReader::read_define_const(Command& command) {
   Position position;
   Name& name = read_new_name(command.text, position);
   const DataType* sort = sort_reader.read();
   auto binding = std::make_unique<Binding>();
   binding->value = read_body(sort);
+  require_unbound(name, command.text, position);
   scopes.bind(name, std::move(binding));
 }
 
@@ -197,9 +204,7 @@ void ScriptReader::read_define_fun(Command& command) {
   macro.body = read_body(sort);
   term_reader.forbidden_in_named.clear();
   scopes.unbind_locals(first_local);
-  if (name.global != nullptr) {
-    throw ParseError(position, "the body of " + shown(command.text) + " gives a term this name");
-  }
+  require_unbound(name, command.text, position);
   auto binding = std::make_unique<Binding>();
   if (macro.placeholders.empty()) {
     binding->value = macro.body;

@@ -80,6 +80,7 @@ class ScriptReader {
                const std::vector<const DataType*>& argument_sorts, const DataType* result);
   Macro read_parameters();
   Value read_body(const DataType* sort);
+  static void require_unbound(const Name& name, const std::string& text, Position position);
   uint64_t read_count(const char* what);
   std::string read_s_expression();
 
