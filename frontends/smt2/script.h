@@ -5,7 +5,7 @@
 // defined name. Nothing here depends on addresses.
 //
 // Functions that stand for division by zero are declared like any other: a declaration that the
-// script does not have comes first after the commands that set logic, options and information.
+// script does not have comes behind the logic and before what opens a scope or has terms.
 
 #ifndef FRONTENDS_SMT2_SCRIPT_H
 #define FRONTENDS_SMT2_SCRIPT_H

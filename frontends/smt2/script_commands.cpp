@@ -19,7 +19,10 @@ ScriptTerm ScriptReader::read_script_term() {
 std::vector<ScriptTerm> ScriptReader::read_script_terms(const char* what) {
   std::vector<ScriptTerm> terms;
   expect_open(what);
-  while (lexer.token.kind != TokenKind::CLOSE) terms.push_back(read_script_term());
+  while (lexer.token.kind != TokenKind::CLOSE) {
+    terms.push_back(read_script_term());
+    terms_seen = true;
+  }
   lexer.next();
   return terms;
 }
@@ -93,6 +96,9 @@ void ScriptReader::read_set_logic(Command& command) {
   if (content_seen) {
     throw ParseError(token.position, "'set-logic' behind declarations or assertions");
   }
+  // What terms and scopes need is declared behind the logic and before them.
+  if (terms_seen) throw ParseError(token.position, "'set-logic' behind a command with terms");
+  if (scopes.depth() != 0) throw ParseError(token.position, "'set-logic' inside of a 'push'");
   command.text = token.text;
   logic = Logic(token.text);
   logic_is_set = true;
@@ -127,10 +133,11 @@ void ScriptReader::read_reset(Command&) {
   logic = default_logic;
   logic_is_set = false;
   content_seen = false;
+  terms_seen = false;
 }
 
 void ScriptReader::read_reset_assertions(Command&) {
-  if (!scopes.declarations_are_global()) builder.undefined_functions.reset();
+  if (!declarations_outlive_reset()) builder.undefined_functions.reset();
   scopes.reset_assertions();
   forget_unbound_names();
 }

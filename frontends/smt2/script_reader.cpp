@@ -101,16 +101,31 @@ void ScriptReader::add(Command command) {
     script.commands.insert(place, std::move(declaration));
     ++declarations_place;
   }
-  const bool is_setting = command.kind == CommandKind::SET_LOGIC ||
-                          command.kind == CommandKind::SET_OPTION ||
-                          command.kind == CommandKind::SET_INFO;
-  const bool ends_declarations =
-      command.kind == CommandKind::RESET ||
-      (command.kind == CommandKind::RESET_ASSERTIONS && !scopes.declarations_are_global());
-  const bool moves_place =
-      ends_declarations || (is_setting && declarations_place == script.commands.size());
+  const bool moves_place = moves_declarations_place(command.kind);
   script.commands.push_back(std::move(command));
-  if (moves_place) declarations_place = script.commands.size();
+  if (!moves_place) return;
+  declarations_place = script.commands.size();
+  declared_for_good = scopes.declarations_are_global();
+}
+
+// Whether declarations cannot be put before a command that is appended now. A logic is set before
+// everything is declared, and so are options as long as nothing but settings and messages has come.
+bool ScriptReader::moves_declarations_place(CommandKind kind) const {
+  switch (kind) {
+    case CommandKind::RESET:
+    case CommandKind::SET_LOGIC:
+      return true;
+    case CommandKind::RESET_ASSERTIONS:
+      return !declarations_outlive_reset();
+    case CommandKind::ECHO:
+    case CommandKind::GET_INFO:
+    case CommandKind::GET_OPTION:
+    case CommandKind::SET_INFO:
+    case CommandKind::SET_OPTION:
+      return declarations_place == script.commands.size();
+    default:
+      return false;
+  }
 }
 
 Command ScriptReader::read_command() {

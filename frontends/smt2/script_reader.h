@@ -44,6 +44,11 @@ class ScriptReader {
   void read_commands();
   Command read_command();
   void add(Command command);
+  bool moves_declarations_place(CommandKind kind) const;
+  // Whether (reset-assertions) leaves the functions declared that stand for undefined values.
+  bool declarations_outlive_reset() const {
+    return declared_for_good || scopes.declarations_are_global();
+  }
   void forget_declarations();
 
   // One for each shape of command. On entry the current token is the one behind the command's name,
@@ -100,10 +105,12 @@ class ScriptReader {
   // Terms that have names and were part of no command that is written with its terms: those in
   // definitions, and in places that leave no trace, such as the binding of an unused variable.
   std::vector<NamedTerm> unplaced_names;
-  size_t declarations_place = 0;  // in the commands, where declarations may be put on level 0
-  std::string command_name;       // of the command being read
+  size_t declarations_place = 0;   // in the commands, where declarations may be put on level 0
+  bool declared_for_good = false;  // whether what is declared there outlives (reset-assertions)
+  std::string command_name;        // of the command being read
   bool logic_is_set = false;
   bool content_seen = false;  // whether a declaration, definition or assertion came since the start
+  bool terms_seen = false;    // the same for another command with terms
 };
 
 }  // namespace quill::smt2
