@@ -22,14 +22,21 @@ template <class Entry>
 class NameTable {
  public:
   Entry& operator[](std::string_view name) {
-    const uint32_t hash = InternIndex::fold(NameHash()(name));
-    const uint32_t found =
-        index.find(hash, [&](uint32_t number) { return items[number].name == name; });
+    const uint32_t hash = hash_of(index.key(), name);
+    const uint32_t found = number_of(hash, name);
     if (found != InternIndex::none) return items[found].entry;
     index.reserve_one();
     items.emplace_back(name);
-    index.insert(hash, static_cast<uint32_t>(items.size() - 1));
+    index.insert(
+        hash, static_cast<uint32_t>(items.size() - 1),
+        [this](uint64_t key, uint32_t number) { return hash_of(key, items[number].name); });
     return items.back().entry;
+  }
+
+  // The entry of a name that was asked for before, or null.
+  const Entry* find(std::string_view name) const {
+    const uint32_t found = number_of(hash_of(index.key(), name), name);
+    return found != InternIndex::none ? &items[found].entry : nullptr;
   }
 
  private:
@@ -38,6 +45,13 @@ class NameTable {
     const std::string name;
     Entry entry{};
   };
+
+  uint32_t number_of(uint32_t hash, std::string_view name) const {
+    return index.find(hash, [&](uint32_t number) { return items[number].name == name; });
+  }
+  static uint32_t hash_of(uint64_t key, std::string_view name) {
+    return InternIndex::fold(NameHash()(key, name));
+  }
 
   std::deque<Item> items;
   InternIndex index;

@@ -10,13 +10,13 @@ namespace quill {
 
 // Hashes addresses: reading the ids of the arguments would touch a cache line for each. The values
 // decide only where the index looks first.
-[[gnu::always_inline]] inline uint32_t TermBank::hash_of(const Symbol* symbol,
+[[gnu::always_inline]] inline uint32_t TermBank::hash_of(uint64_t key, const Symbol* symbol,
                                                          const Term_* const* args, uint64_t arity) {
-  uint64_t h = reinterpret_cast<uintptr_t>(symbol) * 0x9e3779b97f4a7c15;
-  for (uint64_t i = 0; i < arity; i++) {
-    h = ((h ^ (h >> 32)) + reinterpret_cast<uintptr_t>(args[i])) * 0xd1b54a32d192ed03;
-  }
-  return InternIndex::fold(h);
+  return InternIndex::fold(hash_addresses(key, symbol, args, arity));
+}
+
+uint32_t TermBank::hash_of(uint64_t key, const Term_* term) {
+  return hash_of(key, term->symbol, term->args, term->symbol->arity);
 }
 
 [[gnu::always_inline]] inline const Term_* TermBank::find(uint32_t hash, const Symbol* symbol,
@@ -38,7 +38,7 @@ namespace quill {
 [[gnu::always_inline]] inline const Term_* TermBank::find_or_add(const Symbol* symbol,
                                                                  const Term_* const* args,
                                                                  uint64_t arity) {
-  const uint32_t hash = hash_of(symbol, args, arity);
+  const uint32_t hash = hash_of(index.key(), symbol, args, arity);
   if (const Term_* found = find(hash, symbol, args, arity)) return found;
 
   index.reserve_one();
@@ -50,7 +50,8 @@ namespace quill {
     assert(args[i] != nullptr && "an argument is null");
     term->args[i] = args[i];
   }
-  index.insert(hash, handle);
+  index.insert(hash, handle,
+               [this](uint64_t key, uint32_t any) { return hash_of(key, nodes.node(any)); });
   record.add(term);
   return term;
 }
@@ -83,7 +84,7 @@ void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
   for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;
        handle = nodes.first_live(nodes.next(handle))) {
     const Term_* term = nodes.node(handle);
-    index.insert(hash_of(term->symbol, term->args, term->symbol->arity), handle);
+    index.insert(hash_of(index.key(), term), handle);
     ids.claim(term->id);
   }
 }
@@ -96,9 +97,8 @@ bool TermBank::is_consistent() const {
   std::vector<bool> met(id_bound());
   size_t held = 0;
   for (const Term_* term : *this) {
-    const uint64_t arity = term->symbol->arity;
-    const uint32_t hash = hash_of(term->symbol, term->args, arity);
-    if (find(hash, term->symbol, term->args, arity) != term) return false;
+    const uint32_t hash = hash_of(index.key(), term);
+    if (find(hash, term->symbol, term->args, term->symbol->arity) != term) return false;
     if (term->id >= met.size() || met[term->id]) return false;
     met[term->id] = true;
     held++;

@@ -105,7 +105,9 @@ class TermBank {
   bool is_consistent() const;
 
  private:
-  static uint32_t hash_of(const Symbol* symbol, const Term_* const* args, uint64_t arity);
+  static uint32_t hash_of(uint64_t key, const Symbol* symbol, const Term_* const* args,
+                          uint64_t arity);
+  static uint32_t hash_of(uint64_t key, const Term_* term);
   const Term_* find(uint32_t hash, const Symbol* symbol, const Term_* const* args,
                     uint64_t arity) const;
   const Term_* find_or_add(const Symbol* symbol, const Term_* const* args, uint64_t arity);

@@ -12,16 +12,15 @@ namespace quill {
 
 namespace {
 
-uint32_t hash_name(const std::string& name) { return InternIndex::fold(NameHash()(name)); }
+uint32_t hash_name(uint64_t key, const std::string& name) {
+  return InternIndex::fold(NameHash()(key, name));
+}
 
 // Addresses of components decide only where the index looks first; no order depends on them.
-uint32_t hash_components(const DataType* const* components, size_t count) {
-  uint64_t h = count;
-  for (size_t i = 0; i < count; i++) {
-    h = (h ^ reinterpret_cast<uintptr_t>(components[i])) * 0x9e3779b97f4a7c15;
-    h ^= h >> 29;
-  }
-  return InternIndex::fold(h * 0xd1b54a32d192ed03);
+uint32_t hash_components(uint64_t key, const DataType* const* components, size_t count) {
+  KeyedWordHash h(key);
+  for (size_t i = 0; i < count; i++) h.add(reinterpret_cast<uintptr_t>(components[i]));
+  return InternIndex::fold(h.result());
 }
 
 }  // namespace
@@ -57,9 +56,9 @@ void TypeUniverse::remove(DataType* type) noexcept {
   release(type);
 }
 
-uint32_t TypeUniverse::hash_of(const DataType* type) {
-  return type->is_simple() ? hash_name(*type->name)
-                           : hash_components(type->components, type->count);
+uint32_t TypeUniverse::hash_of(uint64_t key, const DataType* type) {
+  return type->is_simple() ? hash_name(key, *type->name)
+                           : hash_components(key, type->components, type->count);
 }
 
 // Takes the type over once nothing can fail any more.
@@ -70,12 +69,13 @@ const DataType* TypeUniverse::add(uint32_t hash, DataType* type) {
   types.push_back(type);
   undo.dismiss();
   record.add(type);
-  index.insert(hash, static_cast<uint32_t>(types.size() - 1));
+  index.insert(hash, static_cast<uint32_t>(types.size() - 1),
+               [this](uint64_t key, uint32_t handle) { return hash_of(key, types[handle]); });
   return type;
 }
 
 const DataType* TypeUniverse::make_type(const std::string& name) {
-  const uint32_t hash = hash_name(name);
+  const uint32_t hash = hash_name(index.key(), name);
   const uint32_t found = index.find(hash, [&](uint32_t handle) {
     const DataType* type = types[handle];
     return type->is_simple() && *type->name == name;
@@ -89,7 +89,7 @@ const DataType* TypeUniverse::make_type(const std::string& name) {
 
 const DataType* TypeUniverse::make_type(const std::vector<const DataType*>& components) {
   const size_t count = components.size();
-  const uint32_t hash = hash_components(components.data(), count);
+  const uint32_t hash = hash_components(index.key(), components.data(), count);
   const uint32_t found = index.find(hash, [&](uint32_t handle) {
     const DataType* type = types[handle];
     return !type->is_simple() && type->count == count &&

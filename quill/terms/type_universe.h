@@ -82,7 +82,8 @@ class TypeUniverse {
 
  private:
   bool is_declared_subtype(const DataType* a, const DataType* b) const;
-  static uint32_t hash_of(const DataType* type);
+  uint32_t hash_of(const DataType* type) const { return hash_of(index.key(), type); }
+  static uint32_t hash_of(uint64_t key, const DataType* type);
   static DataType* allocate(const std::string* name, size_t count);
   static void release(DataType* type);
   void remove(DataType* type) noexcept;

@@ -1,20 +1,28 @@
 // The index of a store that keeps each object once: from a hash to the handles of the objects that
 // may be meant.
 //
-// The store numbers its objects with 32-bit handles and looks one up by a hash and a test; the
-// index knows neither keys nor objects. Open addressing with linear probing over a power of two of
-// slots:
+// The store names its objects by handles, numbers of 32 bits or pointers, and looks one up by a
+// hash and a test; the index knows neither keys nor objects. Open addressing with linear probing
+// over a power of two of slots:
 //
-//   slot := { hash : 32 bits, handle : 32 bits }        handle == none: free
+//   slot := { hash : 32 bits, handle }        handle == none: free
 //
 // The hash beside the handle rejects nearly all wrong candidates without touching their objects,
-// and is all that growth and removal need: no object is ever read for them. At most half of the
-// slots are taken, so that a look-up that finds its object reads 1.5 of them on average, and one
-// that finds none 2.5. Removal shifts the rest of the probe run back, so there are no tombstones.
-// After many removals shrink() and clear() give room back, if a smaller table can be allocated; if
-// not, the room stays, so that neither can fail.
+// and is all that growth and removal need: no object is read for them. At most half of the slots
+// are taken, so that a look-up that finds its object reads 1.5 of them on average, and one that
+// finds none 2.5. Removal shifts the rest of the probe run back, so there are no tombstones. After
+// many removals shrink() and clear() give room back, if a smaller table can be allocated; if not,
+// the room stays, so that neither can fail.
 //
-// Costs: a look-up reads one or two cache lines; 8 bytes a slot. Handles must be below none.
+// Objects may have been made so that their hashes collide. The hash is therefore a function of a
+// key as well (keyed_hash.h). An insertion that goes past more than longest_run slots strains the
+// index by their number. Once there was more strain than there are entries, the index goes on to
+// the next key and has the store hash all objects again, if it gets the memory. Objects that
+// collide under one key thus cost no more than to read every entry a few times, however many they
+// are, and insertions in good order never come to that.
+//
+// Costs: a look-up reads one or two cache lines; 8 bytes a slot for handles that are numbers, 16
+// for pointers. Handles must differ from none.
 
 #ifndef QUILL_UTILS_INTERN_INDEX_H
 #define QUILL_UTILS_INTERN_INDEX_H
@@ -23,15 +31,29 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <type_traits>
 #include <vector>
 
+#include "quill/utils/entry_count.h"
 #include "quill/utils/huge_pages.h"
+#include "quill/utils/keyed_hash.h"
 
 namespace quill {
 
-class InternIndex {
+template <class Handle>
+class HandleIndex {
  public:
-  static constexpr uint32_t none = UINT32_MAX;
+  static constexpr Handle none = [] {
+    if constexpr (std::is_pointer_v<Handle>) {
+      return nullptr;
+    } else {
+      return UINT32_MAX;
+    }
+  }();
+
+  // What the hashes of this index are to be functions of, besides the object. It changes during an
+  // insertion that is given a function for hashes, and at no other time.
+  uint64_t key() const { return current_key; }
 
   // Every hash function of a store computes 64 bits; the index keeps the half that the last
   // multiplication mixed best.
@@ -41,10 +63,11 @@ class InternIndex {
 
   // The handle with this hash for which equal(handle) holds, or none.
   template <class Equal>
-  uint32_t find(uint32_t hash, Equal&& equal) const {
+  Handle find(uint32_t hash, Equal&& equal) const {
     if (slots.empty()) return none;
     const size_t mask = slots.size() - 1;
     for (size_t i = hash & mask; slots[i].handle != none; i = (i + 1) & mask) {
+      count_entry();
       if (slots[i].hash == hash && equal(slots[i].handle)) return slots[i].handle;
     }
     return none;
@@ -55,19 +78,26 @@ class InternIndex {
     if (2 * (taken + 1) > slots.size()) grow();
   }
 
-  // Enters a handle that is not there yet; needs a reserve_one() since the last insert.
-  void insert(uint32_t hash, uint32_t handle) noexcept {
-    assert(handle != none && 2 * (taken + 1) <= slots.size());
-    place(slots, {hash, handle});
-    taken++;
+  // Enters a handle that is not there yet; needs a reserve_one() since the last insert. This form
+  // does not heed how far it goes.
+  void insert(uint32_t hash, Handle handle) noexcept { enter({hash, handle}); }
+
+  // The same for a store that can hash its objects again: hash_of(key, handle) is the hash of an
+  // object, the new one included, under a key.
+  template <class HashOf>
+  void insert(uint32_t hash, Handle handle, const HashOf& hash_of) noexcept {
+    const size_t i = enter({hash, handle});
+    // Larger, too, when the run went round the end.
+    if (i - (hash & (slots.size() - 1)) > longest_run) note_run(i, hash_of);
   }
 
   // Takes out an entry that is there.
-  void erase(uint32_t hash, uint32_t handle) noexcept {
+  void erase(uint32_t hash, Handle handle) noexcept {
     const size_t mask = slots.size() - 1;
     size_t hole = locate(hash, handle);
     // An entry behind the hole moves into it unless its own home lies behind the hole.
     for (size_t i = (hole + 1) & mask; slots[i].handle != none; i = (i + 1) & mask) {
+      count_entry();
       const size_t home = slots[i].hash & mask;
       if (((i - home) & mask) >= ((i - hole) & mask)) {
         slots[hole] = slots[i];
@@ -79,7 +109,7 @@ class InternIndex {
   }
 
   // Renames an entry that is there; used when the store moves an object to another handle.
-  void rename(uint32_t hash, uint32_t handle, uint32_t new_handle) noexcept {
+  void rename(uint32_t hash, Handle handle, Handle new_handle) noexcept {
     slots[locate(hash, handle)].handle = new_handle;
   }
 
@@ -88,6 +118,7 @@ class InternIndex {
   void clear(size_t expected) noexcept {
     assert(expected <= taken);
     taken = 0;
+    strain = 0;
     Slots smaller;
     if (allocate_smaller(smaller, expected)) {
       slots.swap(smaller);
@@ -124,21 +155,51 @@ class InternIndex {
  private:
   struct Slot {
     uint32_t hash = 0;
-    uint32_t handle = none;
+    Handle handle = none;
   };
   using Slots = std::vector<Slot, huge_pages::Allocator<Slot>>;
 
-  static void place(Slots& into, Slot entry) noexcept {
+  static size_t place(Slots& into, Slot entry) noexcept {
     const size_t mask = into.size() - 1;
     size_t i = entry.hash & mask;
-    while (into[i].handle != none) i = (i + 1) & mask;
+    for (; into[i].handle != none; i = (i + 1) & mask) count_entry();
     into[i] = entry;
+    return i;
   }
 
-  size_t locate(uint32_t hash, uint32_t handle) const noexcept {
+  size_t enter(Slot entry) noexcept {
+    assert(entry.handle != none && 2 * (taken + 1) <= slots.size());
+    taken++;
+    return place(slots, entry);
+  }
+
+  // Slot i has just been filled, a long way from its home.
+  template <class HashOf>
+  [[gnu::noinline, gnu::cold]] void note_run(size_t i, const HashOf& hash_of) noexcept {
+    const size_t mask = slots.size() - 1;
+    const size_t run = (i - slots[i].hash) & mask;
+    if (run <= longest_run) return;
+    strain += run;
+    if (strain <= taken) return;
+    strain = 0;
+    Slots anew;
+    try {
+      anew.resize(slots.size());
+    } catch (const std::bad_alloc&) {
+      return;
+    }
+    current_key = hash_key(++key_number);
+    for (const Slot& slot : slots) {
+      if (slot.handle != none) place(anew, {hash_of(current_key, slot.handle), slot.handle});
+    }
+    slots.swap(anew);
+  }
+
+  size_t locate(uint32_t hash, Handle handle) const noexcept {
     const size_t mask = slots.size() - 1;
     size_t i = hash & mask;
     while (slots[i].handle != handle) {
+      count_entry();
       assert(slots[i].handle != none && "the entry is not in the index");
       i = (i + 1) & mask;
     }
@@ -160,19 +221,27 @@ class InternIndex {
   }
 
   [[gnu::noinline]] void grow() {
-    if (taken + 1 >= none) throw std::bad_alloc();  // out of handles
+    if (taken + 1 >= UINT32_MAX) throw std::bad_alloc();  // out of handles
     Slots larger(slots.empty() ? fewest_slots : 2 * slots.size());
     for (const Slot& slot : slots) {
       if (slot.handle != none) place(larger, slot);
     }
     slots.swap(larger);
+    strain = 0;
   }
 
   static constexpr size_t fewest_slots = 64;
+  static constexpr size_t longest_run = 64;  // longer ones strain the index
 
   Slots slots;  // a power of two, or none at all
   size_t taken = 0;
+  uint64_t current_key = hash_key(0);
+  uint64_t key_number = 0;  // of the current key
+  size_t strain = 0;        // since the last growth or change of the key
 };
+
+// The usual index: objects have numbers.
+using InternIndex = HandleIndex<uint32_t>;
 
 }  // namespace quill
 

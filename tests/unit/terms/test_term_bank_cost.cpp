@@ -17,6 +17,9 @@
 #include "quill/terms/signature.h"
 #include "quill/terms/term_bank.h"
 #include "quill/terms/type_universe.h"
+#include "quill/utils/entry_count.h"
+#include "quill/utils/intern_index.h"
+#include "quill/utils/keyed_hash.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -175,6 +178,34 @@ TEST_F(TermBankCost, ALookUpReadsOneAndAHalfPlacesWhateverTheShape) {
     EXPECT_LT(bank.mean_probe(), 1.52) << name;
     EXPECT_GT(bank.mean_probe(), 1.4) << name;
   }
+}
+
+// Of many pairs of arguments those whose hashes want the same few slots.
+TEST_F(TermBankCost, TermsThatCollideCostLittleMoreThanOthers) {
+  add_constants(1500);
+  const Symbol* f = symbol("f", 2);
+  const auto entries = [&](bool collide) {
+    TermBank other;
+    const uint64_t before = entries_looked_at();
+    size_t made = 0;
+    for (const Term_* a : constants) {
+      for (const Term_* b : constants) {
+        const Term_* args[] = {a, b};
+        const uint64_t hash = hash_addresses(hash_key(0), f, args, 2);
+        if (made == 20000 || (collide && InternIndex::fold(hash) % 65536 >= 1024)) continue;
+        EXPECT_EQ(other.make_term(f, args), other.make_term(f, args));
+        made++;
+      }
+    }
+    EXPECT_EQ(made, 20000U);
+    EXPECT_TRUE(other.is_consistent());
+    std::vector<bool> seen(20000);
+    for (size_t i = 0; i < seen.size(); i += 2) seen[i] = true;
+    other.remove_unseen(seen);
+    EXPECT_TRUE(other.is_consistent());
+    return entries_looked_at() - before;
+  };
+  EXPECT_LE(entries(true), 5 * entries(false));
 }
 
 }  // namespace

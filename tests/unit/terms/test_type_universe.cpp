@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <new>
 #include <random>
@@ -9,7 +10,11 @@
 #include <vector>
 
 #include "quill/terms/type_universe.h"
+#include "quill/utils/entry_count.h"
 #include "quill/utils/hash_set.h"
+#include "quill/utils/intern_index.h"
+#include "quill/utils/keyed_hash.h"
+#include "tests/unit/utils/colliding_names.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -354,6 +359,47 @@ TEST(TypeUniverse, ConstructionThatRunsOutOfMemoryLeaksNothing) {
       EXPECT_LT(k, 10);
     }
   }
+}
+
+TEST(TypeUniverseCost, NamesThatCollideCostLittleMoreThanOthers) {
+  const auto entries = [](const std::vector<std::string>& names) {
+    TypeUniverse u;
+    const uint64_t before = entries_looked_at();
+    Types made;
+    for (const std::string& name : names) made.push_back(u.make_type(name));
+    for (size_t i = 0; i < names.size(); i++) EXPECT_EQ(u.make_type(names[i]), made[i]);
+    EXPECT_TRUE(u.is_consistent());
+    for (size_t i = 0; i < names.size(); i += 3) u.remove_type(made[i]);
+    EXPECT_TRUE(u.is_consistent());
+    return entries_looked_at() - before;
+  };
+  EXPECT_LE(entries(testing::colliding_names(20000)), 5 * entries(testing::ordinary_names(20000)));
+}
+
+// Of many lists of components those whose hashes want the same few slots.
+TEST(TypeUniverseCost, ComponentsThatCollideCostLittleMoreThanOthers) {
+  const auto entries = [](bool collide) {
+    TypeUniverse u;
+    Types parts;
+    for (int i = 0; i < 1500; i++) parts.push_back(u.make_type("T" + std::to_string(i)));
+    const uint64_t before = entries_looked_at();
+    size_t made = 0;
+    for (const DataType* a : parts) {
+      for (const DataType* b : parts) {
+        const uint64_t hash = KeyedWordHash(hash_key(0))
+                                  .add(reinterpret_cast<uintptr_t>(a))
+                                  .add(reinterpret_cast<uintptr_t>(b))
+                                  .result();
+        if (made == 20000 || (collide && InternIndex::fold(hash) % 65536 >= 1024)) continue;
+        u.make_type({a, b});
+        made++;
+      }
+    }
+    EXPECT_EQ(made, 20000U);
+    EXPECT_TRUE(u.is_consistent());
+    return entries_looked_at() - before;
+  };
+  EXPECT_LE(entries(true), 5 * entries(false));
 }
 
 }  // namespace

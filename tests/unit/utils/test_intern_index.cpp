@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "quill/utils/intern_index.h"
+#include "quill/utils/keyed_hash.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -251,6 +252,170 @@ TEST(InternIndex, FailedGrowthChangesNothing) {
   for (uint32_t i = 0; i < 32; i++) EXPECT_EQ(find(index, 7 * i, i), i);
   insert(index, 7 * 32, 32);
   EXPECT_EQ(find(index, 7 * 32, 32), 32U);
+}
+
+// A store of numbers whose hash under the first `broken` keys is the same for all, and under later
+// keys spreads them.
+class Numbers {
+ public:
+  explicit Numbers(uint64_t number_of_broken_keys) : broken(number_of_broken_keys) {}
+
+  bool add(uint32_t number) {
+    const uint32_t hash = hash_of(index.key(), number);
+    const uint32_t found = index.find(hash, [&](uint32_t handle) {
+      comparisons++;
+      return held[handle] == number;
+    });
+    if (found != InternIndex::none) return false;
+    index.reserve_one();
+    held.push_back(number);
+    index.insert(hash, static_cast<uint32_t>(held.size() - 1),
+                 [this](uint64_t key, uint32_t handle) {
+                   hashed++;
+                   return hash_of(key, held[handle]);
+                 });
+    return true;
+  }
+
+  // The position of the key of the index in the sequence, which is looked for up to ten thousand.
+  uint64_t key_number() const {
+    for (uint64_t number = 0; number < 10000; number++) {
+      if (index.key() == hash_key(number)) return number;
+    }
+    return UINT64_MAX;
+  }
+
+  InternIndex index;
+  std::vector<uint32_t> held;
+  uint64_t comparisons = 0;  // of numbers
+  uint64_t hashed = 0;       // numbers, again
+
+ private:
+  uint32_t hash_of(uint64_t key, uint32_t number) const {
+    if (broken == UINT64_MAX) return 4711;
+    for (uint64_t i = 0; i < broken; i++) {
+      if (key == hash_key(i)) return 4711;
+    }
+    return InternIndex::fold(KeyedHasher<uint32_t>()(key, number));
+  }
+  const uint64_t broken;
+};
+
+TEST(InternIndex, ObjectsInGoodOrderKeepTheFirstKey) {
+  Numbers numbers(0);
+  for (uint32_t i = 0; i < 1000000; i++) numbers.add(i);
+  EXPECT_EQ(numbers.key_number(), 0U);
+  EXPECT_EQ(numbers.hashed, 0U);
+}
+
+// The 66th object goes past 65 others, the 67th past 66: more than there are.
+TEST(InternIndex, ObjectsThatCollideAreHashedAgainUnderTheNextKey) {
+  Numbers numbers(1);
+  for (uint32_t i = 0; i < 66; i++) numbers.add(i);
+  EXPECT_EQ(numbers.key_number(), 0U);
+  numbers.add(66);
+  EXPECT_EQ(numbers.key_number(), 1U);
+  EXPECT_EQ(numbers.hashed, 67U);
+  for (uint32_t i = 0; i < 20000; i++) EXPECT_EQ(numbers.add(i), i > 66);
+  EXPECT_EQ(numbers.key_number(), 1U);
+  EXPECT_EQ(numbers.hashed, 67U);
+  EXPECT_EQ(numbers.index.size(), 20000U);
+}
+
+TEST(InternIndex, ObjectsThatCollideCostLittleMoreThanOthers) {
+  for (const uint64_t broken : {1, 2, 5}) {
+    Numbers numbers(broken);
+    for (int round = 0; round < 2; round++) {
+      for (uint32_t i = 0; i < 20000; i++) numbers.add(i);
+    }
+    EXPECT_EQ(numbers.key_number(), broken);
+    // Of ordinary objects those of the second round are compared, with themselves.
+    EXPECT_LE(numbers.comparisons, 5 * 20000U) << broken;
+  }
+}
+
+// Many are there before the first that collides.
+TEST(InternIndex, LateCollisionsAreNoticedBeforeTheyHaveCostMuch) {
+  Numbers numbers(0);
+  for (uint32_t i = 0; i < 100000; i++) numbers.add(i);
+  const uint32_t far = 1U << 20;
+  uint64_t looked_at = 0;
+  for (uint32_t handle = far; numbers.index.key() == hash_key(0); handle++) {
+    numbers.index.reserve_one();
+    numbers.index.insert(4711, handle, [&](uint64_t key, uint32_t any) {
+      return InternIndex::fold(KeyedHasher<uint32_t>()(key, any));
+    });
+    looked_at += handle - far;
+    ASSERT_LT(looked_at, 110000U);
+  }
+  for (uint32_t handle = far; handle < far + 300; handle++) {
+    const uint32_t hash = InternIndex::fold(KeyedHasher<uint32_t>()(hash_key(1), handle));
+    EXPECT_EQ(find(numbers.index, hash, handle), handle);
+  }
+}
+
+// Under no key is there any order: the index is slow then, but spends no more on changing keys than
+// on the look-ups.
+TEST(InternIndex, AHashThatCanBeBrokenUnderEveryKeyCostsNoMoreForIt) {
+  Numbers numbers(UINT64_MAX);
+  const uint32_t count = 1000;
+  for (uint32_t i = 0; i < count; i++) {
+    EXPECT_TRUE(numbers.add(i));
+    EXPECT_FALSE(numbers.add(i / 2));
+  }
+  EXPECT_GT(numbers.hashed, 0U);
+  EXPECT_LE(numbers.hashed, uint64_t{count} * (count + 1) / 2);
+}
+
+TEST(InternIndex, TwoRunsComeToTheSameKey) {
+  Numbers one(3);
+  Numbers other(3);
+  for (uint32_t i = 0; i < 5000; i++) {
+    one.add(i * 7);
+    other.add(i * 7);
+    ASSERT_EQ(one.index.key(), other.index.key());
+  }
+}
+
+TEST(InternIndex, WithoutMemoryTheKeyStays) {
+  Numbers numbers(1);
+  for (uint32_t i = 0; i < 66; i++) numbers.add(i);
+  numbers.index.reserve_one();
+  numbers.held.push_back(66);
+  {
+    const testing::FailingAllocation none(0);
+    numbers.index.insert(4711, 66, [](uint64_t, uint32_t) { return 0U; });
+  }
+  EXPECT_EQ(numbers.key_number(), 0U);
+  EXPECT_EQ(find(numbers.index, 4711, 66), 66U);
+  for (uint32_t i = 0; i < 200; i++) EXPECT_EQ(numbers.add(i), i > 66);
+  EXPECT_EQ(numbers.key_number(), 1U);
+}
+
+TEST(InternIndex, ARunRoundTheEndIsMeasuredFromItsHome) {
+  InternIndex index;
+  for (uint32_t i = 0; i < 60; i++) {
+    index.reserve_one();
+    // From slot 100 of 128 on, past the end.
+    index.insert(100, i, [](uint64_t, uint32_t) { return 0U; });
+  }
+  EXPECT_EQ(index.key(), hash_key(0));
+}
+
+TEST(InternIndex, PointersAreHandlesAsWell) {
+  const std::array<int, 3> objects = {};
+  HandleIndex<const int*> index;
+  for (const int& object : objects) {
+    index.reserve_one();
+    index.insert(5, &object);
+  }
+  const auto find_in = [&](const int* object) {
+    return index.find(5, [&](const int* candidate) { return candidate == object; });
+  };
+  EXPECT_EQ(find_in(&objects[1]), &objects[1]);
+  index.erase(5, &objects[1]);
+  EXPECT_EQ(find_in(&objects[1]), nullptr);
+  EXPECT_EQ(find_in(&objects[2]), &objects[2]);
 }
 
 // Hashes are drawn from few values, so that probe runs are long, wrap round the end and mix homes.

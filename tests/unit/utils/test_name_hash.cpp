@@ -8,6 +8,7 @@
 
 #include "quill/utils/intern_index.h"
 #include "quill/utils/name_hash.h"
+#include "tests/unit/utils/colliding_names.h"
 
 namespace quill {
 namespace {
@@ -77,6 +78,25 @@ TEST(NameHash, AMillionNumberedNamesSpreadLikeRandomNumbers) {
     EXPECT_GT(count_distinct(folded), 999700U) << prefix;
     EXPECT_GT(count_distinct(slots), 780000U) << prefix;
   }
+}
+
+TEST(NameHash, TakesTheFirstKeyUnlessToldOtherwise) {
+  EXPECT_EQ(NameHash()("x12"), NameHash()(hash_key(0), "x12"));
+  EXPECT_NE(NameHash()("x12"), NameHash()(hash_key(1), "x12"));
+}
+
+// Names that were made to collide under one key are like any others under the next ones.
+TEST(NameHash, NamesThatCollideUnderOneKeySpreadUnderTheOthers) {
+  const std::vector<std::string> names = testing::colliding_names(20000);
+  const auto count_hashes = [&](uint64_t number) {
+    std::vector<uint64_t> folded;
+    for (const std::string& name : names) {
+      folded.push_back(InternIndex::fold(NameHash()(hash_key(number), name)));
+    }
+    return count_distinct(folded);
+  };
+  EXPECT_EQ(count_hashes(0), 1U);
+  for (uint64_t number = 1; number < 6; number++) EXPECT_GT(count_hashes(number), 19990U);
 }
 
 }  // namespace

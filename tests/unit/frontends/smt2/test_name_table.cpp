@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "frontends/smt2/name_table.h"
+#include "quill/utils/entry_count.h"
+#include "tests/unit/utils/colliding_names.h"
 
 namespace quill::smt2 {
 namespace {
@@ -51,6 +54,18 @@ TEST(NameTable, NeverMovesEntries) {
     EXPECT_EQ(&table["x" + std::to_string(i)], entries[i]);
     EXPECT_EQ(*entries[i], i);
   }
+}
+
+TEST(NameTable, NamesThatCollideCostLittleMoreThanOthers) {
+  const auto entries = [](const std::vector<std::string>& names) {
+    NameTable<size_t> table;
+    const uint64_t before = entries_looked_at();
+    for (size_t i = 0; i < names.size(); ++i) table[names[i]] = i;
+    for (size_t i = 0; i < names.size(); ++i) EXPECT_EQ(table[names[i]], i);
+    return entries_looked_at() - before;
+  };
+  EXPECT_LE(entries(quill::testing::colliding_names(20000)),
+            5 * entries(quill::testing::ordinary_names(20000)));
 }
 
 }  // namespace
