@@ -40,6 +40,7 @@
 #include <vector>
 
 #include "quill/utils/bucket_growth.h"
+#include "quill/utils/entry_count.h"
 #include "quill/utils/hash.h"
 #include "quill/utils/memory_pool.h"
 
@@ -199,23 +200,8 @@ class Hashtable {
     assert(position.table == &buckets && "an element was erased through another table");
     assert(position.bucket_count == buckets.size() && "an iterator was used after its table grew");
     assert(position.node != nullptr && "the end of a table cannot be erased");
-    Bucket* node = position.node;
-    Bucket*& head = buckets[position.index];
-    if (head == node) {
-      head = node->next;
-      position.node = head;
-    } else {
-      Bucket* predecessor = head;
-      assert(predecessor != nullptr && "an element was erased twice");
-      while (predecessor->next != node) {
-        predecessor = predecessor->next;
-        assert(predecessor != nullptr && "an element was erased twice");
-      }
-      predecessor->next = node->next;
-      position.node = predecessor;
-    }
-    release(node);
-    --count;
+    Bucket* predecessor = erase_node(position.index, position.node);
+    position.node = predecessor != nullptr ? predecessor : buckets[position.index];
     position.adjust();
     return position;
   }
@@ -224,14 +210,44 @@ class Hashtable {
   // for, which in a table that was once much larger means to pass by its empty buckets.
   bool erase_key(const Key& key) {
     if (count == 0) return false;
-    Bucket** link = &buckets[hasher(key) % buckets.size()];
-    while (*link != nullptr && !equal(get_key((*link)->value), key)) link = &(*link)->next;
+    Bucket** link = &buckets[bucket_of(key)];
+    while (*link != nullptr && !equal(get_key((*link)->value), key)) {
+      count_entry();
+      link = &(*link)->next;
+    }
     Bucket* node = *link;
     if (node == nullptr) return false;
     *link = node->next;
     release(node);
     --count;
     return true;
+  }
+
+  // Removes every element for which doomed(element) holds, as that loop does, in one walk along
+  // each chain. No key is hashed or compared.
+  template <class Doomed>
+  void erase_if(Doomed doomed) {
+    for (Bucket*& head : buckets) {
+      for (Bucket** link = &head; *link != nullptr;) {
+        Bucket* node = *link;
+        if (doomed(std::as_const(node->value))) {
+          *link = node->next;
+          release(node);
+          --count;
+        } else {
+          link = &node->next;
+        }
+      }
+    }
+  }
+
+  // Exchanges all elements, with their nodes and the rooms for more. Iterators become invalid.
+  void swap(Hashtable& other) noexcept {
+    pool.swap(other.pool);
+    std::swap(hasher, other.hasher);
+    std::swap(equal, other.equal);
+    buckets.swap(other.buckets);
+    std::swap(count, other.count);
   }
 
   MemoryPool<sizeof(Bucket), false> pool;
@@ -245,12 +261,25 @@ class Hashtable {
   // key.
   template <class... Arguments>
   bool do_emplace(const Key& key, std::uint64_t& index, Bucket*& node, Arguments&&... arguments) {
-    if (load_exceeded(count, buckets.size())) grow();
-    index = hasher(key) % buckets.size();
+    make_room();
+    index = bucket_of(key);
     for (node = buckets[index]; node != nullptr; node = node->next) {
+      count_entry();
       if (equal(get_key(node->value), key)) return false;
     }
+    node = link_new(index, std::forward<Arguments>(arguments)...);
+    return true;
+  }
+
+  // The steps of an insertion, for a table that knows otherwise whether the key is there.
+  void make_room() {
+    if (load_exceeded(count, buckets.size())) grow();
+  }
+  std::uint64_t bucket_of(const Key& key) const { return hasher(key) % buckets.size(); }
+  template <class... Arguments>
+  Bucket* link_new(std::uint64_t index, Arguments&&... arguments) {
     void* memory = pool.allocate();
+    Bucket* node;
     try {
       node = ::new (memory) Bucket{nullptr, Value(std::forward<Arguments>(arguments)...)};
     } catch (...) {
@@ -260,12 +289,28 @@ class Hashtable {
     node->next = buckets[index];
     buckets[index] = node;
     ++count;
-    return true;
+    return node;
   }
 
- private:
+  // Takes a node out of its bucket. Returns the one before it in the chain, or null.
+  Bucket* erase_node(std::uint64_t index, Bucket* node) {
+    Bucket* predecessor = nullptr;
+    Bucket** link = &buckets[index];
+    while (*link != node) {
+      count_entry();
+      predecessor = *link;
+      assert(predecessor != nullptr && "an element was erased twice");
+      link = &predecessor->next;
+    }
+    *link = node->next;
+    release(node);
+    --count;
+    return predecessor;
+  }
+
   static const Key& get_key(const Value& value) noexcept { return GetKey()(value); }
 
+ private:
   template <class Position>
   Position first() const {
     Position position(&buckets, 0, buckets.front());
@@ -276,8 +321,9 @@ class Hashtable {
   template <class Position>
   Position lookup(const Key& key) const {
     if (count != 0) {
-      const std::uint64_t index = hasher(key) % buckets.size();
+      const std::uint64_t index = bucket_of(key);
       for (Bucket* node = buckets[index]; node != nullptr; node = node->next) {
+        count_entry();
         if (equal(get_key(node->value), key)) return Position(&buckets, index, node);
       }
     }

@@ -22,6 +22,7 @@
 #include <cstdint>
 
 #include "quill/utils/hash.h"
+#include "quill/utils/keyed_hash.h"
 #include "quill/utils/qnumber.h"
 
 namespace quill {
@@ -68,6 +69,13 @@ class IEEEFloat {
 template <>
 struct Hasher<IEEEFloat::format> {
   uint64_t operator()(const IEEEFloat::format& f) const { return (f.e << 32) | f.m; }
+};
+
+template <>
+struct KeyedHasher<IEEEFloat::format> {
+  uint64_t operator()(uint64_t key, const IEEEFloat::format& f) const {
+    return KeyedWordHash(key).add(f.e).add(f.m).result();
+  }
 };
 
 }  // namespace quill

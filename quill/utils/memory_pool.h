@@ -24,6 +24,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "quill/utils/xmalloc.h"
 
@@ -58,6 +59,14 @@ class MemoryPool {
 
   // `node` comes from this pool and holds no object any more.
   void deallocate(void* node) noexcept { free_list = ::new (node) Link{free_list}; }
+
+  void swap(MemoryPool& other) noexcept {
+    std::swap(chunk_elems, other.chunk_elems);
+    std::swap(growth, other.growth);
+    std::swap(max_chunk_elems, other.max_chunk_elems);
+    std::swap(chunks, other.chunks);
+    std::swap(free_list, other.free_list);
+  }
 
   struct Link {
     Link* next;

@@ -238,6 +238,22 @@ std::uint64_t QNumber::hash() const noexcept {
   return h;
 }
 
+std::uint64_t KeyedHasher<QNumber>::operator()(std::uint64_t key,
+                                               const QNumber& number) const noexcept {
+  KeyedWordHash h(key);
+  if (!number.is_big()) {
+    return h.add(static_cast<std::uint64_t>(number.num))
+        .add(static_cast<std::uint64_t>(number.den))
+        .result();
+  }
+  for (mpz_srcptr part : {number.big_num(), number.big_den()}) {
+    const std::size_t limbs = mpz_size(part);
+    h.add(2 * limbs + (mpz_sgn(part) < 0 ? 1 : 0));
+    for (std::size_t i = 0; i < limbs; ++i) h.add(mpz_getlimbn(part, static_cast<mp_size_t>(i)));
+  }
+  return h.result();
+}
+
 // --- Text ---
 
 std::string QNumber::pair_text() const {

@@ -36,6 +36,7 @@
 
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/hash.h"
+#include "quill/utils/keyed_hash.h"
 #include "quill/utils/scratch_integer.h"
 
 namespace quill {
@@ -207,6 +208,19 @@ struct Hasher<const QNumber*> {
 template <>
 struct hsh::KeyEquality<const QNumber*> {
   using type = Hasher<const QNumber*>;
+};
+
+// Like the fixed hash, it tells the two forms of a number apart.
+template <>
+struct KeyedHasher<QNumber> {
+  std::uint64_t operator()(std::uint64_t key, const QNumber& number) const noexcept;
+};
+
+template <>
+struct KeyedHasher<const QNumber*> {
+  std::uint64_t operator()(std::uint64_t key, const QNumber* number) const noexcept {
+    return KeyedHasher<QNumber>()(key, *number);
+  }
 };
 
 }  // namespace quill

@@ -1,7 +1,8 @@
 // Takes the entries out of tables that lead to symbols or types that a collection frees.
 //
-// Entries are erased in place, during one walk over the table. No key is hashed or compared, so
-// that a key may have lost what it points to.
+// Entries are erased in place, during one walk over the table. No key is hashed or compared, but
+// for those that stay in a table whose keys were made to collide, so that the key of an entry that
+// goes may have lost what it points to.
 
 #ifndef QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
 #define QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
@@ -11,13 +12,7 @@ namespace quill {
 // Erases every element for which doomed(element) holds.
 template <class Table, class Doomed>
 void erase_entries(Table& table, Doomed doomed) {
-  for (auto it = table.begin(); it != table.end();) {
-    if (doomed(*it)) {
-      it = table.erase(it);  // what it returns is looked at before the walk moves on
-    } else {
-      ++it;
-    }
-  }
+  table.erase_if(doomed);
 }
 
 // A set of symbols.

@@ -1,0 +1,216 @@
+// Chained tables for keys that somebody may have chosen so that they share a bucket.
+//
+// The hashes of the chained tables (hash_table.h) are fixed and cheap, and so are the keys that
+// collide under them: widths that are multiples of the bucket count, names, numerals. A GuardedMap
+// or GuardedSet is such a table, with the same elements in the same order, that does not become
+// slow by that: the insertion that goes over longest_chain nodes of one chain makes an index over
+// the whole table, from a keyed hash (keyed_hash.h) to the nodes, and from then on the index finds
+// keys, and new ones are linked without a look at the chain.
+//
+//   index == null      chains are walked; none of them was longer than longest_chain when its last
+//                      node was linked, unless there was no memory for an index
+//   index != null      leads to each node
+//
+// Tables over keys that collide by accident alone never get there: of a thousand million tables one
+// has a chain of that length. They take no more memory, and one more comparison of an operation,
+// than tables without a guard.
+//
+// Cost: constant time for any keys, but for an index whose hash somebody has broken under all keys,
+// and but for erase(), which looks for the node before the one that goes and so may walk its chain;
+// to erase many, use erase_if().
+//
+// For tables keyed by addresses or by ids of terms there is no need of a guard: n of them share a
+// chain of a table with p buckets only if the largest differs from the least by (n - 1) * p, so
+// that memory for as many bytes, or as many terms, had to be filled for them. As p is about n,
+// these are more than the n * n / 2 nodes that insertions go over.
+//
+// Errors are those of the chained tables. A GuardedMap is not a HashMap, so that nobody changes the
+// table behind the back of its index.
+
+#ifndef QUILL_UTILS_GUARDED_TABLE_H
+#define QUILL_UTILS_GUARDED_TABLE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <tuple>
+#include <utility>
+
+#include "quill/utils/hash.h"
+#include "quill/utils/hash_table.h"
+#include "quill/utils/intern_index.h"
+#include "quill/utils/keyed_hash.h"
+
+namespace quill::hsh {
+
+template <class Value, class GetKey, class Key, class Hash, class Equal, class Keyed>
+class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
+  using Table = Hashtable<Value, GetKey, Key, Hash, Equal>;
+  using Bucket = typename Table::Bucket;
+
+ public:
+  using Table::begin;
+  using Table::count;
+  using Table::end;
+  using typename Table::ConstIter;
+  using typename Table::Iter;
+
+  static constexpr uint64_t longest_chain = 16;
+
+  Iter find(const Key& key) { return lookup<Iter>(key); }
+  ConstIter find(const Key& key) const { return lookup<ConstIter>(key); }
+
+  bool insert(const Value& value) {
+    Bucket* node;
+    return emplace(this->get_key(value), node, value);
+  }
+
+  Iter erase(Iter position) {
+    if (index != nullptr) {
+      Bucket* node = position.node;
+      index->erase(hash_of(index->key(), node), node);
+    }
+    return Table::erase(position);
+  }
+
+  bool erase_key(const Key& key) {
+    if (index == nullptr) return Table::erase_key(key);
+    Bucket* node = find_in_index(key);
+    if (node == nullptr) return false;
+    index->erase(hash_of(index->key(), node), node);
+    this->erase_node(this->bucket_of(key), node);
+    return true;
+  }
+
+  // Hashes what is left if there is an index, and nothing otherwise.
+  template <class Doomed>
+  void erase_if(Doomed doomed) {
+    const uint64_t before = count;
+    Table::erase_if(doomed);
+    if (index == nullptr || count == before) return;
+    index->clear(count);
+    for (Bucket* node : buckets) {
+      for (; node != nullptr; node = node->next) {
+        index->insert(hash_of(index->key(), node), node);
+      }
+    }
+  }
+
+  void swap(GuardedTable& other) noexcept {
+    Table::swap(other);
+    index.swap(other.index);
+  }
+
+  uint64_t num_buckets() const { return buckets.size(); }
+
+  // Whether there is an index.
+  bool is_indexed() const { return index != nullptr; }
+
+ protected:
+  // The node of `key`, found or made from `arguments`, which make a value of that key. Returns
+  // whether it was made.
+  template <class... Arguments>
+  bool emplace(const Key& key, Bucket*& node, Arguments&&... arguments) {
+    this->make_room();
+    if (index != nullptr) return emplace_indexed(key, node, std::forward<Arguments>(arguments)...);
+    const uint64_t at = this->bucket_of(key);
+    uint64_t passed = 0;
+    for (node = buckets[at]; node != nullptr; node = node->next) {
+      count_entry();
+      if (this->equal(this->get_key(node->value), key)) return false;
+      passed++;
+    }
+    node = this->link_new(at, std::forward<Arguments>(arguments)...);
+    if (passed >= longest_chain) make_index();
+    return true;
+  }
+
+ private:
+  using Table::buckets;
+  using Index = HandleIndex<Bucket*>;
+
+  static uint32_t hash_of(uint64_t key, const Bucket* node) {
+    return Index::fold(Keyed()(key, GetKey()(node->value)));
+  }
+
+  [[gnu::noinline, gnu::cold]] Bucket* find_in_index(const Key& key) const {
+    return index->find(Index::fold(Keyed()(index->key(), key)), [&](const Bucket* node) {
+      return this->equal(this->get_key(node->value), key);
+    });
+  }
+
+  // The first node of the chain is looked at before it is asked whether there is an index: mostly
+  // it is the one.
+  template <class Position>
+  Position lookup(const Key& key) const {
+    if (count != 0) {
+      const uint64_t at = this->bucket_of(key);
+      Bucket* node = buckets[at];
+      if (node != nullptr) {
+        count_entry();
+        if (this->equal(this->get_key(node->value), key)) return Position(&buckets, at, node);
+        node = index == nullptr ? find_in_chain(node->next, key) : find_in_index(key);
+        if (node != nullptr) return Position(&buckets, at, node);
+      }
+    }
+    return Position(&buckets, buckets.size(), nullptr);
+  }
+
+  Bucket* find_in_chain(Bucket* node, const Key& key) const {
+    for (; node != nullptr; node = node->next) {
+      count_entry();
+      if (this->equal(this->get_key(node->value), key)) return node;
+    }
+    return nullptr;
+  }
+
+  template <class... Arguments>
+  [[gnu::noinline, gnu::cold]] bool emplace_indexed(const Key& key, Bucket*& node,
+                                                    Arguments&&... arguments) {
+    if ((node = find_in_index(key)) != nullptr) return false;
+    index->reserve_one();
+    node = this->link_new(this->bucket_of(key), std::forward<Arguments>(arguments)...);
+    index->insert(hash_of(index->key(), node), node, hash_of);
+    return true;
+  }
+
+  // Without memory for an index the chains stay as long as they are.
+  [[gnu::noinline, gnu::cold]] void make_index() noexcept {
+    try {
+      auto made = std::make_unique<Index>();
+      for (Bucket* node : buckets) {
+        for (; node != nullptr; node = node->next) {
+          made->reserve_one();
+          made->insert(hash_of(made->key(), node), node, hash_of);
+        }
+      }
+      index = std::move(made);
+    } catch (const std::bad_alloc&) {
+      return;
+    }
+  }
+
+  std::unique_ptr<Index> index;
+};
+
+template <class Key, class Mapped, class Hash = Hasher<Key>,
+          class Equal = typename KeyEquality<Key>::type, class Keyed = KeyedHasher<Key>>
+class GuardedMap
+    : public GuardedTable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal, Keyed> {
+ public:
+  // As that of HashMap.
+  Mapped& operator[](const Key& key) {
+    typename Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal>::Bucket* node;
+    this->emplace(key, node, std::piecewise_construct, std::forward_as_tuple(key), std::tuple<>());
+    return node->value.second;
+  }
+};
+
+template <class Key, class Hash = Hasher<Key>, class Equal = typename KeyEquality<Key>::type,
+          class Keyed = KeyedHasher<Key>>
+class GuardedSet : public GuardedTable<Key, GetKey_identity, Key, Hash, Equal, Keyed> {};
+
+}  // namespace quill::hsh
+
+#endif
