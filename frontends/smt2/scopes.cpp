@@ -35,16 +35,14 @@ void Scopes::bind(Name& name, std::unique_ptr<Binding> binding) {
 void Scopes::bind(SortName& name, std::unique_ptr<SortBinding> binding) {
   assert(name.global == nullptr);
   const bool is_declared = !binding->defined;
-  if (is_declared) used_sort_names.insert(binding->type->get_name());
+  if (is_declared) used_sort_names[binding->type->get_name()] = true;
   ScopeGuard undo([&] {
-    if (is_declared) used_sort_names.erase(used_sort_names.find(binding->type->get_name()));
+    if (is_declared) used_sort_names[binding->type->get_name()] = false;
   });
   record({nullptr, &name});
   undo.dismiss();
   name.global = std::move(binding);
 }
-
-void Scopes::give_up_name(const std::string& stored) { used_names.erase(used_names.find(stored)); }
 
 std::string Scopes::free_symbol_name(const std::string& stored, const DataType* type) const {
   std::string name = stored;
@@ -60,7 +58,7 @@ std::string Scopes::free_symbol_name(const std::string& stored, const DataType* 
 
 std::string Scopes::free_sort_name(const std::string& stored) const {
   std::string name = stored;
-  for (uint64_t k = 0; used_sort_names.find(name) != used_sort_names.end(); ++k) {
+  for (uint64_t k = 0; is_in_use(used_sort_names, name); ++k) {
     name = stored + "_" + std::to_string(k);
   }
   return name;
@@ -71,7 +69,7 @@ void Scopes::record(Bound bound) { (global_declarations ? permanent : trail).pus
 void Scopes::unbind(const Bound& bound) {
   if (bound.sort != nullptr) {
     const SortBinding& binding = *bound.sort->global;
-    if (!binding.defined) used_sort_names.erase(used_sort_names.find(binding.type->get_name()));
+    if (!binding.defined) used_sort_names[binding.type->get_name()] = false;
     bound.sort->global.reset();
     return;
   }

@@ -22,8 +22,6 @@
 #include "frontends/smt2/value.h"
 #include "quill/printers/smtlib2_names.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/hash_set.h"
-#include "quill/utils/name_hash.h"
 
 namespace quill::smt2 {
 
@@ -91,11 +89,9 @@ class Scopes {
   // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
   // use at the same time are kept apart by a number behind one of them.
 
-  bool is_used(const std::string& stored) const {
-    return used_names.find(stored) != used_names.end();
-  }
-  void use_name(const std::string& stored) { used_names.insert(stored); }
-  void give_up_name(const std::string& stored);
+  bool is_used(const std::string& stored) const { return is_in_use(used_names, stored); }
+  void use_name(const std::string& stored) { used_names[stored] = true; }
+  void give_up_name(const std::string& stored) { used_names[stored] = false; }
 
   // The first of stored, stored_0, stored_1 and so on that is not in use and that the manager has
   // no symbol of another type for; with a null type, that is not in use.
@@ -135,6 +131,10 @@ class Scopes {
     uint64_t count;  // how many levels were opened there at once: an input may ask for very many
   };
 
+  static bool is_in_use(const NameTable<bool>& names_in_use, std::string_view name) {
+    const bool* use = names_in_use.find(name);
+    return use != nullptr && *use;
+  }
   void record(Bound bound);
   void unbind(const Bound& bound);
   void unbind_trail(size_t first);
@@ -142,8 +142,8 @@ class Scopes {
   TermManager& manager;
   NameTable<Name> names;
   NameTable<SortName> sort_names;
-  hsh::HashSet<std::string, NameHash> used_names;
-  hsh::HashSet<std::string, NameHash> used_sort_names;
+  NameTable<bool> used_names;  // whether they are, still
+  NameTable<bool> used_sort_names;
   std::vector<Local> locals;
   std::vector<Bound> trail;      // what ends with a scope, in order
   std::vector<Level> levels;     // one entry for each push command

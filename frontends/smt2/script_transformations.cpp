@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "quill/utils/hash_map.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/name_hash.h"
 
 namespace quill::smt2 {
@@ -87,7 +87,7 @@ class ScriptCopier {
   const TermManager& from;
   TermManager& to;
   std::vector<Command> batch;
-  hsh::HashMap<std::string, const Symbol*, NameHash> meanings;  // the latest one of each name
+  hsh::GuardedMap<std::string, const Symbol*, NameHash> meanings;  // the latest one of each name
 };
 
 }  // namespace

@@ -13,7 +13,8 @@
 
 #include "frontends/smt2/scopes.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/hash_map.h"
+#include "quill/utils/guarded_table.h"
+#include "quill/utils/name_hash.h"
 
 namespace quill::smt2 {
 
@@ -41,7 +42,7 @@ class UndefinedFunctions {
 
   TermManager& manager;
   Scopes& scopes;
-  hsh::HashMap<std::string, Function> functions;  // by the name that was asked for
+  hsh::GuardedMap<std::string, Function, NameHash> functions;  // by the name that was asked for
   std::vector<const Symbol*> new_functions;
 };
 

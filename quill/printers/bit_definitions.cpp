@@ -13,7 +13,10 @@ const BitDefinitions::Definition* BitDefinitions::find(const Term_* value) const
 
 const BitDefinitions::Definition* BitDefinitions::find_nan(IEEEFloat::format format) const {
   const auto found = nans.find(format);
-  return found == nans.end() ? nullptr : &definitions[found->second];
+  if (found == nans.end() || found->second >= definitions.size()) return nullptr;
+  const Definition& definition = definitions[found->second];
+  const bool is_it = definition.value == nullptr && definition.format == format;
+  return is_it ? &definition : nullptr;
 }
 
 size_t BitDefinitions::define(const Term_* value) {
@@ -44,7 +47,7 @@ void BitDefinitions::add(const char* base, uint64_t& next, IEEEFloat::format for
   depths.push_back(depth);
   ScopeGuard undo_depth([this] { depths.pop_back(); });
   if (value == nullptr) {
-    nans.insert({format, definitions.size() - 1});
+    nans[format] = definitions.size() - 1;
   } else {
     by_value.insert({value, definitions.size() - 1});
   }
@@ -59,12 +62,8 @@ void BitDefinitions::take_back_to(const Mark& before) noexcept {
 }
 
 void BitDefinitions::forget_last() noexcept {
-  const Definition& last = definitions.back();
-  if (last.value == nullptr) {
-    nans.erase(nans.find(last.format));
-  } else {
-    by_value.erase(by_value.find(last.value));
-  }
+  const Term_* value = definitions.back().value;
+  if (value != nullptr) by_value.erase(by_value.find(value));
   definitions.pop_back();
   depths.pop_back();
 }
@@ -77,6 +76,7 @@ void BitDefinitions::pop(uint64_t levels) {
 void BitDefinitions::clear() {
   depth = 0;
   while (!definitions.empty()) forget_last();
+  nans.erase_if([](const auto&) { return true; });
 }
 
 }  // namespace quill

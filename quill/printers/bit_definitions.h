@@ -18,8 +18,8 @@
 
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
-#include "quill/utils/hash_set.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/name_hash.h"
 
@@ -71,12 +71,13 @@ class BitDefinitions {
   void forget_last() noexcept;
 
   const TermManager& manager;
-  hsh::HashSet<std::string, NameHash> reserved;
+  hsh::GuardedSet<std::string, NameHash> reserved;
   std::vector<Definition> definitions;
   std::vector<uint64_t> depths;  // of their scopes, ascending
   uint64_t depth = 0;
   hsh::HashMap<const Term_*, size_t> by_value;  // positions in definitions
-  hsh::HashMap<IEEEFloat::format, size_t> nans;
+  // Of the latest definition for NaN in each format. It may have been forgotten since.
+  hsh::GuardedMap<IEEEFloat::format, size_t> nans;
   uint64_t next_bits = 1;  // numbers of the next names
   uint64_t next_nan = 1;
 };

@@ -41,6 +41,7 @@
 #include "quill/printers/bit_definitions.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/name_hash.h"
 
@@ -110,7 +111,7 @@ class StandardEncoding {
   std::vector<const Term_*> originals;
   hsh::HashMap<const Symbol*, const Symbol*> symbols;  // to their copies
   hsh::HashMap<const DataType*, const DataType*> types;
-  hsh::HashMap<std::string, const Term_*, NameHash> constants;  // of the definitions, by name
+  hsh::GuardedMap<std::string, const Term_*, NameHash> constants;  // of the definitions, by name
 };
 
 }  // namespace quill

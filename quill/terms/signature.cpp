@@ -13,9 +13,13 @@ namespace quill {
 
 namespace {
 
-uint32_t hash_name(std::string_view name) { return InternIndex::fold(NameHash()(name)); }
+uint32_t hash_of(uint64_t key, std::string_view name) {
+  return InternIndex::fold(NameHash()(key, name));
+}
 
 }  // namespace
+
+uint32_t Signature::hash_name(std::string_view name) const { return hash_of(index.key(), name); }
 
 Signature::~Signature() {
   for (Symbol* symbol : symbols) release(symbol);
@@ -63,7 +67,9 @@ const Symbol* Signature::add_symbol(const char* name, const DataType* type) {
   ScopeGuard undo([&] { release(symbol); });
   symbols.push_back(symbol);
   undo.dismiss();
-  index.insert(hash, static_cast<uint32_t>(symbols.size() - 1));
+  index.insert(
+      hash, static_cast<uint32_t>(symbols.size() - 1),
+      [this](uint64_t key, uint32_t handle) { return hash_of(key, symbols[handle]->name); });
   record.add(symbol);
   return symbol;
 }
@@ -135,7 +141,7 @@ bool Signature::is_named(uint32_t hash, size_t position) const {
 // index is changed by hashes and positions alone: it reads no record.
 void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
   // Suffixes may become free that a search on its base would not look at again.
-  for (auto it = suffixes.begin(); it != suffixes.end();) it = suffixes.erase(it);
+  suffixes.erase_if([](const auto&) { return true; });
   size_t used = 0;
   for (size_t i = 0; i < symbols.size(); i++) {
     Symbol* symbol = symbols[i];

@@ -19,7 +19,7 @@
 #include "quill/terms/ownership_record.h"
 #include "quill/terms/symbol.h"
 #include "quill/terms/type_universe.h"
-#include "quill/utils/hash_map.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_set.h"
 #include "quill/utils/intern_index.h"
 #include "quill/utils/name_hash.h"
@@ -70,6 +70,7 @@ class Signature {
   void remove_at(size_t position) noexcept;
 
  private:
+  uint32_t hash_name(std::string_view name) const;
   uint32_t find(uint32_t hash, std::string_view name) const;
   bool is_named(uint32_t hash, size_t position) const;
   void free_suffix(std::string_view name);
@@ -87,7 +88,7 @@ class Signature {
     int32_t next = 0;
     std::vector<int32_t> freed;
   };
-  hsh::HashMap<std::string, Suffixes, NameHash> suffixes;  // by base
+  hsh::GuardedMap<std::string, Suffixes, NameHash> suffixes;  // by base
 };
 
 }  // namespace quill

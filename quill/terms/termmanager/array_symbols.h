@@ -12,6 +12,7 @@
 #include "quill/terms/symbol.h"
 #include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/terms/termmanager/family_keys.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/scope_guard.h"
 
@@ -20,7 +21,7 @@ namespace quill {
 class ArraySymbols {
  public:
   using Types = FamilyKeys::ArrIndex;
-  using Map = hsh::HashMap<Types, const Symbol*>;
+  using Map = hsh::GuardedMap<Types, const Symbol*>;
 
   // The symbol of these types, or null.
   const Symbol* find(const Types& types) const {

@@ -13,16 +13,8 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<BVIndex1, const Symbol*>& by_key,
                                           const DataType* result_type) {
   require_own_or_null(*this, result_type);
-  const BVIndex1 key{first, width};
-  const auto found = by_key.find(key);
-  if (found != by_key.end()) return found->second;
-  Transaction making(*this);
-  const DataType* type = get_bv_type(width);
-  set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
-  compose_family_name(name, /*separated=*/true, {first, width});
-  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
-  making.commit();
-  return s;
+  return make_bv_family_symbol(name, tag, BVIndex1{first, width}, {first, width}, arity, by_symbol,
+                               by_key, result_type);
 }
 
 bool TermManager::is_bv_symbol(const Symbol* s,

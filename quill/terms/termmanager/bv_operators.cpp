@@ -13,15 +13,7 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
                                           hsh::HashMap<size_t, const Symbol*>& by_width,
                                           const DataType* result_type) {
   require_own_or_null(*this, result_type);
-  const auto found = by_width.find(width);
-  if (found != by_width.end()) return found->second;
-  Transaction making(*this);
-  const DataType* type = get_bv_type(width);
-  set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
-  compose_family_name(name, /*separated=*/true, {width});
-  const Symbol* s = add_family_symbol(tag, width, by_symbol, by_width);
-  making.commit();
-  return s;
+  return make_bv_family_symbol(name, tag, width, {width}, arity, by_symbol, by_width, result_type);
 }
 
 bool TermManager::is_bv_symbol(const Symbol* s,

@@ -78,7 +78,7 @@ std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, si
 }
 
 template <class Key>
-const hsh::HashMap<Key, const Symbol*>& by_key_of(const SymbolFamily<Key>& family) {
+const auto& by_key_of(const SymbolFamily<Key>& family) {
   return family.by_key;
 }
 

@@ -18,10 +18,10 @@ namespace quill {
 // Makes the function symbol whose type is in scratch_types and whose name, between backquotes, is
 // in name_buffer, and enters it in the maps of its family: all or nothing. The types in
 // scratch_types are the maker's, who makes them within a transaction of its own.
-template <class Key>
+template <class Key, class ByKey>
 const Symbol* TermManager::add_family_symbol(SymbolTag::tag tag, const Key& key,
                                              hsh::HashMap<const Symbol*, Key>& by_symbol,
-                                             hsh::HashMap<Key, const Symbol*>& by_key) {
+                                             ByKey& by_key) {
   Transaction making(*this);
   const Symbol* s = making.add_symbol(tag);
   insert_in_both(by_symbol, by_key, key, s);
@@ -45,6 +45,47 @@ inline IEEEFloat::format TermManager::require_fp(const Term_* t, const char* com
   return format;
 }
 
+// The symbol of any family whose operands are bit-vectors of one width, the last of the numbers. No
+// result type means that of the operands. The map by keys has a guard, or is that of a caller of
+// the public makers.
+template <class Key, class ByKey>
+const Symbol* TermManager::make_bv_family_symbol(const char* name, SymbolTag::tag tag,
+                                                 const Key& key,
+                                                 std::initializer_list<size_t> numbers,
+                                                 size_t arity,
+                                                 hsh::HashMap<const Symbol*, Key>& by_symbol,
+                                                 ByKey& by_key, const DataType* result_type) {
+  const auto found = by_key.find(key);
+  if (found != by_key.end()) return found->second;
+  Transaction making(*this);
+  const DataType* type = get_bv_type(std::data(numbers)[numbers.size() - 1]);
+  set_scratch_types(arity, type, result_type != nullptr ? result_type : type);
+  compose_family_name(name, /*separated=*/true, numbers);
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  making.commit();
+  return s;
+}
+
+// The symbol of any family keyed by one format: an optional rounding mode, one or two operands of
+// the format, and a result that is Bool or of the format.
+template <class ByFormat>
+const Symbol* TermManager::make_format_symbol(
+    const char* name, bool separated, SymbolTag::tag tag, bool rounding, size_t operands,
+    bool bool_result, ByFormat& by_format,
+    hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e, size_t m) {
+  const IEEEFloat::format key{e, m};
+  const auto found = by_format.find(key);
+  if (found != by_format.end()) return found->second;
+  Transaction making(*this);
+  const DataType* type = get_fp_type(e, m);
+  set_scratch_types(operands, type, bool_result ? bool_type : type);
+  if (rounding) scratch_types.insert(scratch_types.begin() + 1, fprounding_type);
+  compose_family_name(name, separated, {e, m});
+  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_format);
+  making.commit();
+  return s;
+}
+
 //----------------------------------------------------------------------------------------------
 // Families keyed by a width
 
@@ -58,15 +99,16 @@ const Symbol* TermManager::width_symbol(size_t width) {
     if (found != by_width.end()) return found->second;
     Transaction making(*this);
     const DataType* result = get_bv_type(1);
-    const Symbol* s =
-        make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+    const Symbol* s = make_bv_family_symbol(family.base, Tag, width, {width}, family.arity,
+                                            by_symbol, by_width, result);
     making.commit();
     return s;
   } else {
     const DataType* result = nullptr;  // bit-vectors of the width
     if constexpr (family.result == FamilyResult::Bool) result = bool_type;
     if constexpr (family.result == FamilyResult::Int) result = int_type;
-    return make_bv_symbol(family.base, Tag, width, family.arity, by_symbol, by_width, result);
+    return make_bv_family_symbol(family.base, Tag, width, {width}, family.arity, by_symbol,
+                                 by_width, result);
   }
 }
 
@@ -114,13 +156,14 @@ const Symbol* TermManager::index1_symbol(size_t k, size_t width) {
     const size_t sum = sum_of_widths(k, width);
     Transaction making(*this);
     const DataType* result = get_bv_type(sum);
-    const Symbol* s =
-        make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key, result);
+    const Symbol* s = make_bv_family_symbol(family.base, Tag, BVIndex1{k, width}, {k, width},
+                                            family.arity, by_symbol, by_key, result);
     making.commit();
     return s;
   } else {
-    return make_bv_symbol(family.base, Tag, k, width, family.arity, by_symbol, by_key,
-                          /*result_type=*/nullptr);
+    return make_bv_family_symbol(family.base, Tag, BVIndex1{k, width}, {k, width}, family.arity,
+                                 by_symbol, by_key,
+                                 /*result_type=*/nullptr);
   }
 }
 

@@ -11,6 +11,7 @@
 #include "quill/terms/data_type.h"
 #include "quill/utils/hash.h"
 #include "quill/utils/ieee_float.h"
+#include "quill/utils/keyed_hash.h"
 
 namespace quill {
 
@@ -71,6 +72,37 @@ template <>
 struct Hasher<FamilyKeys::FPFormatCast> {
   uint64_t operator()(const FamilyKeys::FPFormatCast& key) const {
     return ((key.c << 32) | key.d) + ((key.a << 32) | key.b);
+  }
+};
+
+template <>
+struct KeyedHasher<FamilyKeys::BVIndex1> {
+  uint64_t operator()(uint64_t hash_key, const FamilyKeys::BVIndex1& key) const {
+    return KeyedWordHash(hash_key).add(key.a).add(key.b).result();
+  }
+};
+
+template <>
+struct KeyedHasher<FamilyKeys::BVIndex2> {
+  uint64_t operator()(uint64_t hash_key, const FamilyKeys::BVIndex2& key) const {
+    return KeyedWordHash(hash_key).add(key.a).add(key.b).add(key.c).result();
+  }
+};
+
+template <>
+struct KeyedHasher<FamilyKeys::ArrIndex> {
+  uint64_t operator()(uint64_t hash_key, const FamilyKeys::ArrIndex& key) const {
+    return KeyedWordHash(hash_key)
+        .add(reinterpret_cast<uintptr_t>(key.i))
+        .add(reinterpret_cast<uintptr_t>(key.e))
+        .result();
+  }
+};
+
+template <>
+struct KeyedHasher<FamilyKeys::FPFormatCast> {
+  uint64_t operator()(uint64_t hash_key, const FamilyKeys::FPFormatCast& key) const {
+    return KeyedWordHash(hash_key).add(key.a).add(key.b).add(key.c).add(key.d).result();
   }
 };
 

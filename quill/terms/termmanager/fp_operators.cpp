@@ -23,25 +23,6 @@ const Symbol* TermManager::make_fp_is_symbol(
                             /*bool_result=*/true, by_format, by_symbol, e, m);
 }
 
-// The symbol of any family keyed by one format: an optional rounding mode, one or two operands of
-// the format, and a result that is Bool or of the format.
-const Symbol* TermManager::make_format_symbol(
-    const char* name, bool separated, SymbolTag::tag tag, bool rounding, size_t operands,
-    bool bool_result, hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
-    hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e, size_t m) {
-  const IEEEFloat::format key{e, m};
-  const auto found = by_format.find(key);
-  if (found != by_format.end()) return found->second;
-  Transaction making(*this);
-  const DataType* type = get_fp_type(e, m);
-  set_scratch_types(operands, type, bool_result ? bool_type : type);
-  if (rounding) scratch_types.insert(scratch_types.begin() + 1, fprounding_type);
-  compose_family_name(name, separated, {e, m});
-  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_format);
-  making.commit();
-  return s;
-}
-
 bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
                                const Symbol* s, size_t* e, size_t* m) const {
   require_own(*this, s);

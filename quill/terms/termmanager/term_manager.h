@@ -53,6 +53,7 @@
 #include "quill/terms/termmanager/type_table.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/exception.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
@@ -732,13 +733,18 @@ class TermManager : public TermFactory {
   void set_scratch_types(size_t operands, const DataType* operand, const DataType* result);
   void compose_family_name(const char* base, bool separated, std::initializer_list<size_t> numbers);
   std::string name_of_type(const DataType* t) const;
-  template <class Key>
+  template <class Key, class ByKey>
   const Symbol* add_family_symbol(SymbolTag::tag tag, const Key& key,
-                                  hsh::HashMap<const Symbol*, Key>& by_symbol,
-                                  hsh::HashMap<Key, const Symbol*>& by_key);
+                                  hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key);
+  template <class Key, class ByKey>
+  const Symbol* make_bv_family_symbol(const char* name, SymbolTag::tag tag, const Key& key,
+                                      std::initializer_list<size_t> numbers, size_t arity,
+                                      hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key,
+                                      const DataType* result_type);
+  template <class ByFormat>
   const Symbol* make_format_symbol(const char* name, bool separated, SymbolTag::tag tag,
                                    bool rounding, size_t operands, bool bool_result,
-                                   hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                                   ByFormat& by_format,
                                    hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
                                    size_t e, size_t m);
   const Symbol* make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
@@ -795,7 +801,7 @@ class TermManager : public TermFactory {
   // Parameter types, and the named types that get_simple_type made.
   TypeTable<size_t> bv_widths;
   TypeTable<IEEEFloat::format> fp_formats;
-  hsh::HashMap<std::string, const DataType*> simple_types;
+  hsh::GuardedMap<std::string, const DataType*> simple_types;
 
   // The tag of every symbol that add_interpreted_symbol registered.
   hsh::HashMap<const Symbol*, SymbolTag::tag> tags;
@@ -824,7 +830,7 @@ class TermManager : public TermFactory {
   // The value of every numeral, and arithmetic numerals by value. The keys of the cache point at
   // the values: nodes of the table never move.
   hsh::HashMap<const Symbol*, QNumber> number_values;
-  hsh::HashMap<const QNumber*, const Term_*> number_cache;
+  hsh::GuardedMap<const QNumber*, const Term_*> number_cache;
 
   RecentNumerals recent_numerals;
 

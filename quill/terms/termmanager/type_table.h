@@ -11,6 +11,7 @@
 
 #include "quill/terms/data_type.h"
 #include "quill/terms/termmanager/cache_sweep.h"
+#include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/scope_guard.h"
 
@@ -76,7 +77,7 @@ class TypeTable {
   size_t size() const { return keys.count; }
 
  private:
-  hsh::HashMap<Key, const DataType*> types;
+  hsh::GuardedMap<Key, const DataType*> types;
   hsh::HashMap<const DataType*, Key> keys;
 };
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <new>
@@ -12,8 +13,10 @@
 
 #include "quill/terms/signature.h"
 #include "quill/terms/type_universe.h"
+#include "quill/utils/entry_count.h"
 #include "quill/utils/exception.h"
 #include "quill/utils/hash_set.h"
+#include "tests/unit/utils/colliding_names.h"
 #include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
@@ -426,6 +429,43 @@ TEST_F(SignatureTest, AFailedSearchForASuffixKeepsItsPlace) {
     EXPECT_EQ(suffix, 9);
     break;
   }
+}
+
+// What is looked at while the names are entered, found again, and freed one by one.
+uint64_t entries_for(const std::vector<std::string>& names) {
+  TypeUniverse universe;
+  Signature signature(&universe);
+  const DataType* type = universe.make_type("T");
+  const uint64_t before = entries_looked_at();
+  std::vector<const Symbol*> symbols;
+  for (const std::string& name : names) symbols.push_back(signature.add_symbol(name.c_str(), type));
+  for (size_t i = 0; i < names.size(); i++) {
+    EXPECT_EQ(signature.get_symbol(names[i].c_str()), symbols[i]);
+    EXPECT_EQ(signature.add_symbol(names[i].c_str(), type), symbols[i]);
+  }
+  hsh::HashSet<const Symbol*> keep;
+  for (size_t i = 0; i < symbols.size(); i += 2) keep.insert(symbols[i]);
+  signature.gc(keep);
+  EXPECT_TRUE(signature.is_consistent());
+  for (size_t i = 0; i < names.size(); i += 2) signature.remove_symbol(names[i].c_str());
+  EXPECT_EQ(signature.get_symbol(names[0].c_str()), nullptr);
+  return entries_looked_at() - before;
+}
+
+TEST(SignatureCost, NamesThatCollideCostLittleMoreThanOthers) {
+  const uint64_t ordinary = entries_for(testing::ordinary_names(20000));
+  EXPECT_LE(entries_for(testing::colliding_names(20000)), 5 * ordinary);
+}
+
+TEST(SignatureCost, BasesThatCollideCostLittleMoreThanOthers) {
+  const auto entries = [](const std::vector<std::string>& bases) {
+    TypeUniverse universe;
+    Signature signature(&universe);
+    const uint64_t before = entries_looked_at();
+    for (const std::string& base : bases) EXPECT_EQ(signature.lowest_free_suffix(base), 0);
+    return entries_looked_at() - before;
+  };
+  EXPECT_LE(entries(testing::colliding_names(20000)), 5 * entries(testing::ordinary_names(20000)));
 }
 
 }  // namespace

@@ -83,6 +83,14 @@ struct Hasher<Counted> {
   }
 };
 
+template <>
+struct KeyedHasher<Counted> {
+  uint64_t operator()(uint64_t hash_key, const Counted& key) const noexcept {
+    Counted::steps++;
+    return KeyedHasher<size_t>()(hash_key, key.value);
+  }
+};
+
 namespace {
 
 TEST_F(TypeTableTest, ErasingATypeCostsTheSameHoweverManyThereAre) {
