@@ -25,10 +25,14 @@ namespace quill {
 constexpr bool has_address_sanitizer = true;
 inline void poison(void* memory, size_t bytes) { ASAN_POISON_MEMORY_REGION(memory, bytes); }
 inline void unpoison(void* memory, size_t bytes) { ASAN_UNPOISON_MEMORY_REGION(memory, bytes); }
+inline bool is_any_poisoned(void* memory, size_t bytes) {
+  return __asan_region_is_poisoned(memory, bytes) != nullptr;
+}
 #else
 constexpr bool has_address_sanitizer = false;
 inline void poison(void*, size_t) {}
 inline void unpoison(void*, size_t) {}
+inline bool is_any_poisoned(void*, size_t) { return false; }
 #endif
 
 }  // namespace quill

@@ -8,6 +8,8 @@
 #endif
 #endif
 
+#include "quill/utils/address_sanitizer.h"
+
 namespace quill::huge_pages {
 
 #if defined(MADV_HUGEPAGE) && defined(MAP_ANONYMOUS)
@@ -29,7 +31,11 @@ void* allocate(size_t bytes) {
   return block;
 }
 
-void deallocate(void* block, size_t bytes) noexcept { munmap(block, bytes); }
+// Marks of the address sanitizer belong to addresses, which the system gives again.
+void deallocate(void* block, size_t bytes) noexcept {
+  unpoison(block, bytes);
+  munmap(block, bytes);
+}
 
 void discard(void* part, size_t bytes) noexcept { madvise(part, bytes, MADV_DONTNEED); }
 
@@ -37,7 +43,8 @@ void discard(void* part, size_t bytes) noexcept { madvise(part, bytes, MADV_DONT
 
 void* allocate(size_t bytes) { return ::operator new (bytes, std::align_val_t{page_bytes}); }
 
-void deallocate(void* block, size_t) noexcept {
+void deallocate(void* block, size_t bytes) noexcept {
+  unpoison(block, bytes);
   ::operator delete (block, std::align_val_t{page_bytes});
 }
 

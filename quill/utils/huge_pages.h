@@ -23,6 +23,8 @@ constexpr size_t round_up(size_t bytes) { return (bytes + page_bytes - 1) & ~(pa
 
 // A block of a multiple of page_bytes, its contents unknown. Throws std::bad_alloc.
 void* allocate(size_t bytes);
+
+// Parts that were poisoned for the address sanitizer are no longer.
 void deallocate(void* block, size_t bytes) noexcept;
 
 // Hands a part of a block back to the system, which keeps the addresses valid and the contents

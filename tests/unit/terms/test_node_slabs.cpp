@@ -289,6 +289,26 @@ TEST(NodeSlabsDeathTest, TheUseOfASweptNodeIsReported) {
   EXPECT_EQ(slabs.node(freed)->id, 2U);
 }
 
+// Of all memory that they ever had, whether it went back in a sweep or with the slabs themselves.
+TEST(NodeSlabs, MemoryThatGoesBackIsNoLongerPoisoned) {
+  if (!has_address_sanitizer) GTEST_SKIP() << "needs the address sanitizer";
+  std::vector<void*> nodes;
+  {
+    NodeSlabs slabs;
+    std::vector<bool> seen;
+    for (uint64_t id = 0; id < 200000; id++) {  // 8 MB, in regions of huge pages but for the first
+      const uint32_t handle = allocate_with_id(slabs, 3, id);
+      nodes.push_back(slabs.address(handle));
+      seen.push_back(id > 100000 && id % 2 == 0);
+    }
+    slabs.sweep(seen);
+    EXPECT_TRUE(is_any_poisoned(nodes[199999], 40));
+  }
+  size_t poisoned = 0;
+  for (size_t i = 100000; i < nodes.size(); i++) poisoned += is_any_poisoned(nodes[i], 40) ? 1 : 0;
+  EXPECT_EQ(poisoned, 0U);
+}
+
 TEST(NodeSlabs, AgreeWithAModelOverRandomOperations) {
   std::mt19937 random(321);
   const uint64_t arities[] = {0, 1, 2, 5, largest_in_slabs, largest_in_slabs + 1, 1500};

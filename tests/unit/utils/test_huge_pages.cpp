@@ -6,6 +6,7 @@
 #include <numeric>
 #include <vector>
 
+#include "quill/utils/address_sanitizer.h"
 #include "quill/utils/huge_pages.h"
 
 namespace quill {
@@ -46,6 +47,14 @@ TEST(HugePages, ADiscardedPartCanBeWrittenAgainAndTheRestStays) {
   std::memset(block + 65536, 'y', 65536);
   EXPECT_EQ(block[65536], 'y');
   huge_pages::deallocate(block, page);
+}
+
+// The address sanitizer goes by addresses, and those of a block that went back come again.
+TEST(HugePages, ABlockThatGoesBackIsNoLongerPoisoned) {
+  void* block = huge_pages::allocate(page);
+  poison(static_cast<char*>(block) + 4096, page - 8192);
+  huge_pages::deallocate(block, page);
+  EXPECT_FALSE(is_any_poisoned(block, page));
 }
 
 TEST(HugePages, VectorsKeepTheirContentsAcrossTheSizeOfAPage) {
