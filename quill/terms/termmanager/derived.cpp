@@ -170,6 +170,7 @@ const Symbol* make_zero_division_symbol(TermManager& m, Division op) {
 }
 
 const Term_* make_divide(TermManager& m, const Term_* a, const QNumber& c) {
+  if (!c.is_canonical()) return make_divide(m, a, c.canonical());
   require_own(m, a);
   if (c.is_zero()) return divide_by_zero(m, Division::Divide, a);
   const Term_* factor = m.make_number(reciprocal(c));
@@ -177,6 +178,7 @@ const Term_* make_divide(TermManager& m, const Term_* a, const QNumber& c) {
 }
 
 const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c) {
+  if (!c.is_canonical()) return make_div(m, a, c.canonical());
   require_own(m, a);
   require_ints(m, a, c, "make_div");
   if (c.is_zero()) return divide_by_zero(m, Division::Div, a);
@@ -185,6 +187,7 @@ const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c) {
 }
 
 const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c) {
+  if (!c.is_canonical()) return make_mod(m, a, c.canonical());
   require_own(m, a);
   require_ints(m, a, c, "make_mod");
   if (c.is_zero()) return divide_by_zero(m, Division::Mod, a);
@@ -196,6 +199,7 @@ const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c) {
 }
 
 const Term_* make_divisible(TermManager& m, const Term_* a, const QNumber& n) {
+  if (!n.is_canonical()) return make_divisible(m, a, n.canonical());
   require_own(m, a);
   require_ints(m, a, n, "make_divisible");
   if (n.is_negative() || n.is_zero()) {
