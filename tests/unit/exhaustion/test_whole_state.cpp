@@ -165,6 +165,28 @@ TEST_P(WholeStateOfOperators, AfterAFailedMakerOfARegisteredSymbol) {
   });
 }
 
+TEST(WholeState, AMakerThatFailsPutsBackTheTagThatItOverwrote) {
+  TermManager m;
+  const DataType* bv8 = m.get_bv_type(8);
+  const Symbol* add =
+      m.add_interpreted_symbol("bvadd_8", m.get_function_type({bv8, bv8}, bv8), SymbolTag::PLUS);
+  size_t failures = 0;
+  for (;; failures++) {
+    try {
+      const FailingMemory memory(failures, Failures::Once);
+      m.make_bv_add_symbol(8);
+      break;
+    } catch (const std::bad_alloc&) {
+      ASSERT_EQ(m.get_tag(add), SymbolTag::PLUS) << "allocation " << failures;
+      ASSERT_FALSE(m.is_bv_add(add, nullptr)) << "allocation " << failures;
+    }
+  }
+  EXPECT_GT(failures, 0U);
+  EXPECT_EQ(m.make_bv_add_symbol(8), add);
+  EXPECT_EQ(m.get_tag(add), SymbolTag::BV_ADD);
+  EXPECT_TRUE(m.is_bv_add(add, nullptr));
+}
+
 TEST_P(WholeStateOfOperators, AfterAFailedMakerWhoseNameIsTaken) {
   const Row& row = GetParam();
   fail_once_everywhere("of a taken name", [&](TermManager& m) {

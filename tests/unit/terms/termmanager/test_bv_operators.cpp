@@ -296,5 +296,39 @@ TEST_F(BvOperators, ManyWidthsKeepTheirSymbols) {
   }
 }
 
+// --- Types that somebody has put together ---
+
+// The width is not known yet, so that no operator fits the operand. That must not be remembered.
+TEST_F(BvOperators, AnOperandOfAHandBuiltTypeIsTakenOnceItsWidthIsKnown) {
+  using Unary = const Term_* (TermManager::*)(const Term_*);
+  using Binary = const Term_* (TermManager::*)(const Term_*, const Term_*);
+  const Unary unary[] = {&TermManager::make_bv_not, &TermManager::make_bv_neg,
+                         &TermManager::make_int_from_ubv, &TermManager::make_int_from_sbv};
+  const Binary binary[] = {
+      &TermManager::make_bv_and,  &TermManager::make_bv_or,   &TermManager::make_bv_xor,
+      &TermManager::make_bv_ult,  &TermManager::make_bv_slt,  &TermManager::make_bv_ule,
+      &TermManager::make_bv_sle,  &TermManager::make_bv_comp, &TermManager::make_bv_add,
+      &TermManager::make_bv_sub,  &TermManager::make_bv_mul,  &TermManager::make_bv_udiv,
+      &TermManager::make_bv_sdiv, &TermManager::make_bv_urem, &TermManager::make_bv_srem,
+      &TermManager::make_bv_lshl, &TermManager::make_bv_lshr, &TermManager::make_bv_ashr};
+  const DataType* head = m.get_bv_type(1)->get_component(0);
+  const DataType* eight = m.get_simple_type("8", /*only_existing=*/false);
+  const Term_* x = constant("x", m.get_compound_type({head, eight}));
+  const std::string refused =
+      "type error. term x has type (BitVec 8), but (BitVec 0) was expected. (";
+  for (int round = 0; round < 2; round++) {
+    for (const Unary builder : unary) {
+      EXPECT_EQ(error_of([&] { (m.*builder)(x); }).substr(0, refused.size()), refused);
+    }
+    for (const Binary builder : binary) {
+      EXPECT_EQ(error_of([&] { (m.*builder)(x, x); }).substr(0, refused.size()), refused);
+    }
+  }
+  EXPECT_EQ(m.get_bv_type(8), x->symbol->type);
+  for (const Unary builder : unary) EXPECT_EQ((m.*builder)(x)->args[0], x);
+  for (const Binary builder : binary) EXPECT_EQ((m.*builder)(x, x)->args[1], x);
+  EXPECT_NE(find("`bvashr_8`"), nullptr);
+}
+
 }  // namespace
 }  // namespace quill

@@ -337,5 +337,57 @@ TEST_F(FpNumbers, FailedRequestMakesNoNumeral) {
   EXPECT_GT(k, 3);
 }
 
+// Format (1, 1) is refused when checks are on, whether its type or the numeral is there or not.
+TEST_F(FpNumbers, ANumeralOfATooSmallFormatIsRefusedAlsoWhenItIsThere) {
+  const char* too_small =
+      "too small exponent and/or mantissa width for FP numbers: 1, 1 (min is 2, 2)";
+  m.set_typecheck_enabled(false);
+  const Term_* t = m.make_fp_bits_number(5, 1, 1);
+  EXPECT_STREQ(t->symbol->name, "5_1_1");
+  for (int round = 0; round < 2; round++) {
+    m.set_typecheck_enabled(true);
+    EXPECT_EQ(error_of([&] { m.make_fp_bits_number(5, 1, 1); }), too_small);
+    m.set_typecheck_enabled(false);
+    EXPECT_EQ(m.make_fp_bits_number(5, 1, 1), t);
+  }
+}
+
+TEST_F(FpNumbers, APatternOfTooManyBitsIsRefusedAlsoWhenItIsThere) {
+  m.set_typecheck_enabled(false);
+  const Term_* t = m.make_fp_bits_number(256, 3, 4);
+  m.set_typecheck_enabled(true);
+  EXPECT_EQ(base_exception_of([&] { m.make_fp_bits_number(256, 3, 4); }),
+            "the number 256 doesn't fit in 8 bits");
+  m.set_typecheck_enabled(false);
+  EXPECT_EQ(m.make_fp_bits_number(256, 3, 4), t);
+}
+
+// The user has put the type of the constant together; the numeral makes its format known.
+TEST_F(FpNumbers, AConstantOfAHandBuiltTypeBecomesANumeralOfItsFormat) {
+  const DataType* head = m.get_fp_type(2, 2)->get_component(0);
+  const DataType* parameter = m.get_simple_type("3:4", /*only_existing=*/false);
+  const DataType* type = m.get_compound_type({head, parameter});
+  const Symbol* s = m.make_symbol("5_3_4", type);
+  const Term_* t = m.make_fp_bits_number(5, 3, 4);
+  EXPECT_EQ(t->symbol, s);
+  size_t e = 0;
+  size_t mantissa = 0;
+  EXPECT_TRUE(m.is_fp_type(type, &e, &mantissa));
+  EXPECT_EQ(e, 3U);
+  EXPECT_EQ(mantissa, 4U);
+  EXPECT_STREQ(m.make_fp_neg(t)->symbol->name, "`fpneg_3_4`");
+}
+
+TEST_F(FpNumbers, ANumeralThatLostItsNameIsMadeAnew) {
+  const Term_* first = m.make_fp_bits_number(5, 3, 4);
+  m.free_symbol(first->symbol);
+  const Term_* second = m.make_fp_bits_number(5, 3, 4);
+  EXPECT_NE(second, first);
+  m.free_symbol(second->symbol);
+  m.make_symbol("5_3_4", m.get_int_type());
+  EXPECT_EQ(error_of([&] { m.make_fp_bits_number(5, 3, 4); }),
+            "a symbol for 5_3_4 already exists, but it has the wrong type: Int");
+}
+
 }  // namespace
 }  // namespace quill

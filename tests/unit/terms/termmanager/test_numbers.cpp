@@ -398,5 +398,48 @@ TEST_F(Numbers, ValuesStayWhenManyNumeralsFollow) {
   EXPECT_EQ(value_of(m.make_number(1234)), "1234");
 }
 
+// The user has put the type of the constant together; the numeral makes its width known.
+TEST_F(Numbers, AConstantOfAHandBuiltTypeBecomesANumeralOfItsWidth) {
+  const DataType* head = m.get_bv_type(1)->get_component(0);
+  const DataType* eight = m.get_simple_type("8", /*only_existing=*/false);
+  const DataType* type = m.get_compound_type({head, eight});
+  const Symbol* s = m.make_symbol("5_8", type);
+  const Term_* t = m.make_bv_number(5, 8);
+  EXPECT_EQ(t->symbol, s);
+  size_t width = 0;
+  EXPECT_TRUE(m.is_bv_type(type, &width));
+  EXPECT_EQ(width, 8U);
+  EXPECT_STREQ(m.make_bv_not(t)->symbol->name, "`bvnot_8`");
+}
+
+TEST_F(Numbers, ABitVectorOfTooManyBitsIsRefusedAlsoWhenItIsThere) {
+  m.set_typecheck_enabled(false);
+  const Term_* large = m.make_bv_number(256, 8);
+  const Term_* negative = m.make_bv_number(-1, 8);
+  for (int round = 0; round < 2; round++) {
+    m.set_typecheck_enabled(true);
+    EXPECT_EQ(error_of([&] { m.make_bv_number(-1, 8); }),
+              "can't make a bv number from a negative number: -1");
+    EXPECT_THROW(m.make_bv_number(256, 8), Exception);
+    m.set_typecheck_enabled(false);
+    EXPECT_EQ(m.make_bv_number(256, 8), large);
+    EXPECT_EQ(m.make_bv_number(-1, 8), negative);
+  }
+}
+
+TEST_F(Numbers, ABitVectorThatLostItsNameIsMadeAnew) {
+  const Term_* first = m.make_bv_number(5, 8);
+  m.free_symbol(first->symbol);
+  const Term_* second = m.make_bv_number(5, 8);
+  EXPECT_NE(second, first);
+  m.free_symbol(second->symbol);
+  const Symbol* s = m.make_symbol("5_8", m.get_bv_type(8));
+  EXPECT_EQ(m.make_bv_number(5, 8)->symbol, s);
+  m.free_symbol(s);
+  m.make_symbol("5_8", m.get_int_type());
+  EXPECT_EQ(error_of([&] { m.make_bv_number(5, 8); }),
+            "a symbol for 5_8 already exists, but it has the wrong type: Int");
+}
+
 }  // namespace
 }  // namespace quill
