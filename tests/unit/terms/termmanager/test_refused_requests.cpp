@@ -414,6 +414,32 @@ TEST_P(RefusedOperators, BuilderWhoseOperandsAreIllTypedMakesItsSymbolAndNothing
   }
 }
 
+// What comes before make_term fails without a name: an error of a later direct request names the
+// symbol of that request.
+TEST_P(RefusedOperators, ARefusalBeforeMakeTermNamesNoLaterError) {
+  const Row& row = GetParam();
+  for (const bool has_name : {false, true}) {
+    Bench bench;
+    TermManager& m = bench.m;
+    if (has_name) take_name(m, row, "Int");
+    const Symbol* f =
+        m.make_symbol("later", m.get_function_type({m.get_int_type()}, m.get_int_type()));
+    const auto expect_its_own_name = [&] {
+      EXPECT_EQ(refusal(m, [&] { m.make_term(f, bench.terms({"f"})); }),
+                "error: type error. term f has type (FP |8:23|), but Int was expected. (later)");
+    };
+    for (const Failure& failure : row.failures) {
+      if (!has_name && failure.leaves != testing::nothing_made) continue;
+      EXPECT_THROW(row.build(m, bench.terms(failure.args)), Exception);
+      expect_its_own_name();
+      m.make_not(m.make_true());
+    }
+    if (!has_name) continue;
+    EXPECT_THROW(row.build(m, bench.terms(row.args)), Exception);
+    expect_its_own_name();
+  }
+}
+
 // Every way in which the numbers of a maker or builder are refused.
 struct RefusedNumbers {
   const char* text;
