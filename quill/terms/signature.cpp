@@ -8,6 +8,7 @@
 
 #include "quill/utils/exception.h"
 #include "quill/utils/scope_guard.h"
+#include "quill/utils/table_room.h"
 
 namespace quill {
 
@@ -157,6 +158,8 @@ void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
   }
   symbols.resize(used);
   index.shrink();
+  give_back_room(symbols);
+  give_back_room(suffixes);
 }
 
 bool Signature::is_consistent() const {

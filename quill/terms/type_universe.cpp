@@ -7,6 +7,7 @@
 
 #include "quill/utils/name_hash.h"
 #include "quill/utils/scope_guard.h"
+#include "quill/utils/table_room.h"
 
 namespace quill {
 
@@ -147,6 +148,7 @@ void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
     }
   }
   types.resize(used);
+  give_back_room(types);
   // The index leads to the former positions, and to freed types.
   index.clear(used - 1);
   for (size_t i = 0; i < used; i++) {

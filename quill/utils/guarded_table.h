@@ -53,6 +53,7 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
   using Table::begin;
   using Table::count;
   using Table::end;
+  using Table::num_buckets;
   using typename Table::ConstIter;
   using typename Table::Iter;
 
@@ -101,8 +102,6 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
     Table::swap(other);
     index.swap(other.index);
   }
-
-  uint64_t num_buckets() const { return buckets.size(); }
 
   // Whether there is an index.
   bool is_indexed() const { return index != nullptr; }

@@ -250,6 +250,8 @@ class Hashtable {
     std::swap(count, other.count);
   }
 
+  std::uint64_t num_buckets() const { return buckets.size(); }
+
   MemoryPool<sizeof(Bucket), false> pool;
   Hash hasher;
   Equal equal;

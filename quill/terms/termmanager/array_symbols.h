@@ -15,6 +15,7 @@
 #include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/scope_guard.h"
+#include "quill/utils/table_room.h"
 
 namespace quill {
 
@@ -44,6 +45,8 @@ class ArraySymbols {
   template <class Kept>
   void sweep(const Kept& kept) {
     erase_pairs([&](const auto& pair) { return kept.find(pair.second) == kept.end(); });
+    give_back_room(by_types);
+    give_back_room(places);
   }
 
   // Takes out the symbols of all pairs in which the type stands. Reads no type.

@@ -12,6 +12,8 @@ TermManager::TermManager()
 }
 
 TermManager::~TermManager() {
+  memory.freed_bytes =
+      bank->memory_use().slab_bytes + (signature->size() + universe->size()) * bytes_of_an_entry;
   bank.reset();       // terms before the symbols that head them,
   signature.reset();  // symbols before their types
   universe.reset();

@@ -1,25 +1,23 @@
 // Collection: marks what can be reached from the caller's roots and what every manager has, then
 // sweeps all else out of the tables and the stores.
 //
-// Memory is asked for while marking only, when nothing has changed yet. The sweep needs none, so
-// that a collection takes place as a whole or not at all. It goes from what refers to what is
-// referred to: tables, terms, symbols, types.
+// Memory that must be had is asked for while marking only, when nothing has changed yet, so that a
+// collection takes place as a whole or not at all. The sweep goes from what refers to what is
+// referred to: tables, terms, symbols, types. Tables of which it leaves little are replaced by
+// small ones if there is memory for them, and stay as they are if not.
 //
 // Cost: a look at each term that is kept, at each entry of the tables and at the header of each
 // term that goes.
 
 #include <algorithm>
-#include <cstdlib>  // defines __GLIBC__ where it is the C library
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 #include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/terms/termmanager/family_loop.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
+#include "quill/utils/heap.h"
+#include "quill/utils/table_room.h"
 
 namespace quill {
 
@@ -76,13 +74,26 @@ void sweep_family(ArraySymbols& family, const SymbolSet& kept_symbols) {
   family.sweep(kept_symbols);
 }
 
-// The C library keeps what lies below memory in use until it is told to look for it. It is told
-// when so many bytes have been freed that they are worth a walk over its lists.
-void release_free_memory([[maybe_unused]] size_t freed_bytes) {
-#ifdef __GLIBC__
-  constexpr size_t worth_a_walk = size_t{1} << 20;
-  if (freed_bytes >= worth_a_walk) malloc_trim(0);
-#endif
+// The values of numerals and the cache of their terms, whose keys point to the values. The values
+// are copied last and by exchange, when there is room for all of them.
+void give_back_room(hsh::HashMap<const Symbol*, QNumber>& values,
+                    hsh::GuardedMap<const QNumber*, const Term_*>& cache) noexcept {
+  if (!is_room_to_give_back(values.num_buckets(), values.count) &&
+      !is_room_to_give_back(cache.num_buckets(), cache.count)) {
+    return;
+  }
+  try {
+    hsh::HashMap<const Symbol*, QNumber> new_values;
+    hsh::GuardedMap<const QNumber*, const Term_*> new_cache;
+    for (const auto& entry : values) new_values.insert({entry.first, QNumber()});
+    for (const auto& entry : cache) new_cache.insert(entry);
+    for (auto& [symbol, value] : new_values) std::swap(value, values.find(symbol)->second);
+    for (auto& [value, term] : new_cache) value = &new_values.find(term->symbol)->second;
+    values.swap(new_values);
+    cache.swap(new_cache);
+  } catch (const std::bad_alloc&) {
+    return;
+  }
 }
 
 }  // namespace
@@ -146,11 +157,15 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
     const uint64_t id = entry.second->id;
     return id >= seen.size() || !seen[id];
   });
-  gc_clear_tbl_key(number_values, kept_symbols);
+  erase_entries(number_values, [&](const auto& entry) {
+    return kept_symbols.find(entry.first) == kept_symbols.end();
+  });
+  give_back_room(number_values, number_cache);
 
   // The latest uses and numerals name symbols, types and terms that may go.
   latest_uses.fill({});
   recent_numerals.clear();
+  marks = {};
   for_each_family(*this,
                   [&](const OperatorFamily&, auto& family) { sweep_family(family, kept_symbols); });
 
@@ -170,7 +185,9 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
                      memory_before.slab_bytes - memory_after.slab_bytes,
                      memory_before.index_bytes - memory_after.index_bytes};
   generation++;
-  release_free_memory(last_collection.slab_bytes);
+  heap::release_if_worthwhile(last_collection.slab_bytes +
+                              (last_collection.symbols + last_collection.types) *
+                                  bytes_of_an_entry);
 }
 
 }  // namespace quill

@@ -55,6 +55,7 @@
 #include "quill/utils/exception.h"
 #include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
+#include "quill/utils/heap.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
 
@@ -782,6 +783,9 @@ class TermManager : public TermFactory {
   // See 'family_loop.h'.
   template <class Manager, class Action>
   static void for_each_family(Manager& manager, Action action);
+
+  heap::ReleaseAtEnd memory;
+  static constexpr size_t bytes_of_an_entry = 64;  // about: a symbol or type, with its tables
 
   // The stores. Terms point to symbols and symbols to types, so they are freed in the opposite
   // order.

@@ -14,6 +14,7 @@
 #include "quill/utils/guarded_table.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/scope_guard.h"
+#include "quill/utils/table_room.h"
 
 namespace quill {
 
@@ -67,6 +68,8 @@ class TypeTable {
   void erase_types(Doomed doomed) {
     erase_entries(types, [&](const auto& entry) { return doomed(entry.second); });
     erase_entries(keys, [&](const auto& entry) { return doomed(entry.first); });
+    give_back_room(types);
+    give_back_room(keys);
   }
 
   // Calls action(parameter, type) for each pair.

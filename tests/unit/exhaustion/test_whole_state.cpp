@@ -561,5 +561,18 @@ TEST(WholeState, AfterAFailedCollection) {
   });
 }
 
+// It would replace large tables by small ones, and does without where it cannot.
+TEST(WholeState, AfterACollectionThatHasNoMemoryForSmallerTables) {
+  fail_once_everywhere("gc of large tables", [](TermManager& m) {
+    Terms kept;
+    for (size_t i = 0; i < 950; i++) {  // enough for 2593 buckets
+      const Term_* number = m.make_number(i);
+      m.make_bv_add_symbol(1 + i);
+      if (i % 300 == 0) kept.push_back(number);
+    }
+    return [&m, kept] { m.gc(kept, {}, {}); };
+  });
+}
+
 }  // namespace
 }  // namespace quill::testing
