@@ -6,10 +6,10 @@
 //   handle := slab number << 13 | offset within the slab in words of 8 bytes
 //
 // so that a handle is turned into an address by one look at the directory, and memory is bounded by
-// 2^19 slabs (32 GiB of nodes in full slabs). The slabs of one arity double in size up to 64 KiB; a
-// slab that is given back halves the size of the next one. A large node, of more than
-// max_slab_arity arguments, has a slab of its own. Once there are some megabytes of nodes, slabs of
-// 64 KiB lie in huge pages (slab_regions.h).
+// 2^19 slabs (32 GiB of nodes in full slabs, or half a million large nodes). The slabs of one arity
+// double in size up to 64 KiB; a slab that is given back halves the size of the next one. A large
+// node, of more than max_slab_arity arguments, has a slab of its own. Once there are some megabytes
+// of nodes, slabs of 64 KiB lie in huge pages (slab_regions.h).
 //
 // Free nodes keep their place: their symbol is null and their id field is the handle of the next
 // free node of the same arity. Under AddressSanitizer they are poisoned, so that the use of a freed
@@ -85,7 +85,6 @@ class NodeSlabs {
   static constexpr size_t word = 8;
   static constexpr uint32_t offset_bits = 13;
   static constexpr uint32_t offset_mask = (1u << offset_bits) - 1;
-  static constexpr size_t max_slabs = size_t{1} << (32 - offset_bits);
   static constexpr size_t first_slab_bytes = 1024;
   static constexpr size_t max_slab_bytes = word << offset_bits;
   static constexpr uint64_t max_slab_arity = 1022;  // nodes of 8 KiB
