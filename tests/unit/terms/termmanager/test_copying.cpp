@@ -700,5 +700,25 @@ TEST_F(Copying, AfterAFailedAllocationTheCopyCanBeRepeated) {
   EXPECT_GT(failures, 50U);
 }
 
+// Fresh variables are told apart by their names, which each manager numbers from 1.
+TEST(CopyingFreshVariables, OfBothManagersAreOneIfTheirTypesAre) {
+  TermManager a;
+  TermManager b;
+  const Term_* first = a.make_fresh_variable(a.get_int_type());
+  const Term_* second = a.make_fresh_variable(a.get_bv_type(8));
+  const Term_* own_first = b.make_fresh_variable(b.get_int_type());
+  const Term_* own_second = b.make_fresh_variable(b.get_rat_type());
+  EXPECT_EQ(b.copy_term(a, first), own_first);
+  EXPECT_THROW(b.copy_term(a, second), Exception);
+  EXPECT_EQ(b.check_consistency(), "");
+
+  // A map keeps them apart.
+  const Term_* third = b.make_fresh_variable(b.get_bv_type(8));
+  TermManager::TermMap map;
+  map[second] = third;
+  EXPECT_EQ(b.copy_term_with_subst(a, second, map), third);
+  EXPECT_NE(third, own_second);
+}
+
 }  // namespace
 }  // namespace quill
