@@ -701,7 +701,7 @@ TEST_F(Copying, AfterAFailedAllocationTheCopyCanBeRepeated) {
 }
 
 // Fresh variables are told apart by their names, which each manager numbers from 1.
-TEST(CopyingFreshVariables, OfBothManagersAreOneIfTheirTypesAre) {
+TEST(CopyingFreshVariables, OfBothManagersAreOneIfTheirNumbersAre) {
   TermManager a;
   TermManager b;
   const Term_* first = a.make_fresh_variable(a.get_int_type());
@@ -709,7 +709,8 @@ TEST(CopyingFreshVariables, OfBothManagersAreOneIfTheirTypesAre) {
   const Term_* own_first = b.make_fresh_variable(b.get_int_type());
   const Term_* own_second = b.make_fresh_variable(b.get_rat_type());
   EXPECT_EQ(b.copy_term(a, first), own_first);
-  EXPECT_THROW(b.copy_term(a, second), Exception);
+  EXPECT_EQ(b.copy_term(a, second), own_second);
+  EXPECT_THROW(b.copy_term(a, a.make_bv_not(second)), TermManager::error);
   EXPECT_EQ(b.check_consistency(), "");
 
   // A map keeps them apart.
