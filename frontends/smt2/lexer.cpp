@@ -116,7 +116,19 @@ bool Lexer::refill() {
   exhausted = input.gcount() == 0;
   end += input.gcount();
   *end = '\0';
-  return !exhausted;
+  if (!begun) skip_byte_order_mark();
+  return cursor != end;
+}
+
+void Lexer::skip_byte_order_mark() {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  begun = true;
+  if (std::string_view(cursor, static_cast<size_t>(end - cursor)).substr(0, mark.size()) != mark) {
+    return;
+  }
+  start = cursor += mark.size();
+  line_start = cursor - buffer.data();
+  if (cursor == end) refill();
 }
 
 // The byte before the cursor ended a line.

@@ -11,8 +11,9 @@
 // when they fill it. The NUL byte behind the end stops every loop over the bytes of a token, so
 // that these need not look for the end themselves.
 //
-// Bytes from 128 up are accepted in quoted symbols, strings and comments as they are, whether they
-// are UTF-8 or not; a NUL byte is accepted nowhere but in comments.
+// A UTF-8 byte-order mark at the start is passed over and has no column. Other bytes from 128 up
+// are accepted in quoted symbols, strings and comments as they are, whether they are UTF-8 or not;
+// a NUL byte is accepted nowhere but in comments.
 
 #ifndef FRONTENDS_SMT2_LEXER_H
 #define FRONTENDS_SMT2_LEXER_H
@@ -81,6 +82,7 @@ class Lexer {
   static constexpr int end_of_input = -1;
 
   bool refill();
+  void skip_byte_order_mark();
   int peek() {
     if (cursor == end && !refill()) return end_of_input;
     return static_cast<unsigned char>(*cursor);
@@ -105,6 +107,7 @@ class Lexer {
   char* cursor;
   char* end;
   bool exhausted = false;
+  bool begun = false;  // whether anything was read
   // Where the next byte stands: in this line, whose first byte is (or was, in bytes that are gone)
   // at this place of the buffer.
   uint64_t line = 1;

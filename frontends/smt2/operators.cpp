@@ -150,11 +150,14 @@ constexpr bool complete() {
   for (size_t i = 0; i < std::size(table); ++i) {
     if (i != 0 && std::string_view(table[i - 1].name) >= table[i].name) return false;
     if (table[i].min_args > table[i].max_args) return false;
-    if (!has_row(theory_symbols, table[i].name)) return false;
+    const TheoryName* row = find_theory_symbol(table[i].name);
+    if (row == nullptr || row->indexed != (table[i].num_indices != 0)) return false;
   }
   return true;
 }
-static_assert(complete(), "the rows ascend by name, and a theory or readers have each name");
+static_assert(
+    complete(),
+    "the rows ascend by name; a theory or readers have each name, with indices or without");
 
 std::string count_of(size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);

@@ -33,9 +33,7 @@ class TermReader {
   const Binding* named_term_here() const;
 
   // Whether a theory of the logic gives the name a meaning, so that it cannot be declared.
-  bool is_reserved(const Name& name) const {
-    return name.theory != nullptr && builder.logic.has(name.theory->theory);
-  }
+  bool is_reserved(const Name& name) const { return is_of_theory(name) && !name.theory->indexed; }
 
   // The manager's spelling of a name.
   std::string stored_name(std::string_view name) const;
@@ -55,9 +53,13 @@ class TermReader {
     return !token.quoted && smt2::is_reserved(name.construct);
   }
 
+  bool is_of_theory(const Name& name) const {
+    return name.theory != nullptr && builder.logic.has(name.theory->theory);
+  }
+
   // Whether the name, unless it is declared, is an operator, reserved or not.
   bool has_operator(const Name& name) const {
-    if (is_reserved(name)) return true;
+    if (is_of_theory(name)) return true;
     if (name.theory_operator == nullptr) return false;
     return builder.logic.has(name.theory->readers) ||
            (name.theory_operator->spells_constants && builder.logic.has(Theory::FLOATING_POINT));

@@ -38,6 +38,21 @@ TEST(Lexer, SplitsACommand) {
                                            {TokenKind::CLOSE, ""}}));
 }
 
+TEST(Lexer, PassesOverAByteOrderMarkAtTheStart) {
+  const std::string mark = "\xEF\xBB\xBF";
+  EXPECT_EQ(tokens_of(mark + "a"), (Tokens{{TokenKind::SYMBOL, "a"}}));
+  EXPECT_EQ(tokens_of(mark), Tokens());
+  EXPECT_EQ(error_of(mark + "'"),
+            "1:1: an apostrophe stands outside of |quoted symbols| and strings");
+  EXPECT_EQ(error_of(mark + "a\n'"),
+            "2:1: an apostrophe stands outside of |quoted symbols| and strings");
+  const std::string elsewhere =
+      "the byte 0xEF stands outside of |quoted symbols|, strings and comments";
+  EXPECT_EQ(error_of(mark + mark), "1:1: " + elsewhere);
+  EXPECT_EQ(error_of(" " + mark), "1:2: " + elsewhere);
+  EXPECT_EQ(error_of("\xEF\xBB"), "1:1: " + elsewhere);
+}
+
 TEST(Lexer, ReadsEveryKindOfToken) {
   EXPECT_EQ(tokens_of("a |b c| :k 0 12 1.50 #b01 #xaF \"s\""),
             (Tokens{{TokenKind::SYMBOL, "a"},

@@ -40,6 +40,50 @@ INSTANTIATE_TEST_SUITE_P(
                     "get-unsat-core", "get-value", "pop", "push", "reset", "reset-assertions",
                     "set-info", "set-logic", "set-option"));
 
+class IndexedOperators : public testing::TestWithParam<const char*> {};
+
+TEST_P(IndexedOperators, AreFreeNamesWithoutIndices) {
+  const std::string name = GetParam();
+  for (const std::string logic :
+       {"", "(set-logic ALL)\n", "(set-logic QF_UFBV)\n", "(set-logic QF_FP)\n",
+        "(set-logic QF_UFLIA)\n", "(set-logic QF_S)\n"}) {
+    const std::string uses = logic + "(declare-const " + name + " Bool)(assert " + name + ")";
+    const std::string text = printed(uses);
+    EXPECT_NE(text, "");
+    EXPECT_EQ(printed(text), text);
+    EXPECT_EQ(
+        error_of(logic + "(declare-fun " + name + " (Bool) Bool)(assert (" + name + " true))"), "");
+    EXPECT_EQ(
+        error_of(logic + "(define-fun " + name + " ((a Bool)) Bool a)(assert (" + name + " true))"),
+        "");
+    EXPECT_EQ(error_of(logic + "(define-const " + name + " Bool true)(assert " + name + ")"), "");
+    EXPECT_EQ(error_of(logic + "(assert (! true :named " + name + "))(assert " + name + ")"), "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, IndexedOperators,
+                         testing::Values("+oo", "+zero", "-oo", "-zero", "NaN", "char", "divisible",
+                                         "extract", "fp.to_sbv", "fp.to_ubv", "int2bv", "int_to_bv",
+                                         "nat2bv", "re.^", "re.loop", "repeat", "rotate_left",
+                                         "rotate_right", "sign_extend", "to_fp", "to_fp_unsigned",
+                                         "zero_extend"));
+
+TEST(Names, OfIndexedOperatorsLeaveTheOperatorsAlone) {
+  EXPECT_EQ(printed("(set-logic QF_BV)\n(declare-const extract (_ BitVec 8))\n"
+                    "(assert (= ((_ extract 3 0) extract) #x0))\n"),
+            "(set-logic QF_BV)\n(declare-const quill!extract (_ BitVec 8))\n"
+            "(assert (= ((_ extract 3 0) quill!extract) (_ bv0 4)))\n");
+  EXPECT_EQ(printed("(declare-const divisible Bool)(declare-const i Int)"
+                    "(assert (= divisible ((_ divisible 2) i)))"),
+            "(declare-const quill!divisible Bool)\n(declare-const i Int)\n"
+            "(assert (= quill!divisible (= i (* 2 (div i 2)))))\n");
+}
+
+TEST(Names, OfIndexedOperatorsAreKeptInLogicsWithoutThem) {
+  const std::string text = "(set-logic QF_UF)\n(declare-const extract Bool)\n(assert extract)\n";
+  EXPECT_EQ(printed(text), text);
+}
+
 TEST(Names, OfNumeralsAreNoNumerals) {
   TermManager m;
   const Script script = read_text(
