@@ -11,9 +11,11 @@
 
 #include "quill/printers/smtlib2_names.h"
 #include "quill/terms/termmanager/ownership.h"
+#include "quill/utils/bv_number.h"
 #include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/hash_map.h"
+#include "quill/utils/ieee_float.h"
 
 namespace quill {
 
@@ -243,6 +245,81 @@ void print_number(std::ostream& out, const QNumber& value, bool as_real) {
     out << text << (as_real ? ".0" : "");
   }
   if (negative) out << ')';
+}
+
+bool print_fp_special(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
+  if (e == 0 || m == 0) return false;
+  const auto print = [&](const char* name) {
+    out << "(_ " << name << ' ' << std::to_string(e) << ' ' << significand_text(m) << ')';
+    return true;
+  };
+  size_t significant = 0;
+  if (!count_bits(bits, significant)) return false;
+  if (significant == 0) return print("+zero");
+  // An infinity or a NaN has ones for the bits of its exponent, a zero its sign alone.
+  if (significant < e + m || significant > e + m + 1) return false;
+  QNumber sign;
+  BVNumber::pow2(e + m, &sign);
+  if (bits == sign) return print("-zero");
+  IEEEFloat value({e, m}, IEEEFloat::ROUND_EVEN);
+  value.self_inf(/*negative=*/false);
+  if (bits == value.get_bits()) return print("+oo");
+  value.self_inf(/*negative=*/true);
+  if (bits == value.get_bits()) return print("-oo");
+  value.self_nan();
+  return bits == value.get_bits() && print("NaN");
+}
+
+namespace {
+
+// The digits behind the point of the fraction, if there is an end to them.
+bool has_last_digit(mpz_srcptr denominator, mp_bitcnt_t& digits) {
+  GmpInteger rest;
+  GmpInteger five;
+  const mp_bitcnt_t twos = mpz_scan1(denominator, 0);
+  mpz_tdiv_q_2exp(rest, denominator, twos);
+  mpz_set_ui(five, 5);
+  digits = std::max(twos, mpz_remove(rest, rest, five));
+  return mpz_cmp_ui(static_cast<mpz_srcptr>(rest), 1) == 0;
+}
+
+// A fraction that is not negative, as 0.5.
+std::string decimal_text(mpz_srcptr numerator, mpz_srcptr denominator, mp_bitcnt_t digits) {
+  GmpInteger scaled;
+  mpz_ui_pow_ui(scaled, 10, digits);
+  mpz_mul(scaled, scaled, numerator);
+  mpz_divexact(scaled, scaled, denominator);
+  std::string text = QNumber(scaled).to_str();
+  if (text.size() <= digits) text.insert(0, digits + 1 - text.size(), '0');
+  text.insert(text.size() - digits, ".");
+  return text;
+}
+
+}  // namespace
+
+void print_real_value(std::ostream& out, const QNumber& value) {
+  const std::string text = value.to_str();
+  const size_t bar = text.find('/');
+  const std::string numerator = text.substr(0, bar);
+  const std::string denominator = bar == std::string::npos ? "1" : text.substr(bar + 1);
+  if (numerator[0] == '-') {
+    out << "(/ (- " << std::string_view(numerator).substr(1) << ") " << denominator << ')';
+    return;
+  }
+  if (bar == std::string::npos) {
+    out << numerator << ".0";
+    return;
+  }
+  GmpInteger n;
+  GmpInteger d;
+  mpz_set_str(n, numerator.c_str(), 10);
+  mpz_set_str(d, denominator.c_str(), 10);
+  mp_bitcnt_t digits = 0;
+  if (has_last_digit(d, digits)) {
+    out << decimal_text(n, d, digits);
+  } else {
+    out << "(/ " << numerator << ' ' << denominator << ')';
+  }
 }
 
 }  // namespace quill

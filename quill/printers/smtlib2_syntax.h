@@ -60,8 +60,16 @@ bool print_bv_value(std::ostream& out, const QNumber& value, size_t width);
 // part of no bits. More than 2^32 bits are refused with std::bad_alloc.
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m);
 
+// Writes an infinity, a zero and the NaN that IEEEFloat makes by their names: (_ +oo 5 11). False,
+// and nothing is written, for other bits.
+bool print_fp_special(std::ostream& out, const QNumber& bits, size_t e, size_t m);
+
 // Writes an integer as 3 or (- 3); with as_real, any rational: 3.0, (- 3.0), (/ 1.0 3.0).
 void print_number(std::ostream& out, const QNumber& value, bool as_real);
+
+// Writes a rational without the application of an operator to anything but integers: 3.0 and 0.5
+// where the digits end, otherwise (/ 1 3), (/ (- 1) 2) and (/ (- 3) 1).
+void print_real_value(std::ostream& out, const QNumber& value);
 
 }  // namespace quill
 

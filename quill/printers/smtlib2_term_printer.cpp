@@ -16,7 +16,8 @@ SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printe
                                        const std::string& let_names, const std::string& renamed,
                                        bool share_by_let, const Annotations* annotations_of_terms)
     : SmtLibTermPrinter(owner, choices, let_names, renamed),
-      with_abs(logic.is_nonlinear()),
+      // The standard has them over Int: strict readers do not know the name in logics of reals.
+      with_abs(logic.is_nonlinear() && logic.has(Theory::INTS)),
       share(share_by_let),
       annotations(annotations_of_terms) {
   require_own_annotations();
@@ -320,13 +321,13 @@ void SmtLib2TermPrinter::print_tree(TextBuffer& out, OpenTerms& open, LetPlan::O
     } else {
       out << ' ';
     }
-    begin(out, open, operand, form.operand(i).expected, choices);
+    begin(out, open, operand, form.operand(i).expected, choices, form.asks_for_value());
   }
 }
 
 // Writes a term up to its first operand, or the whole of a term that has none or is bound.
 void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, LetPlan::Operand operand,
-                               const DataType* expected, const Choices& choices) {
+                               const DataType* expected, const Choices& choices, bool as_value) {
   const Term_* t = choices.plan.term(operand);
   const bool has_lets_of_its_own =
       choices.above != nullptr && operand.is_node() && (*choices.above)[operand.number()] == 0;
@@ -350,7 +351,8 @@ void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, LetPlan::Operan
   } else if (has_lets_of_its_own) {
     print_unannotated(out, t, expected);
   } else if (operand.is_constant()) {
-    out << texts->of(t->symbol, expected == manager.get_rat_type());
+    const bool as_real = expected == manager.get_rat_type();
+    out << (as_value ? texts->of_value(t->symbol, as_real) : texts->of(t->symbol, as_real));
   } else {
     const size_t height = open.size();
     open_applications(out, open, operand.number(), choices);

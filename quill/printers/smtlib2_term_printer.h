@@ -129,7 +129,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   void print_tree(TextBuffer& out, OpenTerms& open, LetPlan::Operand root, const DataType* expected,
                   const Choices& choices);
   void begin(TextBuffer& out, OpenTerms& open, LetPlan::Operand operand, const DataType* expected,
-             const Choices& choices);
+             const Choices& choices, bool as_value = false);
   void open_applications(TextBuffer& out, OpenTerms& open, uint32_t node, const Choices& choices);
   void close_application(TextBuffer& out, const OpenTerm& closed, const LetPlan& plan) const;
   void finish(TextBuffer& out, const Term_* t, bool annotated, bool to_real) const;

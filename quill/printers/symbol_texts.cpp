@@ -29,6 +29,29 @@ const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
   return texts[as_real][s] = text.str();
 }
 
+const std::string& SymbolTexts::of_value(const Symbol* s, bool as_real) {
+  const auto found = values[as_real].find(s);
+  if (found != values[as_real].end()) return found->second;
+  text.clear();
+  text.str(std::string());
+  return values[as_real][s] = write_value(s, as_real) ? text.str() : of(s, as_real);
+}
+
+// False, and nothing is written, when values are written as they are elsewhere.
+bool SymbolTexts::write_value(const Symbol* s, bool as_real) {
+  QNumber value;
+  size_t e = 0;
+  size_t m = 0;
+  if (!manager.is_number(s, &value)) return false;
+  if (manager.is_fp_type(s->type, &e, &m)) return print_fp_special(text, value, e, m);
+  if (s->type != manager.get_rat_type() && (s->type != manager.get_int_type() || !as_real)) {
+    return false;
+  }
+  if (s->type == manager.get_int_type() && !value.is_integer()) return false;
+  print_real_value(text, value);
+  return true;
+}
+
 void SymbolTexts::write_theory_head(const SmtLib2Operator& op, const Symbol* s) {
   size_t first = 0;
   size_t second = 0;

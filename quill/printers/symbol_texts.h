@@ -26,11 +26,18 @@ class SymbolTexts {
   // The text of a symbol; that of an integer where a Real is expected has a point.
   const std::string& of(const Symbol* s, bool as_real = false);
 
+  // The same for the value of a constant array. Some readers ask for a value there, not for a term,
+  // and take neither a negation nor a quotient of decimals nor the parts of a float for one: a
+  // rational is written as 0.5, (/ 1 3) or (/ (- 1) 2), and infinities, zeros and the NaN of the
+  // manager by their names.
+  const std::string& of_value(const Symbol* s, bool as_real);
+
  private:
   using Texts = hsh::HashMap<const Symbol*, std::string>;
 
   void write_constant(const Symbol* s, bool as_real);
   bool write_numeral(const Symbol* s, bool as_real);
+  bool write_value(const Symbol* s, bool as_real);
   void write_theory_head(const SmtLib2Operator& op, const Symbol* s);
   void write_head(const Symbol* function);
   const char* rounding_mode(const Symbol* s) const;
@@ -44,7 +51,8 @@ class SymbolTexts {
     const std::string* text = nullptr;
   };
 
-  std::array<Texts, 2> texts;  // the second one where Real is expected
+  std::array<Texts, 2> texts;   // the second one where Real is expected
+  std::array<Texts, 2> values;  // the same in constant arrays
   std::array<Latest, 2> latest;
   TextStream text;  // of the symbol at hand
 };

@@ -83,6 +83,7 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_a
     : term(t), tag(static_cast<uint8_t>(operator_tag(manager, t->symbol))) {
   static_assert(std::size(smtlib2_operators) <= UINT8_MAX);
   const DataType* type = t->symbol->type;
+  takes_reals = asks_for_value();
   for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
     takes_reals = type->get_component(i) == manager.get_rat_type();
   }

@@ -93,6 +93,9 @@ struct WrittenForm {
     return kind == Application && !takes_reals && tag != SymbolTag::INT_MODULAR_CONGRUENCE;
   }
 
+  // Whether its operand, if it is a constant, has to be spelled such that readers see a value.
+  bool asks_for_value() const { return tag == SymbolTag::ARRAY_CONST; }
+
   // Whether it is a congruence with every operand under its own mod.
   bool has_modulus() const {
     return kind == Application && op() != nullptr && op()->head == SmtLib2Head::MODULUS;
@@ -116,7 +119,7 @@ struct WrittenForm {
   const Term_* term;
   uint8_t tag;  // of the operator that its symbol is written as
   Kind kind = Application;
-  bool takes_reals = false;  // whether some place, or the whole, is of type Real
+  bool takes_reals = false;  // whether some place, or the whole, is of type Real or holds a value
 
  private:
   friend class WrittenForms;

@@ -236,5 +236,55 @@ TEST_F(Arrays, ConstIsFreeInLogicsWithArrays) {
             "(set-logic QF_AX)\n(declare-fun quill!const () Bool)\n(assert quill!const)\n");
 }
 
+// The line that asserts an equation with a constant array of this value; it reads back to itself.
+std::string written_value(const std::string& element, const std::string& value) {
+  const std::string sort = "(Array Int " + element + ")";
+  const std::string text = printed("(declare-const a " + sort + ")(assert (= a ((as const " + sort +
+                                   ") " + value + ")))");
+  EXPECT_EQ(printed(text), text);
+  const std::string head = "(assert (= a ((as const " + sort + ") ";
+  const size_t start = text.find(head);
+  if (start == std::string::npos) return text;
+  return text.substr(start + head.size(), text.size() - start - head.size() - 4);
+}
+
+// Readers ask for values there, and take neither (/ 1.0 2.0) nor (- 0.5) nor (fp ...) for one.
+TEST_F(Arrays, OfARationalHaveItSpelledAsAValue) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"0.5", "0.5"},
+      {"(/ 1.0 2.0)", "0.5"},
+      {"(/ 1 20)", "0.05"},
+      {"1.250", "1.25"},
+      {"(/ 1 3)", "(/ 1 3)"},
+      {"(/ 7.0 6.0)", "(/ 7 6)"},
+      {"(- 0.5)", "(/ (- 1) 2)"},
+      {"(- (/ 1 3))", "(/ (- 1) 3)"},
+      {"(- 2.0)", "(/ (- 2) 1)"},
+      {"0.0", "0.0"},
+      {"7.0", "7.0"},
+      {"123456789012345678901234567890.5", "123456789012345678901234567890.5"},
+      {"(- 123456789012345678901234567890.0)", "(/ (- 123456789012345678901234567890) 1)"},
+      {"(! 0.5 :named h)", "(! 0.5 :named h)"},
+  };
+  for (const auto& [value, text] : cases) EXPECT_EQ(written_value("Real", value), text);
+  EXPECT_EQ(written_value("Int", "(- 5)"), "(- 5)");
+  EXPECT_EQ(written_value("(Array Int Real)", "((as const (Array Int Real)) (- 0.5))"),
+            "((as const (Array Int Real)) (/ (- 1) 2))");
+  EXPECT_EQ(written_value("Real", "(+ 0.5 0.5)"), "(+ (/ 1.0 2.0) (/ 1.0 2.0))");
+}
+
+TEST_F(Arrays, OfAFloatHaveItSpelledAsAValueWhereItHasAName) {
+  const std::string sort = "(_ FloatingPoint 5 11)";
+  for (const std::string value :
+       {"(_ +oo 5 11)", "(_ -oo 5 11)", "(_ +zero 5 11)", "(_ -zero 5 11)", "(_ NaN 5 11)"}) {
+    EXPECT_EQ(written_value(sort, value), value);
+  }
+  for (const std::string value :
+       {"(fp #b0 #b01111 #b0000000000)", "(fp #b1 #b11111 #b1000000000)",
+        "(fp #b0 #b11111 #b0000000001)", "(fp #b1 #b00000 #b0000000001)"}) {
+    EXPECT_EQ(written_value(sort, value), value);
+  }
+}
+
 }  // namespace
 }  // namespace quill::smt2

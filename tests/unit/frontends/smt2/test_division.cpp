@@ -45,9 +45,20 @@ TEST(Division, AbsIsAnIfThenElse) {
             "(= x (ite (<= 0.0 (- 3.0)) (- 3.0) (* (- 1.0) (- 3.0))))");
 }
 
-TEST(Division, AbsIsWrittenAsSuchInNonlinearLogics) {
-  EXPECT_EQ(asserted("(set-logic QF_NRA)(declare-const x Real)(assert (= x (abs (* x x))))"),
-            "(= x (abs (* x x)))");
+TEST(Division, AbsIsWrittenAsSuchInNonlinearLogicsOfIntegers) {
+  const std::string squares = "(declare-const i Int)(assert (= i (abs (* i i))))";
+  EXPECT_EQ(asserted("(set-logic QF_NIA)" + squares), "(= i (abs (* i i)))");
+  EXPECT_EQ(asserted("(set-logic QF_UFNIA)" + squares), "(= i (abs (* i i)))");
+  EXPECT_EQ(asserted("(set-logic QF_NIRA)" + squares), "(= i (abs (* i i)))");
+}
+
+TEST(Division, AbsIsUnknownInLogicsOfReals) {
+  const std::string reals = "(declare-const x Real)(assert (= x (ite (<= 0.0 x) x (- x))))";
+  const std::string written = "(= x (ite (<= 0.0 x) x (- x)))";
+  EXPECT_EQ(asserted("(set-logic QF_NRA)" + reals), written);
+  EXPECT_EQ(asserted("(set-logic QF_UFNRA)" + reals), written);
+  EXPECT_EQ(asserted("(set-logic QF_NRA)(declare-const x Real)(assert (= x (abs x)))"), written);
+  EXPECT_EQ(asserted("(set-logic QF_NIRA)" + reals), "(= x (abs x))");
 }
 
 TEST(Division, ConstantsAreWhatHasAValue) {
