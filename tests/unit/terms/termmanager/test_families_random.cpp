@@ -456,15 +456,15 @@ class RandomCalls {
 
 TEST(FamiliesRandom, CallsGiveWhatTheModelSays) {
   RandomCalls calls(20240611, Compare::Sizes);
-  for (int i = 0; i < 120000; i++) ASSERT_TRUE(calls.step()) << "call " << i;
+  for (int i = 0; i < 60000; i++) ASSERT_TRUE(calls.step()) << "call " << i;
   EXPECT_EQ(calls.m.check_consistency(), "");
 
   // The calls were worth making: each builder was refused as well as granted, and terms were
   // shared.
   size_t successes = 0;
   for (const Operator& op : operators()) {
-    EXPECT_GT(calls.successes[op.operation], 250U) << op.operation;
-    EXPECT_GT(calls.refusals[op.operation], 100U) << op.operation;
+    EXPECT_GT(calls.successes[op.operation], 120U) << op.operation;
+    EXPECT_GT(calls.refusals[op.operation], 50U) << op.operation;
     successes += calls.successes[op.operation];
   }
   EXPECT_LT(calls.model.num_terms + 1000, successes);
@@ -478,14 +478,14 @@ TEST(FamiliesRandom, CallsGiveWhatTheModelSays) {
 TEST(FamiliesRandom, RefusedAndFailedCallsChangeNothing) {
   size_t clashes = 0;
   size_t failures = 0;
-  for (uint32_t seed = 1; seed <= 8; seed++) {
+  for (uint32_t seed = 1; seed <= 5; seed++) {
     RandomCalls calls(seed, Compare::WholeState);
     for (int i = 0; i < 300; i++) ASSERT_TRUE(calls.step()) << "seed " << seed << ", call " << i;
     clashes += calls.clashes;
     failures += calls.failures;
   }
-  EXPECT_GT(clashes, 30U);
-  EXPECT_GT(failures, 100U);
+  EXPECT_GT(clashes, 15U);
+  EXPECT_GT(failures, 60U);
 }
 
 TEST(FamiliesRandom, EverySymbolIsFoundByItsName) {
