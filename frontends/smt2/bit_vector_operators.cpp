@@ -111,7 +111,21 @@ Value build_int_to_bv(TermBuilder& b, const Application& a) {
   const DataType* sort = b.sorts.bit_vector(b.index(a, 0), a.position);
   size_t width = 0;
   b.manager.is_bv_type(sort, &width);
+  // The value of a bit-vector becomes that bit-vector in another width.
+  const Symbol* operand = a.args[0].term->symbol;
+  if (!b.manager.is_int_from_ubv(operand, nullptr) &&
+      !b.manager.is_int_from_sbv(operand, nullptr)) {
+    b.budget.spend_conversion(width, a.position);
+  }
   return {b.manager.make_int_to_bv(width, a.args[0].term), sort};
+}
+
+// The sign of a number of a few words costs no more than its text.
+Value build_sbv_to_int(TermBuilder& b, const Application& a) {
+  constexpr uint64_t few = 64;
+  const uint64_t width = b.expect_bit_vector(a, 0);
+  if (width > few) b.budget.spend_conversion(width, a.position);
+  return value_of_bits(b.manager.make_int_from_sbv(a.args[0].term));
 }
 
 }  // namespace quill::smt2

@@ -47,6 +47,7 @@ Value build_bv_rotate_right(TermBuilder& b, const Application& a);
 Value build_bv_umulo(TermBuilder& b, const Application& a);
 Value build_bv_smulo(TermBuilder& b, const Application& a);
 Value build_int_to_bv(TermBuilder& b, const Application& a);
+Value build_sbv_to_int(TermBuilder& b, const Application& a);
 
 }  // namespace quill::smt2
 

@@ -59,6 +59,7 @@ Value build_equal(TermBuilder& b, const Application& a) {
 
 Value build_distinct(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_common(a, 0);
+  b.budget.spend_distinct(a.args.size(), a.position);
   std::vector<const Term_*>& pairs = b.fresh_terms();
   for (size_t i = 0; i < a.args.size(); ++i) {
     for (size_t j = i + 1; j < a.args.size(); ++j) {

@@ -26,7 +26,7 @@ const Term_* from_constant(TermBuilder& b, const Application& a, IEEEFloat::form
     throw ParseError(a.position, "unsupported: 'to_fp' of " + what +
                                      " under a rounding mode that is not a constant");
   }
-  expect_spellable(a, format);
+  expect_spellable(b, a, format);
   return b.manager.make_fp_rat_number(value, format.e, format.m, mode);
 }
 
@@ -75,7 +75,7 @@ Value build_fp_to_ubv(TermBuilder& b, const Application& a) {
   if (width > ~uint64_t{0} - 2) b.reject(a, "has a width that is too large");
   expect_rounding_mode(b, a);
   const IEEEFloat::format format = expect_float(b, a, 1);
-  expect_spellable(a, format);
+  expect_spellable(b, a, format, /*count=*/2);  // the bounds of what is defined
   const Symbol* function =
       b.undefined_functions.get(undefined_fp_to_ubv_name(format.e, format.m, width),
                                 undefined_fp_to_ubv_type(b.manager, format.e, format.m, width));

@@ -37,9 +37,14 @@ IEEEFloat::format format_from_indices(TermBuilder& b, const Application& a) {
   return {e, s - 1};
 }
 
-void expect_spellable(const Application& a, IEEEFloat::format format) {
+void expect_spellable(TermBuilder& b, const Application& a, IEEEFloat::format format,
+                      uint64_t count) {
   // No sum wraps: all bits of a format together have a width.
-  if (format.e + format.m + 1 <= max_constant_bits) return;
+  const uint64_t bits = format.e + format.m + 1;
+  if (bits <= max_constant_bits) {
+    b.budget.spend_floats(count, bits, a.position);
+    return;
+  }
   throw ParseError(a.position, "unsupported: floating-point constants of more than " +
                                    std::to_string(max_constant_bits) + " bits");
 }
@@ -56,7 +61,7 @@ Value build_fp(TermBuilder& b, const Application& a) {
     return b.manager.is_number(part.term->symbol, nullptr);
   };
   if (is_literal(a.args[0]) && is_literal(a.args[1]) && is_literal(a.args[2])) {
-    expect_spellable(a, {e, m});
+    expect_spellable(b, a, {e, m});
   }
   return value_of_float(
       make_fp_from_parts(b.manager, a.args[0].term, a.args[1].term, a.args[2].term));

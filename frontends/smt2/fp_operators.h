@@ -39,7 +39,8 @@ IEEEFloat::format format_from_indices(TermBuilder& b, const Application& a);
 
 // The same for a format whose constants are to be made: they must not take more time and memory
 // than a short input can be trusted to mean.
-void expect_spellable(const Application& a, IEEEFloat::format format);
+void expect_spellable(TermBuilder& b, const Application& a, IEEEFloat::format format,
+                      uint64_t count = 1);
 
 // A value of the type of its term.
 Value value_of_float(const Term_* term);
@@ -56,7 +57,7 @@ Value build_rounding(TermBuilder& b, const Application&) {
 template <auto make>
 Value build_fp_special(TermBuilder& b, const Application& a) {
   const auto [e, m] = format_from_indices(b, a);
-  expect_spellable(a, {e, m});
+  expect_spellable(b, a, {e, m});
   return value_of_float(std::invoke(make, b.manager, e, m));
 }
 

@@ -131,7 +131,7 @@ constexpr Operator table[] = {
     {"roundTowardNegative",    0, 0, 0,          build_rounding<&M::make_fprounding_minus_inf>},
     {"roundTowardPositive",    0, 0, 0,          build_rounding<&M::make_fprounding_plus_inf>},
     {"roundTowardZero",        0, 0, 0,          build_rounding<&M::make_fprounding_zero>},
-    {"sbv_to_int",             0, 1, 1,          build_bv_unary<&M::make_int_from_sbv>},
+    {"sbv_to_int",             0, 1, 1,          build_sbv_to_int},
     {"select",                 0, 2, 2,          build_select},
     {"sign_extend",            1, 1, 1,          build_bv_sign_extend},
     {"store",                  0, 3, 3,          build_store},

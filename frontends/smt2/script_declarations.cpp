@@ -201,7 +201,10 @@ void ScriptReader::read_define_fun(Command& command) {
   Macro macro = read_parameters();
   const DataType* sort = sort_reader.read();
   term_reader.forbidden_in_named = macro.placeholders;
+  const Expansion before = builder.budget.spent();
   macro.body = read_body(sort);
+  const Expansion& after = builder.budget.spent();
+  macro.expansion = {after.pairs - before.pairs, after.bits - before.bits};
   term_reader.forbidden_in_named.clear();
   scopes.unbind_locals(first_local);
   require_unbound(name, command.text, position);

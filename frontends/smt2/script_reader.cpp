@@ -58,7 +58,7 @@ ScriptReader::ScriptReader(std::istream& input, TermManager& term_manager,
       scopes(term_manager),
       sorts(term_manager),
       sort_reader(lexer, term_manager, scopes, sorts, logic),
-      builder(term_manager, scopes, sorts, logic),
+      builder(term_manager, scopes, sorts, logic, read_options),
       term_reader(lexer, scopes, sort_reader, builder) {}
 
 Script ScriptReader::read() {

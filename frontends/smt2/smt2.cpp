@@ -46,7 +46,7 @@ const Term_* read_term(std::string_view text, TermManager& manager) {
   Scopes scopes(manager);
   TheorySorts sorts(manager);
   SortReader sort_reader(lexer, manager, scopes, sorts, logic);
-  TermBuilder builder(manager, scopes, sorts, logic);
+  TermBuilder builder(manager, scopes, sorts, logic, ReadOptions());
   TermReader reader(lexer, scopes, sort_reader, builder);
   reader.use_signature = true;
   try {

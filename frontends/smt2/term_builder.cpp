@@ -8,11 +8,12 @@
 namespace quill::smt2 {
 
 TermBuilder::TermBuilder(TermManager& term_manager, Scopes& scopes, TheorySorts& theories,
-                         const Logic& script_logic)
+                         const Logic& script_logic, const ReadOptions& options)
     : manager(term_manager),
       sorts(theories),
       logic(script_logic),
       undefined_functions(term_manager, scopes),
+      budget(options),
       bool_type(term_manager.get_bool_type()),
       int_type(term_manager.get_int_type()),
       real_type(term_manager.get_rat_type()),

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "frontends/smt2/expansion_budget.h"
 #include "frontends/smt2/lexer.h"
 #include "frontends/smt2/operators.h"
 #include "frontends/smt2/scopes.h"
@@ -26,7 +27,7 @@ namespace quill::smt2 {
 class TermBuilder {
  public:
   TermBuilder(TermManager& term_manager, Scopes& scopes, TheorySorts& theories,
-              const Logic& script_logic);
+              const Logic& script_logic, const ReadOptions& options);
   TermBuilder(const TermBuilder&) = delete;
   TermBuilder& operator=(const TermBuilder&) = delete;
 
@@ -34,6 +35,7 @@ class TermBuilder {
   TheorySorts& sorts;
   const Logic& logic;  // the one in force, which set-logic and reset change
   UndefinedFunctions undefined_functions;
+  ExpansionBudget budget;
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;

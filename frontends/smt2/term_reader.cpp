@@ -257,6 +257,7 @@ Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
     }
     arguments.push_back(argument.term);
   }
+  builder.budget.spend(macro.expansion, frame.position);
   return {manager.substitute(macro.body.term, macro.placeholders, arguments), macro.body.sort};
 }
 

@@ -8,6 +8,7 @@
 #ifndef FRONTENDS_SMT2_VALUE_H
 #define FRONTENDS_SMT2_VALUE_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,12 @@ struct NamedTerm {
   const Term_* term = nullptr;
 };
 
+// What a term has more than its text: see expansion_budget.h.
+struct Expansion {
+  uint64_t pairs = 0;
+  uint64_t bits = 0;
+};
+
 // A function defined with parameters. The body is a term over placeholders, constants that have no
 // name; a use replaces them by its arguments.
 struct Macro {
@@ -35,6 +42,7 @@ struct Macro {
   std::vector<const Term_*> placeholders;
   std::vector<const DataType*> sorts;
   Value body;
+  Expansion expansion;  // of the body, which each use has again
 };
 
 }  // namespace quill::smt2
