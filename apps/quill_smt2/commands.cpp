@@ -16,6 +16,7 @@
 
 #include "apps/quill_smt2/progress.h"
 #include "frontends/smt2/smt2.h"
+#include "frontends/smt2/sort_text.h"
 #include "quill/utils/text_stream.h"
 
 namespace quill::smt2::app {
@@ -25,15 +26,16 @@ namespace {
 std::string describe_errno(int code) { return std::generic_category().message(code); }
 
 // With a line of progress, if somebody is there to see it. A size of 0 is not known.
-Script read_watched(std::istream& input, uint64_t size, TermManager& manager) {
-  if (isatty(STDERR_FILENO) == 0) return read(input, manager);
+Script read_watched(std::istream& input, uint64_t size, TermManager& manager,
+                    const ReadOptions& options) {
+  if (isatty(STDERR_FILENO) == 0) return read(input, manager, options);
   ProgressBuffer progress(*input.rdbuf(), size, std::cerr);
   std::istream watched(&progress);
-  return read(watched, manager);
+  return read(watched, manager, options);
 }
 
-Script read_file(const std::string& file, TermManager& manager) {
-  if (file == "-") return read_watched(std::cin, 0, manager);
+Script read_file(const std::string& file, TermManager& manager, const ReadOptions& options) {
+  if (file == "-") return read_watched(std::cin, 0, manager, options);
   std::error_code ignored;  // what cannot be looked at cannot be opened either
   if (std::filesystem::is_directory(file, ignored)) throw Exception("is a directory");
   errno = 0;
@@ -43,7 +45,7 @@ Script read_file(const std::string& file, TermManager& manager) {
   }
   std::error_code no_file;  // but a pipe or a device
   const uintmax_t size = std::filesystem::file_size(file, no_file);
-  return read_watched(input, no_file ? 0 : size, manager);
+  return read_watched(input, no_file ? 0 : size, manager, options);
 }
 
 // The largest amount of memory that the process had so far.
@@ -59,6 +61,20 @@ std::string written(TermManager& manager, const Script& script, Configuration::D
   return std::move(text).str();
 }
 
+// What counts in a script that is to be written in the dialect.
+ReadOptions options_for(uint64_t max_expansion, Configuration::Dialect dialect) {
+  ReadOptions options;
+  options.max_pairs = max_expansion;
+  options.max_bits = max_expansion;
+  options.expands_conversions = dialect == Configuration::Dialect::Standard;
+  return options;
+}
+
+// The same for a script that is not written.
+ReadOptions options_for(uint64_t max_expansion) {
+  return options_for(max_expansion, Configuration::Dialect::Extensions);
+}
+
 // Where the name before the '=' of a setting ends; a name between bars may hold that sign.
 size_t end_of_name(const std::string& setting) {
   const size_t start = !setting.empty() && setting[0] == '|' ? setting.find('|', 1) : 0;
@@ -68,14 +84,22 @@ size_t end_of_name(const std::string& setting) {
 }
 
 // The constant and the term of a setting, over the symbols that the script has left declared.
-std::pair<const Term_*, const Term_*> read_setting(const std::string& setting,
-                                                   TermManager& manager) {
+std::pair<const Term_*, const Term_*> read_setting(const std::string& setting, TermManager& manager,
+                                                   const Script& script,
+                                                   const ReadOptions& options) {
   const size_t end = end_of_name(setting);
+  const std::string name = setting.substr(0, end);
   try {
-    const Term_* constant = read_term(setting.substr(0, end), manager);
-    const Term_* value = read_term(setting.substr(end + 1), manager);
+    const Term_* constant = read_term(name, manager, script, options);
+    const Term_* value = read_term(setting.substr(end + 1), manager, script, options);
     if (!manager.is_constant(constant->symbol)) {
       throw Exception("'" + setting + "' does not begin with the name of a constant");
+    }
+    const DataType* asked = constant->symbol->get_output_type();
+    const DataType* given = value->symbol->get_output_type();
+    if (!manager.is_subtype(given, asked)) {
+      throw Exception("in '" + setting + "': '" + name + "' has sort " + sort_text(manager, asked) +
+                      ", but the term has sort " + sort_text(manager, given));
     }
     return {constant, value};
   } catch (const ParseError& error) {
@@ -85,36 +109,41 @@ std::pair<const Term_*, const Term_*> read_setting(const std::string& setting,
 
 }  // namespace
 
-std::string print_script(const std::string& file, Configuration::Dialect dialect) {
+std::string print_script(const std::string& file, uint64_t max_expansion,
+                         Configuration::Dialect dialect) {
   TermManager manager;
-  const Script script = read_file(file, manager);
+  const Script script = read_file(file, manager, options_for(max_expansion, dialect));
   return written(manager, script, dialect);
 }
 
 std::string substitute_in_script(const std::string& file, const std::vector<std::string>& settings,
-                                 Configuration::Dialect dialect) {
+                                 uint64_t max_expansion, Configuration::Dialect dialect) {
+  const ReadOptions options = options_for(max_expansion, dialect);
   TermManager manager;
-  Script script = read_file(file, manager);
+  Script script = read_file(file, manager, options);
   TermManager::TermMap images;
   for (const std::string& setting : settings) {
-    const auto [constant, value] = read_setting(setting, manager);
-    images[constant] = value;
+    const auto [constant, value] = read_setting(setting, manager, script, options);
+    if (!images.insert({constant, value})) {
+      throw Exception("in '" + setting + "': the constant is set twice");
+    }
   }
   substitute(manager, script, images);
   return written(manager, script, dialect);
 }
 
-std::string copy_script(const std::string& file, Configuration::Dialect dialect) {
+std::string copy_script(const std::string& file, uint64_t max_expansion,
+                        Configuration::Dialect dialect) {
   TermManager manager;
-  const Script script = read_file(file, manager);
+  const Script script = read_file(file, manager, options_for(max_expansion, dialect));
   TermManager other;
   const Script copied = copy(manager, script, other);
   return written(other, copied, dialect);
 }
 
-std::string collection_report(const std::string& file) {
+std::string collection_report(const std::string& file, uint64_t max_expansion) {
   TermManager manager;
-  const Script script = read_file(file, manager);
+  const Script script = read_file(file, manager, options_for(max_expansion));
   const size_t terms = manager.get_bank()->size();
   const size_t symbols = manager.get_signature()->size();
   const size_t types = manager.get_universe()->size();
@@ -130,17 +159,18 @@ std::string collection_report(const std::string& file) {
   return std::move(text).str();
 }
 
-std::string collect_and_print(const std::string& file, Configuration::Dialect dialect) {
+std::string collect_and_print(const std::string& file, uint64_t max_expansion,
+                              Configuration::Dialect dialect) {
   TermManager manager;
-  const Script script = read_file(file, manager);
+  const Script script = read_file(file, manager, options_for(max_expansion, dialect));
   collect(manager, script);
   return written(manager, script, dialect);
 }
 
-std::string script_statistics(const std::string& file, bool with_timing) {
+std::string script_statistics(const std::string& file, uint64_t max_expansion, bool with_timing) {
   const auto start = std::chrono::steady_clock::now();
   TermManager manager;
-  const Script script = read_file(file, manager);
+  const Script script = read_file(file, manager, options_for(max_expansion));
   TextStream text;
   text << compute_stats(manager, script);
   if (with_timing) {

@@ -6,6 +6,7 @@
 #ifndef APPS_QUILL_SMT2_COMMANDS_H
 #define APPS_QUILL_SMT2_COMMANDS_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,23 +21,27 @@ class OutputError : public Exception {
   using Exception::Exception;
 };
 
-// All throw ParseError for a fault of the script and Exception for a file that cannot be read.
-std::string print_script(const std::string& file, Configuration::Dialect dialect);
-std::string script_statistics(const std::string& file, bool with_timing);
+// All throw ParseError for a fault of the script, also when it has more pairs or bits than may be
+// made (ReadOptions), and Exception for a file that cannot be read.
+std::string print_script(const std::string& file, uint64_t max_expansion,
+                         Configuration::Dialect dialect);
+std::string script_statistics(const std::string& file, uint64_t max_expansion, bool with_timing);
 
 // The script with constants replaced; each setting is NAME=TERM. Throws Exception for a setting
 // that is no such thing.
 std::string substitute_in_script(const std::string& file, const std::vector<std::string>& settings,
-                                 Configuration::Dialect dialect);
+                                 uint64_t max_expansion, Configuration::Dialect dialect);
 
 // The script, written from a copy in another manager.
-std::string copy_script(const std::string& file, Configuration::Dialect dialect);
+std::string copy_script(const std::string& file, uint64_t max_expansion,
+                        Configuration::Dialect dialect);
 
 // What a collection frees that keeps the assertions in force at the end of the script.
-std::string collection_report(const std::string& file);
+std::string collection_report(const std::string& file, uint64_t max_expansion);
 
 // The script, after a collection that keeps what its commands mention.
-std::string collect_and_print(const std::string& file, Configuration::Dialect dialect);
+std::string collect_and_print(const std::string& file, uint64_t max_expansion,
+                              Configuration::Dialect dialect);
 
 // Writes to standard output and flushes. False when nobody reads it any more; throws OutputError
 // when it fails otherwise.

@@ -5,7 +5,9 @@
 // standard output, and status 1; a reader of the output that goes away early gets no message.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -16,12 +18,14 @@
 
 #include "apps/quill_smt2/commands.h"
 #include "frontends/smt2/parse_error.h"
+#include "frontends/smt2/read_options.h"
 
 namespace {
 
 struct Options {
   std::string file;
   std::vector<std::string> settings;
+  uint64_t max_expansion = quill::smt2::ReadOptions().max_pairs;
   bool extensions = false;
   bool no_timing = false;
   bool print = false;
@@ -72,30 +76,38 @@ int main(int argc, char** argv) {
                                   std::function<std::string()> action) {
     CLI::App* added = cli.add_subcommand(name, description);
     added->add_option("FILE", options.file, "The script; - is standard input")->required();
+    added
+        ->add_option("--max-expansion", options.max_expansion,
+                     "How many pairs of 'distinct', and how many bits of conversions and wide "
+                     "constants, the script may have")
+        ->capture_default_str();
     added->callback([&subcommand, action] { subcommand = action; });
     return added;
   };
-  CLI::App* print =
-      add_subcommand("print", "Write the script back from its terms, definitions expanded",
-                     [&] { return app::print_script(options.file, options.dialect()); });
-  CLI::App* substitute = add_subcommand(
-      "substitute", "Write the script back with constants replaced by terms",
-      [&] { return app::substitute_in_script(options.file, options.settings, options.dialect()); });
+  CLI::App* print = add_subcommand(
+      "print", "Write the script back from its terms, definitions expanded",
+      [&] { return app::print_script(options.file, options.max_expansion, options.dialect()); });
+  CLI::App* substitute =
+      add_subcommand("substitute", "Write the script back with constants replaced by terms", [&] {
+        return app::substitute_in_script(options.file, options.settings, options.max_expansion,
+                                         options.dialect());
+      });
   substitute->add_option("--set", options.settings, "A constant and the term for it, NAME=TERM")
       ->required()
       ->allow_extra_args(false);
-  CLI::App* copy =
-      add_subcommand("copy", "Write the script back from a copy of its terms in another manager",
-                     [&] { return app::copy_script(options.file, options.dialect()); });
+  CLI::App* copy = add_subcommand(
+      "copy", "Write the script back from a copy of its terms in another manager",
+      [&] { return app::copy_script(options.file, options.max_expansion, options.dialect()); });
   CLI::App* gc = add_subcommand(
       "gc", "Free what the assertions in force at the end do not need, and report it", [&] {
-        return options.print ? app::collect_and_print(options.file, options.dialect())
-                             : app::collection_report(options.file);
+        return options.print
+                   ? app::collect_and_print(options.file, options.max_expansion, options.dialect())
+                   : app::collection_report(options.file, options.max_expansion);
       });
   gc->add_flag("--print", options.print,
                "Keep what the commands mention instead, and write the script back");
   CLI::App* stats = add_subcommand("stats", "Show the size and shape of the terms", [&] {
-    return app::script_statistics(options.file, !options.no_timing);
+    return app::script_statistics(options.file, options.max_expansion, !options.no_timing);
   });
   stats->add_flag("--no-timing", options.no_timing,
                   "Leave out the last line, which shows time and memory");
@@ -105,12 +117,16 @@ int main(int argc, char** argv) {
                      "instead of standard terms in their place");
   }
   cli.require_subcommand(1);
+  cli.set_version_flag("--version", "quill-smt2 " QUILL_VERSION);
   try {
     cli.parse(argc, argv);
     return run(options, subcommand);
   } catch (const CLI::ParseError& e) {
-    // Help ends the same way, with status 0.
-    return cli.exit(e) == 0 ? 0 : 1;
+    // Help and the version end the same way, with status 0.
+    if (e.get_exit_code() == 0) return cli.exit(e);
+    std::string why = e.what();
+    std::replace(why.begin(), why.end(), '\n', ' ');
+    return fail("quill-smt2", ": error: ", why);
   } catch (const std::exception& e) {
     return fail("quill-smt2", ": error: ", e.what());
   }

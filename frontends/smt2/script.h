@@ -67,6 +67,9 @@ struct Command {
 
   uint64_t count = 0;              // PUSH, POP: levels; DECLARE_SORT: arity
   const Symbol* symbol = nullptr;  // DECLARE_CONST, DECLARE_FUN
+  // DECLARE_FUN: not empty for a function that stands for values which the standard leaves open.
+  // Then it is the name that the function was to have; its own differs where the script uses that.
+  std::string undefined_name;
   const DataType* sort = nullptr;  // DECLARE_SORT: the sort, or its head if it has an arity
 
   // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed.
@@ -85,6 +88,9 @@ struct Script {
   std::string logic;  // the last one set; empty when none was
   std::vector<Command> commands;
 };
+
+// Whether a command leaves the answer of a check-sat before it as it is.
+bool asks_about_answer(CommandKind kind);
 
 }  // namespace quill::smt2
 

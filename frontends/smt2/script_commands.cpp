@@ -18,6 +18,7 @@ ScriptTerm ScriptReader::read_script_term() {
 
 std::vector<ScriptTerm> ScriptReader::read_script_terms(const char* what) {
   std::vector<ScriptTerm> terms;
+  term_reader.opened = lexer.token.position;
   expect_open(what);
   while (lexer.token.kind != TokenKind::CLOSE) {
     terms.push_back(read_script_term());

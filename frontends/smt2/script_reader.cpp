@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "frontends/smt2/command_names.h"
 #include "frontends/smt2/reserved_words.h"
 #include "frontends/smt2/term_search.h"
 #include "quill/utils/scope_guard.h"
@@ -93,10 +94,11 @@ void ScriptReader::read_commands() {
 // Appends the command, and puts declarations of the functions that stand for undefined values to
 // the place for declarations, which is on level 0.
 void ScriptReader::add(Command command) {
-  for (const Symbol* function : builder.undefined_functions.take_new()) {
+  for (UndefinedFunctions::Made& function : builder.undefined_functions.take_new()) {
     Command declaration;
     declaration.kind = CommandKind::DECLARE_FUN;
-    declaration.symbol = function;
+    declaration.symbol = function.symbol;
+    declaration.undefined_name = std::move(function.name);
     const auto place = script.commands.begin() + static_cast<std::ptrdiff_t>(declarations_place);
     script.commands.insert(place, std::move(declaration));
     ++declarations_place;
@@ -134,6 +136,7 @@ Command ScriptReader::read_command() {
   if (token.kind != TokenKind::OPEN) {
     throw ParseError(token.position, "a command is expected, not " + token.description());
   }
+  term_reader.opened = token.position;
   lexer.next();
   const CommandRow& row = find_row(token);
   command_name = row.name;
@@ -193,6 +196,10 @@ const ScriptReader::CommandRow& ScriptReader::find_row(const Token& token) {
       throw ParseError(token.position, "unsupported: the command " + token.description());
     }
     return row;
+  }
+  if (!token.quoted && is_foreign_command(token.text)) {
+    throw ParseError(token.position, "unsupported: the command " + token.description() +
+                                         ", which is not of the standard");
   }
   throw ParseError(token.position, "unknown command " + token.description());
 }

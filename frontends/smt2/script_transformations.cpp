@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "frontends/smt2/late_declarations.h"
 #include "quill/utils/guarded_table.h"
 #include "quill/utils/name_hash.h"
 
@@ -93,9 +94,12 @@ class ScriptCopier {
 }  // namespace
 
 void substitute(TermManager& manager, Script& script, TermManager::TermMap& images) {
+  std::vector<const Term_*> values;
+  for (const auto& [key, value] : images) values.push_back(value);
+  std::vector<Command> commands = script.commands;
   std::vector<bool> marks;
   bool check = true;  // the pairs, once
-  for (Command& command : script.commands) {
+  for (Command& command : commands) {
     for_each_pointer(
         command,
         [&](const Term_*& t) {
@@ -104,6 +108,7 @@ void substitute(TermManager& manager, Script& script, TermManager::TermMap& imag
         },
         [](const Symbol*) {}, [](const DataType*) {});
   }
+  script.commands = with_declarations(manager, commands, values);
 }
 
 Script copy(const TermManager& source, const Script& script, TermManager& destination) {

@@ -10,9 +10,11 @@
 
 namespace quill::smt2 {
 
-// Replaces the keys of the map by their values in all terms of the script; declarations stay.
-// `images` then holds the images of all subterms. Throws TermManager::error for a value whose type
-// does not fit its key's, before anything is replaced.
+// Replaces the keys of the map by their values in all terms of the script. Declarations stay, but
+// what the values mention is declared before it is used (late_declarations.h). `images` then holds
+// the images of all subterms. Throws TermManager::error for a value whose type does not fit its
+// key's, and Exception where a name that must be declared means something else; the script is then
+// what it was.
 void substitute(TermManager& manager, Script& script, TermManager::TermMap& images);
 
 // The script in another manager, in which nothing must be declared. A name that the script declares

@@ -39,16 +39,33 @@ Script read(std::istream& input, TermManager& manager, const ReadOptions& option
   return ScriptReader(input, manager, options).read();
 }
 
-const Term_* read_term(std::string_view text, TermManager& manager) {
+namespace {
+
+// The script may be null.
+const Term_* read_one_term(std::string_view text, TermManager& manager, const Script* script,
+                           const ReadOptions& options) {
   std::istringstream input{std::string(text)};
   Lexer lexer(input);
   const Logic logic;
   Scopes scopes(manager);
   TheorySorts sorts(manager);
   SortReader sort_reader(lexer, manager, scopes, sorts, logic);
-  TermBuilder builder(manager, scopes, sorts, logic, ReadOptions());
+  TermBuilder builder(manager, scopes, sorts, logic, options);
   TermReader reader(lexer, scopes, sort_reader, builder);
   reader.use_signature = true;
+  reader.script = script;
+  if (script != nullptr) {
+    for (const Command& command : script->commands) {
+      if (command.symbol == nullptr) continue;
+      const std::string name = command.symbol->name;
+      const bool in_force = manager.get_signature()->get_symbol(name.c_str()) == command.symbol;
+      if (!command.undefined_name.empty() && in_force) {
+        builder.undefined_functions.adopt(command.undefined_name, command.symbol);
+      } else {
+        scopes.use_name(name);
+      }
+    }
+  }
   try {
     lexer.next();
     const Value value = reader.read();
@@ -62,6 +79,18 @@ const Term_* read_term(std::string_view text, TermManager& manager) {
   } catch (const Exception& refusal) {  // of the manager
     throw ParseError(lexer.token.position, refusal.what());
   }
+}
+
+}  // namespace
+
+const Term_* read_term(std::string_view text, TermManager& manager) {
+  return read_one_term(text, manager, nullptr, ReadOptions());
+}
+
+const Term_* read_term(std::string_view text, TermManager& manager, const Script& script,
+                       const ReadOptions& options) {
+  const BoolArgumentsAllowed allowed(manager);
+  return read_one_term(text, manager, &script, options);
 }
 
 }  // namespace quill::smt2

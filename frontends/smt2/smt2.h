@@ -36,6 +36,12 @@ Script read(std::istream& input, TermManager& manager, const ReadOptions& option
 // supported theories. Throws ParseError.
 const Term_* read_term(std::string_view text, TermManager& manager);
 
+// The same over the symbols that a script has left declared, for a term that is to be put into the
+// script. What the standard leaves open, such as division by zero, is what it is in the script, or
+// a function of a name that the script does not have.
+const Term_* read_term(std::string_view text, TermManager& manager, const Script& script,
+                       const ReadOptions& options = {});
+
 }  // namespace quill::smt2
 
 #endif

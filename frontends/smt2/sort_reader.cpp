@@ -55,6 +55,9 @@ const SupportedSort* find_supported(std::string_view name, const Logic& logic) {
 
 constexpr uint64_t array_arity = 2;
 
+// Of what a message suggests, in bytes.
+constexpr size_t longest_hint = 40;
+
 }  // namespace
 
 bool SortReader::is_reserved(std::string_view name) const { return is_theory_sort(name, logic); }
@@ -177,6 +180,9 @@ SortReader::Head SortReader::open() {
   if (name.global == nullptr) {
     const SupportedSort* row = find_supported(token.text, logic);
     if (row == nullptr) reject_name(token);
+    if (row->form == Form::BIT_VECTOR || row->form == Form::FLOATING_POINT) {
+      reject_without_indices(row->form == Form::BIT_VECTOR);
+    }
     if (row->form != Form::ARRAY) {
       throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
     }
@@ -186,12 +192,29 @@ SortReader::Head SortReader::open() {
   return head;
 }
 
+// (BitVec 8) and (FloatingPoint 8 24), whose current token is the name.
+void SortReader::reject_without_indices(bool is_bit_vector) {
+  const Position position = lexer.token.position;
+  const std::string name(lexer.token.text);
+  std::string indices;
+  lexer.next();
+  const size_t wanted = is_bit_vector ? 1 : 2;
+  size_t given = 0;
+  for (; given < wanted && lexer.token.kind == TokenKind::NUMERAL; ++given) {
+    indices += " " + lexer.token.spelling();
+    lexer.next();
+  }
+  if (given != wanted || indices.size() > longest_hint) indices = is_bit_vector ? " width" : " e s";
+  throw ParseError(position, "the sort " + shown(name) + " is written (_ " + name + indices + ")");
+}
+
 void SortReader::reject_name(const Token& token) const {
   const TheoryName* row = find_theory_sort(token.text);
   if (row != nullptr && logic.has(row->theory)) {
     throw ParseError(token.position, "unsupported: the sort " + token.description() + " of " +
                                          describe(row->theory));
   }
+  if (token.is_word("->")) throw ParseError(token.position, "unsupported: sorts of functions (->)");
   std::string text = "unknown sort " + token.description();
   if (row != nullptr && row->theory != Theory::NONE) {
     text += " (the logic " + logic.name() + " does not have it)";

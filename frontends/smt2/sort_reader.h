@@ -56,6 +56,7 @@ class SortReader {
   const DataType* compound(const std::vector<const DataType*>& components, Position position,
                            const std::string& name);
   [[noreturn]] void reject_name(const Token& token) const;
+  [[noreturn]] void reject_without_indices(bool is_bit_vector);
   void expect_arity(Position position, std::string_view name, uint64_t arity, uint64_t given);
 
   Lexer& lexer;

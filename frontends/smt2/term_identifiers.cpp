@@ -1,5 +1,6 @@
 // What a term reader does with atoms and names: what they mean where they stand.
 
+#include "frontends/smt2/command_names.h"
 #include "frontends/smt2/indices.h"
 #include "frontends/smt2/reserved_words.h"
 #include "frontends/smt2/sort_text.h"
@@ -25,6 +26,7 @@ TermReader::Meaning TermReader::read_identifier() {
     throw ParseError(token.position, "a symbol is expected, not " + token.description());
   }
   if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
+  const Position position = token.position;
   const Meaning meaning = meaning_of(token, scopes.name(token.text), indexed);
   lexer.next();
   if (!indexed) return meaning;
@@ -37,9 +39,87 @@ TermReader::Meaning TermReader::read_identifier() {
   if (indices.size() == first) {
     throw ParseError(token.position, "an index is expected, not " + token.description());
   }
+  if (meaning.op != nullptr && !meaning.op->is_constant() &&
+      (token.kind != TokenKind::CLOSE || indices.size() - first > meaning.op->num_indices)) {
+    reject_arguments_inside(*meaning.op, position, first);
+  }
   expect_close("identifier");
   lexer.next();
   return meaning;
+}
+
+// ----- operators with indices in the wrong place ------------------------------------------------
+
+namespace {
+
+constexpr size_t longest_hint = 60;  // in bytes
+
+// " a b" for what is between here and the next parenthesis, with "..." for what is too much.
+std::string rest_of_list(Lexer& lexer) {
+  std::string text;
+  while (lexer.token.kind != TokenKind::CLOSE && lexer.token.kind != TokenKind::END) {
+    if (lexer.token.kind == TokenKind::OPEN || text.size() > longest_hint) return text + " ...";
+    text += " " + lexer.token.spelling();
+    lexer.next();
+  }
+  return text;
+}
+
+std::string on_one_line(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 32 || c == 127) c = '?';
+  }
+  return text.size() > 2 * longest_hint ? text.substr(0, 2 * longest_hint) + "..." : text;
+}
+
+}  // namespace
+
+// (_ extract 3 0 x), of which what looks like an index has been read, except for too few of them.
+void TermReader::reject_arguments_inside(const Operator& op, Position position, size_t first) {
+  if (indices.size() - first < op.num_indices) {
+    if (lexer.token.kind == TokenKind::OPEN) {
+      throw ParseError(lexer.token.position,
+                       "an index is expected, not " + lexer.token.description());
+    }
+    expect_close("identifier");
+  }
+  std::string text = "((_ " + std::string(op.name);
+  for (size_t i = first; i < indices.size(); ++i) {
+    if (i - first == op.num_indices) text += ")";
+    text += " " + indices[i];
+    if (text.size() > 2 * longest_hint) break;
+  }
+  if (indices.size() - first == op.num_indices) text += ")";
+  text += rest_of_list(lexer) + ")";
+  throw ParseError(position,
+                   shown(op.name) + " has its arguments behind the indices: " + on_one_line(text));
+}
+
+// Passes over the name at the head of an application. What follows a name that needs indices must
+// not be its indices: (extract 3 0 x).
+void TermReader::expect_indices(const Token& token, const Meaning& head) {
+  const Position position = token.position;
+  lexer.next();
+  if (head.op == nullptr || head.op->num_indices == 0 || token.kind != TokenKind::NUMERAL) return;
+  std::string text = "((_ " + std::string(head.op->name);
+  for (size_t i = 0; i < head.op->num_indices && token.kind == TokenKind::NUMERAL; ++i) {
+    text += " " + token.spelling();
+    lexer.next();
+  }
+  text += ")" + rest_of_list(lexer) + ")";
+  throw ParseError(position, shown(head.op->name) + " is written " + on_one_line(text));
+}
+
+// ----- names that are no symbols ----------------------------------------------------------------
+
+// A parenthesis and the name of a command begin no term: something before them was not closed.
+void TermReader::expect_no_command(const Token& token, const Name& name) const {
+  if (use_signature || token.quoted || name.local != 0 || name.global != nullptr) return;
+  if (!is_command_name(token.text)) return;
+  const Position& open = frames.empty() ? opened : frames.back().position;
+  throw ParseError(token.position, "a term is expected, not the command " + token.description() +
+                                       ": the parenthesis opened on line " +
+                                       std::to_string(open.line) + " is not closed");
 }
 
 // Whether a token behind "_" is the name of a literal such as (_ bv5 8).
@@ -177,8 +257,55 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, const Name& name,
   reject_unknown(token);
 }
 
+namespace {
+
+// What other readers call an operator of the standard.
+struct Spelling {
+  std::string_view elsewhere;
+  std::string_view standard;
+};
+constexpr Spelling spellings[] = {
+    {"->", "=>"}, {"<->", "="}, {"==", "="}, {"if", "ite"}, {"iff", "="}, {"implies", "=>"},
+};
+
+std::string_view standard_spelling(std::string_view name) {
+  for (const Spelling& spelling : spellings) {
+    if (spelling.elsewhere == name) return spelling.standard;
+  }
+  return "";
+}
+
+}  // namespace
+
+// What the script that the term is for once meant by a name; empty for nothing.
+std::string TermReader::lost_meaning(std::string_view name) const {
+  if (script == nullptr) return "";
+  std::string meaning;
+  for (const Command& command : script->commands) {
+    switch (command.kind) {
+      case CommandKind::DECLARE_CONST:
+      case CommandKind::DECLARE_FUN:
+        if (command.text == name) meaning = " is declared in a scope that has ended";
+        break;
+      case CommandKind::DEFINE_CONST:
+      case CommandKind::DEFINE_FUN:
+        if (command.text == name) meaning = " is defined: what it stands for is in its place";
+        break;
+      default:
+        break;
+    }
+    for (const NamedTerm& named : command.named_terms) {
+      if (named.name == name) meaning = " is the name of a term and not a symbol";
+    }
+  }
+  return meaning;
+}
+
 void TermReader::reject_unknown(const Token& token) const {
   const std::string_view text = token.text;
+  if (const std::string lost = lost_meaning(text); !lost.empty()) {
+    throw ParseError(token.position, token.description() + lost);
+  }
   std::string why = "unknown symbol " + token.description();
   const Name& name = scopes.name(text);
   if (name.theory_operator != nullptr ||
@@ -186,6 +313,8 @@ void TermReader::reject_unknown(const Token& token) const {
     why += " (the logic " + builder.logic.name() + " does not have it)";
   } else if (text.size() > 1 && text[0] == '-' && text[1] >= '0' && text[1] <= '9') {
     why += " (negative numbers are written (- " + shown(text.substr(1)) + "))";
+  } else if (const std::string_view standard = standard_spelling(text); !standard.empty()) {
+    why += " (the standard has " + shown(standard) + ")";
   }
   throw ParseError(token.position, why);
 }

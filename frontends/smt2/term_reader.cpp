@@ -85,12 +85,13 @@ void TermReader::open() {
   const Name& name = scopes.name(token.text);
   switch (token.quoted ? Construct::NONE : name.construct) {
     case Construct::NONE: {
+      expect_no_command(token, name);
       const Meaning head = meaning_of(token, name, /*indexed=*/false);
       const bool constant_operator = head.op != nullptr && head.op->is_constant();
       if (head.value.term != nullptr || constant_operator) {
         throw ParseError(position, shown(token.text) + " is not a function and takes no arguments");
       }
-      lexer.next();
+      expect_indices(token, head);
       open_application(position, head, indices.size(), nullptr);
       return;
     }

@@ -14,6 +14,7 @@
 #include "frontends/smt2/lexer.h"
 #include "frontends/smt2/operators.h"
 #include "frontends/smt2/scopes.h"
+#include "frontends/smt2/script.h"
 #include "frontends/smt2/sort_reader.h"
 #include "frontends/smt2/term_builder.h"
 #include "frontends/smt2/value.h"
@@ -46,6 +47,12 @@ class TermReader {
 
   // Where names that are unknown here are looked up in addition: the signature of the manager.
   bool use_signature = false;
+
+  // The script that the term is for, of which messages about unknown names tell; null for none.
+  const Script* script = nullptr;
+
+  // The parenthesis around the term that is read, if it is in a script.
+  Position opened;
 
  private:
   // Whether a token that is this name is a reserved word.
@@ -114,6 +121,10 @@ class TermReader {
   void check_ascribed_sort(const Value& value, const DataType* sort, Position position) const;
   void expect_close(const char* construct);
   [[noreturn]] void reject_unknown(const Token& token) const;
+  std::string lost_meaning(std::string_view name) const;
+  void expect_no_command(const Token& token, const Name& name) const;
+  void expect_indices(const Token& token, const Meaning& head);
+  [[noreturn]] void reject_arguments_inside(const Operator& op, Position position, size_t first);
 
   Lexer& lexer;
   Scopes& scopes;

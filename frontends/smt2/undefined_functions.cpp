@@ -11,12 +11,17 @@ const Symbol* UndefinedFunctions::get(const std::string& name, const DataType* t
   function.owned = manager.get_signature()->get_symbol(stored.c_str()) == nullptr;
   function.symbol = manager.make_symbol(stored, type);
   scopes.use_name(stored);
-  new_functions.push_back(function.symbol);
+  new_functions.push_back({name, function.symbol});
   return function.symbol;
 }
 
-std::vector<const Symbol*> UndefinedFunctions::take_new() {
+std::vector<UndefinedFunctions::Made> UndefinedFunctions::take_new() {
   return std::exchange(new_functions, {});
+}
+
+void UndefinedFunctions::adopt(const std::string& name, const Symbol* symbol) {
+  functions[name] = {symbol, /*owned=*/false};
+  scopes.use_name(symbol->name);
 }
 
 void UndefinedFunctions::reset() {

@@ -28,8 +28,16 @@ class UndefinedFunctions {
   // The function of this name; requests for one name give one type.
   const Symbol* get(const std::string& name, const DataType* type);
 
+  struct Made {
+    std::string name;  // that was asked for
+    const Symbol* symbol;
+  };
+
   // The functions made since the last call, in order.
-  std::vector<const Symbol*> take_new();
+  std::vector<Made> take_new();
+
+  // Lets a function that there is already stand for requests for the name.
+  void adopt(const std::string& name, const Symbol* symbol);
 
   // Gives up all functions: later requests get new ones.
   void reset();
@@ -43,7 +51,7 @@ class UndefinedFunctions {
   TermManager& manager;
   Scopes& scopes;
   hsh::GuardedMap<std::string, Function, NameHash> functions;  // by the name that was asked for
-  std::vector<const Symbol*> new_functions;
+  std::vector<Made> new_functions;
 };
 
 }  // namespace quill::smt2

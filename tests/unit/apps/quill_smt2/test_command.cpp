@@ -193,7 +193,7 @@ TEST_F(Command, SubstitutesConstants) {
 }
 
 TEST_F(Command, SaysWhatIsWrongWithASetting) {
-  const std::string file = write_file("a.smt2", scopes_script);
+  const std::string file = write_file("a.smt2", scopes_script + "(define-fun d () Int 3)");
   const auto message = [&](const std::string& setting) {
     run("substitute --set '" + setting + "' " + file);
     EXPECT_EQ(status, 1);
@@ -203,11 +203,16 @@ TEST_F(Command, SaysWhatIsWrongWithASetting) {
   EXPECT_EQ(message("x"), ": error: 'x' is not NAME=TERM\n");
   EXPECT_EQ(message("|a=b|"), ": error: '|a=b|' is not NAME=TERM\n");
   EXPECT_EQ(message("q=1"), ": error: in 'q=1': unknown symbol 'q'\n");
-  EXPECT_EQ(message("y=1"), ": error: in 'y=1': unknown symbol 'y'\n");
+  EXPECT_EQ(message("y=1"), ": error: in 'y=1': 'y' is declared in a scope that has ended\n");
+  EXPECT_EQ(message("x=d"),
+            ": error: in 'x=d': 'd' is defined: what it stands for is in its place\n");
+  EXPECT_EQ(message("x=q"), ": error: in 'x=q': unknown symbol 'q'\n");
   EXPECT_EQ(message("x=(+ 1"), ": error: in 'x=(+ 1': the input ends where a term is expected\n");
   EXPECT_EQ(message("(+ x 1)=1"),
             ": error: '(+ x 1)=1' does not begin with the name of a constant\n");
-  EXPECT_EQ(message("x=true"), ": error: substitution between terms of incompatible types\n");
+  EXPECT_EQ(message("x=true"),
+            ": error: in 'x=true': 'x' has sort Int, but the term has sort Bool\n");
+  EXPECT_EQ(message("x=1' --set 'x=2"), ": error: in 'x=2': the constant is set twice\n");
 }
 
 TEST_F(Command, PrintsACopy) {
@@ -256,10 +261,71 @@ TEST_F(Command, PrintsTheExamplesAsAFixedPoint) {
   EXPECT_EQ(files, 5u);
 }
 
-TEST_F(Command, NeedsASubcommand) {
-  run("");
-  EXPECT_EQ(status, 1);
-  EXPECT_EQ(output, "");
+TEST_F(Command, DeclaresWhatASettingMentions) {
+  run("substitute --set x=y " +
+      write_file("a.smt2", "(declare-const x Int)(assert (<= x 0))(declare-const y Int)"));
+  EXPECT_EQ(output, "(declare-const x Int)\n(declare-const y Int)\n(assert (<= y 0))\n");
+  run("substitute --set 'x=(/ y 0)' " +
+      write_file("a.smt2", "(declare-const x Real)(declare-const y Real)(assert (<= x 0.0))"));
+  EXPECT_EQ(output,
+            "(declare-const x Real)\n(declare-const y Real)\n"
+            "(declare-fun quill!divide_by_zero (Real) Real)\n"
+            "(assert (<= (quill!divide_by_zero y) 0.0))\n");
+}
+
+TEST_F(Command, LimitsWhatIsLargerThanItsText) {
+  const std::string distinct = write_file("a.smt2", "(assert (distinct 1 2 3 4))\n");
+  const std::string conversion =
+      write_file("b.smt2", "(declare-const i Int)\n(assert (= ((_ int2bv 7) i) (_ bv1 7)))\n");
+  const std::string few = " by now, but at most 5 are allowed\n";
+  for (const std::string subcommand : {"print", "copy", "gc", "gc --print", "stats"}) {
+    run(subcommand + " --max-expansion 5 " + distinct);
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(errors,
+              distinct + ":1:9: error: the pairs of all 'distinct' in the script are 6" + few);
+    run(subcommand + " --max-expansion 6 " + distinct);
+    EXPECT_EQ(status, 0);
+  }
+  for (const std::string subcommand : {"print", "copy", "gc --print"}) {
+    run(subcommand + " --max-expansion 5 " + conversion);
+    EXPECT_EQ(errors, conversion +
+                          ":2:12: error: the bits of conversions and wide constants in "
+                          "the script are 7" +
+                          few);
+    // What is not written bit by bit does not count.
+    run(subcommand + " --extensions --max-expansion 5 " + conversion);
+    EXPECT_EQ(status, 0);
+  }
+  for (const std::string subcommand : {"stats", "gc"}) {
+    run(subcommand + " --max-expansion 5 " + conversion);
+    EXPECT_EQ(status, 0);
+  }
+}
+
+TEST_F(Command, SaysInOneLineWhatIsWrongWithItsArguments) {
+  const auto message = [&](const std::string& arguments) {
+    run(arguments);
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(output, "");
+    return errors;
+  };
+  EXPECT_EQ(message(""), "quill-smt2: error: A subcommand is required\n");
+  for (const std::string arguments :
+       {"frobnicate", "print", "print a b", "print --frobnicate a", "print --max-expansion x a",
+        "substitute a", "substitute --set x=1"}) {
+    const std::string text = message(arguments);
+    EXPECT_EQ(text.substr(0, 19), "quill-smt2: error: ") << arguments;
+    EXPECT_EQ(text.find('\n'), text.size() - 1) << arguments;
+  }
+}
+
+TEST_F(Command, TellsItsVersion) {
+  run("--version");
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(std::regex_match(output, std::regex("quill-smt2 [0-9]+\\.[0-9]+\\.[0-9]+\n")))
+      << output;
+  EXPECT_EQ(errors, "");
 }
 
 TEST_F(Command, ExplainsItself) {

@@ -236,6 +236,14 @@ TEST_F(BitVectors, IndicesMustFit) {
   EXPECT_EQ(complaint("((_ extract 1 -1) a)"), "'extract' takes numerals as indices, not '-1'");
   EXPECT_EQ(complaint("((_ extract 1) a)"), "'extract' takes 2 indices, not 1");
   EXPECT_EQ(complaint("(extract a)"), "'extract' takes 2 indices, not 0");
+  EXPECT_EQ(complaint("(extract 3 0 a)"), "'extract' is written ((_ extract 3 0) a)");
+  EXPECT_EQ(complaint("(extract 3 0 (bvnot a))"), "'extract' is written ((_ extract 3 0) ...)");
+  EXPECT_EQ(complaint("(repeat 2 a b)"), "'repeat' is written ((_ repeat 2) a b)");
+  EXPECT_EQ(complaint("(_ extract 3 0 a)"),
+            "'extract' has its arguments behind the indices: ((_ extract 3 0) a)");
+  EXPECT_EQ(complaint("(_ extract 3 0 (bvnot a))"),
+            "'extract' has its arguments behind the indices: ((_ extract 3 0) ...)");
+  EXPECT_EQ(complaint("(_ extract 3 (bvnot a))"), "an index is expected, not '('");
   EXPECT_EQ(complaint("((_ repeat 0) a)"),
             "'repeat' takes a positive number as its index, not '0'");
   EXPECT_EQ(complaint("((_ zero_extend 99999999999999999999) a)"),

@@ -231,6 +231,27 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"()", "1:2: the name of a command is expected, not ')'"},
         Fault{"((assert))", "1:2: the name of a command is expected, not '('"},
         Fault{"(frobnicate)", "1:2: unknown command 'frobnicate'"},
+        Fault{"(assert-soft true)",
+              "1:2: unsupported: the command 'assert-soft', which is not of the standard"},
+        Fault{"(minimize 1)",
+              "1:2: unsupported: the command 'minimize', which is not of the standard"},
+        Fault{"(check-sat-using smt)",
+              "1:2: unsupported: the command 'check-sat-using', which is not of the standard"},
+        Fault{"(|check-sat-using| smt)", "1:2: unknown command '|check-sat-using|'"},
+        Fault{"(declare-const p Bool)\n(assert (and p\n p\n(check-sat)",
+              "4:2: a term is expected, not the command 'check-sat': the parenthesis opened on "
+              "line 2 is not closed"},
+        Fault{"(assert (let ((a true))\n(and a\n(or a\n(minimize 1)",
+              "4:2: a term is expected, not the command 'minimize': the parenthesis opened on "
+              "line 3 is not closed"},
+        Fault{"(assert\n(check-sat)",
+              "2:2: a term is expected, not the command 'check-sat': the parenthesis opened on "
+              "line 1 is not closed"},
+        Fault{"(get-value\n(true\n(check-sat)",
+              "3:2: a term is expected, not the command 'check-sat': the parenthesis opened on "
+              "line 2 is not closed"},
+        Fault{"(declare-fun push (Bool) Bool)(assert (push true 1))",
+              "1:39: 'push' takes 1 argument, not 2"},
         Fault{"(|assert| true)", "1:2: unknown command '|assert|'"},
         Fault{"(declare-datatypes)", "1:2: unsupported: the command 'declare-datatypes'"},
         Fault{"(define-fun-rec)", "1:2: unsupported: the command 'define-fun-rec'"},

@@ -49,7 +49,13 @@ TEST(Sorts, NumbersOfIndicesMustFit) {
   EXPECT_EQ(error_of_sort("BitVec"), "1:19: the sort 'BitVec' is written (_ BitVec width)");
   EXPECT_EQ(error_of_sort("FloatingPoint"),
             "1:19: the sort 'FloatingPoint' is written (_ FloatingPoint e s)");
-  EXPECT_EQ(error_of_sort("(BitVec 8)"), "1:20: the sort 'BitVec' takes no arguments");
+  EXPECT_EQ(error_of_sort("(BitVec 8)"), "1:20: the sort 'BitVec' is written (_ BitVec 8)");
+  EXPECT_EQ(error_of_sort("(FloatingPoint 8 24)"),
+            "1:20: the sort 'FloatingPoint' is written (_ FloatingPoint 8 24)");
+  EXPECT_EQ(error_of_sort("(BitVec)"), "1:20: the sort 'BitVec' is written (_ BitVec width)");
+  EXPECT_EQ(error_of_sort("(FloatingPoint 8 Int)"),
+            "1:20: the sort 'FloatingPoint' is written (_ FloatingPoint e s)");
+  EXPECT_EQ(error_of_sort("(-> Int Int)"), "1:20: unsupported: sorts of functions (->)");
 }
 
 TEST(Sorts, IndexedOnesMustBeComplete) {
