@@ -94,7 +94,7 @@ int32_t Signature::lowest_free_suffix(const std::string& base) {
   const auto is_free = [&](int32_t k) {
     candidate.resize(base.size() + 1);
     candidate += std::to_string(k);
-    return get_symbol(candidate.c_str()) == nullptr;
+    return find(hash_name(candidate), candidate) == InternIndex::none;
   };
   while (!freed.empty()) {
     if (is_free(freed.front())) return freed.front();

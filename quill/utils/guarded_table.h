@@ -62,6 +62,13 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
   Iter find(const Key& key) { return lookup<Iter>(key); }
   ConstIter find(const Key& key) const { return lookup<ConstIter>(key); }
 
+  // The element of this key, or null: find() for those who need no iterator.
+  const Value* get(const Key& key) const {
+    uint64_t at;
+    const Bucket* node = find_node(key, at);
+    return node != nullptr ? &node->value : nullptr;
+  }
+
   bool insert(const Value& value) {
     Bucket* node;
     return emplace(this->get_key(value), node, value);
@@ -141,23 +148,26 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
 
   // The first node of the chain is looked at before it is asked whether there is an index: mostly
   // it is the one.
-  template <class Position>
-  Position lookup(const Key& key) const {
-    if (count != 0) {
-      const uint64_t at = this->bucket_of(key);
-      Bucket* node = buckets[at];
-      if (node != nullptr) {
-        count_entry();
-        if (this->equal(this->get_key(node->value), key)) return Position(&buckets, at, node);
-        node = index == nullptr ? find_in_chain(node->next, key) : find_in_index(key);
-        if (node != nullptr) return Position(&buckets, at, node);
-      }
-    }
-    return Position(&buckets, buckets.size(), nullptr);
+  Bucket* find_node(const Key& key, uint64_t& at) const {
+    if (count == 0) return nullptr;
+    at = this->bucket_of(key);
+    Bucket* node = buckets[at];
+    if (node == nullptr) return nullptr;
+    count_entry();
+    if (this->equal(this->get_key(node->value), key)) return node;
+    return find_behind(node, key);
   }
 
-  Bucket* find_in_chain(Bucket* node, const Key& key) const {
-    for (; node != nullptr; node = node->next) {
+  template <class Position>
+  Position lookup(const Key& key) const {
+    uint64_t at;
+    Bucket* node = find_node(key, at);
+    return Position(&buckets, node != nullptr ? at : buckets.size(), node);
+  }
+
+  [[gnu::noinline]] Bucket* find_behind(Bucket* node, const Key& key) const {
+    if (index != nullptr) return find_in_index(key);
+    while ((node = node->next) != nullptr) {
       count_entry();
       if (this->equal(this->get_key(node->value), key)) return node;
     }

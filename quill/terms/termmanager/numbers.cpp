@@ -62,8 +62,7 @@ void TermManager::reject_numeral(const std::string& name, const Symbol* present)
 
 const Term_* TermManager::make_number(const QNumber& value) {
   // A value in another form is missed here, and looked up again in the canonical one.
-  const auto found = number_cache.find(&value);
-  if (found != number_cache.end()) return found->second;
+  if (const auto* present = number_cache.get(&value)) return present->second;
   if (!value.is_canonical()) return make_number(value.canonical());
 
   name_buffer = value.to_str();
