@@ -114,7 +114,8 @@ void TermReader::expect_indices(const Token& token, const Meaning& head) {
 
 // A parenthesis and the name of a command begin no term: something before them was not closed.
 void TermReader::expect_no_command(const Token& token, const Name& name) const {
-  if (use_signature || token.quoted || name.local != 0 || name.global != nullptr) return;
+  if (name.theory != nullptr || name.local != 0 || name.global != nullptr) return;
+  if (use_signature || token.quoted) return;
   if (!is_command_name(token.text)) return;
   const Position& open = frames.empty() ? opened : frames.back().position;
   throw ParseError(token.position, "a term is expected, not the command " + token.description() +
