@@ -68,7 +68,7 @@ void fill(TermManager& m) {
 #ifdef NDEBUG
 constexpr size_t records = 0;
 #else
-constexpr size_t records = size_t{4} << 20;
+constexpr size_t records = size_t{8} << 20;
 #endif
 
 constexpr size_t little = size_t{2} << 20;
