@@ -32,13 +32,15 @@ inline bool TermManager::is_intercepted() const {
 class TermManager::Interception {
  public:
   // With the arguments in the caller's own vector.
-  Interception(TermManager& owner, const std::vector<const Term_*>& given, const char* operation)
-      : Interception(owner, operation) {
+  Interception(TermManager& owner, const Symbol* symbol, const std::vector<const Term_*>& given,
+               const char* operation)
+      : Interception(owner, symbol, operation) {
     request().args = &given;
   }
   // With a copy of the arguments.
-  Interception(TermManager& owner, std::initializer_list<const Term_*> given, const char* operation)
-      : Interception(owner, operation) {
+  Interception(TermManager& owner, const Symbol* symbol, std::initializer_list<const Term_*> given,
+               const char* operation)
+      : Interception(owner, symbol, operation) {
     request().own_args.assign(given);
     request().args = &request().own_args;
   }
@@ -53,12 +55,35 @@ class TermManager::Interception {
 
   const std::vector<const Term_*>& args() const { return *request().args; }
 
+  // The operation that an error of what is asked for now names, while requests are under way. An
+  // overridden make_term hands on what it was asked for, perhaps with arguments of its own, and may
+  // have asked for other terms before. What it asks for directly is named after its symbol.
+  [[gnu::noinline]] static void name_operation(TermManager& manager, const Symbol* symbol,
+                                               const std::vector<const Term_*>& args) {
+    const Request& request = *manager.requests[manager.requests_under_way - 1];
+    const bool is_handed_on = request.args == &args || request.symbol == symbol;
+    manager.current_operation = is_handed_on ? request.operation.c_str() : "";
+  }
+
+  // A delegate hands nothing on. Errors of requests that it makes name these, not later ones.
+  [[gnu::noinline]] static const Term_* ask_delegate(TermManager& manager, const Symbol* symbol,
+                                                     const std::vector<const Term_*>& args) {
+    const Symbol* nothing = nullptr;
+    const Symbol*& asked_for = manager.requests_under_way != 0
+                                   ? manager.requests[manager.requests_under_way - 1]->symbol
+                                   : nothing;
+    const ScopedValue<const Symbol*> none(asked_for, nullptr);
+    const ScopedValue<const char*> operation(manager.current_operation, "");
+    return manager.delegate->make_term(symbol, args);
+  }
+
  private:
-  Interception(TermManager& owner, const char* operation)
+  Interception(TermManager& owner, const Symbol* symbol, const char* operation)
       : manager(owner), position(owner.requests_under_way) {
     if (manager.requests.size() == position) {
       manager.requests.push_back(std::make_unique<Request>());
     }
+    request().symbol = symbol;
     request().operation = operation;  // which may be a text that a nested request changes
     operation_before = manager.current_operation;
     manager.current_operation = request().operation.c_str();
@@ -77,7 +102,7 @@ const Term_* TermManager::apply_intercepted(const Symbol* s,
                                             std::initializer_list<const Term_*> args,
                                             const char* operation) {
   note_given(s);
-  const Interception request(*this, args, operation);
+  const Interception request(*this, s, args, operation);
   const Term_* t = make_term(s, request.args());
   require_own_or_null(*this, t);
   return t;
@@ -98,26 +123,21 @@ const Term_* TermManager::apply_to(const Symbol* s, const std::vector<const Term
                                    const char* operation) {
   if (is_intercepted()) {
     note_given(s);
-    const Interception request(*this, args, operation);
+    const Interception request(*this, s, args, operation);
     const Term_* t = make_term(s, args);
     require_own_or_null(*this, t);
     return t;
   }
+  require_own(*this, s);
   current_operation = operation;
-  return TermManager::make_term(s, args);
+  check_arguments(s, args.data(), args.size());
+  return do_make_term(s, args);
 }
 
 const Term_* TermManager::make_term(const Symbol* s, const std::vector<const Term_*>& args) {
-  // Requests made on the way here may have changed the name.
-  if (requests_under_way != 0) {
-    const Request& request = *requests[requests_under_way - 1];
-    if (request.args == &args) current_operation = request.operation.c_str();
-  }
   typecheck(s, args);
   if (delegate_enabled && delegate != nullptr) {
-    // Errors of requests that the delegate makes name these, not later ones.
-    const ScopedValue<const char*> operation(current_operation, "");
-    if (const Term_* t = delegate->make_term(s, args)) {
+    if (const Term_* t = Interception::ask_delegate(*this, s, args)) {
       require_own(*this, t);
       return t;
     }
@@ -146,6 +166,7 @@ bool TermManager::typecheck(const Term_* t, const DataType* expected, const char
 
 void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& args) {
   require_own(*this, s);
+  if (requests_under_way != 0) Interception::name_operation(*this, s, args);
   check_arguments(s, args.data(), args.size());
 }
 

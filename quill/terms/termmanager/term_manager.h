@@ -874,6 +874,7 @@ class TermManager : public TermFactory {
   // The requests that a delegate or an overridden make_term sees, from the outermost one to the
   // innermost; the records after those are kept for later requests.
   struct Request {
+    const Symbol* symbol = nullptr;
     std::string operation;
     std::vector<const Term_*> own_args;
     const std::vector<const Term_*>* args = nullptr;  // own_args or a vector of the caller's

@@ -43,7 +43,8 @@ class CallingManager : public TermManager {
       depth--;
     }
     if (refuse) throw error("refused");
-    const Term_* t = TermManager::make_term(s, args);
+    const std::vector<const Term_*> own_args = args;
+    const Term_* t = TermManager::make_term(s, hands_on_a_copy ? own_args : args);
     if (refuse_late) throw error("refused late");
     return t;
   }
@@ -52,6 +53,7 @@ class CallingManager : public TermManager {
   int most = 0;
   int depth = 0;
   int calls = 0;
+  bool hands_on_a_copy = false;
   bool refuse = false;
   bool refuse_late = false;
 };
@@ -202,6 +204,72 @@ TEST(NestedRequests, ErrorsNameTheBuilderAfterADirectNestedRequest) {
   m.most = 1;
   EXPECT_EQ(error_of([&] { m.make_and(c.p, c.i); }),
             "type error. term Ai has type Int, but Bool was expected. (make_and)");
+}
+
+TEST(NestedRequests, ErrorsNameTheBuilderWhenAnOverrideHandsOnArgumentsOfItsOwn) {
+  CallingManager m;
+  const Constants c(m, "A");
+  const Symbol* disjunction = m.make_or(c.p, c.q)->symbol;
+  m.callback = [&] { m.TermManager::make_term(disjunction, {c.q, c.q}); };
+  m.most = 1;
+  m.hands_on_a_copy = true;
+  EXPECT_EQ(error_of([&] { m.make_and(c.p, c.i); }),
+            "type error. term Ai has type Int, but Bool was expected. (make_and)");
+}
+
+TEST(NestedRequests, ErrorsOfADirectRequestOfAnOverrideNameItsSymbol) {
+  CallingManager m;
+  const Constants c(m, "A");
+  const Symbol* disjunction = m.make_or(c.p, c.q)->symbol;
+  std::string nested_error;
+  m.callback = [&] { nested_error = error_of([&] { m.make_term(disjunction, {c.p, c.i}); }); };
+  m.most = 1;
+  m.make_and(c.p, c.q);
+  EXPECT_EQ(nested_error, "type error. term Ai has type Int, but Bool was expected. (`or`)");
+}
+
+TEST(NestedRequests, ErrorsOfADirectRequestOfADelegateNameItsSymbol) {
+  CallingManager m;
+  const Constants c(m, "A");
+  const Symbol* conjunction = m.make_and(c.p, c.q)->symbol;
+  DecliningDelegate delegate;
+  std::string nested_error;
+  delegate.callback = [&] {
+    nested_error = error_of([&] { m.make_term(conjunction, {c.p, c.i}); });
+  };
+  delegate.most = 1;
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  m.make_and(c.p, c.q);
+  EXPECT_EQ(nested_error, "type error. term Ai has type Int, but Bool was expected. (`and`)");
+}
+
+TEST(NestedRequests, ErrorsOfADirectCheckByAnOverrideNameItsSymbol) {
+  CallingManager m;
+  const Constants c(m, "A");
+  const Symbol* disjunction = m.make_or(c.p, c.q)->symbol;
+  std::string nested_error;
+  m.callback = [&] { nested_error = error_of([&] { m.typecheck(disjunction, {c.p, c.i}); }); };
+  m.most = 1;
+  m.make_and(c.p, c.q);
+  EXPECT_EQ(nested_error, "type error. term Ai has type Int, but Bool was expected. (`or`)");
+}
+
+TEST(NestedRequests, ErrorsNameTheBuilderThatADelegateCallsWhenItIsOff) {
+  TermManager m;
+  const Constants c(m, "A");
+  DecliningDelegate delegate;
+  std::string nested_error;
+  delegate.callback = [&] {
+    m.set_delegate_enabled(false);
+    nested_error = error_of([&] { m.make_uninterpreted_function(c.h, {c.i, c.p}); });
+  };
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  m.make_and(c.p, c.q);
+  EXPECT_EQ(nested_error,
+            "type error. term Ap has type Bool, but Int was expected. "
+            "(make_uninterpreted_function)");
 }
 
 TEST(NestedRequests, AnErrorThatADelegateCatchesDoesNotNameLaterRequests) {
