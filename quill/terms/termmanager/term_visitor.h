@@ -15,10 +15,10 @@
 // The visitor of class TermVisitor<C> calls C::visit itself, also where a class derived from C
 // overrides it. A callback that is chosen at run time is called through VisitForwarder.
 //
-// What a callback may do. It may call every member of every manager but gc, free_type, free_symbol
-// and the destructor. It may walk: with other visitors that have marks of their own, and with the
-// very visitor that calls it. Such an inner walk has a work stack of its own and shares the marks
-// with the outer walk:
+// What a callback may do. It may call every member of every manager except gc, free_type,
+// free_symbol and the destructor (see term_factory.h). It may walk: with other visitors that have
+// marks of their own, and with the very visitor that calls it. Such an inner walk has a work stack
+// of its own and shares the marks with the outer walk:
 //   - In dag mode each walk leaves out what the other one has finished. An inner walk that reaches
 //     a term which the outer walk has entered and not left makes the post-visit of it, and the
 //     outer walk makes none. (Otherwise the outer walk makes one, too.)
