@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/exception.h"
 
 namespace quill::life {
@@ -15,16 +16,18 @@ namespace {
 
 using Pointers = std::vector<const Term_*>;
 
-const std::set<std::string> other_operations = {"fresh", "substitute", "copy", "again", "collect"};
+const std::set<std::string> other_operations = {"fresh", "substitute", "copy",  "walk",
+                                                "again", "collect",    "within"};
 
-const Texts fresh_types = {"Bool", "Int", "Real", "(BitVec 8)", "(FP |3:4|)", "S0"};
+// What somebody throws who was called.
+struct Thrown {};
 
 void expect(bool condition, const std::string& complaint) {
   if (!condition) throw Disagreement(complaint);
 }
 
 // The type as the model writes it.
-std::string text_of(const DataType* type, const TermManager& m) {
+std::string type_text(const DataType* type, const TermManager& m) {
   if (type == m.get_universe()->get_application_type()) return "->";
   if (type->is_simple()) {
     const std::string& name = type->get_name();
@@ -36,48 +39,9 @@ std::string text_of(const DataType* type, const TermManager& m) {
   std::string text = "(";
   for (size_t i = 0; i < type->num_components(); i++) {
     if (i != 0) text += ' ';
-    text += text_of(type->get_component(i), m);
+    text += type_text(type->get_component(i), m);
   }
   return text + ")";
-}
-
-// An operand of a type that fits the pattern, or none. Binds the letters of the pattern.
-std::optional<std::string> choose(const Model& model, const std::string& pattern, size_t number,
-                                  Bindings& bindings) {
-  std::vector<const Texts*> groups;
-  std::vector<Bindings> bound;
-  size_t count = 0;
-  for (const auto& [type, texts] : model.operands()) {
-    Bindings trial = bindings;
-    if (!match(pattern, type, trial)) continue;
-    groups.push_back(&texts);
-    bound.push_back(trial);
-    count += texts.size();
-  }
-  if (count == 0) return std::nullopt;
-  size_t index = number % count;
-  size_t group = 0;
-  while (index >= groups[group]->size()) index -= groups[group++]->size();
-  bindings = bound[group];
-  return (*groups[group])[index];
-}
-
-// Any operand, or one of a type or a subtype of it.
-std::optional<std::string> choose_any(const Model& model, size_t number, const char* type = "") {
-  Texts texts;
-  for (const auto& [present, group] : model.operands()) {
-    if (*type == '\0' || is_subtype(present, type)) {
-      texts.insert(texts.end(), group.begin(), group.end());
-    }
-  }
-  if (texts.empty()) return std::nullopt;
-  return texts[number % texts.size()];
-}
-
-Pointers pointers(const std::map<std::string, const Term_*>& held, const Texts& texts) {
-  Pointers terms;
-  for (const std::string& text : texts) terms.push_back(held.at(text));
-  return terms;
 }
 
 }  // namespace
@@ -92,74 +56,249 @@ Texts operation_names() {
   return names;
 }
 
+//------------------------------------------------------------------------------------------------
+// Who is called
+
+class Life::OverridingManager : public TermManager {
+ public:
+  OverridingManager(Life& owner, size_t own_number) : life(owner), number(own_number) {}
+
+  const Term_* make_term(const Symbol* s, const Pointers& args) override {
+    Event event = {Event::BeforeBuilding, number, s->name, life.texts_of(number, args)};
+    const Reaction& before = life.react(event);
+    if (before.then == Reaction::Throw) throw Thrown();
+    if (before.then == Reaction::Answer) return life.find(number, before.answer);
+    if (before.then == Reaction::Plain) return do_make_term(s, args);
+    const Term_* t = nullptr;
+    if (before.then == Reaction::GoOnWithCopy) {
+      const Pointers own_args = args;
+      t = TermManager::make_term(s, own_args);
+    } else {
+      t = TermManager::make_term(s, args);
+    }
+    event.place = Event::AfterBuilding;
+    const Reaction& after = life.react(event);
+    if (after.then == Reaction::Throw) throw Thrown();
+    return after.then == Reaction::Answer ? life.find(number, after.answer) : t;
+  }
+
+ private:
+  Life& life;
+  const size_t number;
+};
+
+class Life::AskedDelegate : public TermFactory {
+ public:
+  AskedDelegate(Life& owner, size_t number_of_manager) : life(owner), number(number_of_manager) {}
+
+  const Term_* make_term(const Symbol* s, const Pointers& args) override {
+    const Reaction& reaction =
+        life.react({Event::Delegate, number, s->name, life.texts_of(number, args)});
+    if (reaction.then == Reaction::Throw) throw Thrown();
+    if (reaction.then == Reaction::Answer) return life.find(number, reaction.answer);
+    if (reaction.then == Reaction::Plain) return life.sides[number].manager->do_make_term(s, args);
+    return nullptr;
+  }
+
+ private:
+  Life& life;
+  const size_t number;
+};
+
+class Life::WalkCallback {
+ public:
+  WalkCallback(Life& owner, size_t number_of_manager) : life(owner), number(number_of_manager) {}
+
+  int visit(const Term_* t, bool preorder) {
+    const Event::Place place = preorder ? Event::PreVisit : Event::PostVisit;
+    const Reaction& reaction = life.react({place, number, life.text_of(number, t), {}});
+    if (reaction.then == Reaction::Throw) throw Thrown();
+    if (reaction.then == Reaction::Stop) return 0;
+    return reaction.then == Reaction::LeaveOut ? 1 : 2;
+  }
+
+ private:
+  Life& life;
+  const size_t number;
+};
+
+// What was foreseen for the call that comes now.
+const Reaction& Life::react(const Event& event) {
+  calls++;
+  expect(next_step < steps.size(), "called when nobody should be: " + event.symbol);
+  const Step& step = steps[next_step++];
+  expect(step.event == event, "called for " + event.symbol + " instead of " + step.event.symbol +
+                                  ", or from elsewhere, or with other arguments");
+  for (const std::string& kind : kinds_of(step)) counts[kind]++;
+  if (step.reaction.task) {
+    const Outcome outcome = carry_out(*step.reaction.task);
+    expect(outcome == step.reaction.foreseen, "another outcome of what a callback asked for");
+    const std::string complaint = sides[event.manager].manager->check_consistency();
+    expect(complaint.empty(), "inconsistent within a request: " + complaint);
+  }
+  return step.reaction;
+}
+
+//------------------------------------------------------------------------------------------------
+// Operations
+
 Life::Life() {
-  for (Side& side : sides) {
-    side.held["`true`"] = side.manager.make_true();
-    side.held["`false`"] = side.manager.make_false();
-    check_all(side);
+  for (size_t number = 0; number < sides.size(); number++) {
+    Side& side = sides[number];
+    side.delegate = std::make_unique<AskedDelegate>(*this, number);
+    if (number == 0) {
+      side.manager = std::make_unique<TermManager>();
+    } else {
+      side.manager = std::make_unique<OverridingManager>(*this, number);
+    }
+    side.manager->set_delegate(side.delegate.get());
+    bind(number, "`true`", side.manager->make_true());
+    bind(number, "`false`", side.manager->make_false());
+    check_all(number);
   }
 }
 
+Life::~Life() = default;
+
 void Life::perform(const Operation& operation) {
-  Side& side = sides[operation.manager];
-  Side& other = sides[1 - operation.manager];
+  const size_t number = operation.manager;
+  const Operands operand = [&](size_t i) { return operation.operand(i); };
   bool done = true;
+  if (operation.name == "within") {
+    within = operation.operands;
+    counts[operation.name]++;
+    return;
+  }
   if (operation.name == "fresh") {
-    done = make_fresh(side, operation);
+    done = do_task(choose_fresh(number, operand));
   } else if (operation.name == "substitute") {
-    done = substitute(side, operation);
+    done = do_task(choose_substitution(models, number, operand));
   } else if (operation.name == "copy") {
-    done = copy(side, other, operation);
+    done = do_task(choose_copy(models, number, operand));
+  } else if (operation.name == "walk") {
+    done = do_task(choose_walk(models, number, operand));
   } else if (operation.name == "again") {
-    done = make_again(side, operation);
+    done = make_again(number, operation);
   } else if (operation.name == "collect") {
-    collect(side, operation);
+    collect(number, operation);
   } else {
-    done = apply(side, *find_operator(operation.name), operation);
+    done = do_task(choose_build(models, number, *find_operator(operation.name), operand));
   }
   if (done) counts[operation.name]++;
-  check_sizes(side);
-  check_sizes(other);
+  within.clear();
+  check_sizes(0);
+  check_sizes(1);
+}
+
+bool Life::do_task(const std::optional<Task>& task) {
+  if (!task) return false;
+  do_task(*task);
+  return true;
+}
+
+// On the models and then with the managers, in the way that `within` says.
+void Life::do_task(const Task& task) {
+  const size_t bits = within.empty() ? 0 : within[0];
+  std::array<Called, 2> called;
+  for (size_t number = 0; number < sides.size(); number++) {
+    called[number] = {number == 1, (bits >> number & 1) != 0};
+    sides[number].manager->set_delegate_enabled(called[number].delegate);
+  }
+  const Plan plan(within.begin() + (within.empty() ? 0 : 1), within.end());
+  Foresight foresight(models, called, plan);
+  const Outcome foreseen = foresight.run(task);
+  steps = foresight.get_steps();
+  next_step = 0;
+  const Outcome outcome = carry_out(task);
+  expect(outcome == foreseen, "another outcome");
+  expect(next_step == steps.size(), "somebody was not called");
+  for (size_t number = 0; number < sides.size(); number++) {
+    sides[number].manager->set_delegate_enabled(false);
+    bind_made_terms(number);
+  }
 }
 
 // Every term that the model made since last time must be in the bank, with its id and all.
-void Life::bind_made_terms(Side& side) {
-  if (side.model.made.empty()) return;
+void Life::bind_made_terms(size_t number) {
+  Model& model = models[number];
+  if (model.made.empty()) return;
+  const TermManager& m = *sides[number].manager;
   std::map<uint64_t, const Term_*> by_id;
-  for (const Term_* t : *side.manager.get_bank()) by_id[t->id] = t;
-  for (const std::string& text : side.model.made) {
-    const ModelTerm& expected = side.model.terms.at(text);
+  for (const Term_* t : *m.get_bank()) by_id[t->id] = t;
+  for (const std::string& text : model.made) {
+    const ModelTerm& expected = model.terms.at(text);
     const auto found = by_id.find(expected.id);
     expect(found != by_id.end(), "no term has the id of " + text);
     const Term_* t = found->second;
     expect(t->symbol->name == expected.head.symbol,
            std::string("the id of ") + text + " belongs to a term of symbol " + t->symbol->name);
-    expect(text_of(t->symbol->type, side.manager) == expected.head.type,
+    expect(type_text(t->symbol->type, m) == expected.head.type,
            "the symbol has another type: " + text);
-    expect(Pointers(t->args, t->args + t->symbol->arity) == pointers(side.held, expected.arguments),
+    expect(Pointers(t->args, t->args + t->symbol->arity) == find(number, expected.arguments),
            "other arguments: " + text);
-    expect(side.held.insert({text, t}).second, "made twice: " + text);
+    bind(number, text, t);
   }
-  side.model.made.clear();
+  model.made.clear();
 }
 
-void Life::check_sizes(const Side& side) const {
-  const TermManager& m = side.manager;
-  expect(m.get_bank()->size() == side.model.terms.size(), "another number of terms");
-  expect(m.get_signature()->size() == side.model.symbols.size(), "another number of symbols");
-  expect(m.get_universe()->size() == side.model.types.size(), "another number of types");
+void Life::bind(size_t number, const std::string& text, const Term_* t) {
+  Side& side = sides[number];
+  expect(side.held.insert({text, t}).first->second == t, "made twice: " + text);
+  side.texts[t] = text;
 }
 
-void Life::check_all(const Side& side) const {
-  check_sizes(side);
-  const TermManager& m = side.manager;
+// A term that the model has, also one that was made a moment ago.
+const Term_* Life::find(size_t number, const std::string& text) {
+  Side& side = sides[number];
+  const auto held = side.held.find(text);
+  if (held != side.held.end()) return held->second;
+  const uint64_t id = models[number].terms.at(text).id;
+  for (const Term_* t : *side.manager->get_bank()) {
+    if (t->id != id) continue;
+    expect(text_of(number, t) == text, "the id of " + text + " belongs to another term");
+    bind(number, text, t);
+    return t;
+  }
+  throw Disagreement("no term has the id of " + text);
+}
+
+Pointers Life::find(size_t number, const Texts& texts) {
+  Pointers terms;
+  for (const std::string& text : texts) terms.push_back(find(number, text));
+  return terms;
+}
+
+std::string Life::text_of(size_t number, const Term_* t) const {
+  expect(t != nullptr, "a null term");
+  const auto known = sides[number].texts.find(t);
+  if (known != sides[number].texts.end()) return known->second;
+  return compose(t->symbol->name, texts_of(number, Pointers(t->args, t->args + t->symbol->arity)));
+}
+
+Texts Life::texts_of(size_t number, const Pointers& terms) const {
+  Texts texts;
+  for (const Term_* t : terms) texts.push_back(text_of(number, t));
+  return texts;
+}
+
+void Life::check_sizes(size_t number) const {
+  const TermManager& m = *sides[number].manager;
+  expect(m.get_bank()->size() == models[number].terms.size(), "another number of terms");
+  expect(m.get_signature()->size() == models[number].symbols.size(), "another number of symbols");
+  expect(m.get_universe()->size() == models[number].types.size(), "another number of types");
+}
+
+void Life::check_all(size_t number) const {
+  check_sizes(number);
+  const Side& side = sides[number];
+  const TermManager& m = *side.manager;
   const std::string complaint = m.check_consistency();
   expect(complaint.empty(), "inconsistent: " + complaint);
 
   std::set<const Term_*> bank;
   for (const Term_* t : *m.get_bank()) bank.insert(t);
   uint64_t bound = 0;
-  for (const auto& [text, term] : side.model.terms) {
+  for (const auto& [text, term] : models[number].terms) {
     const Term_* t = side.held.at(text);
     expect(bank.count(t) != 0, "gone: " + text);
     expect(t->id == term.id, "another id: " + text);
@@ -167,227 +306,191 @@ void Life::check_all(const Side& side) const {
     bound = std::max(bound, term.id + 1);
   }
   expect(m.get_bank()->id_bound() == bound, "another bound of the ids");
-  for (const auto& [name, type] : side.model.symbols) {
+  for (const auto& [name, type] : models[number].symbols) {
     const Symbol* symbol = m.get_signature()->get_symbol(name.c_str());
     expect(symbol != nullptr, "no symbol " + name);
-    expect(text_of(symbol->type, m) == type, "another type: symbol " + name);
+    expect(type_text(symbol->type, m) == type, "another type: symbol " + name);
   }
   for (size_t i = 0; i < m.get_universe()->size(); i++) {
-    const std::string type = text_of(m.get_universe()->type(i), m);
-    expect(side.model.types.count(type) != 0, "a type too many: " + type);
+    const std::string type = type_text(m.get_universe()->type(i), m);
+    expect(models[number].types.count(type) != 0, "a type too many: " + type);
   }
 }
 
 //------------------------------------------------------------------------------------------------
-// Building
+// Tasks
 
-// Has the manager make a term, through the operator if that leads to this very symbol.
-void Life::build(Side& side, const Head& head, const Texts& arguments) {
-  const Pointers terms = pointers(side.held, arguments);
-  const Operator* op = find_operator(head.operation);
-  bool leads_there = op != nullptr;
-  if (leads_there) {
-    Bindings bindings = head.bindings;
-    const Texts patterns = op->operand_types();
-    for (size_t i = 0; i < patterns.size(); i++) {
-      leads_there =
-          leads_there && match(patterns[i], side.model.terms.at(arguments[i]).type(), bindings);
+Outcome Life::carry_out(const Task& task) {
+  calls++;
+  Outcome outcome;
+  try {
+    switch (task.kind) {
+      case Task::Build:
+        outcome.results.push_back(text_of(task.manager, build(task)));
+        break;
+      case Task::Fresh: {
+        TermManager& m = *sides[task.manager].manager;
+        const DataType* type = make_type(m, task.type);
+        outcome.results.push_back(text_of(task.manager, m.make_fresh_variable(type)));
+        break;
+      }
+      case Task::Substitute:
+        outcome.results.push_back(substitute(task, outcome.images));
+        break;
+      case Task::Copy:
+        copy(task, outcome.results);
+        break;
+      case Task::Walk:
+        walk(task);
+        break;
     }
+  } catch (const TermManager::error&) {
+    outcome.end = Outcome::Refused;
+  } catch (const Thrown&) {
+    outcome.end = Outcome::Thrown;
   }
-  TermManager& m = side.manager;
-  const Term_* t = nullptr;
-  if (leads_there) {
-    t = op->build(m, Request(head), terms);
-  } else {
-    const Symbol* symbol = m.get_signature()->get_symbol(head.symbol.c_str());
-    if (symbol == nullptr) symbol = m.make_symbol(head.symbol, make_type(m, head.type));
-    t = m.make_term(symbol, terms);
-  }
-  const std::string text = side.model.make(head, arguments);
-  bind_made_terms(side);
-  expect(t == side.held.at(text), "another term than " + text);
+  return outcome;
 }
 
-bool Life::apply(Side& side, const Operator& op, const Operation& operation) {
-  Bindings bindings;
-  const auto choose_parameters = [&] {
-    for (size_t i = 0; i < op.parameters.size(); i++) {
-      const auto& [letter, low, bound] = op.parameters[i];
-      if (bindings.count(letter) != 0 || !is_bound(bound, bindings)) continue;
-      const long first = value_of(low, bindings);
-      const auto choices = static_cast<size_t>(value_of(bound, bindings) - first);
-      bindings[letter] =
-          std::to_string(static_cast<size_t>(first) + operation.operand(i) % choices);
+const Term_* Life::build(const Task& task) {
+  const Pointers terms = find(task.manager, task.arguments);
+  TermManager& m = *sides[task.manager].manager;
+  if (task.by_builder)
+    return find_operator(task.head.operation)->build(m, Request(task.head), terms);
+  const Symbol* symbol = m.get_signature()->get_symbol(task.head.symbol.c_str());
+  if (symbol == nullptr) symbol = m.make_symbol(task.head.symbol, make_type(m, task.head.type));
+  return m.make_term(symbol, terms);
+}
+
+std::string Life::substitute(const Task& task, Model::Images& images) {
+  Side& side = sides[task.manager];
+  TermManager& m = *side.manager;
+  Pointers from;
+  Pointers to;
+  TermManager::TermMap map;
+  for (const auto& [key, image] : task.pairs) {
+    from.push_back(find(task.manager, key));
+    to.push_back(find(task.manager, image));
+    if (task.form == 0) map[from.back()] = to.back();
+  }
+  const Term_* t = find(task.manager, task.roots[0]);
+  const auto note_images = [&] {
+    for (const bool mark : side.marks) expect(!mark, "a mark is left");
+    for (const auto& [key, image] : map) {
+      images[text_of(task.manager, key)] = text_of(task.manager, image);
     }
   };
-  choose_parameters();
-  Texts arguments;
-  for (const std::string& pattern : op.operand_types()) {
-    const size_t number = operation.operand(op.parameters.size() + arguments.size());
-    const auto argument = choose(side.model, pattern, number, bindings);
-    if (!argument) return false;
-    arguments.push_back(*argument);
+  const Term_* result = nullptr;
+  try {
+    if (task.form == 0) {
+      result = m.substitute(t, map, side.marks, /*check=*/true);
+    } else if (task.form == 1) {
+      result = m.substitute(t, from, to, map, side.marks);
+    } else {
+      result = m.substitute(t, from, to);
+    }
+  } catch (const Disagreement&) {
+    throw;
+  } catch (...) {
+    note_images();
+    throw;
   }
-  choose_parameters();  // those that depend on the operands
-  build(side, {fill(op.symbol, bindings), fill(op.type, bindings), op.name, bindings}, arguments);
-  return true;
+  note_images();
+  return text_of(task.manager, result);
 }
 
-bool Life::make_fresh(Side& side, const Operation& operation) {
-  const std::string type = fresh_types[operation.operand(0) % fresh_types.size()];
-  const std::string name = "'" + std::to_string(side.next_fresh++);
-  const DataType* actual_type = make_type(side.manager, type);
-  const bool taken = side.model.symbols.count(name) != 0;  // by a copy
-  const Term_* t = nullptr;
-  try {
-    t = side.manager.make_fresh_variable(actual_type);
-  } catch (const TermManager::error&) {
+void Life::copy(const Task& task, Texts& results) {
+  const TermManager& source = *sides[1 - task.manager].manager;
+  TermManager& m = *sides[task.manager].manager;
+  const Pointers roots = find(1 - task.manager, task.roots);
+  if (task.form == 0) {
+    results = texts_of(task.manager, {m.copy_term(source, roots[0])});
+  } else if (task.form == 1) {
+    TermManager::TermMap replaced;
+    for (const auto& [key, image] : task.pairs) {
+      replaced[find(1 - task.manager, key)] = find(task.manager, image);
+    }
+    results = texts_of(task.manager, {m.copy_term_with_subst(source, roots[0], replaced)});
+  } else {
+    Pointers copies;
+    try {
+      m.copy_terms(source, roots, copies, /*use_manager_marks=*/task.form == 2);
+    } catch (const Disagreement&) {
+      throw;
+    } catch (...) {
+      results = texts_of(task.manager, copies);
+      throw;
+    }
+    results = texts_of(task.manager, copies);
   }
-  expect((t == nullptr) == taken, "a fresh variable, or none, against expectation: " + name);
-  if (taken) {
-    // The type stays, though nothing uses it.
-    side.model.note_type(type);
-    return true;
-  }
-  side.model.make({name, type, "fresh", {}}, {});
-  bind_made_terms(side);
-  expect(t == side.held.at(name), "another term than " + name);
-  return true;
 }
+
+void Life::walk(const Task& task) {
+  WalkCallback callback(*this, task.manager);
+  TermVisitor<WalkCallback> visitor(&callback, /*visit_once=*/task.form != 0);
+  visitor.visit(find(task.manager, task.roots[0]), /*clear_marks=*/true);
+}
+
+//------------------------------------------------------------------------------------------------
+// What was collected, made again
 
 // Whether a collected term can be made again: not if a name that it needs, one of a fresh variable,
 // belongs to a symbol of another type by now.
-bool Life::can_make_again(Side& side, const std::string& text, std::set<std::string>& seen) {
-  if (side.model.terms.count(text) != 0 || !seen.insert(text).second) return true;
-  const auto found = side.buried.find(text);
-  if (found == side.buried.end()) return false;
+bool Life::can_make_again(size_t number, const std::string& text, std::set<std::string>& seen) {
+  if (models[number].terms.count(text) != 0 || !seen.insert(text).second) return true;
+  const auto found = sides[number].buried.find(text);
+  if (found == sides[number].buried.end()) return false;
   const ModelTerm& term = found->second;
-  const auto symbol = side.model.symbols.find(term.head.symbol);
-  if (symbol != side.model.symbols.end() && symbol->second != term.head.type) return false;
+  const auto symbol = models[number].symbols.find(term.head.symbol);
+  if (symbol != models[number].symbols.end() && symbol->second != term.head.type) return false;
   const Texts expected = components_of(term.head.type);
+  const Operator* op = find_operator(term.head.operation);
+  Bindings bindings = term.head.bindings;
+  bool has_builder = true;
   for (size_t i = 0; i < term.arguments.size(); i++) {
-    if (!can_make_again(side, term.arguments[i], seen)) return false;
-    const auto present = side.model.terms.find(term.arguments[i]);
-    const ModelTerm& argument =
-        present != side.model.terms.end() ? present->second : side.buried.at(term.arguments[i]);
+    if (!can_make_again(number, term.arguments[i], seen)) return false;
+    const auto present = models[number].terms.find(term.arguments[i]);
+    const ModelTerm& argument = present != models[number].terms.end()
+                                    ? present->second
+                                    : sides[number].buried.at(term.arguments[i]);
     if (!is_subtype(argument.type(), expected[i + 1])) return false;
+    if (op != nullptr && !match(op->operand_types()[i], argument.type(), bindings)) {
+      has_builder = false;
+    }
   }
-  // The symbol of a family has to come from its operator.
-  return term.head.symbol != "`ite_rat`" || symbol != side.model.symbols.end();
+  // The symbol of a family has to come from its operator, which takes no Int for a Real.
+  return has_builder || symbol != models[number].symbols.end();
 }
 
-std::string Life::make_buried(Side& side, const std::string& text) {
-  if (side.model.terms.count(text) != 0) return text;
-  const ModelTerm term = side.buried.at(text);
-  for (const std::string& argument : term.arguments) make_buried(side, argument);
-  build(side, term.head, term.arguments);
-  return text;
+// With a plan for the term itself, and none for what is below it.
+void Life::make_buried(size_t number, const std::string& text, const Plan& plan_of_root) {
+  if (models[number].terms.count(text) != 0) return;
+  const ModelTerm term = sides[number].buried.at(text);
+  for (const std::string& argument : term.arguments) make_buried(number, argument, {});
+  within = plan_of_root;
+  do_task(build_task(models, number, term.head, term.arguments));
 }
 
-bool Life::make_again(Side& side, const Operation& operation) {
-  if (side.buried.empty()) return false;
-  auto chosen = side.buried.begin();
-  std::advance(chosen, operation.operand(0) % side.buried.size());
+bool Life::make_again(size_t number, const Operation& operation) {
+  const Model::Terms& buried = sides[number].buried;
+  if (buried.empty()) return false;
+  auto chosen = buried.begin();
+  std::advance(chosen, operation.operand(0) % buried.size());
   std::set<std::string> seen;
   const std::string text = chosen->first;
-  if (side.model.terms.count(text) != 0 || !can_make_again(side, text, seen)) return false;
-  make_buried(side, text);
+  if (models[number].terms.count(text) != 0 || !can_make_again(number, text, seen)) return false;
+  make_buried(number, text, Plan(within));
   return true;
 }
 
 //------------------------------------------------------------------------------------------------
-// Substitution, copies and collection
-
-bool Life::substitute(Side& side, const Operation& operation) {
-  const auto root = choose_any(side.model, operation.operand(0));
-  std::set<std::string> below;
-  side.model.reach(*root, below);
-  const Texts candidates(below.begin(), below.end());
-  Model::Pairs pairs;
-  Pointers from;
-  Pointers to;
-  for (size_t i = 0; i <= operation.operand(1) % 2; i++) {
-    const std::string key = candidates[operation.operand(2 + 2 * i) % candidates.size()];
-    const std::string type = side.model.terms.at(key).type();
-    const auto image = choose_any(side.model, operation.operand(3 + 2 * i), type.c_str());
-    if (!image) return false;
-    pairs.push_back({key, *image});
-    from.push_back(side.held.at(key));
-    to.push_back(side.held.at(*image));
-  }
-  TermManager& m = side.manager;
-  const Term_* t = side.held.at(*root);
-  const Term_* result = nullptr;
-  if (operation.operand(1) % 3 == 0) {
-    TermManager::TermMap images;
-    for (size_t i = 0; i < from.size(); i++) images[from[i]] = to[i];
-    std::vector<bool> marks;
-    result = m.substitute(t, images, marks, /*check=*/true);
-    expect(images.find(t)->second == result, "the substitution does not hold the result");
-    for (const bool mark : marks) expect(!mark, "a mark is left");
-  } else {
-    result = m.substitute(t, from, to);
-  }
-  const std::string text = side.model.substitute(*root, pairs);
-  bind_made_terms(side);
-  expect(result == side.held.at(text), "another result than " + text);
-  return true;
-}
-
-// Operand 0 chooses the form; the others the terms.
-bool Life::copy(Side& from, Side& to, const Operation& operation) {
-  const size_t form = operation.operand(0) % 4;
-  Texts roots;
-  Pointers terms;
-  const size_t count = form < 2 ? 1 : 1 + operation.operand(0) % 3;
-  for (size_t i = 0; i < count; i++) {
-    roots.push_back(*choose_any(from.model, operation.operand(1 + i)));
-    terms.push_back(from.held.at(roots.back()));
-  }
-
-  Model::Pairs pairs;
-  TermManager::TermMap replaced;
-  if (form == 1) {
-    std::set<std::string> below;
-    from.model.reach(roots[0], below);
-    const Texts candidates(below.begin(), below.end());
-    const std::string key = candidates[operation.operand(2) % candidates.size()];
-    const std::string type = from.model.terms.at(key).type();
-    const auto image = choose_any(to.model, operation.operand(3), type.c_str());
-    if (!image) return false;
-    pairs.push_back({key, *image});
-    replaced[from.held.at(key)] = to.held.at(*image);
-  }
-
-  Pointers copies;
-  bool refused = false;
-  try {
-    if (form == 0) {
-      copies.push_back(to.manager.copy_term(from.manager, terms[0]));
-    } else if (form == 1) {
-      copies.push_back(to.manager.copy_term_with_subst(from.manager, terms[0], replaced));
-    } else {
-      to.manager.copy_terms(from.manager, terms, copies, /*use_manager_marks=*/form == 2);
-    }
-  } catch (const TermManager::error&) {
-    refused = true;
-  }
-
-  Texts expected;
-  for (const std::string& root : roots) {
-    const std::string text = to.model.copy(from.model, root, pairs);
-    if (text.empty()) break;
-    expected.push_back(text);
-  }
-  expect(refused == (expected.size() < roots.size()), "a copy, or none, against expectation");
-  bind_made_terms(to);
-  expect(copies == pointers(to.held, expected), "another copy than expected");
-  return true;
-}
+// Collection
 
 // The operands: how many of a hundred terms are roots, how they are mixed, and the same numbers for
 // the symbols and types of terms.
-void Life::collect(Side& side, const Operation& operation) {
+void Life::collect(size_t number, const Operation& operation) {
+  Side& side = sides[number];
+  TermManager& m = *side.manager;
   Texts term_roots;
   Texts symbol_roots;
   Texts type_roots;
@@ -395,7 +498,7 @@ void Life::collect(Side& side, const Operation& operation) {
   std::vector<const Symbol*> symbols;
   std::vector<const DataType*> types;
   size_t position = operation.operand(1);
-  for (const auto& [text, term] : side.model.terms) {
+  for (const auto& [text, term] : models[number].terms) {
     const Term_* t = side.held.at(text);
     position += 37;
     if (position % 101 < operation.operand(0)) {
@@ -412,39 +515,41 @@ void Life::collect(Side& side, const Operation& operation) {
     }
   }
 
-  const size_t terms_before = side.model.terms.size();
-  const size_t symbols_before = side.model.symbols.size();
-  const size_t types_before = side.model.types.size();
-  const uint64_t generation = side.manager.gc_generation();
-  side.manager.gc(terms, symbols, types);
+  const size_t terms_before = models[number].terms.size();
+  const size_t symbols_before = models[number].symbols.size();
+  const size_t types_before = models[number].types.size();
+  const uint64_t generation = m.gc_generation();
+  m.gc(terms, symbols, types);
 
   Model::Terms freed;
-  side.model.collect(term_roots, symbol_roots, type_roots, freed);
+  models[number].collect(term_roots, symbol_roots, type_roots, freed);
   for (auto& [text, term] : freed) {
+    side.texts.erase(side.held.at(text));
     side.held.erase(text);
     side.buried[text] = std::move(term);
   }
-  check_all(side);
-  const TermManager::CollectionStatistics& statistics = side.manager.get_last_collection();
-  expect(statistics.terms == terms_before - side.model.terms.size() &&
-             statistics.symbols == symbols_before - side.model.symbols.size() &&
-             statistics.types == types_before - side.model.types.size(),
+  check_all(number);
+  const TermManager::CollectionStatistics& statistics = m.get_last_collection();
+  expect(statistics.terms == terms_before - models[number].terms.size() &&
+             statistics.symbols == symbols_before - models[number].symbols.size() &&
+             statistics.types == types_before - models[number].types.size(),
          "other numbers of what was freed");
-  expect(side.manager.gc_generation() == generation + 1, "the collection was not counted");
+  expect(m.gc_generation() == generation + 1, "the collection was not counted");
 }
 
-std::string live(const Trace& trace, std::map<std::string, size_t>* performed) {
+std::string live(const Trace& trace, Summary* summary) {
   Life life;
-  for (size_t i = 0; i < trace.size(); i++) {
+  std::string complaint;
+  for (size_t i = 0; i < trace.size() && complaint.empty(); i++) {
     try {
       life.perform(trace[i]);
     } catch (const std::exception& failure) {
-      return "operation " + std::to_string(i + 1) + " (" + trace[i].to_str() +
-             "): " + failure.what();
+      complaint =
+          "operation " + std::to_string(i + 1) + " (" + trace[i].to_str() + "): " + failure.what();
     }
   }
-  if (performed != nullptr) *performed = life.performed();
-  return "";
+  if (summary != nullptr) *summary = {life.performed(), life.num_calls()};
+  return complaint;
 }
 
 }  // namespace quill::life

@@ -1,19 +1,28 @@
 // Lives a trace: two managers, each beside its model, and what must be the same after every
 // operation.
+//
+// Manager 0 is a plain one, manager 1 is of a class that overrides make_term; both get a delegate
+// for operations that come with a plan. What happens when somebody is called back is foreseen on
+// the models; the managers are then asked for the same, and each call must come as foreseen.
 
 #ifndef TESTS_LIFE_LIFE_H
 #define TESTS_LIFE_LIFE_H
 
 #include <array>
 #include <map>
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/life/choices.h"
+#include "tests/life/foresight.h"
 #include "tests/life/model.h"
 #include "tests/life/operators.h"
+#include "tests/life/task.h"
 #include "tests/life/trace.h"
 
 namespace quill::life {
@@ -30,42 +39,72 @@ class Disagreement : public std::runtime_error {
 class Life {
  public:
   Life();
+  ~Life();
 
   // What has no operand to choose from does nothing. Throws Disagreement.
   void perform(const Operation& operation);
 
-  // How often each kind of operation did something, by its name.
+  // How often each kind of operation did something, and each kind of reaction was seen, by name.
   const std::map<std::string, size_t>& performed() const { return counts; }
 
+  // How many calls the managers got, and made.
+  size_t num_calls() const { return calls; }
+
  private:
+  class OverridingManager;
+  class AskedDelegate;
+  class WalkCallback;
+
   struct Side {
-    TermManager manager;
-    Model model;
-    std::map<std::string, const Term_*> held;  // the term of each text
-    Model::Terms buried;                       // what was collected, by text
-    unsigned next_fresh = 1;
+    std::unique_ptr<AskedDelegate> delegate;
+    std::unique_ptr<TermManager> manager;
+    std::map<std::string, const Term_*> held;             // the term of each text
+    std::unordered_map<const Term_*, std::string> texts;  // and back
+    Model::Terms buried;                                  // what was collected, by text
+    std::vector<bool> marks;                              // lent to substitutions
   };
 
-  bool apply(Side& side, const Operator& op, const Operation& operation);
-  bool make_fresh(Side& side, const Operation& operation);
-  bool substitute(Side& side, const Operation& operation);
-  bool copy(Side& from, Side& to, const Operation& operation);
-  bool make_again(Side& side, const Operation& operation);
-  void collect(Side& side, const Operation& operation);
+  void do_task(const Task& task);
+  bool do_task(const std::optional<Task>& task);
+  void collect(size_t number, const Operation& operation);
+  bool make_again(size_t number, const Operation& operation);
+  bool can_make_again(size_t number, const std::string& text, std::set<std::string>& seen);
+  void make_buried(size_t number, const std::string& text, const Plan& plan_of_root);
 
-  bool can_make_again(Side& side, const std::string& text, std::set<std::string>& seen);
-  std::string make_buried(Side& side, const std::string& text);
-  void build(Side& side, const Head& head, const Texts& arguments);
-  void bind_made_terms(Side& side);
-  void check_sizes(const Side& side) const;
-  void check_all(const Side& side) const;
+  Outcome carry_out(const Task& task);
+  const Term_* build(const Task& task);
+  std::string substitute(const Task& task, Model::Images& images);
+  void copy(const Task& task, Texts& results);
+  void walk(const Task& task);
+  const Reaction& react(const Event& event);
 
+  const Term_* find(size_t number, const std::string& text);
+  std::vector<const Term_*> find(size_t number, const Texts& texts);
+  std::string text_of(size_t number, const Term_* t) const;
+  Texts texts_of(size_t number, const std::vector<const Term_*>& terms) const;
+
+  void bind(size_t number, const std::string& text, const Term_* t);
+  void bind_made_terms(size_t number);
+  void check_sizes(size_t number) const;
+  void check_all(size_t number) const;
+
+  Models models;
   std::array<Side, 2> sides;
+  // For the next operation: who is asked, as bits, and then the plan of the reactions.
+  Plan within;
+  // What was foreseen of the task under way, and how much of it has happened.
+  std::vector<Step> steps;
+  size_t next_step = 0;
   std::map<std::string, size_t> counts;
+  size_t calls = 0;
 };
 
 // The whole of a trace. Returns what went wrong at which operation, or the empty text.
-std::string live(const Trace& trace, std::map<std::string, size_t>* performed = nullptr);
+struct Summary {
+  std::map<std::string, size_t> performed;
+  size_t calls = 0;
+};
+std::string live(const Trace& trace, Summary* summary = nullptr);
 
 }  // namespace quill::life
 

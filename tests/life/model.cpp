@@ -34,6 +34,8 @@ const std::map<std::string, std::string> standard_symbols = {
 
 const Texts standard_terms = {"`true`", "`false`"};
 
+}  // namespace
+
 std::string compose(const std::string& symbol, const Texts& arguments) {
   if (arguments.empty()) return symbol;
   std::string text = "(" + symbol;
@@ -41,7 +43,7 @@ std::string compose(const std::string& symbol, const Texts& arguments) {
   return text + ")";
 }
 
-}  // namespace
+bool is_numeral(const std::string& operation) { return operation.rfind("number", 0) == 0; }
 
 Model::Model() {
   for (const std::string& type : standard_types) keep_type(type);
@@ -63,9 +65,14 @@ void Model::list_operand(const std::string& text, const ModelTerm& term) {
   if (text.size() <= longest_operand) by_type[term.type()].push_back(text);
 }
 
-std::string Model::make(const Head& head, const Texts& arguments) {
-  const std::string text = compose(head.symbol, arguments);
+void Model::declare(const Head& head) {
+  note_given(head.symbol);
   keep_symbol(head.symbol, head.type);
+}
+
+std::string Model::add(const Head& head, const Texts& arguments) {
+  note_given(head.symbol);
+  const std::string text = compose(head.symbol, arguments);
   if (terms.count(text) != 0) return text;
   uint64_t id = 0;
   while (id < used_ids.size() && used_ids[id]) id++;
@@ -78,14 +85,58 @@ std::string Model::make(const Head& head, const Texts& arguments) {
   return text;
 }
 
-std::string Model::substitute(const std::string& text, const Pairs& pairs) {
-  for (auto pair = pairs.rbegin(); pair != pairs.rend(); ++pair) {
-    if (pair->first == text) return pair->second;
+std::string Model::make(const Head& head, const Texts& arguments) {
+  declare(head);
+  return add(head, arguments);
+}
+
+void Model::note_given(const std::string& symbol) {
+  for (Trial& trial : trials) trial.is_needed = trial.is_needed || trial.symbol == symbol;
+}
+
+void Model::begin_trial(const Head& head) {
+  const bool has_new_type = types.count(head.type) == 0;
+  keep_symbol(head.symbol, head.type);
+  trials.push_back({head.symbol, head.type, has_new_type, false});
+}
+
+void Model::end_trial(bool kept) {
+  const Trial trial = trials.back();
+  trials.pop_back();
+  if (kept || trial.is_needed) return;
+  symbols.erase(trial.symbol);
+  if (!trial.has_new_type) return;
+  for (const auto& [name, type] : symbols) {
+    if (type == trial.type) return;
   }
+  types.erase(trial.type);
+}
+
+std::string Model::make_fresh(const std::string& type) {
+  keep_type(type);
+  const std::string name = "'" + std::to_string(next_fresh++);
+  return symbols.count(name) != 0 ? "" : make({name, type, "fresh", {}}, {});
+}
+
+std::string Model::substitute(const std::string& text, Images& images, const Request& request) {
+  const auto known = images.find(text);
+  if (known != images.end()) return known->second;
   const ModelTerm term = terms.at(text);
-  Texts images = term.arguments;
-  for (size_t i = images.size(); i-- > 0;) images[i] = substitute(images[i], pairs);
-  return make(term.head, images);
+  Texts arguments = term.arguments;
+  for (size_t i = arguments.size(); i-- > 0;) {
+    arguments[i] = substitute(arguments[i], images, request);
+  }
+  const std::string image = request(term.head, arguments);
+  images[text] = image;
+  return image;
+}
+
+std::string Model::substitute(const std::string& text, const Pairs& pairs) {
+  Images images;
+  for (const auto& [from, to] : pairs) images[from] = to;
+  return substitute(text, images, [&](const Head& head, const Texts& arguments) {
+    return make(head, arguments);
+  });
 }
 
 bool Model::may_head(const Head& head, const Texts& arguments) const {
@@ -97,21 +148,39 @@ bool Model::may_head(const Head& head, const Texts& arguments) const {
   return true;
 }
 
-std::string Model::copy(const Model& source, const std::string& text, const Pairs& replaced) {
-  for (const auto& [from, to] : replaced) {
-    if (from == text) return to;
-  }
-  const ModelTerm& original = source.terms.at(text);
-  Texts images = original.arguments;
-  for (size_t i = images.size(); i-- > 0;) {
-    images[i] = copy(source, images[i], replaced);
-    if (images[i].empty()) return "";
+std::string Model::copy(const Model& source, const std::string& text, Images& copies,
+                        const Request& request) {
+  const auto known = copies.find(text);
+  if (known != copies.end()) return known->second;
+  const ModelTerm original = source.terms.at(text);
+  Texts arguments = original.arguments;
+  for (size_t i = arguments.size(); i-- > 0;) {
+    arguments[i] = copy(source, arguments[i], copies, request);
   }
   Head head = original.head;
-  keep_symbol(head.symbol, head.type);
+  const bool has_symbol = symbols.count(head.symbol) != 0;
+  declare(head);
   head.type = symbols.at(head.symbol);
-  if (!may_head(head, images)) return "";
-  return make(head, images);
+  // The symbol of a numeral is made as that of a term, whatever is then made of it. One that is
+  // there may have lost its term.
+  if (is_numeral(head.operation) && !has_symbol) add(head, {});
+  const std::string result = request(head, arguments);
+  copies[text] = result;
+  return result;
+}
+
+std::string Model::copy(const Model& source, const std::string& text, const Pairs& replaced) {
+  struct Refused {};
+  Images copies;
+  for (const auto& [from, to] : replaced) copies[from] = to;
+  try {
+    return copy(source, text, copies, [&](const Head& head, const Texts& arguments) {
+      if (!may_head(head, arguments)) throw Refused();
+      return make(head, arguments);
+    });
+  } catch (const Refused&) {
+    return "";
+  }
 }
 
 void Model::reach(const std::string& text, std::set<std::string>& reached) const {

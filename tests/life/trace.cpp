@@ -12,16 +12,22 @@ namespace quill::life {
 namespace {
 
 constexpr size_t largest_operand = 1000;
+constexpr size_t most_reactions = 1000000;
+constexpr size_t longest_plan = 12;
 
 class Generator {
  public:
   explicit Generator(unsigned seed) : random(seed) {}
 
   void round(Trace& trace) {
-    for (size_t builds = 3 + below(6); builds > 0; builds--) build(trace);
-    if (below(3) == 0) add(trace, "substitute", 6);
-    if (below(2) == 0) add(trace, "copy", 5);
-    if (below(3) == 0) add(trace, "again", 1);
+    for (size_t builds = 3 + below(6); builds > 0; builds--) {
+      if (below(3) == 0) plan(trace);
+      build(trace);
+    }
+    if (below(3) == 0) add_perhaps_with_plan(trace, "substitute", 6);
+    if (below(2) == 0) add_perhaps_with_plan(trace, "copy", 5);
+    if (below(4) == 0) add_perhaps_with_plan(trace, "walk", 2);
+    if (below(3) == 0) add_perhaps_with_plan(trace, "again", 1);
     if (below(4) == 0) collect(trace, below(30));
     if (below(30) == 0) collect(trace, 0);
   }
@@ -33,6 +39,19 @@ class Generator {
     Operation operation{below(3) == 0 ? size_t{1} : 0, name, {}};
     for (size_t i = 0; i < operands; i++) operation.operands.push_back(below(largest_operand));
     trace.push_back(operation);
+  }
+
+  // What happens when somebody is called within the next operation. Most calls go on.
+  void plan(Trace& trace) {
+    add(trace, "within", 1);
+    for (size_t i = 1 + below(longest_plan); i > 0; i--) {
+      trace.back().operands.push_back(below(3) == 0 ? below(most_reactions) : 0);
+    }
+  }
+
+  void add_perhaps_with_plan(Trace& trace, const std::string& name, size_t operands) {
+    if (below(2) == 0) plan(trace);
+    add(trace, name, operands);
   }
 
   void build(Trace& trace) {

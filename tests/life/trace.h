@@ -7,7 +7,8 @@
 //
 // A line names the manager, 0 or 1, the operation and its operands. Operands are plain numbers that
 // are taken modulo what there is to choose from when the operation runs, so that every subsequence
-// of a trace is a trace.
+// of a trace is a trace. `within` says what happens within the next operation: its first operand
+// whose delegates are asked, as bits by manager, the others how those react who are called.
 
 #ifndef TESTS_LIFE_TRACE_H
 #define TESTS_LIFE_TRACE_H
@@ -31,8 +32,9 @@ struct Operation {
 
 using Trace = std::vector<Operation>;
 
-// So many rounds: some building, and now and then a substitution, a copy, something asked for again
-// and a collection.
+// So many rounds: some building, and now and then a substitution, a copy, a walk, something asked
+// for again and a collection; many of them with calls from delegates, overridden functions and
+// callbacks.
 Trace random_trace(unsigned seed, size_t rounds);
 
 // Throws std::runtime_error for a line that is no operation.

@@ -11,12 +11,13 @@ namespace quill::life {
 
 namespace {
 
-constexpr unsigned longest_seconds = 60;
+constexpr rlim_t longest_seconds = 60;  // of processor time: the machine may be busy
 
 [[noreturn]] void run_child(const std::function<std::string()>& action, bool quiet, int output) {
   const rlimit no_core{0, 0};
   setrlimit(RLIMIT_CORE, &no_core);
-  alarm(longest_seconds);
+  const rlimit time{longest_seconds, longest_seconds + 1};
+  setrlimit(RLIMIT_CPU, &time);
   if (quiet) {
     const int nowhere = open("/dev/null", O_WRONLY);
     dup2(nowhere, STDOUT_FILENO);
