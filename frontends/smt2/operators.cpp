@@ -150,8 +150,8 @@ constexpr bool complete() {
   for (size_t i = 0; i < std::size(table); ++i) {
     if (i != 0 && std::string_view(table[i - 1].name) >= table[i].name) return false;
     if (table[i].min_args > table[i].max_args) return false;
-    const TheoryName* row = find_theory_symbol(table[i].name);
-    if (row == nullptr || row->indexed != (table[i].num_indices != 0)) return false;
+    if (!has_row(theory_symbols, table[i].name, /*indexed=*/table[i].num_indices != 0))
+      return false;
   }
   return true;
 }

@@ -333,11 +333,12 @@ constexpr const TheoryName* find_by_name(const TheoryName (&table)[count], std::
   return first != count && table[first].name == name ? &table[first] : nullptr;
 }
 
-// Whether the table has the name; for checks of other tables when they are compiled.
+// Whether the table has the name, with indices or without; for checks of other tables when they are
+// compiled.
 template <size_t count>
-constexpr bool has_row(const TheoryName (&table)[count], std::string_view name) {
+constexpr bool has_row(const TheoryName (&table)[count], std::string_view name, bool indexed) {
   for (size_t i = 0; i < count; i++) {
-    if (table[i].name == name) return true;
+    if (table[i].name == name) return table[i].indexed == indexed;
   }
   return false;
 }
