@@ -34,10 +34,9 @@ struct Binding {
   const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
   const DataType* sort = nullptr;  // FUNCTION: that of the constant, or a function type of sorts
   bool owned = false;              // whether that symbol's name is to be freed with the scope
-  bool from_annotation = false;    // TERM: from :named rather than from a definition
-  std::string stored_name;         // in the manager's spelling; empty for definitions
-  Value value;                     // TERM
-  Macro macro;                     // MACRO
+  std::string stored_name;  // in the manager's spelling; empty for definitions that are not kept
+  Value value;              // TERM
+  Macro macro;              // MACRO
 };
 
 struct Name {

@@ -2,7 +2,8 @@
 //
 // The terms, symbols and types belong to the TermManager that the script was read into and are
 // valid as long as it lives and does not collect them. Definitions are expanded: no term mentions a
-// defined name. Nothing here depends on addresses.
+// defined name. Those in which :named gives a name to a term are kept besides, so that the name has
+// the scope that it had. Nothing here depends on addresses.
 //
 // Functions that stand for division by zero are declared like any other: a declaration that the
 // script does not have comes behind the logic and before what opens a scope or has terms.
@@ -52,8 +53,9 @@ enum class CommandKind : uint8_t {
 // A term that a command lists, with its sort in the manager's types.
 struct ScriptTerm {
   Value value;
-  // Not empty when the script gives the term only by a name that :named gave it, and that stands in
-  // the named_terms of an earlier command: the stored_name there.
+  // Not empty when the script gives the term, apart from names for the whole of it in an assertion,
+  // by a name that an earlier term was given by :named or by a definition that is kept: the
+  // stored_name there.
   std::string spelled_name;
 };
 
@@ -72,15 +74,21 @@ struct Command {
   std::string undefined_name;
   const DataType* sort = nullptr;  // DECLARE_SORT: the sort, or its head if it has an arity
 
-  // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed.
+  // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed; DEFINE_CONST, DEFINE_FUN: the body with
+  // the sort of the definition, if the definition is kept.
   std::vector<ScriptTerm> terms;
+
+  // DEFINE_CONST, DEFINE_FUN: the defined name in the manager's spelling, if the definition is
+  // kept: if it has no parameters and its body gives names to terms.
+  std::string stored_name;
 
   // Whether it mentions arrays with Bool indices or elements. They are held as arrays with
   // bit-vectors of one bit in the place of Bool.
   bool has_bool_arrays = false;
 
-  // The names that :named gives to subterms of these terms. A name from a definition is listed with
-  // the first assertion that the named term is part of.
+  // The names that :named gives in this command, in order. Their terms need not be part of the
+  // terms above: they may be part of the body of a definition with parameters, or be bound by let
+  // to a variable that is not used.
   std::vector<NamedTerm> named_terms;
 };
 

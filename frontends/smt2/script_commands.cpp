@@ -10,9 +10,8 @@ namespace quill::smt2 {
 
 ScriptTerm ScriptReader::read_script_term() {
   ScriptTerm term;
-  const Binding* named = term_reader.named_term_here();
-  if (named != nullptr && !is_unplaced(lexer.token.text)) term.spelled_name = named->stored_name;
   term.value = term_reader.read();
+  if (!term_reader.is_annotated()) term.spelled_name = term_reader.spelled_name;
   return term;
 }
 
@@ -33,7 +32,8 @@ void ScriptReader::read_nothing(Command&) {}
 void ScriptReader::read_assert(Command& command) {
   content_seen = true;
   const Position position = lexer.token.position;
-  command.terms.push_back(read_script_term());
+  command.terms.push_back({term_reader.read(), term_reader.spelled_name});
+  unmark_inner_names(command.terms.back().value.term);
   const DataType* sort = command.terms.back().value.sort;
   if (sort != builder.bool_type) {
     throw ParseError(position,
@@ -125,12 +125,10 @@ void ScriptReader::read_pop(Command& command) {
                                    std::to_string(scopes.depth()) + " are open");
   }
   scopes.pop(command.count);
-  forget_unbound_names();
 }
 
 void ScriptReader::read_reset(Command&) {
   forget_declarations();
-  forget_unbound_names();
   logic = default_logic;
   logic_is_set = false;
   content_seen = false;
@@ -140,7 +138,6 @@ void ScriptReader::read_reset(Command&) {
 void ScriptReader::read_reset_assertions(Command&) {
   if (!declarations_outlive_reset()) builder.undefined_functions.reset();
   scopes.reset_assertions();
-  forget_unbound_names();
 }
 
 }  // namespace quill::smt2

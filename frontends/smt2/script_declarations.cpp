@@ -184,6 +184,15 @@ void ScriptReader::require_unbound(const Name& name, const std::string& text, Po
   throw ParseError(position, "the body of " + shown(text) + " gives a term this name");
 }
 
+// A definition with a body that gives names to terms is kept.
+void ScriptReader::keep_definition(Command& command, const Value& body, Binding& binding) {
+  if (term_reader.named_terms.empty()) return;
+  const std::string stored = term_reader.stored_name(command.text);
+  binding.stored_name = scopes.free_symbol_name(stored, nullptr);
+  command.stored_name = binding.stored_name;
+  command.terms.push_back({body, term_reader.spelled_name});
+}
+
 void ScriptReader::read_define_const(Command& command) {
   Position position;
   Name& name = read_new_name(command.text, position);
@@ -191,6 +200,7 @@ void ScriptReader::read_define_const(Command& command) {
   auto binding = std::make_unique<Binding>();
   binding->value = read_body(sort);
   require_unbound(name, command.text, position);
+  keep_definition(command, binding->value, *binding);
   scopes.bind(name, std::move(binding));
 }
 
@@ -211,6 +221,7 @@ void ScriptReader::read_define_fun(Command& command) {
   auto binding = std::make_unique<Binding>();
   if (macro.placeholders.empty()) {
     binding->value = macro.body;
+    keep_definition(command, macro.body, *binding);
   } else {
     macro.name = command.text;
     binding->kind = Binding::Kind::MACRO;

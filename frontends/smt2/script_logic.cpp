@@ -1,5 +1,6 @@
 #include "frontends/smt2/script_logic.h"
 
+#include "frontends/smt2/name_places.h"
 #include "quill/printers/smtlib2_operators.h"
 #include "quill/printers/written_form.h"
 #include "quill/utils/hash_set.h"
@@ -42,9 +43,15 @@ void Survey::add(const Command& command) {
   if (command.kind == CommandKind::DECLARE_SORT) needs.free_sorts = true;
   if (command.has_bool_arrays) needs.everything = true;
   if (command.symbol != nullptr) add_declaration(command.symbol);
+  const bool is_definition = !command.stored_name.empty();
   for (const ScriptTerm& term : command.terms) {
-    add_type(term.value.sort, /*is_named=*/false);
+    add_type(term.value.sort, /*is_named=*/is_definition);
     add_term(term.value.term);
+  }
+  // Names that are given apart from the command are given in definitions.
+  for (const NamedTerm& name : command.named_terms) {
+    if (seen.find(name.term) == seen.end()) add_type(sort_of(name), /*is_named=*/true);
+    add_term(name.term);
   }
 }
 

@@ -1,6 +1,5 @@
 #include "frontends/smt2/script_reader.h"
 
-#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <string_view>
@@ -8,7 +7,6 @@
 
 #include "frontends/smt2/command_names.h"
 #include "frontends/smt2/reserved_words.h"
-#include "frontends/smt2/term_search.h"
 #include "quill/utils/scope_guard.h"
 
 namespace quill::smt2 {
@@ -147,34 +145,22 @@ Command ScriptReader::read_command() {
   command.has_bool_arrays = sorts.take_bool_arrays();
   for (ScriptTerm& term : command.terms) term.value.sort = sorts.held(term.value.sort);
   expect_end_of_command();
-  const size_t first_own = unplaced_names.size();
-  unplaced_names.insert(unplaced_names.end(), term_reader.named_terms.begin(),
-                        term_reader.named_terms.end());
-  term_reader.named_terms.clear();
-  place_names(command, first_own);
+  take_names(command);
   return command;
 }
 
-// Moves names to the command whose terms they are part of. Only an assertion takes names from
-// elsewhere, because only there they change nothing but what can be asked about it.
-void ScriptReader::place_names(Command& command, size_t first_own) {
-  const size_t first = command.kind == CommandKind::ASSERT ? 0 : first_own;
-  if (command.terms.empty() || first == unplaced_names.size()) return;
-  ReachableTerms reachable;
-  for (const ScriptTerm& term : command.terms) reachable.add_root(term.value.term);
-  const auto begin = unplaced_names.begin() + static_cast<std::ptrdiff_t>(first);
-  const auto rest = std::stable_partition(begin, unplaced_names.end(), [&](const NamedTerm& named) {
-    return !reachable.contains(named.term);
-  });
-  command.named_terms.assign(std::make_move_iterator(rest),
-                             std::make_move_iterator(unplaced_names.end()));
-  unplaced_names.erase(rest, unplaced_names.end());
+void ScriptReader::take_names(Command& command) {
+  command.named_terms = std::exchange(term_reader.named_terms, {});
+  for (NamedTerm& named : command.named_terms) named.sort = sorts.held(named.sort);
 }
 
-// Behind the end of a scope: names that it ended are not to be placed any more.
-void ScriptReader::forget_unbound_names() {
-  std::erase_if(unplaced_names,
-                [&](const NamedTerm& named) { return scopes.name(named.name).global == nullptr; });
+// Readers take the last name that was given in an assertion for a label of the formula, if it was
+// given to the whole of it.
+void ScriptReader::unmark_inner_names(const Term_* whole) {
+  std::vector<NamedTerm>& names = term_reader.named_terms;
+  size_t first = names.size();
+  while (first > term_reader.first_name_of_whole && names[first - 1].term == whole) --first;
+  for (size_t i = 0; i < first; ++i) names[i].is_label = false;
 }
 
 const ScriptReader::CommandRow& ScriptReader::find_row(const Token& token) {
@@ -273,11 +259,6 @@ std::string ScriptReader::read_s_expression() {
     lexer.next();
   } while (depth != 0);
   return text;
-}
-
-bool ScriptReader::is_unplaced(std::string_view name) const {
-  return std::any_of(unplaced_names.begin(), unplaced_names.end(),
-                     [&](const NamedTerm& named) { return named.name == name; });
 }
 
 }  // namespace quill::smt2

@@ -73,9 +73,8 @@ class ScriptReader {
   void read_set_logic(Command& command);
   void read_set_option(Command& command);
 
-  void place_names(Command& command, size_t first_own);
-  void forget_unbound_names();
-  bool is_unplaced(std::string_view name) const;
+  void take_names(Command& command);
+  void unmark_inner_names(const Term_* whole);
   ScriptTerm read_script_term();
   std::vector<ScriptTerm> read_script_terms(const char* what);
   Name& read_new_name(std::string& text, Position& position);
@@ -86,6 +85,7 @@ class ScriptReader {
   Macro read_parameters();
   Value read_body(const DataType* sort);
   static void require_unbound(const Name& name, const std::string& text, Position position);
+  void keep_definition(Command& command, const Value& body, Binding& binding);
   uint64_t read_count(const char* what);
   std::string read_s_expression();
 
@@ -102,9 +102,6 @@ class ScriptReader {
   TermBuilder builder;
   TermReader term_reader;
   Script script;
-  // Terms that have names and were part of no command that is written with its terms: those in
-  // definitions, and in places that leave no trace, such as the binding of an unused variable.
-  std::vector<NamedTerm> unplaced_names;
   size_t declarations_place = 0;   // in the commands, where declarations may be put on level 0
   bool declared_for_good = false;  // whether what is declared there outlives (reset-assertions)
   std::string command_name;        // of the command being read

@@ -96,6 +96,8 @@ ScriptStats compute_stats(const TermManager& manager, const Script& script) {
   survey.stats.commands = script.commands.size();
   for (const Command& command : script.commands) {
     if (command.kind == CommandKind::ASSERT) ++survey.stats.assertions;
+    // Definitions count where they are used, whether they are kept or not.
+    if (!command.stored_name.empty()) continue;
     for (const ScriptTerm& term : command.terms) survey.add_root(term.value.term);
   }
   return survey.stats;

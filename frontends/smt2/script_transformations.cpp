@@ -25,7 +25,10 @@ void for_each_pointer(CommandType& command, const OnTerm& on_term, const OnSymbo
     on_term(term.value.term);
     on_type(term.value.sort);
   }
-  for (auto& named : command.named_terms) on_term(named.term);
+  for (auto& named : command.named_terms) {
+    on_term(named.term);
+    if (named.sort != nullptr) on_type(named.sort);
+  }
 }
 
 // What some commands mention, each as often as they do.

@@ -1,8 +1,10 @@
 // Writes a script as SMT-LIB 2.6 text, one command a line.
 //
-// Definitions are not written: the terms have them expanded. Names given by :named, options and
-// information are kept, as are all commands that ask something. A logic that does not cover what is
-// written is replaced by one that does. Reading the text and writing it again gives the same bytes.
+// Definitions are not written, because the terms have them expanded, but for those in which :named
+// gives a name. Each name is given in its own command, or in a definition before it (see
+// name_places.h), so that it has the scope that it had. Options and information are kept, as are
+// all commands that ask something. A logic that does not cover what is written is replaced by one
+// that does. Reading the text and writing it again gives the same bytes.
 //
 // In the standard dialect the bits of a floating-point value are constants that the text declares
 // and defines, in the scope of the first command that needs them and before it (see

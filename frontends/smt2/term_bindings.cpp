@@ -104,10 +104,9 @@ void TermReader::name_term(const Value& value) {
   }
   auto binding = std::make_unique<Binding>();
   binding->kind = Binding::Kind::TERM;
-  binding->from_annotation = true;
   binding->stored_name = scopes.free_symbol_name(stored_name(token.text), nullptr);
   binding->value = value;
-  named_terms.push_back({std::string(token.text), binding->stored_name, value.term});
+  named_terms.push_back({std::string(token.text), binding->stored_name, value.term, value.sort});
   scopes.bind(name, std::move(binding));
 }
 

@@ -31,11 +31,12 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
   for (const Operator& op : operators()) scopes.name(op.name).theory_operator = &op;
 }
 
-const Binding* TermReader::named_term_here() const {
-  if (lexer.token.kind != TokenKind::SYMBOL) return nullptr;
+// The current token is the whole term, apart from annotations.
+void TermReader::note_spelling() {
+  if (lexer.token.kind != TokenKind::SYMBOL) return;
   const Name& name = scopes.name(lexer.token.text);
-  const bool named = name.local == 0 && name.global != nullptr && name.global->from_annotation;
-  return named ? name.global.get() : nullptr;
+  if (name.local != 0 || name.global == nullptr) return;
+  if (name.global->kind == Binding::Kind::TERM) spelled_name = name.global->stored_name;
 }
 
 std::string TermReader::stored_name(std::string_view name) const {
@@ -48,6 +49,9 @@ Value TermReader::read() {
   values.clear();
   indices.clear();
   variables.clear();
+  outer_annotations = 0;
+  spelled_name.clear();
+  first_name_of_whole = 0;
   do {
     if (lexer.token.kind == TokenKind::OPEN) {
       open();
@@ -55,6 +59,8 @@ Value TermReader::read() {
                frames.back().kind <= FrameKind::MACRO) {
       close_application();
     } else {
+      if (frames.size() == outer_annotations) note_spelling();
+      if (!named_terms.empty()) first_name_of_whole = 0;
       finish(read_atom());
     }
   } while (!frames.empty());
@@ -100,6 +106,7 @@ void TermReader::open() {
       return;
     case Construct::ANNOTATION:
       lexer.next();
+      if (frames.size() == outer_annotations) ++outer_annotations;
       frames.push_back({FrameKind::ANNOTATION, position, values.size(), 0, {}, nullptr});
       return;
     case Construct::INDEXED:
@@ -212,6 +219,7 @@ void TermReader::close_application() {
   values.resize(frame.first_value);
   frames.pop_back();
   lexer.next();
+  if (!named_terms.empty()) first_name_of_whole = named_terms.size();
   finish(result);
 }
 

@@ -30,8 +30,15 @@ class TermReader {
   // Reads one term. On entry the current token is its first one, on return the first one behind it.
   Value read();
 
-  // The name that :named gave to the term which the current token stands for on its own; or null.
-  const Binding* named_term_here() const;
+  // Of the term that was read last: whether it is annotated as a whole, and the stored name by
+  // which the script gives it apart from that; empty if it gives the term in another way, or by the
+  // name of a definition that is not kept.
+  bool is_annotated() const { return outer_annotations != 0; }
+  std::string spelled_name;
+
+  // Of the named terms, the first that may have been named as the whole term that was read last:
+  // those before it were named inside an application which that term is the result of.
+  size_t first_name_of_whole = 0;
 
   // Whether a theory of the logic gives the name a meaning, so that it cannot be declared.
   bool is_reserved(const Name& name) const { return is_of_theory(name) && !name.theory->indexed; }
@@ -114,6 +121,7 @@ class TermReader {
                     size_t first_index);
   const DataType* read_ascribed_sort();
   void name_term(const Value& value);
+  void note_spelling();
   void skip_attribute_value();
 
   Meaning meaning_of(const Token& token, const Name& name, bool indexed);
@@ -133,6 +141,7 @@ class TermReader {
   TermManager& manager;
 
   std::vector<Frame> frames;
+  size_t outer_annotations = 0;  // how many annotations surround the whole term
   std::vector<Value> values;
   std::vector<std::string> indices;     // of the indexed heads that are open
   std::vector<Name*> variables;         // of the lets whose bindings are open

@@ -27,6 +27,10 @@ struct NamedTerm {
   std::string name;         // as in the script, without bars
   std::string stored_name;  // in the manager's spelling; no symbol in use has it
   const Term_* term = nullptr;
+  const DataType* sort = nullptr;  // in the manager's types; null: the type of the term
+  // Whether it is a label of the formula where it names the whole of an asserted one. A name of the
+  // argument in (assert (f (! p :named n))) is none when f is defined as its parameter.
+  bool is_label = true;
 };
 
 // What a term has more than its text: see expansion_budget.h.

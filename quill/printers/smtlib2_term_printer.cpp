@@ -81,19 +81,53 @@ void SmtLib2TermPrinter::print_copy(std::ostream& out, StandardEncoding& encodin
                                     const Term_* copy, const DataType* expected,
                                     bool with_annotations) const {
   Annotations of_copies;
+  TermSet annotated_copies;
+  std::vector<const Term_*> annotated;
   if (with_annotations && annotations != nullptr) {
-    for (const Term_* t : encoding.copied()) {
-      if (!is_annotated(t)) continue;
-      auto& list = of_copies[encoding.copy_of(t)];
-      for (const auto& annotation : annotations->find(t)->second) list.push_back(annotation);
-    }
+    annotated = annotate_copies(encoding, of_copies, annotated_copies);
   }
   Configuration::Printer choices = configuration;
   choices.dialect = Configuration::Dialect::Extensions;
   const bool as_real = expected == manager.get_rat_type();
   SmtLib2TermPrinter printer(&encoding.manager(), &choices, let_prefix, rename_prefix, share,
                              &of_copies);
+  if (annotated_in_texts != nullptr) printer.set_annotated(&annotated_copies);
   printer.print_term(out, copy, as_real ? encoding.manager().get_rat_type() : nullptr);
+  if (annotated_in_texts == nullptr) return;
+  for (const Term_* t : annotated) {
+    if (annotated_copies.find(encoding.copy_of(t)) != annotated_copies.end()) {
+      annotated_in_texts->insert(t);
+    }
+  }
+}
+
+// Gives the copies the annotations of their originals, which are returned, and enters the copies of
+// those that were annotated in an earlier text. Where texts continue each other, each copy is
+// annotated like one original, so that it can be told which of them were annotated; an original
+// that was annotated before comes before the others, because its name is known already.
+std::vector<const Term_*> SmtLib2TermPrinter::annotate_copies(const StandardEncoding& encoding,
+                                                              Annotations& of_copies,
+                                                              TermSet& annotated_copies) const {
+  std::vector<const Term_*> originals;
+  const auto add = [&](const Term_* t) {
+    auto& list = of_copies[encoding.copy_of(t)];
+    if (annotated_in_texts != nullptr && !list.empty()) return;
+    for (const auto& annotation : annotations->find(t)->second) list.push_back(annotation);
+    originals.push_back(t);
+  };
+  const auto was_annotated = [&](const Term_* t) {
+    return annotated_in_texts != nullptr &&
+           annotated_in_texts->find(t) != annotated_in_texts->end();
+  };
+  for (const Term_* t : encoding.copied()) {
+    if (!is_annotated(t) || !was_annotated(t)) continue;
+    add(t);
+    annotated_copies.insert(encoding.copy_of(t));
+  }
+  for (const Term_* t : encoding.copied()) {
+    if (is_annotated(t) && !was_annotated(t)) add(t);
+  }
+  return originals;
 }
 
 void SmtLib2TermPrinter::print_definitions(std::ostream& out, const Term_* t) {
@@ -172,14 +206,16 @@ void SmtLib2TermPrinter::print_annotated(TextBuffer& out, const Term_* root,
                                          const DataType* expected) {
   constexpr uint64_t max_blowup = 16;
   constexpr uint64_t always_allowed = 1000;
-  TermSet named;
+  TermSet in_this_text;
+  TermSet& named = annotated_in_texts != nullptr ? *annotated_in_texts : in_this_text;
   const LetPlan tree(manager, root, *annotated_forms, /*with_names=*/false);
   const Weights above = weigh_terms_above_annotated(tree);
   const auto num_above = static_cast<uint64_t>(
       std::count_if(above.begin(), above.end(), [](uint64_t weight) { return weight != 0; }));
   if (share && num_above != 0 && above[0] > max_blowup * num_above + always_allowed) {
     const LetPlan plan(manager, root, *annotated_forms);
-    print_with_lets(out, expected, {plan, nullptr, &named});
+    print_with_lets(out, expected,
+                    {plan, nullptr, annotated_in_texts != nullptr ? nullptr : &named});
   } else {
     print_with_lets(out, expected, {tree, &above, &named});
   }
@@ -221,6 +257,15 @@ SmtLib2TermPrinter::Weights SmtLib2TermPrinter::weigh_terms_above_annotated(
 // numeral itself is written elsewhere.
 bool SmtLib2TermPrinter::is_repeated_numeral(const Term_* t, const TermSet& named) const {
   return named.find(t) != named.end() && manager.is_number(t->symbol, nullptr);
+}
+
+// Whether an Int numeral is written as a Real because of its place, where readers tell the two.
+// Texts that continue each other do not annotate it there: its name would be one of a Real.
+bool SmtLib2TermPrinter::is_of_place(const Term_* t, const DataType* expected) const {
+  return annotated_in_texts != nullptr && expected == manager.get_rat_type() &&
+         t->symbol->get_output_type() == manager.get_int_type() &&
+         manager.is_number(t->symbol, nullptr) && logic.has(Theory::INTS) &&
+         logic.has(Theory::REALS);
 }
 
 // Begins an annotation. False when the term was written before: then it has been written again, by
@@ -341,7 +386,7 @@ void SmtLib2TermPrinter::begin(TextBuffer& out, OpenTerms& open, LetPlan::Operan
     expected = nullptr;
   }
   const bool annotate = !operand.is_binding() && choices.named != nullptr && is_annotated(t) &&
-                        !is_repeated_numeral(t, *choices.named);
+                        !is_repeated_numeral(t, *choices.named) && !is_of_place(t, expected);
   if (annotate && !print_annotation_start(out, t, *choices.named)) {
     finish(out, t, /*annotated=*/false, to_real);
     return;

@@ -54,6 +54,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
  public:
   // Pairs of key and value for each annotated term; the key with or without its colon.
   using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
+  using TermSet = hsh::HashSet<const Term_*>;
 
   // `let_names` is the prefix of the names that let binds, `renamed` that of symbols which SMT-LIB
   // can't name; empty for the defaults. Annotations may be null; they must outlive the printer, and
@@ -65,6 +66,13 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   // The definitions that the text can rely on, which print_definitions() adds to. Not owned; null
   // for none, as initially.
   void set_definitions(BitDefinitions* made) { definitions = made; }
+
+  // Lets the texts continue each other: what is annotated in one of them is not annotated in those
+  // after it, which write its name. The terms that were annotated, also by print_definitions(), are
+  // entered. The others were in no place that is annotated: not below the term, hidden by an
+  // encoding, or, in texts that continue each other, within lets or an Int numeral in a place that
+  // makes it a Real. Not owned; null, as initially, for texts that are each on their own.
+  void set_annotated(TermSet* in_all_texts) { annotated_in_texts = in_all_texts; }
 
   // Writes the commands that define what a text of the term relies on and that is not defined yet:
   //
@@ -100,7 +108,6 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   };
   using OpenTerms = GrowingArray<OpenTerm>;
 
-  using TermSet = hsh::HashSet<const Term_*>;
   using Weights = std::vector<uint64_t>;  // by node of a plan
 
   // How the terms of a plan are written; `above` and `named` may be null.
@@ -116,12 +123,16 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
                      bool with_annotations);
   void print_copy(std::ostream& out, StandardEncoding& encoding, const Term_* copy,
                   const DataType* expected, bool with_annotations) const;
+  std::vector<const Term_*> annotate_copies(const StandardEncoding& encoding,
+                                            Annotations& of_copies,
+                                            TermSet& annotated_copies) const;
   void require_own_annotations();
   void find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                    TermSet& with_annotations) const;
   void print_annotated(TextBuffer& out, const Term_* root, const DataType* expected);
   Weights weigh_terms_above_annotated(const LetPlan& plan) const;
   bool is_repeated_numeral(const Term_* t, const TermSet& named) const;
+  bool is_of_place(const Term_* t, const DataType* expected) const;
   bool print_annotation_start(TextBuffer& out, const Term_* t, TermSet& named) const;
   void print_annotation_end(TextBuffer& out, const Term_* t) const;
   void print_unannotated(TextBuffer& out, const Term_* root, const DataType* expected);
@@ -150,6 +161,7 @@ class SmtLib2TermPrinter : public SmtLibTermPrinter {
   const bool share;
   const Annotations* const annotations;
   BitDefinitions* definitions = nullptr;
+  TermSet* annotated_in_texts = nullptr;
   TermSet annotated_before;  // by print_definitions()
   // When it was checked that the manager owns what is annotated: with so many annotated terms, and
   // after so many collections.

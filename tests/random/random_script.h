@@ -266,6 +266,8 @@ class RandomScript {
       while (inner->symbol->arity != 0 && !one_in(3)) {
         inner = inner->args[below(static_cast<uint32_t>(inner->symbol->arity))];
       }
+      // A numeral has the sort of its place, so that its name may need a definition of its own.
+      if (manager.is_number(inner->symbol, nullptr)) continue;
       const std::string name = new_name(NameKind::Symbol);
       named.push_back({name, name, inner});
     }

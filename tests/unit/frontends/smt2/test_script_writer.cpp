@@ -101,24 +101,6 @@ TEST(ScriptWriter, WritesNamedNumeralsOutBehindTheirName) {
             declarations + assertion);
 }
 
-TEST(ScriptWriter, MovesNamesFromDefinitionsToTheFirstAssertionWithTheTerm) {
-  EXPECT_EQ(printed("(declare-const p Bool)(declare-const q Bool)"
-                    "(define-fun f () Bool (! (not p) :named a))"
-                    "(get-value (a))(assert q)(assert (or f q))(get-value (a))"),
-            "(declare-const p Bool)\n"
-            "(declare-const q Bool)\n"
-            "(get-value ((not p)))\n"
-            "(assert q)\n"
-            "(assert (or (! (not p) :named a) q))\n"
-            "(get-value (a))\n");
-}
-
-TEST(ScriptWriter, DropsNamesOfDefinitionsThatArePopped) {
-  EXPECT_EQ(printed("(declare-const p Bool)(push 1)(define-fun f () Bool (! p :named a))(pop 1)"
-                    "(assert p)"),
-            "(declare-const p Bool)\n(push 1)\n(pop 1)\n(assert p)\n");
-}
-
 TEST(ScriptWriter, NamesMayBeUsedAgainBehindPop) {
   const std::string text =
       "(declare-const p Bool)\n"
