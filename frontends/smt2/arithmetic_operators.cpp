@@ -155,6 +155,7 @@ Value build_mod(TermBuilder& b, const Application& a) {
 
 Value build_abs(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_arithmetic(a);
+  if (sort == b.real_type) b.has_abs_of_reals = true;
   return {make_abs(b.manager, a.args[0].term, sort), sort};
 }
 

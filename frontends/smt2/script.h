@@ -86,6 +86,10 @@ struct Command {
   // bit-vectors of one bit in the place of Bool.
   bool has_bool_arrays = false;
 
+  // Whether the script has used abs over Real up to here, which strict readers refuse in logics
+  // without integers.
+  bool has_abs_of_reals = false;
+
   // The names that :named gives in this command, in order. Their terms need not be part of the
   // terms above: they may be part of the body of a definition with parameters, or be bound by let
   // to a variable that is not used.

@@ -143,6 +143,7 @@ Command ScriptReader::read_command() {
   lexer.next();
   (this->*row.read)(command);
   command.has_bool_arrays = sorts.take_bool_arrays();
+  command.has_abs_of_reals = builder.has_abs_of_reals;
   for (ScriptTerm& term : command.terms) term.value.sort = sorts.held(term.value.sort);
   expect_end_of_command();
   take_names(command);

@@ -253,6 +253,7 @@ void ScriptWriter::make_printer(const Command& command, CommandPrinter& result) 
     result.annotations[named.term].push_back({"named", symbol_text(named.stored_name)});
   }
   Configuration::Printer choices = configuration();
+  choices.abs_of_reals = command.has_abs_of_reals;
   result.printer.emplace(&manager, &choices, "", "", /*share_by_let=*/true, &result.annotations);
   result.printer->set_definitions(&definitions);
   result.printer->set_annotated(&result.annotated);

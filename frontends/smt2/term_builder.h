@@ -36,6 +36,7 @@ class TermBuilder {
   const Logic& logic;  // the one in force, which set-logic and reset change
   UndefinedFunctions undefined_functions;
   ExpansionBudget budget;
+  bool has_abs_of_reals = false;  // whether one was built
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;

@@ -26,6 +26,11 @@ struct Configuration {
     // The logic in which the text is to be read: names of its theories are not written for symbols
     // of other meanings. Empty: every theory is in use.
     std::string logic;
+
+    // Whether absolute values are written as (abs a) in nonlinear logics of reals, too, where the
+    // standard lacks the name. Solvers know it there, and reason better with it than with what it
+    // stands for.
+    bool abs_of_reals = false;
   };
 };
 

@@ -17,7 +17,7 @@ SmtLib2TermPrinter::SmtLib2TermPrinter(TermManager* owner, Configuration::Printe
                                        bool share_by_let, const Annotations* annotations_of_terms)
     : SmtLibTermPrinter(owner, choices, let_names, renamed),
       // The standard has them over Int: strict readers do not know the name in logics of reals.
-      with_abs(logic.is_nonlinear() && logic.has(Theory::INTS)),
+      with_abs(logic.is_nonlinear() && (configuration.abs_of_reals || logic.has(Theory::INTS))),
       share(share_by_let),
       annotations(annotations_of_terms) {
   require_own_annotations();
