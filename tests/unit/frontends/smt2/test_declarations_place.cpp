@@ -120,7 +120,7 @@ std::string misplaced_in(const std::string& text) {
 }
 
 TEST(DeclarationsPlace, IsRightInRandomScripts) {
-  for (uint32_t seed = 0; seed < 2000; ++seed) {
+  for (uint32_t seed = 0; seed < 500; ++seed) {
     const std::string script = random_script(seed);
     const std::string text = printed(script);
     ASSERT_EQ(misplaced_in(text), "") << script << "is written as\n" << text;

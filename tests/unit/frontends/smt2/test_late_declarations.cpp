@@ -230,7 +230,7 @@ struct RandomText {
 TEST(LateDeclarations, MakeEveryRandomSubstitutionReadable) {
   size_t replaced = 0;
   size_t refused = 0;
-  for (uint32_t seed = 0; seed < 3000; ++seed) {
+  for (uint32_t seed = 0; seed < 600; ++seed) {
     RandomText random(seed);
     const std::string text = random.script();
     Settings settings;
@@ -249,7 +249,7 @@ TEST(LateDeclarations, MakeEveryRandomSubstitutionReadable) {
     ASSERT_EQ(error_of(result), "") << text << "becomes\n" << result;
     ASSERT_EQ(printed(result), result) << text;
   }
-  EXPECT_GT(replaced, 300u);
+  EXPECT_GT(replaced, 60u);
   EXPECT_LT(refused, replaced / 10);
 }
 
