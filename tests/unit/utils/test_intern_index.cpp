@@ -323,7 +323,7 @@ TEST(InternIndex, ObjectsThatCollideAreHashedAgainUnderTheNextKey) {
 }
 
 TEST(InternIndex, ObjectsThatCollideCostLittleMoreThanOthers) {
-  for (const uint64_t broken : {1, 2, 5}) {
+  for (const uint64_t broken : {1U, 2U, 5U}) {
     Numbers numbers(broken);
     for (int round = 0; round < 2; round++) {
       for (uint32_t i = 0; i < 20000; i++) numbers.add(i);
