@@ -34,9 +34,6 @@ using Action = std::function<void()>;
 enum Place { Delegate, BeforeBuilding, AfterBuilding, PreVisit, PostVisit };
 constexpr std::array<Place, 5> all_places = {Delegate, BeforeBuilding, AfterBuilding, PreVisit,
                                              PostVisit};
-constexpr std::array<const char*, 5> names_of_places = {
-    "a delegate", "make_term, before the manager's own", "make_term, after the manager's own",
-    "a pre-visit", "a post-visit"};
 
 // Does what is put in it once, from the delegate or the overridden make_term of the next request
 // that gets there. The delegate declines.
