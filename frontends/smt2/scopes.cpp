@@ -44,16 +44,35 @@ void Scopes::bind(SortName& name, std::unique_ptr<SortBinding> binding) {
   name.global = std::move(binding);
 }
 
-std::string Scopes::free_symbol_name(const std::string& stored, const DataType* type) const {
+bool Scopes::is_used(const std::string& stored) const {
+  const NameUse* use = used_names.find(stored);
+  return use != nullptr && use->is_used;
+}
+
+template <class IsFree>
+std::string Scopes::first_free_name(const std::string& stored, const DataType* type,
+                                    const IsFree& is_free) const {
   std::string name = stored;
   for (uint64_t k = 0;; ++k) {
-    if (!is_used(name)) {
+    if (is_free(name)) {
       if (type == nullptr) return name;
       const Symbol* present = manager.get_signature()->get_symbol(name.c_str());
       if (present == nullptr || present->type == type) return name;
     }
     name = stored + "_" + std::to_string(k);
   }
+}
+
+std::string Scopes::free_symbol_name(const std::string& stored, const DataType* type) const {
+  return first_free_name(stored, type, [&](const std::string& name) { return !is_used(name); });
+}
+
+std::string Scopes::free_symbol_name_of_stretch(const std::string& stored,
+                                                const DataType* type) const {
+  return first_free_name(stored, type, [&](const std::string& name) {
+    const NameUse* use = used_names.find(name);
+    return use == nullptr || (!use->is_used && use->stretch != stretch);
+  });
 }
 
 std::string Scopes::free_sort_name(const std::string& stored) const {
@@ -127,6 +146,7 @@ void Scopes::reset() {
   for (const Bound& bound : permanent) unbind(bound);
   permanent.clear();
   global_declarations = false;
+  begin_stretch();
 }
 
 }  // namespace quill::smt2

@@ -88,13 +88,18 @@ class Scopes {
   // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
   // use at the same time are kept apart by a number behind one of them.
 
-  bool is_used(const std::string& stored) const { return is_in_use(used_names, stored); }
-  void use_name(const std::string& stored) { used_names[stored] = true; }
-  void give_up_name(const std::string& stored) { used_names[stored] = false; }
+  bool is_used(const std::string& stored) const;
+  void use_name(const std::string& stored) { used_names[stored] = {true, stretch}; }
+  void give_up_name(const std::string& stored) { used_names[stored].is_used = false; }
 
   // The first of stored, stored_0, stored_1 and so on that is not in use and that the manager has
   // no symbol of another type for; with a null type, that is not in use.
   std::string free_symbol_name(const std::string& stored, const DataType* type) const;
+  // The same for a symbol that is declared at the start of the stretch: nor was the name in use
+  // since then, in a scope that has ended.
+  std::string free_symbol_name_of_stretch(const std::string& stored, const DataType* type) const;
+  // Begins a stretch: what is declared at its start is declared here.
+  void begin_stretch() { ++stretch; }
   // The same for declared sorts.
   std::string free_sort_name(const std::string& stored) const;
 
@@ -134,6 +139,9 @@ class Scopes {
     const bool* use = names_in_use.find(name);
     return use != nullptr && *use;
   }
+  template <class IsFree>
+  std::string first_free_name(const std::string& stored, const DataType* type,
+                              const IsFree& is_free) const;
   void record(Bound bound);
   void unbind(const Bound& bound);
   void unbind_trail(size_t first);
@@ -141,12 +149,17 @@ class Scopes {
   TermManager& manager;
   NameTable<Name> names;
   NameTable<SortName> sort_names;
-  NameTable<bool> used_names;  // whether they are, still
+  struct NameUse {
+    bool is_used = false;  // still
+    uint64_t stretch = 0;  // in which the name was taken into use last
+  };
+  NameTable<NameUse> used_names;
   NameTable<bool> used_sort_names;
   std::vector<Local> locals;
-  std::vector<Bound> trail;      // what ends with a scope, in order
-  std::vector<Level> levels;     // one entry for each push command
-  uint64_t open_levels = 0;      // the sum of their counts
+  std::vector<Bound> trail;   // what ends with a scope, in order
+  std::vector<Level> levels;  // one entry for each push command
+  uint64_t open_levels = 0;   // the sum of their counts
+  uint64_t stretch = 1;
   std::vector<Bound> permanent;  // what outlives pop
   bool global_declarations = false;
 };

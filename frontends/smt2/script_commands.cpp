@@ -136,8 +136,10 @@ void ScriptReader::read_reset(Command&) {
 }
 
 void ScriptReader::read_reset_assertions(Command&) {
-  if (!declarations_outlive_reset()) builder.undefined_functions.reset();
+  const bool begins_stretch = !declarations_outlive_reset();
+  if (begins_stretch) builder.undefined_functions.reset();
   scopes.reset_assertions();
+  if (begins_stretch) scopes.begin_stretch();
 }
 
 }  // namespace quill::smt2

@@ -7,7 +7,7 @@ namespace quill::smt2 {
 const Symbol* UndefinedFunctions::get(const std::string& name, const DataType* type) {
   Function& function = functions[name];
   if (function.symbol != nullptr) return function.symbol;
-  const std::string stored = scopes.free_symbol_name(name, type);
+  const std::string stored = scopes.free_symbol_name_of_stretch(name, type);
   function.owned = manager.get_signature()->get_symbol(stored.c_str()) == nullptr;
   function.symbol = manager.make_symbol(stored, type);
   scopes.use_name(stored);

@@ -2,8 +2,9 @@
 // by zero: one for each operator, or for each of its sorts, in the whole of a script.
 //
 // They are made when they are first needed, by the names that derived.h and derived_fp.h give them,
-// or by a variant where the script uses that name otherwise. Whoever reads a script declares them
-// in it, so that what is written back is complete.
+// or by a variant where the script uses that name otherwise, be it in a scope that has ended: the
+// declaration comes before that scope. Whoever reads a script declares them in it, so that what is
+// written back is complete.
 
 #ifndef FRONTENDS_SMT2_UNDEFINED_FUNCTIONS_H
 #define FRONTENDS_SMT2_UNDEFINED_FUNCTIONS_H

@@ -185,6 +185,48 @@ TEST(DivisionByZero, KeepsOutOfTheWayOfTheUsersNames) {
             "(assert (= 1 (quill!div_by_zero_0 (quill!div_by_zero 1))))\n");
 }
 
+// Of names that were in use in a scope which has ended, too: its declaration comes before the
+// scope.
+TEST(DivisionByZero, KeepsOutOfTheWayOfNamesThatWerePopped) {
+  const std::string declaration = "(declare-fun quill!div_by_zero_0 (Int) Int)\n";
+  const std::string assertion = "(assert (= 1 (quill!div_by_zero_0 1)))\n";
+  const std::string scopes[] = {
+      "(push 1)\n(declare-fun quill!div_by_zero (Int Int) Int)\n(pop 1)\n",
+      "(push 1)\n(declare-fun quill!div_by_zero (Int) Int)\n(pop 1)\n",
+      "(push 2)\n(assert (! true :named quill!div_by_zero))\n(pop 1)\n",
+      "(push 1)\n(define-fun quill!div_by_zero () Bool (! true :named n))\n(pop 1)\n",
+  };
+  for (const std::string& scope : scopes) {
+    const std::string text = printed(scope + "(assert (= 1 (div 1 0)))");
+    EXPECT_EQ(text, declaration + scope + assertion);
+    EXPECT_EQ(printed(text), text);
+  }
+}
+
+TEST(DivisionByZero, TakesNamesThatEndedWithTheirDeclarations) {
+  const std::string scope = "(push 1)\n(declare-fun quill!div_by_zero (Int Int) Int)\n";
+  const std::string division =
+      "(declare-fun quill!div_by_zero (Int) Int)\n(assert (= 1 (quill!div_by_zero 1)))\n";
+  for (const char* end : {"(reset)\n", "(reset-assertions)\n", "(pop 1)\n(reset)\n"}) {
+    EXPECT_EQ(printed(scope + end + "(assert (= 1 (div 1 0)))"), scope + end + division);
+  }
+}
+
+TEST(DivisionByZero, CanBeCopiedBehindANameThatWasPopped) {
+  TermManager m;
+  const Script script = read_text(
+      "(push 1)(declare-fun quill!div_by_zero (Int Int) Int)"
+      "(assert (= 1 (quill!div_by_zero 1 2)))(pop 1)(assert (= 1 (div 1 0)))",
+      m);
+  TermManager other;
+  const Script copied = copy(m, script, other);
+  std::ostringstream first;
+  write(first, m, script);
+  std::ostringstream second;
+  write(second, other, copied);
+  EXPECT_EQ(first.str(), second.str());
+}
+
 TEST(DivisionByZero, ReadsBackToTheSameTerms) {
   TermManager m;
   const Script first = read_text(
