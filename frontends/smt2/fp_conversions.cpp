@@ -81,7 +81,8 @@ Value build_fp_to_ubv(TermBuilder& b, const Application& a) {
                                 undefined_fp_to_ubv_type(b.manager, format.e, format.m, width));
   const Term_* mode = a.args[0].term;
   const Term_* operand = a.args[1].term;
-  const Term_* undefined = b.manager.make_uninterpreted_function(function, {mode, operand});
+  const Term_* argument = make_fp_with_one_nan(b.manager, operand);
+  const Term_* undefined = b.manager.make_uninterpreted_function(function, {mode, argument});
   return value_of_float(make_fp_to_ubv(b.manager, width, mode, operand, undefined));
 }
 

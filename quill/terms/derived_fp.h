@@ -44,12 +44,17 @@ const Term_* make_fp_from_parts(TermManager& m, const Term_* sign, const Term_* 
 const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Term_* a,
                             const Term_* undefined);
 
+// The float as an argument of a function: ite(isnan(a), NaN, a). All NaNs are one value, but there
+// are solvers that take the bits of arguments for their values and tell NaNs apart.
+const Term_* make_fp_with_one_nan(TermManager& m, const Term_* a);
+
 // The same with the function symbol that stands for the undefined values, which may depend on the
 // mode and the float, but are the same throughout:
 //
 //   quill!fp_to_ubv_E_M_W  (FPRounding (FP E M)) (BitVec W)
 //
-// Throws when the name is taken by a symbol of another type.
+// It is applied to the mode and to make_fp_with_one_nan of the float. Throws when the name is taken
+// by a symbol of another type.
 const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Term_* a);
 std::string undefined_fp_to_ubv_name(size_t e, size_t mantissa, size_t w);
 const DataType* undefined_fp_to_ubv_type(TermManager& m, size_t e, size_t mantissa, size_t w);

@@ -139,11 +139,17 @@ const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Ter
   return m.make_term_ite(defined, result, undefined);
 }
 
+const Term_* make_fp_with_one_nan(TermManager& m, const Term_* a) {
+  const IEEEFloat::format format = format_of(m, a, "make_fp_with_one_nan");
+  return m.make_term_ite(m.make_fp_isnan(a), m.make_fp_nan(format.e, format.m), a);
+}
+
 const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Term_* a) {
   require_own(m, {rm, a});
   const IEEEFloat::format format = format_of(m, a, "make_fp_to_ubv");
   const Symbol* function = make_undefined_fp_to_ubv_symbol(m, format.e, format.m, w);
-  return make_fp_to_ubv(m, w, rm, a, m.make_uninterpreted_function(function, {rm, a}));
+  const Term_* argument = make_fp_with_one_nan(m, a);
+  return make_fp_to_ubv(m, w, rm, a, m.make_uninterpreted_function(function, {rm, argument}));
 }
 
 std::string undefined_fp_to_ubv_name(size_t e, size_t mantissa, size_t w) {
