@@ -33,7 +33,8 @@ void for_each_below(const Terms& roots, const OnTerm& on_term) {
   }
 }
 
-// What has each name while the commands go by: a symbol, a sort by its head, or a term by :named.
+// What has each name while the commands go by: a symbol, a sort by its head, or a term by :named
+// or by a definition that is kept.
 class NamesInForce {
  public:
   struct Owner {
@@ -150,13 +151,15 @@ class Inserter {
   }
 
  private:
-  // Declares what the terms of a command mention.
+  // Declares what the terms of a command mention, and those that it names, which need not be parts
+  // of the others.
   void declare_for(const Command& command) {
-    if (command.terms.empty() || !lacks_some()) return;
+    if ((command.terms.empty() && command.named_terms.empty()) || !lacks_some()) return;
     Terms roots;
     for (const ScriptTerm& term : command.terms) {
       if (term.spelled_name.empty()) roots.push_back(term.value.term);
     }
+    for (const NamedTerm& named : command.named_terms) roots.push_back(named.term);
     for_each_below(roots, [&](const Term_* t) {
       if (watched.find(t->symbol) != watched.end() && !is_in_force(t->symbol)) {
         declare(t->symbol);
@@ -220,6 +223,9 @@ class Inserter {
   bool take(const Command& command) {
     for (const NamedTerm& named : command.named_terms) {
       take(named.term, symbol_key(named.stored_name));
+    }
+    if (!command.stored_name.empty()) {
+      take(command.terms[0].value.term, symbol_key(command.stored_name));
     }
     bool kept = true;
     if (command.symbol != nullptr) {

@@ -56,6 +56,8 @@ const Term_* read_one_term(std::string_view text, TermManager& manager, const Sc
   reader.script = script;
   if (script != nullptr) {
     for (const Command& command : script->commands) {
+      for (const NamedTerm& named : command.named_terms) scopes.use_name(named.stored_name);
+      if (!command.stored_name.empty()) scopes.use_name(command.stored_name);
       if (command.symbol == nullptr) continue;
       const std::string name = command.symbol->name;
       const bool in_force = manager.get_signature()->get_symbol(name.c_str()) == command.symbol;

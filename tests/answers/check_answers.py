@@ -52,6 +52,10 @@ CASES = [
     Case("(set-logic QF_UFLIA)(declare-const x Int)(push 1)(assert (> x 0))(check-sat)(pop 1)"
          "(declare-sort S 0)(declare-const u S)(declare-fun f (S) Int)(assert (< x 0))(check-sat)"
          "(assert (> (f u) 0))(check-sat)", "sat sat unsat", ("substitute", "--set", "x=(f u)")),
+    # Their congruence does not tell NaNs apart.
+    Case("(set-logic QF_BVFP)(declare-const x Float32)(declare-const y Float32)(assert (fp.isNaN x))"
+         "(assert (fp.isNaN y))(assert (distinct ((_ fp.to_ubv 8) RNE x) ((_ fp.to_ubv 8) RNE y)))"
+         "(check-sat)", "unsat"),
     # Absolute values in logics of reals.
     Case("(set-logic QF_NRA)(declare-const x Real)(assert (= (ite (<= 0.0 x) x (- x)) 2.0))"
          "(assert (< x 0.0))(check-sat)(assert (> x (- 1.0)))(check-sat)", "sat unsat"),

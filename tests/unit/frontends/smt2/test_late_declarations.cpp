@@ -41,6 +41,29 @@ TEST(LateDeclarations, ComeBeforeWhatMentionsThem) {
             "(assert (<= y 1))\n");
 }
 
+TEST(LateDeclarations, ComeBeforeTheNamesOfTermsThatMentionThem) {
+  EXPECT_EQ(substituted("(declare-const x Int)\n(declare-const p Bool)\n"
+                        "(assert (let ((b (! (<= x 0) :named n))) p))\n(declare-const y Int)\n",
+                        {{"x", "y"}}),
+            "(declare-const x Int)\n(declare-const p Bool)\n(declare-const y Int)\n"
+            "(define-fun quill!named_1 () Bool (! (<= y 0) :named n))\n(assert p)\n");
+  EXPECT_EQ(substituted("(declare-const x Int)\n(define-fun f () Bool (! (<= x 0) :named n))\n"
+                        "(declare-const y Int)\n(assert f)\n",
+                        {{"x", "y"}}),
+            "(declare-const x Int)\n(declare-const y Int)\n"
+            "(define-fun f () Bool (! (<= y 0) :named n))\n(assert f)\n");
+}
+
+TEST(LateDeclarations, DoNotTakeTheNamesOfTermsAndOfKeptDefinitions) {
+  const std::string head =
+      "(declare-const x Int)\n(define-fun quill!div_by_zero () Bool (! (<= 0 0) :named "
+      "quill!div_by_zero_0))\n";
+  EXPECT_EQ(substituted(head + "(assert (<= x 0))\n", {{"x", "(div x 0)"}}),
+            head +
+                "(declare-fun quill!div_by_zero_1 (Int) Int)\n"
+                "(assert (<= (quill!div_by_zero_1 x) 0))\n");
+}
+
 TEST(LateDeclarations, AreMadeOfFunctionsForWhatIsLeftOpen) {
   const std::string head = "(declare-const x Real)\n(declare-const y Real)\n";
   EXPECT_EQ(substituted(head + "(assert (<= x 0.0))\n", {{"x", "(/ y 0)"}}),
