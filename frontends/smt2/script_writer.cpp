@@ -69,11 +69,15 @@ class ScriptWriter {
     SmtLib2TermPrinter::TermSet annotated;        // what was annotated so far
     std::optional<SmtLib2TermPrinter> printer;
     std::optional<std::string> text;  // of the terms, where it is written before its command
+
+    bool is_annotated(const Term_* t) const { return annotated.find(t) != annotated.end(); }
   };
 
   void reserve_names();
   void prepare_before(size_t position);
   void prepare(const Command& command);
+  std::string text_of_terms(const Command& command, CommandPrinter& made) const;
+  static bool drop_unused_annotations(const Command& command, CommandPrinter& made);
   void write_bit_definitions(const Command& command, CommandPrinter& made);
   void write_bit_definitions(const Term_* t);
   void write_names_apart(const Command& command, const CommandPrinter& made);
@@ -155,10 +159,32 @@ void ScriptWriter::prepare(const Command& command) {
   make_printer(command, made);
   if (needs_definitions) write_bit_definitions(command, made);
   if (!has_names) return;
+  SmtLib2TermPrinter::TermSet annotated_in_definitions;
+  for (const Term_* t : made.annotated) annotated_in_definitions.insert(t);
+  made.text = text_of_terms(command, made);
+  if (drop_unused_annotations(command, made)) {
+    made.annotated.erase_if([&](const Term_* t) {
+      return annotated_in_definitions.find(t) == annotated_in_definitions.end();
+    });
+    made.text = text_of_terms(command, made);
+  }
+  write_names_apart(command, made);
+}
+
+std::string ScriptWriter::text_of_terms(const Command& command, CommandPrinter& made) const {
   TextStream text;
   print_terms(text, command, *made.printer);
-  made.text = text.str();
-  write_names_apart(command, made);
+  return text.str();
+}
+
+// Terms with annotations are written with less sharing: without those that were not needed, the
+// text is that of a command which never had them. Whether there were such.
+bool ScriptWriter::drop_unused_annotations(const Command& command, CommandPrinter& made) {
+  bool dropped = false;
+  for (const NamedTerm& named : command.named_terms) {
+    if (!made.is_annotated(named.term) && made.annotations.erase_key(named.term)) dropped = true;
+  }
+  return dropped;
 }
 
 // The names in a definition stay in it: only then is it kept when the text is read.
@@ -185,8 +211,7 @@ void ScriptWriter::write_names_apart(const Command& command, const CommandPrinte
   for (const NamedTerm& named : command.named_terms) {
     const NamePlace place = place_of(manager, command, named, logic());
     const bool in_command =
-        place == NamePlace::WHOLE ||
-        (place == NamePlace::INSIDE && made.annotated.find(named.term) != made.annotated.end());
+        place == NamePlace::WHOLE || (place == NamePlace::INSIDE && made.is_annotated(named.term));
     if (in_command) {
       is_named = true;
     } else {

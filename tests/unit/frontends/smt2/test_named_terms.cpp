@@ -224,5 +224,19 @@ TEST(NamedTerms, ThatWouldBeNamedWithinLetGetADefinition) {
   EXPECT_EQ(text.find("named", text.find("(assert")), std::string::npos);
 }
 
+// What is not annotated after all costs no sharing.
+TEST(NamedTerms, ThatAreDefinedApartLeaveTheCommandItsLets) {
+  EXPECT_EQ(named("(assert (distinct 6 0.5 (! 6 :named n) 17))"),
+            "(define-fun quill!named_1 () Int (! 6 :named n))\n"
+            "(assert (let ((@1 (not (= 6.0 17.0)))) (and (not (= 6.0 (/ 1.0 2.0))) "
+            "(not (= 6.0 6.0)) @1 (not (= (/ 1.0 2.0) 6.0)) (not (= (/ 1.0 2.0) 17.0)) @1)))\n");
+  EXPECT_EQ(named("(assert (and (= (to_real (! 6 :named n)) 0.5) (not (! (and p q) :named m))"
+                  "(or (distinct 6 0.5 6 17) q)))"),
+            "(define-fun quill!named_1 () Int (! 6 :named n))\n"
+            "(assert (and (= 6.0 (/ 1.0 2.0)) (not (! (and p q) :named m)) "
+            "(let ((@1 (not (= 6.0 17.0)))) (or (and (not (= 6.0 (/ 1.0 2.0))) (not (= 6.0 6.0)) "
+            "@1 (not (= (/ 1.0 2.0) 6.0)) (not (= (/ 1.0 2.0) 17.0)) @1) q))))\n");
+}
+
 }  // namespace
 }  // namespace quill::smt2
