@@ -9,7 +9,7 @@
 #include <string>
 
 #include "benchmarks/term_shapes.h"
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/printers/outterm.h"
 #include "quill/terms/termmanager/term_manager.h"
 

@@ -20,13 +20,14 @@ function(quill_target_options target)
 endfunction()
 
 # quill_add_layer(<name> [USES <layer>...] [HEADERS <file>...] [PRIVATE_HEADERS <file>...]
-#                 [SOURCES <file>...])
+#                 [FORMER_HEADERS <file>...] [SOURCES <file>...])
 #
 # Makes a layer of the library quill from the files of the current folder: the object library
 # quill_<name>, which may include the layers after USES and what those use.  HEADERS are installed;
-# PRIVATE_HEADERS are for the sources only.
+# PRIVATE_HEADERS are for the sources only.  FORMER_HEADERS include a header that has moved, for programs that
+# know it by its former path; they are installed, too.
 function(quill_add_layer name)
-  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "USES;HEADERS;PRIVATE_HEADERS;SOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "USES;HEADERS;PRIVATE_HEADERS;FORMER_HEADERS;SOURCES")
   if(layer_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "quill_add_layer(${name}): unknown ${layer_UNPARSED_ARGUMENTS}")
   endif()
@@ -40,6 +41,7 @@ function(quill_add_layer name)
   endforeach()
 
   target_sources(quill PRIVATE $<TARGET_OBJECTS:quill_${name}>)
+  list(APPEND layer_HEADERS ${layer_FORMER_HEADERS})
   list(TRANSFORM layer_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
   target_sources(quill PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}"
                               FILES ${layer_HEADERS})

@@ -3,15 +3,15 @@
 #ifndef QUILL_QUILL_H
 #define QUILL_QUILL_H
 
+#include "quill/derived/derived.h"
+#include "quill/derived/derived_bv.h"
+#include "quill/derived/derived_fp.h"
 #include "quill/printers/configuration.h"
-#include "quill/printers/name_escape.h"
 #include "quill/printers/outterm.h"
-#include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
+#include "quill/smtlib/name_escape.h"
+#include "quill/smtlib/syntax.h"
 #include "quill/terms/data_type.h"
-#include "quill/terms/derived.h"
-#include "quill/terms/derived_bv.h"
-#include "quill/terms/derived_fp.h"
 #include "quill/terms/signature.h"
 #include "quill/terms/symbol.h"
 #include "quill/terms/term.h"

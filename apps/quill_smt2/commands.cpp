@@ -15,8 +15,8 @@
 #include <utility>
 
 #include "apps/quill_smt2/progress.h"
-#include "frontends/smt2/smt2.h"
-#include "frontends/smt2/sort_text.h"
+#include "quill/frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/sort_text.h"
 #include "quill/utils/text_stream.h"
 
 namespace quill::smt2::app {

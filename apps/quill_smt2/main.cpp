@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "apps/quill_smt2/commands.h"
-#include "frontends/smt2/parse_error.h"
-#include "frontends/smt2/read_options.h"
+#include "quill/frontends/smt2/parse_error.h"
+#include "quill/frontends/smt2/read_options.h"
 
 namespace {
 

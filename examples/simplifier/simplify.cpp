@@ -15,7 +15,7 @@
 #include <string_view>
 #include <utility>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/quill.h"
 #include "simplifying_factory.h"
 

@@ -1,41 +1,8 @@
-// What the reader throws for every fault of an input: where it is and what is wrong with it.
-//
-// what() is "LINE:COLUMN: text"; lines and columns count from 1, columns in bytes.
+// The former path of quill/frontends/smt2/parse_error.h.
 
 #ifndef FRONTENDS_SMT2_PARSE_ERROR_H
 #define FRONTENDS_SMT2_PARSE_ERROR_H
 
-#include <cstdint>
-#include <string>
-
-#include "quill/utils/exception.h"
-
-namespace quill::smt2 {
-
-struct Position {
-  uint64_t line = 1;
-  uint64_t column = 1;
-};
-
-class ParseError : public Exception {
- public:
-  ParseError(Position where, const std::string& what_is_wrong);
-
-  uint64_t line() const { return position.line; }
-  uint64_t column() const { return position.column; }
-  const std::string& text() const { return message; }
-
- private:
-  Position position;
-  std::string message;
-};
-
-// The stream that is read reports an error: nothing is wrong with the input, it cannot be had.
-class InputError : public Exception {
- public:
-  using Exception::Exception;
-};
-
-}  // namespace quill::smt2
+#include "quill/frontends/smt2/parse_error.h"
 
 #endif

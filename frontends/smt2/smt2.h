@@ -1,47 +1,8 @@
-// Reads SMT-LIB 2.6 into a term manager and writes it back.
-//
-//   quill::TermManager manager;
-//   std::ifstream file("problem.smt2");
-//   quill::smt2::Script script = quill::smt2::read(file, manager);
-//   quill::smt2::write(std::cout, manager, script);
-//
-// Supported are the theories Core, Ints, Reals and Reals_Ints, and uninterpreted sorts and
-// functions. Reading is iterative: neither the depth of terms nor that of sorts is limited by the
-// stack.
+// The former path of quill/frontends/smt2/smt2.h.
 
 #ifndef FRONTENDS_SMT2_SMT2_H
 #define FRONTENDS_SMT2_SMT2_H
 
-#include <istream>
-#include <string_view>
-
-#include "frontends/smt2/parse_error.h"
-#include "frontends/smt2/read_options.h"
-#include "frontends/smt2/script.h"
-#include "frontends/smt2/script_stats.h"
-#include "frontends/smt2/script_transformations.h"
-#include "frontends/smt2/script_writer.h"
-#include "quill/terms/term.h"
-#include "quill/terms/termmanager/term_manager.h"
-
-namespace quill::smt2 {
-
-// Reads a script up to its end or to (exit). What it leaves declared stays declared in the manager.
-// Functions with Bool arguments are allowed for the length of the call.
-// Throws ParseError for a fault of the script (no name that it declared is then left in the
-// manager) and InputError when the stream cannot be read.
-Script read(std::istream& input, TermManager& manager, const ReadOptions& options = {});
-
-// Reads one term, over the symbols that the manager's signature has, with the names of all
-// supported theories. Throws ParseError.
-const Term_* read_term(std::string_view text, TermManager& manager);
-
-// The same over the symbols that a script has left declared, for a term that is to be put into the
-// script. What the standard leaves open, such as division by zero, is what it is in the script, or
-// a function of a name that the script does not have.
-const Term_* read_term(std::string_view text, TermManager& manager, const Script& script,
-                       const ReadOptions& options = {});
-
-}  // namespace quill::smt2
+#include "quill/frontends/smt2/smt2.h"
 
 #endif

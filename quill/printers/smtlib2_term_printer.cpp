@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "quill/printers/smtlib2_syntax.h"
+#include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/scope_guard.h"
 

@@ -1,6 +1,6 @@
 #include "quill/printers/smtlib_term_printer.h"
 
-#include "quill/printers/name_escape.h"
+#include "quill/smtlib/name_escape.h"
 
 namespace quill {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "quill/printers/configuration.h"
-#include "quill/printers/smtlib2_logic.h"
 #include "quill/printers/term_printer.h"
+#include "quill/smtlib/logic.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {

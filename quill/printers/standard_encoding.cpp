@@ -1,7 +1,7 @@
 #include "quill/printers/standard_encoding.h"
 
-#include "quill/printers/smtlib2_operators.h"
-#include "quill/terms/derived.h"
+#include "quill/derived/derived.h"
+#include "quill/smtlib/operator_texts.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/bv_number.h"
 

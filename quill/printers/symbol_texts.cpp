@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "quill/printers/smtlib2_syntax.h"
+#include "quill/smtlib/syntax.h"
 
 namespace quill {
 

@@ -10,8 +10,8 @@
 #include <iosfwd>
 #include <string>
 
-#include "quill/printers/smtlib2_logic.h"
-#include "quill/printers/smtlib2_operators.h"
+#include "quill/smtlib/logic.h"
+#include "quill/smtlib/operator_texts.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/text_stream.h"

@@ -29,7 +29,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "quill/printers/smtlib2_operators.h"
+#include "quill/smtlib/operator_texts.h"
 #include "quill/terms/term.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"

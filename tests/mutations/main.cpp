@@ -26,7 +26,7 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/utils/exception.h"
 #include "tests/mutations/mutator.h"
 #include "tests/mutations/seeds.h"

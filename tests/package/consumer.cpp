@@ -1,7 +1,7 @@
 // A program outside of the tree that uses the installed library and front end.
 #include <iostream>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/quill.h"
 
 int main() {

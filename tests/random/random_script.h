@@ -14,10 +14,10 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/script.h"
-#include "quill/printers/name_escape.h"
-#include "quill/printers/smtlib2_names.h"
-#include "quill/terms/derived.h"
+#include "quill/derived/derived.h"
+#include "quill/frontends/smt2/script.h"
+#include "quill/smtlib/name_escape.h"
+#include "quill/smtlib/theory_names.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/random/random_theory_terms.h"
 

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "tests/random/round_trip.h"
 
 int main(int argc, char** argv) {

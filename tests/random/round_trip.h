@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "tests/random/random_script.h"
 
 namespace quill::smt2 {

@@ -18,7 +18,7 @@
 #include <string_view>
 #include <thread>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/quill.h"
 
 namespace {

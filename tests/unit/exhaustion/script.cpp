@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "quill/derived/derived.h"
+#include "quill/derived/derived_bv.h"
+#include "quill/derived/derived_fp.h"
 #include "quill/printers/outterm.h"
-#include "quill/terms/derived.h"
-#include "quill/terms/derived_bv.h"
-#include "quill/terms/derived_fp.h"
 #include "quill/terms/termmanager/term_visitor.h"
 
 namespace quill::testing {

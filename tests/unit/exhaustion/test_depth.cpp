@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "quill/printers/outterm.h"
-#include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
+#include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "tests/unit/utils/small_stack.h"

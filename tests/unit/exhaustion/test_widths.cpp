@@ -12,10 +12,10 @@
 #include <typeinfo>
 #include <vector>
 
+#include "quill/derived/derived_bv.h"
+#include "quill/derived/derived_fp.h"
 #include "quill/printers/outterm.h"
-#include "quill/printers/smtlib2_syntax.h"
-#include "quill/terms/derived_bv.h"
-#include "quill/terms/derived_fp.h"
+#include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/unit/exhaustion/failing_memory.h"
 

@@ -7,8 +7,8 @@
 #include <set>
 #include <vector>
 
+#include "quill/derived/derived.h"
 #include "quill/printers/let_plan.h"
-#include "quill/terms/derived.h"
 
 namespace quill {
 namespace {

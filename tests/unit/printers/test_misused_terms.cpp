@@ -11,9 +11,9 @@
 #include "quill/printers/bit_definitions.h"
 #include "quill/printers/let_plan.h"
 #include "quill/printers/outterm.h"
-#include "quill/printers/smtlib2_syntax.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
+#include "quill/smtlib/syntax.h"
 
 namespace quill {
 namespace {

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "quill/printers/name_escape.h"
+#include "quill/derived/derived.h"
 #include "quill/printers/smtlib2_term_printer.h"
-#include "quill/terms/derived.h"
+#include "quill/smtlib/name_escape.h"
 
 namespace quill {
 namespace {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "quill/printers/smtlib2_operators.h"
-#include "quill/printers/smtlib2_syntax.h"
+#include "quill/derived/derived.h"
 #include "quill/printers/smtlib2_term_printer.h"
-#include "quill/terms/derived.h"
+#include "quill/smtlib/operator_texts.h"
+#include "quill/smtlib/syntax.h"
 
 namespace quill {
 namespace {

@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
+#include "quill/derived/derived.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
-#include "quill/terms/derived.h"
 
 namespace quill {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "quill/derived/derived.h"
 #include "quill/printers/written_form.h"
-#include "quill/terms/derived.h"
 
 namespace quill {
 namespace {

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 
 namespace quill::smt2 {
 

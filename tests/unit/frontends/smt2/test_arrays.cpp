@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "frontends/smt2/script_logic.h"
+#include "quill/frontends/smt2/script_logic.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "frontends/smt2/script_logic.h"
-#include "quill/terms/derived_bv.h"
+#include "quill/derived/derived_bv.h"
+#include "quill/frontends/smt2/script_logic.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/script_stats.h"
+#include "quill/frontends/smt2/script_stats.h"
 #include "quill/utils/entry_count.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 #include "tests/unit/utils/colliding_names.h"

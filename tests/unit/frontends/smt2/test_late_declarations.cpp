@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "frontends/smt2/late_declarations.h"
+#include "quill/frontends/smt2/late_declarations.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "frontends/smt2/lexer.h"
+#include "quill/frontends/smt2/lexer.h"
 
 namespace quill::smt2 {
 namespace {

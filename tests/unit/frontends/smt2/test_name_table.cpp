@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "frontends/smt2/name_table.h"
+#include "quill/frontends/smt2/name_table.h"
 #include "quill/utils/entry_count.h"
 #include "tests/unit/utils/colliding_names.h"
 

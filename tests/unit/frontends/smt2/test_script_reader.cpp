@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "frontends/smt2/script_reader.h"
+#include "quill/frontends/smt2/script_reader.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include "frontends/smt2/script_stats.h"
+#include "quill/frontends/smt2/script_stats.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 #include "tests/unit/grouped_digits.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/script_transformations.h"
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/script_transformations.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/numerals.h"
-#include "frontends/smt2/script_writer.h"
+#include "quill/frontends/smt2/numerals.h"
+#include "quill/frontends/smt2/script_writer.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 #include "tests/unit/grouped_digits.h"
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "frontends/smt2/smt2.h"
+#include "quill/frontends/smt2/smt2.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "tests/random/random_theory_terms.h"
 

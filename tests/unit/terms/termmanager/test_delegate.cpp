@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "quill/terms/derived.h"
+#include "quill/derived/derived.h"
 #include "quill/terms/termmanager/term_factory.h"
 #include "quill/terms/termmanager/term_manager.h"
 

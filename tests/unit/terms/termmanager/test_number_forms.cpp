@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "quill/terms/derived.h"
+#include "quill/derived/derived.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
 #include "tests/unit/terms/termmanager/unchanged.h"

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "quill/terms/derived.h"
-#include "quill/terms/derived_bv.h"
-#include "quill/terms/derived_fp.h"
+#include "quill/derived/derived.h"
+#include "quill/derived/derived_bv.h"
+#include "quill/derived/derived_fp.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"

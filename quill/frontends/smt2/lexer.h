@@ -1,0 +1,126 @@
+// Splits SMT-LIB 2.6 text into tokens.
+//
+// The input is read from a stream in blocks, so that memory depends on the longest token alone. The
+// current token is a field that the next call overwrites, its text a view of the block: a token is
+// neither copied nor allocated. Malformed tokens throw ParseError.
+//
+//   buffer  | bytes done with | text of the token | bytes not read yet | NUL |
+//                             ^ start             ^ cursor             ^ end
+//
+// The bytes of a token that reaches the end of the buffer move to the front, and the buffer grows
+// when they fill it. The NUL byte behind the end stops every loop over the bytes of a token, so
+// that these need not look for the end themselves.
+//
+// A UTF-8 byte-order mark at the start is passed over and has no column. Other bytes from 128 up
+// are accepted in quoted symbols, strings and comments as they are, whether they are UTF-8 or not;
+// a NUL byte is accepted nowhere but in comments.
+
+#ifndef QUILL_FRONTENDS_SMT2_LEXER_H
+#define QUILL_FRONTENDS_SMT2_LEXER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <istream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "quill/frontends/smt2/parse_error.h"
+
+namespace quill::smt2 {
+
+enum class TokenKind {
+  OPEN,
+  CLOSE,
+  SYMBOL,
+  KEYWORD,
+  NUMERAL,
+  DECIMAL,
+  BINARY,
+  HEXADECIMAL,
+  STRING,
+  END,
+};
+
+struct Token {
+  TokenKind kind = TokenKind::END;
+  // Symbols without bars, keywords without the colon, binary and hexadecimal digits without the
+  // prefix, strings without the quotes and with "" read as one quote; empty for parentheses. Valid
+  // until the next token is read.
+  std::string_view text;
+  bool quoted = false;  // a symbol between bars, which is never a reserved word
+  Position position;    // of the first byte
+
+  bool is_word(std::string_view word) const {
+    return kind == TokenKind::SYMBOL && !quoted && text == word;
+  }
+
+  // The token as it stands in a script.
+  std::string spelling() const;
+
+  // The token as messages name it: 'x', ')' or "the end of the input"; cut when very long.
+  std::string description() const;
+};
+
+class Lexer {
+ public:
+  // The stream must outlive the lexer. Reading starts at its current position.
+  explicit Lexer(std::istream& stream);
+  Lexer(const Lexer&) = delete;
+  Lexer& operator=(const Lexer&) = delete;
+
+  // Reads the next token into token; END at the end of the input, then and ever after.
+  // Throws InputError when the stream reports a read error.
+  void next();
+
+  // The position just behind the token before the current one: where something was missing.
+  Position end_of_previous() const { return previous_end; }
+
+  Token token;
+
+ private:
+  static constexpr int end_of_input = -1;
+
+  bool refill();
+  void skip_byte_order_mark();
+  int peek() {
+    if (cursor == end && !refill()) return end_of_input;
+    return static_cast<unsigned char>(*cursor);
+  }
+  Position here() const {
+    return {line, static_cast<uint64_t>(cursor - buffer.data() - line_start) + 1};
+  }
+  void begin_line();
+  void skip_blanks();
+  void skip_comment();
+  void read_quoted_symbol();
+  void read_string();
+  void read_number();
+  void read_digits(TokenKind kind, const char* what, bool (*is_digit)(int));
+  void read_symbol_characters();
+  [[noreturn]] void reject_byte(int byte);
+  [[noreturn]] void reject_end(const char* what, Position last);
+
+  std::istream& input;
+  std::vector<char> buffer;
+  char* start;
+  char* cursor;
+  char* end;
+  bool exhausted = false;
+  bool begun = false;  // whether anything was read
+  // Where the next byte stands: in this line, whose first byte is (or was, in bytes that are gone)
+  // at this place of the buffer.
+  uint64_t line = 1;
+  std::ptrdiff_t line_start = 0;
+  Position previous_end;
+};
+
+// A piece of the input as messages show it, on one line, cut when very long, between apostrophes.
+std::string shown(std::string_view piece);
+
+// Whether a byte may stand in a symbol that is not quoted (digits included).
+bool is_symbol_character(int byte);
+
+}  // namespace quill::smt2
+
+#endif

@@ -1,0 +1,34 @@
+// Where the names that a command gives by :named are written.
+
+#ifndef QUILL_FRONTENDS_SMT2_NAME_PLACES_H
+#define QUILL_FRONTENDS_SMT2_NAME_PLACES_H
+
+#include <cstdint>
+
+#include "quill/frontends/smt2/script.h"
+#include "quill/smtlib/logic.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+enum class NamePlace : uint8_t {
+  // (assert (! t :named n)), or the body of a definition.
+  WHOLE,
+  // Where the term is written first in the command, if it is written there.
+  INSIDE,
+  // (define-fun quill!named_1 () S (! t :named n)) before the command, so that the name has its
+  // sort and scope and is no label of an assertion.
+  APART,
+};
+
+// A name of the command, under the logic that is written. What is INSIDE turns out to be APART when
+// the term is not written in the command.
+NamePlace place_of(const TermManager& manager, const Command& command, const NamedTerm& named,
+                   const Logic& logic);
+
+// The sort of the named term in the manager's types.
+const DataType* sort_of(const NamedTerm& named);
+
+}  // namespace quill::smt2
+
+#endif

@@ -1,0 +1,21 @@
+#include "quill/frontends/smt2/parse_error.h"
+
+namespace quill::smt2 {
+
+namespace {
+
+std::string located(Position where, const std::string& what_is_wrong) {
+  std::string text = std::to_string(where.line);
+  text += ':';
+  text += std::to_string(where.column);
+  text += ": ";
+  text += what_is_wrong;
+  return text;
+}
+
+}  // namespace
+
+ParseError::ParseError(Position where, const std::string& what_is_wrong)
+    : Exception(located(where, what_is_wrong)), position(where), message(what_is_wrong) {}
+
+}  // namespace quill::smt2

@@ -1,0 +1,169 @@
+// What each name of a script means at the moment.
+//
+// Symbols and sorts have a table each: a name is stored once, in an entry that holds its meanings,
+// innermost first: local ones (variables of let, parameters), the global one (declared, defined or
+// given by :named), and the operator of a theory, which counts only where the logic has the theory.
+// Entries never move, so that callers keep pointers to them.
+//
+// push and pop delimit global meanings. A symbol declared here gives its name back to the manager
+// (TermManager::free_symbol) when its scope ends; one that the manager already had stays.
+
+#ifndef QUILL_FRONTENDS_SMT2_SCOPES_H
+#define QUILL_FRONTENDS_SMT2_SCOPES_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "quill/frontends/smt2/name_table.h"
+#include "quill/frontends/smt2/reserved_words.h"
+#include "quill/frontends/smt2/value.h"
+#include "quill/smtlib/theory_names.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill::smt2 {
+
+struct Operator;
+
+// The global meaning of a symbol.
+struct Binding {
+  enum class Kind { FUNCTION, TERM, MACRO };
+  Kind kind = Kind::TERM;
+  const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
+  const DataType* sort = nullptr;  // FUNCTION: that of the constant, or a function type of sorts
+  bool owned = false;              // whether that symbol's name is to be freed with the scope
+  std::string stored_name;  // in the manager's spelling; empty for definitions that are not kept
+  Value value;              // TERM
+  Macro macro;              // MACRO
+};
+
+struct Name {
+  Construct construct = Construct::NONE;      // that the name begins when it is not between bars
+  const TheoryName* theory = nullptr;         // that has the name
+  const Operator* theory_operator = nullptr;  // null, too, for an operator that is not supported
+  std::unique_ptr<Binding> global;
+  uint32_t local = 0;  // 1 + the index of the innermost local meaning; 0: none
+};
+
+struct SortBinding {
+  const DataType* type =
+      nullptr;  // declared: the sort, or its head if it has an arity; defined: the body
+  uint64_t arity = 0;
+  bool defined = false;
+};
+
+struct SortName {
+  std::unique_ptr<SortBinding> global;
+  const DataType* parameter = nullptr;  // inside a define-sort
+};
+
+class Scopes {
+ public:
+  explicit Scopes(TermManager& term_manager) : manager(term_manager) {}
+  Scopes(const Scopes&) = delete;
+  Scopes& operator=(const Scopes&) = delete;
+
+  // The entry of a name, made on the first request.
+  Name& name(std::string_view text) { return names[text]; }
+  SortName& sort_name(std::string_view text) { return sort_names[text]; }
+
+  // ----- local meanings, innermost last ---------------------------------------------------------
+
+  size_t num_locals() const { return locals.size(); }
+  void bind_local(Name& name, const Value& value);
+  const Value& local_value(const Name& name) const { return locals[name.local - 1].value; }
+  // Ends every local meaning from the given number on.
+  void unbind_locals(size_t first);
+
+  // ----- global meanings ------------------------------------------------------------------------
+
+  // The entry must have no global meaning.
+  void bind(Name& name, std::unique_ptr<Binding> binding);
+  void bind(SortName& name, std::unique_ptr<SortBinding> binding);
+
+  // ----- names in the manager's spelling --------------------------------------------------------
+  //
+  // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
+  // use at the same time are kept apart by a number behind one of them.
+
+  bool is_used(const std::string& stored) const;
+  void use_name(const std::string& stored) { used_names[stored] = {true, stretch}; }
+  void give_up_name(const std::string& stored) { used_names[stored].is_used = false; }
+
+  // The first of stored, stored_0, stored_1 and so on that is not in use and that the manager has
+  // no symbol of another type for; with a null type, that is not in use.
+  std::string free_symbol_name(const std::string& stored, const DataType* type) const;
+  // The same for a symbol that is declared at the start of the stretch: nor was the name in use
+  // since then, in a scope that has ended.
+  std::string free_symbol_name_of_stretch(const std::string& stored, const DataType* type) const;
+  // Begins a stretch: what is declared at its start is declared here.
+  void begin_stretch() { ++stretch; }
+  // The same for declared sorts.
+  std::string free_sort_name(const std::string& stored) const;
+
+  // ----- push and pop ---------------------------------------------------------------------------
+
+  // What is bound from now on outlives pop.
+  void set_global_declarations(bool enabled) { global_declarations = enabled; }
+  bool declarations_are_global() const { return global_declarations; }
+
+  uint64_t depth() const { return open_levels; }
+  void push(uint64_t count);
+  // Precondition: count is at most depth().
+  void pop(uint64_t count);
+  // Ends all scopes; global meanings end too, unless they are to outlive pop.
+  void reset_assertions();
+  // Ends all scopes and all global meanings.
+  void reset();
+
+ private:
+  struct Local {
+    Name* name;
+    uint32_t outer;
+    Value value;
+  };
+
+  struct Bound {  // exactly one of the two
+    Name* name = nullptr;
+    SortName* sort = nullptr;
+  };
+
+  struct Level {
+    size_t first;    // the length of the trail when it was opened
+    uint64_t count;  // how many levels were opened there at once: an input may ask for very many
+  };
+
+  static bool is_in_use(const NameTable<bool>& names_in_use, std::string_view name) {
+    const bool* use = names_in_use.find(name);
+    return use != nullptr && *use;
+  }
+  template <class IsFree>
+  std::string first_free_name(const std::string& stored, const DataType* type,
+                              const IsFree& is_free) const;
+  void record(Bound bound);
+  void unbind(const Bound& bound);
+  void unbind_trail(size_t first);
+
+  TermManager& manager;
+  NameTable<Name> names;
+  NameTable<SortName> sort_names;
+  struct NameUse {
+    bool is_used = false;  // still
+    uint64_t stretch = 0;  // in which the name was taken into use last
+  };
+  NameTable<NameUse> used_names;
+  NameTable<bool> used_sort_names;
+  std::vector<Local> locals;
+  std::vector<Bound> trail;   // what ends with a scope, in order
+  std::vector<Level> levels;  // one entry for each push command
+  uint64_t open_levels = 0;   // the sum of their counts
+  uint64_t stretch = 1;
+  std::vector<Bound> permanent;  // what outlives pop
+  bool global_declarations = false;
+};
+
+}  // namespace quill::smt2
+
+#endif

@@ -1,0 +1,301 @@
+#include "quill/frontends/smt2/sort_reader.h"
+
+#include <string_view>
+
+#include "quill/frontends/smt2/indices.h"
+#include "quill/frontends/smt2/reserved_words.h"
+#include "quill/smtlib/syntax.h"
+#include "quill/smtlib/theory_names.h"
+#include "quill/utils/hash_map.h"
+
+namespace quill::smt2 {
+
+namespace {
+
+// What a use of a sort consists of.
+enum class Form { NAME, BIT_VECTOR, FLOATING_POINT, ARRAY };
+
+struct SupportedSort {
+  std::string_view name;
+  Form form;
+  const DataType* (*make)(TermManager&);  // of a NAME
+};
+
+// clang-format off
+constexpr SupportedSort supported_sorts[] = {
+    {"Array",         Form::ARRAY,          nullptr},
+    {"BitVec",        Form::BIT_VECTOR,     nullptr},
+    {"Bool",          Form::NAME,           [](TermManager& m) { return m.get_bool_type(); }},
+    {"Float128",      Form::NAME,           [](TermManager& m) { return m.get_fp_type(15, 112); }},
+    {"Float16",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(5, 10); }},
+    {"Float32",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(8, 23); }},
+    {"Float64",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(11, 52); }},
+    {"FloatingPoint", Form::FLOATING_POINT, nullptr},
+    {"Int",           Form::NAME,           [](TermManager& m) { return m.get_int_type(); }},
+    {"Real",          Form::NAME,           [](TermManager& m) { return m.get_rat_type(); }},
+    {"RoundingMode",  Form::NAME,           [](TermManager& m) { return m.get_fprounding_type(); }},
+};
+// clang-format on
+
+constexpr bool complete() {
+  for (const SupportedSort& sort : supported_sorts) {
+    if (!has_theory(theory_sorts, sort.name)) return false;
+  }
+  return true;
+}
+static_assert(complete(), "a theory has each sort");
+
+// Null when the logic does not have the sort, or nothing here can make it.
+const SupportedSort* find_supported(std::string_view name, const Logic& logic) {
+  for (const SupportedSort& sort : supported_sorts) {
+    if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? &sort : nullptr;
+  }
+  return nullptr;
+}
+
+constexpr uint64_t array_arity = 2;
+
+// Of what a message suggests, in bytes.
+constexpr size_t longest_hint = 40;
+
+}  // namespace
+
+bool SortReader::is_reserved(std::string_view name) const { return is_theory_sort(name, logic); }
+
+const DataType* SortReader::placeholder(size_t number) {
+  // No sort of a script has a NUL byte in its name.
+  return manager.get_simple_type(std::string(1, '\0') + std::to_string(number), false);
+}
+
+const DataType* SortReader::read() {
+  heads.clear();
+  args.clear();
+  for (;;) {
+    if (lexer.token.kind == TokenKind::OPEN) {
+      lexer.next();
+      if (!lexer.token.is_word("_")) {
+        heads.push_back(open());
+        continue;
+      }
+      args.push_back(read_indexed());
+    } else if (lexer.token.kind == TokenKind::CLOSE && !heads.empty()) {
+      const DataType* sort = apply(heads.back());
+      args.resize(heads.back().first_arg);
+      args.push_back(sort);
+      heads.pop_back();
+      lexer.next();
+    } else {
+      args.push_back(read_name());
+    }
+    if (heads.empty()) return args.back();
+  }
+}
+
+// A sort's name without arguments.
+const DataType* SortReader::read_name() {
+  const Token& token = lexer.token;
+  if (token.kind == TokenKind::END) {
+    throw ParseError(lexer.end_of_previous(), "the input ends where a sort is expected");
+  }
+  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+    throw ParseError(token.position, "a sort is expected, not " + token.description());
+  }
+  const SortName& name = scopes.sort_name(token.text);
+  const DataType* sort = nullptr;
+  if (name.parameter != nullptr) {
+    sort = name.parameter;
+  } else if (name.global != nullptr) {
+    expect_arity(token.position, token.text, name.global->arity, 0);
+    sort = name.global->type;
+  } else {
+    const SupportedSort* row = find_supported(token.text, logic);
+    if (row == nullptr) reject_name(token);
+    switch (row->form) {
+      case Form::NAME:
+        sort = row->make(manager);
+        break;
+      case Form::ARRAY:
+        expect_arity(token.position, token.text, array_arity, 0);
+        break;
+      case Form::BIT_VECTOR:
+        throw ParseError(token.position, "the sort 'BitVec' is written (_ BitVec width)");
+      case Form::FLOATING_POINT:
+        throw ParseError(token.position,
+                         "the sort 'FloatingPoint' is written (_ FloatingPoint e s)");
+    }
+  }
+  lexer.next();
+  return sort;
+}
+
+// (_ name index ...) behind its parenthesis. On return the current token is the closing one's
+// successor.
+const DataType* SortReader::read_indexed() {
+  const Token& token = lexer.token;
+  lexer.next();
+  if (token.kind == TokenKind::END) {
+    throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
+  }
+  if (token.kind != TokenKind::SYMBOL) {
+    throw ParseError(token.position, "a name is expected behind '_', not " + token.description());
+  }
+  const SupportedSort* row = find_supported(token.text, logic);
+  if (row == nullptr) reject_name(token);
+  const Position position = token.position;
+  const std::string name = token.spelling();
+  const size_t wanted = row->form == Form::BIT_VECTOR       ? 1
+                        : row->form == Form::FLOATING_POINT ? 2
+                                                            : 0;
+  if (wanted == 0) throw ParseError(position, "the sort " + shown(name) + " takes no indices");
+  lexer.next();
+  std::vector<uint64_t> numbers;
+  for (; token.kind != TokenKind::CLOSE; lexer.next()) {
+    if (token.kind == TokenKind::END) {
+      throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
+    }
+    numbers.push_back(index_value(token.spelling(), "the sort ", name, token.position));
+  }
+  if (numbers.size() != wanted) {
+    throw ParseError(position, "the sort " + shown(name) + " takes " + std::to_string(wanted) +
+                                   (wanted == 1 ? " index, not " : " indices, not ") +
+                                   std::to_string(numbers.size()));
+  }
+  const DataType* sort = wanted == 1 ? sorts.bit_vector(numbers[0], position)
+                                     : sorts.floating_point(numbers[0], numbers[1], position);
+  lexer.next();
+  return sort;
+}
+
+// The name at the head of an application.
+SortReader::Head SortReader::open() {
+  const Token& token = lexer.token;
+  if (token.kind == TokenKind::END) {
+    throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
+  }
+  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+    throw ParseError(token.position, "the name of a sort is expected, not " + token.description());
+  }
+  const SortName& name = scopes.sort_name(token.text);
+  if (name.parameter != nullptr) expect_arity(token.position, token.text, 0, 1);
+  if (name.global == nullptr) {
+    const SupportedSort* row = find_supported(token.text, logic);
+    if (row == nullptr) reject_name(token);
+    if (row->form == Form::BIT_VECTOR || row->form == Form::FLOATING_POINT) {
+      reject_without_indices(row->form == Form::BIT_VECTOR);
+    }
+    if (row->form != Form::ARRAY) {
+      throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
+    }
+  }
+  Head head{token.position, std::string(token.text), name.global.get(), args.size()};
+  lexer.next();
+  return head;
+}
+
+// (BitVec 8) and (FloatingPoint 8 24), whose current token is the name.
+void SortReader::reject_without_indices(bool is_bit_vector) {
+  const Position position = lexer.token.position;
+  const std::string name(lexer.token.text);
+  std::string indices;
+  lexer.next();
+  const size_t wanted = is_bit_vector ? 1 : 2;
+  size_t given = 0;
+  for (; given < wanted && lexer.token.kind == TokenKind::NUMERAL; ++given) {
+    indices += " " + lexer.token.spelling();
+    lexer.next();
+  }
+  if (given != wanted || indices.size() > longest_hint) indices = is_bit_vector ? " width" : " e s";
+  throw ParseError(position, "the sort " + shown(name) + " is written (_ " + name + indices + ")");
+}
+
+void SortReader::reject_name(const Token& token) const {
+  const TheoryName* row = find_theory_sort(token.text);
+  if (row != nullptr && logic.has(row->theory)) {
+    throw ParseError(token.position, "unsupported: the sort " + token.description() + " of " +
+                                         describe(row->theory));
+  }
+  if (token.is_word("->")) throw ParseError(token.position, "unsupported: sorts of functions (->)");
+  std::string text = "unknown sort " + token.description();
+  if (row != nullptr && row->theory != Theory::NONE) {
+    text += " (the logic " + logic.name() + " does not have it)";
+  }
+  throw ParseError(token.position, text);
+}
+
+void SortReader::expect_arity(Position position, std::string_view name, uint64_t arity,
+                              uint64_t given) {
+  if (arity == given) return;
+  if (arity == 0) throw ParseError(position, "the sort " + shown(name) + " takes no arguments");
+  throw ParseError(position, "the sort " + shown(name) + " takes " + std::to_string(arity) +
+                                 (arity == 1 ? " argument, not " : " arguments, not ") +
+                                 std::to_string(given));
+}
+
+const DataType* SortReader::apply(const Head& head) {
+  const size_t given = args.size() - head.first_arg;
+  if (given == 0)
+    throw ParseError(head.position, "the sort " + shown(head.name) + " between parentheses");
+  const uint64_t arity = head.binding != nullptr ? head.binding->arity : array_arity;
+  expect_arity(head.position, head.name, arity, given);
+  const DataType* const* first = args.data() + head.first_arg;
+  if (head.binding == nullptr) return sorts.array(first[0], first[1]);
+  if (head.binding->defined) {
+    try {
+      return expand(*head.binding, first);
+    } catch (const TermManager::error&) {
+      // The one component that the manager refuses and a sort can be.
+      throw ParseError(
+          head.position,
+          "unsupported: Bool as an argument of a sort in the definition of " + shown(head.name));
+    }
+  }
+  std::vector<const DataType*> components = {head.binding->type};
+  components.insert(components.end(), first, first + given);
+  return compound(components, head.position, head.name);
+}
+
+const DataType* SortReader::compound(const std::vector<const DataType*>& components,
+                                     Position position, const std::string& name) {
+  for (const DataType* component : components) {
+    if (component == manager.get_bool_type()) {
+      throw ParseError(position, "unsupported: Bool as an argument of the sort " + shown(name));
+    }
+  }
+  return manager.get_compound_type(components);
+}
+
+// Replaces the placeholders in the body of a definition. Types are shared graphs, so each distinct
+// one is rebuilt once.
+const DataType* SortReader::expand(const SortBinding& definition, const DataType* const* actual) {
+  hsh::HashMap<const DataType*, const DataType*> images;
+  for (size_t i = 0; i < definition.arity; ++i) images[placeholder(i)] = actual[i];
+  std::vector<const DataType*> pending = {definition.type};
+  std::vector<const DataType*> components;
+  while (!pending.empty()) {
+    const DataType* type = pending.back();
+    if (images.find(type) != images.end()) {
+      pending.pop_back();
+      continue;
+    }
+    const size_t pending_before = pending.size();
+    components.clear();
+    for (size_t i = 0; i < type->num_components(); ++i) {
+      const DataType* component = type->get_component(i);
+      const auto image = images.find(component);
+      if (image == images.end()) {
+        pending.push_back(component);
+      } else {
+        components.push_back(image->second);
+      }
+    }
+    if (pending.size() != pending_before) continue;
+    images[type] = type->is_simple() ? type
+                   : manager.is_array_type(type, nullptr, nullptr)
+                       ? sorts.array(components[1], components[2])
+                       : manager.get_compound_type(components);
+    pending.pop_back();
+  }
+  return images[definition.type];
+}
+
+}  // namespace quill::smt2

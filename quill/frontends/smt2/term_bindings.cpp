@@ -1,0 +1,138 @@
+// What a term reader does with names that terms are given: by let, and by :named in annotations.
+
+#include <memory>
+#include <utility>
+
+#include "quill/frontends/smt2/reserved_words.h"
+#include "quill/frontends/smt2/term_reader.h"
+#include "quill/frontends/smt2/term_search.h"
+
+namespace quill::smt2 {
+
+// ----- let --------------------------------------------------------------------------------------
+
+void TermReader::open_let(Position position) {
+  lexer.next();
+  if (lexer.token.kind != TokenKind::OPEN) {
+    throw ParseError(lexer.token.position,
+                     "the bindings of 'let' are expected, not " + lexer.token.description());
+  }
+  lexer.next();
+  frames.push_back({FrameKind::BINDINGS, position, values.size(), variables.size(), {}, nullptr});
+  open_binding();
+}
+
+// The parenthesis and the variable of a binding; its term is next.
+void TermReader::open_binding() {
+  const Token& token = lexer.token;
+  if (token.kind == TokenKind::END) {
+    throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
+  }
+  if (token.kind == TokenKind::CLOSE) {
+    throw ParseError(token.position, "'let' without a binding");
+  }
+  if (token.kind != TokenKind::OPEN) {
+    throw ParseError(token.position, "a binding of 'let' is expected, not " + token.description());
+  }
+  lexer.next();
+  Name* name = token.kind == TokenKind::SYMBOL ? &scopes.name(token.text) : nullptr;
+  if (name == nullptr || is_word(token, *name)) {
+    throw ParseError(token.position, "a variable is expected, not " + token.description());
+  }
+  variables.push_back(name);
+  lexer.next();
+}
+
+// All bindings have been read: their variables become known at once.
+void TermReader::close_bindings(Frame& frame) {
+  const size_t first_local = scopes.num_locals();
+  const size_t count = values.size() - frame.first_value;
+  for (size_t i = 0; i < count; ++i) {
+    Name& variable = *variables[frame.first_extra + i];
+    if (variable.local > first_local) {
+      throw ParseError(frame.position, "'let' binds the same variable twice");
+    }
+    scopes.bind_local(variable, values[frame.first_value + i]);
+  }
+  values.resize(frame.first_value);
+  variables.resize(frame.first_extra);
+  frame.kind = FrameKind::BODY;
+  frame.first_extra = first_local;
+}
+
+// ----- annotations ------------------------------------------------------------------------------
+
+// The attributes behind an annotated term, up to the closing parenthesis.
+void TermReader::finish_annotation(Position position) {
+  const Token& token = lexer.token;
+  if (token.kind == TokenKind::CLOSE) throw ParseError(position, "'!' without an attribute");
+  while (token.kind == TokenKind::KEYWORD) {
+    const bool named = token.text == "named";
+    lexer.next();
+    if (named) {
+      name_term(values.back());
+      lexer.next();
+    } else {
+      skip_attribute_value();
+    }
+  }
+  expect_close("'!'");
+}
+
+void TermReader::name_term(const Value& value) {
+  const Token& token = lexer.token;
+  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+    throw ParseError(token.position,
+                     "a symbol is expected behind :named, not " + token.description());
+  }
+  Name& name = scopes.name(token.text);
+  if (is_reserved(name)) {
+    throw ParseError(token.position, token.description() + " is an operator of " +
+                                         describe(name.theory->theory) + " and cannot name a term");
+  }
+  if (name.global != nullptr) {
+    throw ParseError(token.position, "the name " + token.description() + " is already in use");
+  }
+  if (!forbidden_in_named.empty()) {
+    ReachableTerms reachable;
+    reachable.add_root(value.term);
+    for (const Term_* forbidden : forbidden_in_named) {
+      if (!reachable.contains(forbidden)) continue;
+      throw ParseError(token.position, "the term named " + token.description() +
+                                           " mentions parameters of the definition around it");
+    }
+  }
+  auto binding = std::make_unique<Binding>();
+  binding->kind = Binding::Kind::TERM;
+  binding->stored_name = scopes.free_symbol_name(stored_name(token.text), nullptr);
+  binding->value = value;
+  named_terms.push_back({std::string(token.text), binding->stored_name, value.term, value.sort});
+  scopes.bind(name, std::move(binding));
+}
+
+// An attribute has a value unless the next attribute or the end follows.
+void TermReader::skip_attribute_value() {
+  uint64_t depth = 0;
+  for (;;) {
+    switch (lexer.token.kind) {
+      case TokenKind::END:
+        throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
+      case TokenKind::OPEN:
+        ++depth;
+        break;
+      case TokenKind::CLOSE:
+        if (depth == 0) return;
+        --depth;
+        break;
+      case TokenKind::KEYWORD:
+        if (depth == 0) return;
+        break;
+      default:
+        break;
+    }
+    lexer.next();
+    if (depth == 0) return;
+  }
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,15 @@
+#include "quill/frontends/smt2/term_search.h"
+
+namespace quill::smt2 {
+
+void ReachableTerms::add_root(const Term_* root) {
+  pending.push_back(root);
+  while (!pending.empty()) {
+    const Term_* term = pending.back();
+    pending.pop_back();
+    if (!seen.insert(term)) continue;
+    for (uint64_t i = 0; i < term->symbol->arity; ++i) pending.push_back(term->args[i]);
+  }
+}
+
+}  // namespace quill::smt2

@@ -1,0 +1,62 @@
+// The sorts that theories make from numbers and from other sorts, and arrays of Bool.
+//
+// The manager has no arrays whose index or element is Bool: they are held with bit-vectors of one
+// bit in the place of Bool, #b1 for true. SMT-LIB tells (Array Int Bool) from (Array Int (_ BitVec
+// 1)) all the same. Therefore the sorts of values and declarations, "sorts" in this front end, are
+// types of the manager in which a marker, a simple type that no script can name, stands for Bool
+// inside arrays, and held() gives the type that the manager sees. Outside arrays Bool is Bool.
+//
+// Sorts are shared graphs and may be nested deeply; nothing here recurses.
+
+#ifndef QUILL_FRONTENDS_SMT2_THEORY_SORTS_H
+#define QUILL_FRONTENDS_SMT2_THEORY_SORTS_H
+
+#include <cstdint>
+#include <vector>
+
+#include "quill/frontends/smt2/parse_error.h"
+#include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/hash_map.h"
+
+namespace quill::smt2 {
+
+class TheorySorts {
+ public:
+  explicit TheorySorts(TermManager& term_manager) : manager(term_manager) {}
+  TheorySorts(const TheorySorts&) = delete;
+  TheorySorts& operator=(const TheorySorts&) = delete;
+
+  // (_ BitVec width) and (_ FloatingPoint e s), where s counts the hidden bit. Both throw
+  // ParseError for what is no sort, and for what the manager does not have.
+  const DataType* bit_vector(uint64_t width, Position position);
+  const DataType* floating_point(uint64_t e, uint64_t s, Position position);
+
+  // (Array index element); either may be Bool.
+  const DataType* array(const DataType* index, const DataType* element);
+
+  // Whether the sort is one of arrays, and the sorts of its indices and elements.
+  bool is_array(const DataType* sort, const DataType** index, const DataType** element) const;
+
+  // The type of the manager's terms of this sort.
+  const DataType* held(const DataType* sort);
+
+  // Whether array() made a sort with Bool since the last call.
+  bool take_bool_arrays();
+
+  // Whether the type is the marker, in any manager.
+  static bool is_bool_marker(const DataType* type);
+
+ private:
+  const DataType* mark(const DataType* component);
+
+  TermManager& manager;
+  const DataType* marker = nullptr;  // null until it is needed
+  bool bool_arrays_made = false;
+  hsh::HashMap<const DataType*, const DataType*> held_types;
+  std::vector<const DataType*> pending;
+  std::vector<const DataType*> components;
+};
+
+}  // namespace quill::smt2
+
+#endif

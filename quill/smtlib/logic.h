@@ -1,0 +1,107 @@
+// What a logic of SMT-LIB 2.6 provides: theories, whose names it reserves, and the kinds of terms
+// that it admits.
+//
+// A logic's name is read as a combination of pieces: QF_AUFLIRA has arrays, uninterpreted functions
+// and linear arithmetic over integers and reals. ALL, no logic and names that are no such
+// combination provide everything.
+
+#ifndef QUILL_SMTLIB_LOGIC_H
+#define QUILL_SMTLIB_LOGIC_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quill {
+
+enum class Theory : uint8_t {
+  NONE,  // which no logic has
+  CORE,
+  INTS,
+  REALS,
+  ARITHMETIC,  // what Ints and Reals have in common
+  REALS_INTS,  // what takes both, such as to_real
+  ARRAYS,
+  BIT_VECTORS,
+  FLOATING_POINT,
+  BITS,  // what bit-vectors and floating-point numbers have in common: sorts and literals
+  STRINGS,
+  EXTENSIONS,  // theories beyond the standard, which readers have where they have everything
+};
+
+// The theory in words, for messages: "the theory of arrays".
+const char* describe(Theory theory);
+
+// What terms may need of a logic: a set of flags.
+struct LogicNeeds {
+  bool ints = false;
+  bool reals = false;
+  bool both = false;            // to_real, to_int
+  bool free_functions = false;  // uninterpreted functions with arguments
+  bool linear = false;          // more than differences: products with numbers, division by them
+  bool nonlinear = false;       // products of terms
+  bool free_sorts = false;      // uninterpreted sorts
+  bool arrays = false;
+  bool bits = false;         // terms of bit-vectors that do not name their sort
+  bool bit_vectors = false;  // the sort by name, or operators
+  bool floating_point = false;
+  bool everything = false;  // what readers have only where they have all
+};
+
+class Logic {
+ public:
+  // No logic: everything.
+  Logic() = default;
+  explicit Logic(std::string_view logic_name);
+
+  // Empty when no logic is set.
+  const std::string& name() const { return logic_name; }
+
+  bool has(Theory theory) const { return (theories & bits_of(theory)) != 0; }
+
+  // Whether readers reserve names where they have the theory, so that no symbol can be written by
+  // them. Readers that do not know a combination have everything.
+  bool is_taken(Theory readers) const {
+    return has(readers) || (!widely_known && readers != Theory::NONE);
+  }
+
+  // Whether products must have a constant factor.
+  bool is_linear() const { return order == Order::DIFFERENCE || order == Order::LINEAR; }
+
+  // Whether the name says that terms may be multiplied: an N logic, but not ALL.
+  bool is_nonlinear() const { return order == Order::ANY && !has(Theory::EXTENSIONS); }
+
+  // Numerals are reals where the logic has reals and no integers, or makes floating-point numbers
+  // from them.
+  bool numerals_are_real() const {
+    return !has(Theory::INTS) && (has(Theory::REALS) || has(Theory::FLOATING_POINT));
+  }
+
+  bool covers(const LogicNeeds& needs) const;
+
+  // The logic itself if it covers the needs; otherwise the smallest combination of it with what is
+  // needed that readers know by name, or ALL.
+  Logic extended_by(const LogicNeeds& needs) const;
+
+ private:
+  enum class Order : uint8_t { NONE, DIFFERENCE, LINEAR, ANY };
+
+  static constexpr uint32_t bit(Theory theory) { return 1u << static_cast<unsigned>(theory); }
+  static constexpr uint32_t bits_of(Theory theory) {
+    return theory == Theory::NONE         ? 0
+           : theory == Theory::ARITHMETIC ? bit(Theory::INTS) | bit(Theory::REALS)
+           : theory == Theory::BITS       ? bit(Theory::BIT_VECTORS) | bit(Theory::FLOATING_POINT)
+                                          : bit(theory);
+  }
+
+  std::string logic_name;
+  uint32_t theories = ~0u;
+  bool free_sorts = true;
+  bool free_functions = true;
+  bool widely_known = true;  // whether readers that know names of logics only know this one
+  Order order = Order::ANY;  // of the products in arithmetic
+};
+
+}  // namespace quill
+
+#endif

@@ -1,0 +1,152 @@
+// How the symbols of the theories are written in SMT-LIB 2.6, by tag.
+//
+// A tag says what a symbol is for, and not that it can be that: whoever registers a symbol with
+// add_interpreted_symbol chooses any tag for any type. A symbol is written as an operator only if
+// it takes and gives what the operator does and, where its type does not tell all of that, belongs
+// to the operator's family; any other symbol is written by its name. What reads the arguments of a
+// term by the tag of its symbol asks operator_tag() for it.
+
+#ifndef QUILL_SMTLIB_OPERATOR_TEXTS_H
+#define QUILL_SMTLIB_OPERATOR_TEXTS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string_view>
+
+#include "quill/terms/termmanager/symbol_tag.h"
+#include "quill/terms/termmanager/term_manager.h"
+
+namespace quill {
+
+// What stands at the head of an application, besides the text.
+enum class SmtLib2Head : uint8_t {
+  NAME,     // text
+  RANGE,    // (_ text msb lsb)
+  AMOUNT,   // (_ text k)
+  WIDTH,    // (_ text w), the width of the result
+  FORMAT,   // (_ text e s), the format of the result; s counts the hidden bit
+  SORT,     // (as text S), the sort of the result
+  MODULUS,  // text, and every operand a is written (mod a n)
+};
+
+struct SmtLib2Operator {
+  SymbolTag::tag tag;
+  std::string_view text;
+  std::string_view types;  // of the operands and of the result, a letter each, see below
+  SmtLib2Head head;
+  bool left_associative;  // (op (op a b) c) may be written (op a b c)
+  bool standard;          // whether the standard has the operator; readers may, in any case
+};
+
+// The letters of types:
+//
+//   B  Bool           M  rounding mode          and, the same type in all places of one operator,
+//   I  Int            V  a bit-vector           n  Int or Real      f  a floating-point type
+//   R  Real           1  of width 1             v  a bit-vector     t  any but Bool
+//                     F  a floating-point type  a  an array with indices x and elements e
+
+// clang-format off
+constexpr SmtLib2Operator smtlib2_operators[] = {
+    {SymbolTag::NONE,                   "",                   "",     SmtLib2Head::NAME,    false, true},
+    {SymbolTag::TRUE,                   "true",               "B",    SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FALSE,                  "false",              "B",    SmtLib2Head::NAME,    false, true},
+    {SymbolTag::AND,                    "and",                "BBB",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::OR,                     "or",                 "BBB",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::NOT,                    "not",                "BB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::IFF,                    "=",                  "BBB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::PLUS,                   "+",                  "nnn",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::TIMES,                  "*",                  "nnn",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::FLOOR,                  "to_int",             "RI",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::LEQ,                    "<=",                 "nnB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::EQUAL,                  "=",                  "ttB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::TERM_ITE,               "ite",                "Bttt", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::INT_MODULAR_CONGRUENCE, "=",                  "IIB",  SmtLib2Head::MODULUS, false, true},
+    {SymbolTag::BV_CONCAT,              "concat",             "VVV",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_EXTRACT,             "extract",            "VV",   SmtLib2Head::RANGE,   false, true},
+    {SymbolTag::BV_NOT,                 "bvnot",              "vv",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_AND,                 "bvand",              "vvv",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_OR,                  "bvor",               "vvv",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_XOR,                 "bvxor",              "vvv",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_ULT,                 "bvult",              "vvB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_SLT,                 "bvslt",              "vvB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_ULE,                 "bvule",              "vvB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_SLE,                 "bvsle",              "vvB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_COMP,                "bvcomp",             "vv1",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_NEG,                 "bvneg",              "vv",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_ADD,                 "bvadd",              "vvv",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_SUB,                 "bvsub",              "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_MUL,                 "bvmul",              "vvv",  SmtLib2Head::NAME,    true,  true},
+    {SymbolTag::BV_UDIV,                "bvudiv",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_SDIV,                "bvsdiv",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_UREM,                "bvurem",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_SREM,                "bvsrem",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_LSHL,                "bvshl",              "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_LSHR,                "bvlshr",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_ASHR,                "bvashr",             "vvv",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::BV_ROTATE_LEFT,         "rotate_left",        "vv",   SmtLib2Head::AMOUNT,  false, true},
+    {SymbolTag::BV_ROTATE_RIGHT,        "rotate_right",       "vv",   SmtLib2Head::AMOUNT,  false, true},
+    {SymbolTag::BV_ZERO_EXTEND,         "zero_extend",        "VV",   SmtLib2Head::AMOUNT,  false, true},
+    {SymbolTag::BV_SIGN_EXTEND,         "sign_extend",        "VV",   SmtLib2Head::AMOUNT,  false, true},
+    {SymbolTag::ARRAY_READ,             "select",             "axe",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::ARRAY_WRITE,            "store",              "axea", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::ARRAY_CONST,            "const",              "ea",   SmtLib2Head::SORT,    false, true},
+    {SymbolTag::FP_EQUAL,               "fp.eq",              "ffB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_LT,                  "fp.lt",              "ffB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_LE,                  "fp.leq",             "ffB",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_NEG,                 "fp.neg",             "ff",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ADD,                 "fp.add",             "Mfff", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_SUB,                 "fp.sub",             "Mfff", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_MUL,                 "fp.mul",             "Mfff", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_DIV,                 "fp.div",             "Mfff", SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_SQRT,                "fp.sqrt",            "Mff",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ABS,                 "fp.abs",             "ff",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_MIN,                 "fp.min",             "fff",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_MAX,                 "fp.max",             "fff",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_CAST,                "to_fp",              "MFF",  SmtLib2Head::FORMAT,  false, true},
+    {SymbolTag::FP_ROUND_TO_INT,        "fp.roundToIntegral", "Mff",  SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_FROM_SBV,            "to_fp",              "MVF",  SmtLib2Head::FORMAT,  false, true},
+    {SymbolTag::FP_FROM_UBV,            "to_fp_unsigned",     "MVF",  SmtLib2Head::FORMAT,  false, true},
+    {SymbolTag::FP_TO_BV,               "fp.to_sbv",          "MFV",  SmtLib2Head::WIDTH,   false, true},
+    {SymbolTag::FP_AS_IEEEBV,           "fp.to_ieee_bv",      "FV",   SmtLib2Head::NAME,    false, false},
+    {SymbolTag::FP_ISNAN,               "fp.isNaN",           "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISINF,               "fp.isInfinite",      "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISZERO,              "fp.isZero",          "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISSUBNORMAL,         "fp.isSubnormal",     "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISNORMAL,            "fp.isNormal",        "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISNEG,               "fp.isNegative",      "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_ISPOS,               "fp.isPositive",      "FB",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FP_FROM_IEEEBV,         "to_fp",              "VF",   SmtLib2Head::FORMAT,  false, true},
+    {SymbolTag::INT_FROM_UBV,           "bv2nat",             "VI",   SmtLib2Head::NAME,    false, true},
+    {SymbolTag::INT_FROM_SBV,           "sbv_to_int",         "VI",   SmtLib2Head::NAME,    false, false},
+    {SymbolTag::INT_TO_BV,              "int2bv",             "IV",   SmtLib2Head::WIDTH,   false, false},
+};
+// clang-format on
+
+constexpr bool smtlib2_operators_complete() {
+  for (size_t i = 0; i < std::size(smtlib2_operators); i++) {
+    if (smtlib2_operators[i].tag != static_cast<SymbolTag::tag>(i)) return false;
+  }
+  return std::size(smtlib2_operators) == SymbolTag::INT_TO_BV + 1;
+}
+static_assert(smtlib2_operators_complete(), "one row for each tag, in order");
+
+// The row of a tag, or null for NONE.
+constexpr const SmtLib2Operator* find_smtlib2_operator(SymbolTag::tag tag) {
+  return tag == SymbolTag::NONE ? nullptr : &smtlib2_operators[tag];
+}
+
+// The tag of a symbol that is written as the operator of its tag; NONE for any other symbol.
+SymbolTag::tag operator_tag(const TermManager& manager, const Symbol* s);
+
+// Whether the symbol is written as the operator of this tag: the same, and faster where most
+// symbols have other tags.
+bool is_operator(const TermManager& manager, const Symbol* s, SymbolTag::tag tag);
+
+// Whether the symbol is written as an operator, and the manager knows what its type does not tell,
+// such as indices.
+bool is_operator_by_family(const TermManager& manager, const Symbol* s);
+
+}  // namespace quill
+
+#endif
