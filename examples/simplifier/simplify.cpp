@@ -48,22 +48,22 @@ Script difference(quill::TermManager& manager, const Script& plain, const Script
   const quill::Term_* same = manager.make_true();
   for (std::size_t i = 0; i < plain.commands.size(); ++i) {
     const Command& command = plain.commands[i];
-    if (command.kind == CommandKind::ASSERT) {
+    if (command.kind == CommandKind::Assert) {
       same = manager.make_and(same, manager.make_iff(command.terms[0].value.term,
                                                      simplified.commands[i].terms[0].value.term));
-    } else if (command.kind == CommandKind::DECLARE_CONST ||
-               command.kind == CommandKind::DECLARE_FUN ||
-               command.kind == CommandKind::DECLARE_SORT) {
+    } else if (command.kind == CommandKind::DeclareConst ||
+               command.kind == CommandKind::DeclareFun ||
+               command.kind == CommandKind::DeclareSort) {
       if (declared.insert({command.symbol, command.sort}).second)
         script.commands.push_back(command);
     }
   }
   Command claim;
-  claim.kind = CommandKind::ASSERT;
+  claim.kind = CommandKind::Assert;
   claim.terms.push_back({{manager.make_not(same), manager.get_bool_type()}, ""});
   script.commands.push_back(claim);
   Command question;
-  question.kind = CommandKind::CHECK_SAT;
+  question.kind = CommandKind::CheckSat;
   script.commands.push_back(question);
   return script;
 }

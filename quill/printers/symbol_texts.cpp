@@ -109,8 +109,8 @@ void SymbolTexts::write_constant(const Symbol* s, bool as_real) {
   if (write_numeral(s, as_real)) return;
   if (const SmtLib2Operator* op = find_smtlib2_operator(operator_tag(manager, s))) {
     text << op->text;
-  } else if (const char* mode = rounding_mode(s)) {
-    text << mode;
+  } else if (const RoundingModeText* mode = find_rounding_mode(manager, s)) {
+    text << mode->text;
   } else {
     print_symbol(text, s->name, rename_prefix, logic);
   }
@@ -135,14 +135,6 @@ bool SymbolTexts::write_numeral(const Symbol* s, bool as_real) {
     print_number(text, value, as_real || s->type == manager.get_rat_type());
   }
   return true;
-}
-
-const char* SymbolTexts::rounding_mode(const Symbol* s) const {
-  if (manager.is_fprounding_even(s)) return "RNE";
-  if (manager.is_fprounding_zero(s)) return "RTZ";
-  if (manager.is_fprounding_plus_inf(s)) return "RTP";
-  if (manager.is_fprounding_minus_inf(s)) return "RTN";
-  return nullptr;
 }
 
 }  // namespace quill

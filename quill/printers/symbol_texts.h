@@ -40,7 +40,6 @@ class SymbolTexts {
   bool write_value(const Symbol* s, bool as_real);
   void write_theory_head(const SmtLib2Operator& op, const Symbol* s);
   void write_head(const Symbol* function);
-  const char* rounding_mode(const Symbol* s) const;
 
   const TermManager& manager;
   const std::string& rename_prefix;

@@ -101,6 +101,13 @@ bool is_written_as(const TermManager& manager, const Symbol* s, SymbolTag::tag t
 
 }  // namespace
 
+const RoundingModeText* find_rounding_mode(const TermManager& manager, const Symbol* s) {
+  for (const RoundingModeText& mode : rounding_mode_texts) {
+    if ((manager.*mode.is_mode)(s)) return &mode;
+  }
+  return nullptr;
+}
+
 SymbolTag::tag operator_tag(const TermManager& manager, const Symbol* s) {
   const SymbolTag::tag tag = manager.get_tag(s);
   return is_written_as(manager, s, tag) ? tag : SymbolTag::NONE;

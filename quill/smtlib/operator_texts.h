@@ -136,6 +136,21 @@ constexpr const SmtLib2Operator* find_smtlib2_operator(SymbolTag::tag tag) {
   return tag == SymbolTag::NONE ? nullptr : &smtlib2_operators[tag];
 }
 
+// The rounding modes, which have no tags. The manager has none for roundNearestTiesToAway.
+struct RoundingModeText {
+  bool (TermManager::*is_mode)(const Symbol*) const;
+  const char* text;
+};
+inline constexpr RoundingModeText rounding_mode_texts[] = {
+    {&TermManager::is_fprounding_even, "RNE"},
+    {&TermManager::is_fprounding_zero, "RTZ"},
+    {&TermManager::is_fprounding_plus_inf, "RTP"},
+    {&TermManager::is_fprounding_minus_inf, "RTN"},
+};
+
+// The row of the mode, or null for other symbols.
+const RoundingModeText* find_rounding_mode(const TermManager& manager, const Symbol* s);
+
 // The tag of a symbol that is written as the operator of its tag; NONE for any other symbol.
 SymbolTag::tag operator_tag(const TermManager& manager, const Symbol* s);
 

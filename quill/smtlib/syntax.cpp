@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "quill/smtlib/commands.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/smtlib/theory_names.h"
 #include "quill/terms/termmanager/ownership.h"
 #include "quill/utils/bv_number.h"
@@ -19,37 +21,14 @@
 
 namespace quill {
 
-namespace {
-
-// Sorted, for binary search.
-// clang-format off
-constexpr std::string_view reserved_words[] = {
-    "!", "BINARY", "DECIMAL", "HEXADECIMAL", "NUMERAL", "STRING", "_", "as", "assert",
-    "check-sat", "check-sat-assuming", "declare-const", "declare-datatype", "declare-datatypes",
-    "declare-fun", "declare-sort", "define-const", "define-fun", "define-fun-rec",
-    "define-funs-rec", "define-sort", "echo", "exists", "exit", "forall", "get-assertions",
-    "get-assignment", "get-info", "get-model", "get-option", "get-proof", "get-unsat-assumptions",
-    "get-unsat-core", "get-value", "lambda", "let", "match", "par", "pop", "push", "reset",
-    "reset-assertions", "set-info", "set-logic", "set-option",
-};
-// clang-format on
-
-static_assert(std::ranges::is_sorted(reserved_words), "the table is searched by bisection");
-
-bool is_symbol_char(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-         std::string_view("~!@$%^&*_-+=<>.?/").find(c) != std::string_view::npos;
-}
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-}  // namespace
-
 bool is_simple_symbol(std::string_view name) {
-  if (name.empty() || is_digit(name[0])) return false;
-  if (!std::all_of(name.begin(), name.end(), is_symbol_char)) return false;
-  if ((name[0] == '-' || name[0] == '+') && name.size() > 1 && is_digit(name[1])) return false;
-  return !std::ranges::binary_search(reserved_words, name);
+  if (name.empty() || is_decimal_digit(name[0])) return false;
+  for (const char c : name) {
+    if (!is_symbol_character(static_cast<unsigned char>(c))) return false;
+  }
+  const bool has_sign = name[0] == '-' || name[0] == '+';
+  if (has_sign && name.size() > 1 && is_decimal_digit(name[1])) return false;
+  return find_construct_word(name) == nullptr && find_command(name) == nullptr;
 }
 
 bool is_theory_symbol(std::string_view name, const Logic& logic) {
@@ -63,10 +42,8 @@ bool is_theory_sort(std::string_view name, const Logic& logic) {
 }
 
 bool needs_qualified_head(std::string_view name) {
-  for (const std::string_view word : {"!", "exists", "forall", "lambda", "let", "match"}) {
-    if (name == word) return true;
-  }
-  return false;
+  const ConstructWord* word = find_construct_word(name);
+  return word != nullptr && word->taken_between_bars;
 }
 
 void print_quoted(std::ostream& out, std::string_view name) {

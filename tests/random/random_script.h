@@ -56,7 +56,7 @@ class RandomScript {
     if (!name.empty()) {
       logic = Logic(name);
       script.logic = name;
-      add(CommandKind::SET_LOGIC).text = name;
+      add(CommandKind::SetLogic).text = name;
     }
     const uint32_t numbers = below(4);
     with_ints = (numbers & 1) != 0;
@@ -78,14 +78,14 @@ class RandomScript {
     for (uint32_t i = 2 + below(4); i != 0; --i) {
       if (one_in(5)) {
         ++depth;
-        add(CommandKind::PUSH).count = 1;
+        add(CommandKind::Push).count = 1;
         scopes.push_back({functions.size(), pool.size()});
         declare();
       }
       assert_term();
       if (depth != 0 && one_in(3)) {
         --depth;
-        add(CommandKind::POP).count = 1;
+        add(CommandKind::Pop).count = 1;
         functions.resize(scopes.back().first);
         pool.resize(scopes.back().second);
         scopes.pop_back();
@@ -222,7 +222,7 @@ class RandomScript {
     for (uint32_t i = below(3); i != 0; --i) {
       const std::string name = new_name(NameKind::Sort);
       const DataType* head = manager.get_simple_type(name, /*only_existing=*/false);
-      Command& command = add(CommandKind::DECLARE_SORT);
+      Command& command = add(CommandKind::DeclareSort);
       command.text = name;
       command.sort = head;
       command.count = below(3);
@@ -251,7 +251,7 @@ class RandomScript {
         arguments.empty() ? result : manager.get_function_type(arguments, result);
     const Symbol* symbol = manager.make_symbol(new_name(NameKind::Symbol), type);
     const bool constant = arguments.empty() && one_in(2);
-    add(constant ? CommandKind::DECLARE_CONST : CommandKind::DECLARE_FUN).symbol = symbol;
+    add(constant ? CommandKind::DeclareConst : CommandKind::DeclareFun).symbol = symbol;
     functions.push_back(symbol);
   }
 
@@ -271,7 +271,7 @@ class RandomScript {
       const std::string name = new_name(NameKind::Symbol);
       named.push_back({name, name, inner});
     }
-    Command& command = add(CommandKind::ASSERT);
+    Command& command = add(CommandKind::Assert);
     command.terms.push_back({{term, manager.get_bool_type()}, ""});
     command.named_terms = named;
   }
@@ -326,7 +326,7 @@ class RandomScript {
     }
     if (const Term_* term = make_applied(type, depth)) return term;
     const Symbol* symbol = manager.make_symbol(new_name(NameKind::Symbol), type);
-    Command& command = add(CommandKind::DECLARE_CONST);
+    Command& command = add(CommandKind::DeclareConst);
     command.symbol = symbol;
     functions.push_back(symbol);
     return manager.make_constant(symbol);

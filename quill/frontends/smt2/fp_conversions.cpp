@@ -5,15 +5,11 @@
 #include "quill/derived/derived_fp.h"
 #include "quill/frontends/smt2/fp_operators.h"
 #include "quill/frontends/smt2/numerals.h"
+#include "quill/smtlib/operator_texts.h"
 
 namespace quill::smt2 {
 
 namespace {
-
-bool is_rounding_constant(const TermManager& m, const Symbol* s) {
-  return m.is_fprounding_even(s) || m.is_fprounding_zero(s) || m.is_fprounding_plus_inf(s) ||
-         m.is_fprounding_minus_inf(s);
-}
 
 const Term_* from_constant(TermBuilder& b, const Application& a, IEEEFloat::format format) {
   const Term_* mode = a.args[0].term;
@@ -22,7 +18,7 @@ const Term_* from_constant(TermBuilder& b, const Application& a, IEEEFloat::form
   if (!constant_value(b.manager, a.args[1].term, value)) {
     throw ParseError(a.position, "unsupported: 'to_fp' of " + what + " that is not a constant");
   }
-  if (!is_rounding_constant(b.manager, mode->symbol)) {
+  if (find_rounding_mode(b.manager, mode->symbol) == nullptr) {
     throw ParseError(a.position, "unsupported: 'to_fp' of " + what +
                                      " under a rounding mode that is not a constant");
   }

@@ -55,19 +55,19 @@ class NamesInForce {
 
   void follow(const Command& command) {
     switch (command.kind) {
-      case CommandKind::PUSH:
+      case CommandKind::Push:
         if (command.count != 0) levels.push_back({trail.size(), command.count});
         break;
-      case CommandKind::POP:
+      case CommandKind::Pop:
         pop(command.count);
         break;
-      case CommandKind::RESET:
+      case CommandKind::Reset:
         remove(trail, 0);
         remove(permanent, 0);
         levels.clear();
         global = false;
         break;
-      case CommandKind::RESET_ASSERTIONS:
+      case CommandKind::ResetAssertions:
         levels.clear();
         if (global) {
           permanent.insert(permanent.end(), trail.begin(), trail.end());
@@ -76,7 +76,7 @@ class NamesInForce {
           remove(trail, 0);
         }
         break;
-      case CommandKind::SET_OPTION:
+      case CommandKind::SetOption:
         if (command.text == ":global-declarations true") global = true;
         if (command.text == ":global-declarations false") global = false;
         break;
@@ -139,8 +139,7 @@ class Inserter {
     for (size_t i = 0; i < commands.size(); ++i) {
       const Command& command = commands[i];
       declare_for(command);
-      if (command.kind == CommandKind::CHECK_SAT ||
-          command.kind == CommandKind::CHECK_SAT_ASSUMING) {
+      if (command.kind == CommandKind::CheckSat || command.kind == CommandKind::CheckSatAssuming) {
         for (size_t j = i + 1; j < commands.size() && asks_about_answer(commands[j].kind); ++j) {
           declare_for(commands[j]);
         }
@@ -198,7 +197,7 @@ class Inserter {
     if (declared != declarations.end()) {
       made = *declared->second;
     } else {
-      made.kind = symbol->arity == 0 ? CommandKind::DECLARE_CONST : CommandKind::DECLARE_FUN;
+      made.kind = symbol->arity == 0 ? CommandKind::DeclareConst : CommandKind::DeclareFun;
       made.symbol = symbol;
     }
     insert(made, symbol, symbol_key(symbol->name));

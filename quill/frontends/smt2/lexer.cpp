@@ -1,7 +1,6 @@
 #include "quill/frontends/smt2/lexer.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace quill::smt2 {
@@ -10,25 +9,6 @@ namespace {
 
 constexpr size_t block_bytes = 1 << 16;
 constexpr size_t longest_description = 60;
-
-bool is_decimal_digit(int c) { return c >= '0' && c <= '9'; }
-bool is_binary_digit(int c) { return c == '0' || c == '1'; }
-bool is_hexadecimal_digit(int c) {
-  return is_decimal_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-constexpr std::array<bool, 256> make_symbol_characters() {
-  std::array<bool, 256> table{};
-  for (unsigned char c = '0'; c <= '9'; ++c) table[c] = true;
-  for (unsigned char c = 'a'; c <= 'z'; ++c) table[c] = true;
-  for (unsigned char c = 'A'; c <= 'Z'; ++c) table[c] = true;
-  for (const char* p = "~!@$%^&*_-+=<>.?/"; *p != '\0'; ++p) {
-    table[static_cast<unsigned char>(*p)] = true;
-  }
-  return table;
-}
-
-constexpr std::array<bool, 256> symbol_characters = make_symbol_characters();
 
 // The place of the first byte from the given one on that is no decimal digit.
 size_t end_of_digits(std::string_view text, size_t from) {
@@ -42,10 +22,6 @@ std::string hexadecimal(int byte) {
 }
 
 }  // namespace
-
-bool is_symbol_character(int byte) {
-  return byte >= 0 && symbol_characters[static_cast<size_t>(byte)];
-}
 
 std::string Token::spelling() const {
   switch (kind) {

@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "quill/frontends/smt2/parse_error.h"
+#include "quill/smtlib/lexical.h"
 
 namespace quill::smt2 {
 
@@ -53,6 +54,11 @@ struct Token {
 
   bool is_word(std::string_view word) const {
     return kind == TokenKind::SYMBOL && !quoted && text == word;
+  }
+
+  // A word that is never a symbol.
+  bool is_reserved_word() const {
+    return kind == TokenKind::SYMBOL && !quoted && quill::is_reserved_word(text);
   }
 
   // The token as it stands in a script.
@@ -117,9 +123,6 @@ class Lexer {
 
 // A piece of the input as messages show it, on one line, cut when very long, between apostrophes.
 std::string shown(std::string_view piece);
-
-// Whether a byte may stand in a symbol that is not quoted (digits included).
-bool is_symbol_character(int byte);
 
 }  // namespace quill::smt2
 

@@ -11,7 +11,7 @@ NamePlace place_of(const TermManager& manager, const Command& command, const Nam
   const DataType* type = named.term->symbol->get_output_type();
   const DataType* sort = sort_of(named);
   const bool is_definition = !command.stored_name.empty();
-  const bool can_be_whole = command.kind == CommandKind::ASSERT || is_definition;
+  const bool can_be_whole = command.kind == CommandKind::Assert || is_definition;
   if (can_be_whole && named.term == command.terms[0].value.term) {
     if (is_definition && sort == command.terms[0].value.sort) return NamePlace::WHOLE;
     if (!is_definition) return named.is_label ? NamePlace::WHOLE : NamePlace::APART;

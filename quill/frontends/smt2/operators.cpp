@@ -1,5 +1,6 @@
 #include "quill/frontends/smt2/operators.h"
 
+#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -12,6 +13,7 @@
 #include "quill/frontends/smt2/fp_conversions.h"
 #include "quill/frontends/smt2/fp_operators.h"
 #include "quill/frontends/smt2/term_builder.h"
+#include "quill/smtlib/operator_texts.h"
 #include "quill/smtlib/theory_names.h"
 
 namespace quill::smt2 {
@@ -158,6 +160,19 @@ constexpr bool complete() {
 static_assert(
     complete(),
     "the rows ascend by name; a theory or readers have each name, with indices or without");
+
+constexpr bool reads(std::string_view text) {
+  return std::ranges::any_of(table, [&](const Operator& op) { return op.name == text; });
+}
+static_assert(std::ranges::all_of(smtlib2_operators,
+                                  [](const SmtLib2Operator& op) {
+                                    return op.text.empty() || reads(op.text);
+                                  }) &&
+                  std::ranges::all_of(rounding_mode_texts,
+                                      [](const RoundingModeText& mode) {
+                                        return reads(mode.text);
+                                      }),
+              "what is written is read");
 
 std::string count_of(size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);

@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "quill/frontends/smt2/name_table.h"
-#include "quill/frontends/smt2/reserved_words.h"
 #include "quill/frontends/smt2/value.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/smtlib/theory_names.h"
 #include "quill/terms/termmanager/term_manager.h"
 

@@ -16,39 +16,12 @@
 #include <vector>
 
 #include "quill/frontends/smt2/value.h"
+#include "quill/smtlib/commands.h"
 #include "quill/terms/symbol.h"
 
 namespace quill::smt2 {
 
-enum class CommandKind : uint8_t {
-  ASSERT,
-  CHECK_SAT,
-  CHECK_SAT_ASSUMING,
-  DECLARE_CONST,
-  DECLARE_FUN,
-  DECLARE_SORT,
-  DEFINE_CONST,
-  DEFINE_FUN,
-  DEFINE_SORT,
-  ECHO,
-  EXIT,
-  GET_ASSERTIONS,
-  GET_ASSIGNMENT,
-  GET_INFO,
-  GET_MODEL,
-  GET_OPTION,
-  GET_PROOF,
-  GET_UNSAT_ASSUMPTIONS,
-  GET_UNSAT_CORE,
-  GET_VALUE,
-  POP,
-  PUSH,
-  RESET,
-  RESET_ASSERTIONS,
-  SET_INFO,
-  SET_LOGIC,
-  SET_OPTION,
-};
+using quill::CommandKind;
 
 // A term that a command lists, with its sort in the manager's types.
 struct ScriptTerm {
@@ -60,25 +33,25 @@ struct ScriptTerm {
 };
 
 struct Command {
-  CommandKind kind = CommandKind::ASSERT;
+  CommandKind kind = CommandKind::Assert;
 
-  // SET_LOGIC: the logic. DECLARE_SORT and the definitions: the name, without bars. SET_INFO,
-  // SET_OPTION, GET_INFO, GET_OPTION: everything behind the command's name. ECHO: the string with
+  // SetLogic: the logic. DeclareSort and the definitions: the name, without bars. SetInfo,
+  // SetOption, GetInfo, GetOption: everything behind the command's name. Echo: the string with
   // its quotes.
   std::string text;
 
-  uint64_t count = 0;              // PUSH, POP: levels; DECLARE_SORT: arity
-  const Symbol* symbol = nullptr;  // DECLARE_CONST, DECLARE_FUN
-  // DECLARE_FUN: not empty for a function that stands for values which the standard leaves open.
+  uint64_t count = 0;              // Push, Pop: levels; DeclareSort: arity
+  const Symbol* symbol = nullptr;  // DeclareConst, DeclareFun
+  // DeclareFun: not empty for a function that stands for values which the standard leaves open.
   // Then it is the name that the function was to have; its own differs where the script uses that.
   std::string undefined_name;
-  const DataType* sort = nullptr;  // DECLARE_SORT: the sort, or its head if it has an arity
+  const DataType* sort = nullptr;  // DeclareSort: the sort, or its head if it has an arity
 
-  // ASSERT: one; CHECK_SAT_ASSUMING, GET_VALUE: as listed; DEFINE_CONST, DEFINE_FUN: the body with
+  // Assert: one; CheckSatAssuming, GetValue: as listed; DefineConst, DefineFun: the body with
   // the sort of the definition, if the definition is kept.
   std::vector<ScriptTerm> terms;
 
-  // DEFINE_CONST, DEFINE_FUN: the defined name in the manager's spelling, if the definition is
+  // DefineConst, DefineFun: the defined name in the manager's spelling, if the definition is
   // kept: if it has no parameters and its body gives names to terms.
   std::string stored_name;
 

@@ -27,7 +27,43 @@ std::vector<ScriptTerm> ScriptReader::read_script_terms(const char* what) {
   return terms;
 }
 
-void ScriptReader::read_nothing(Command&) {}
+void ScriptReader::read_arguments(Command& command, CommandShape shape) {
+  switch (shape) {
+    case CommandShape::Nothing:
+      if (command.kind == CommandKind::Reset) reset();
+      if (command.kind == CommandKind::ResetAssertions) reset_assertions();
+      return;
+    case CommandShape::Term:
+      return read_assert(command);
+    case CommandShape::Terms:
+      return command.kind == CommandKind::GetValue ? read_get_value(command)
+                                                   : read_check_sat_assuming(command);
+    case CommandShape::Levels:
+      return read_levels(command);
+    case CommandShape::String:
+      return read_echo(command);
+    case CommandShape::Keyword:
+      return read_keyword(command);
+    case CommandShape::KeywordAndValue:
+      return read_keyword_and_value(command);
+    case CommandShape::LogicName:
+      return read_set_logic(command);
+    case CommandShape::ConstDeclaration:
+      return read_declare_const(command);
+    case CommandShape::FunDeclaration:
+      return read_declare_fun(command);
+    case CommandShape::SortDeclaration:
+      return read_declare_sort(command);
+    case CommandShape::ConstDefinition:
+      return read_define_const(command);
+    case CommandShape::FunDefinition:
+      return read_define_fun(command);
+    case CommandShape::SortDefinition:
+      return read_define_sort(command);
+    case CommandShape::Unsupported:
+      return;
+  }
+}
 
 void ScriptReader::read_assert(Command& command) {
   content_seen = true;
@@ -76,14 +112,10 @@ void ScriptReader::read_keyword(Command& command) {
   lexer.next();
 }
 
-void ScriptReader::read_set_info(Command& command) {
+void ScriptReader::read_keyword_and_value(Command& command) {
   read_keyword(command);
-  if (lexer.token.kind == TokenKind::CLOSE) return;
-  command.text += " " + read_s_expression();
-}
-
-void ScriptReader::read_set_option(Command& command) {
-  read_set_info(command);
+  if (lexer.token.kind != TokenKind::CLOSE) command.text += " " + read_s_expression();
+  if (command.kind != CommandKind::SetOption) return;
   if (command.text == ":global-declarations true") scopes.set_global_declarations(true);
   if (command.text == ":global-declarations false") scopes.set_global_declarations(false);
 }
@@ -107,27 +139,25 @@ void ScriptReader::read_set_logic(Command& command) {
   lexer.next();
 }
 
-void ScriptReader::read_push(Command& command) {
+void ScriptReader::read_levels(Command& command) {
   const Position position = lexer.token.position;
   // SMT-LIB 2.6 asks for the number; scripts leave it out.
   command.count = lexer.token.kind == TokenKind::CLOSE ? 1 : read_count("the number of levels");
-  if (command.count > ~uint64_t{0} - scopes.depth()) {
-    throw ParseError(position, "the number of levels is too large");
+  if (command.kind == CommandKind::Push) {
+    if (command.count > ~uint64_t{0} - scopes.depth()) {
+      throw ParseError(position, "the number of levels is too large");
+    }
+    scopes.push(command.count);
+  } else {
+    if (command.count > scopes.depth()) {
+      throw ParseError(position, "'pop' of " + std::to_string(command.count) + " levels, but " +
+                                     std::to_string(scopes.depth()) + " are open");
+    }
+    scopes.pop(command.count);
   }
-  scopes.push(command.count);
 }
 
-void ScriptReader::read_pop(Command& command) {
-  const Position position = lexer.token.position;
-  command.count = lexer.token.kind == TokenKind::CLOSE ? 1 : read_count("the number of levels");
-  if (command.count > scopes.depth()) {
-    throw ParseError(position, "'pop' of " + std::to_string(command.count) + " levels, but " +
-                                   std::to_string(scopes.depth()) + " are open");
-  }
-  scopes.pop(command.count);
-}
-
-void ScriptReader::read_reset(Command&) {
+void ScriptReader::reset() {
   forget_declarations();
   logic = default_logic;
   logic_is_set = false;
@@ -135,7 +165,7 @@ void ScriptReader::read_reset(Command&) {
   terms_seen = false;
 }
 
-void ScriptReader::read_reset_assertions(Command&) {
+void ScriptReader::reset_assertions() {
   const bool begins_stretch = !declarations_outlive_reset();
   if (begins_stretch) builder.undefined_functions.reset();
   scopes.reset_assertions();

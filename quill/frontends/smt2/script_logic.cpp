@@ -40,7 +40,7 @@ class Survey {
 };
 
 void Survey::add(const Command& command) {
-  if (command.kind == CommandKind::DECLARE_SORT) needs.free_sorts = true;
+  if (command.kind == CommandKind::DeclareSort) needs.free_sorts = true;
   if (command.has_bool_arrays) needs.everything = true;
   if (command.symbol != nullptr) add_declaration(command.symbol);
   const bool is_definition = !command.stored_name.empty();
@@ -198,8 +198,8 @@ std::vector<Logic> written_logics(const TermManager& manager, const Script& scri
     Logic logic;
     Survey survey(manager);
     size_t end = first;
-    for (; end < commands.size() && commands[end].kind != CommandKind::RESET; ++end) {
-      if (commands[end].kind == CommandKind::SET_LOGIC) logic = Logic(commands[end].text);
+    for (; end < commands.size() && commands[end].kind != CommandKind::Reset; ++end) {
+      if (commands[end].kind == CommandKind::SetLogic) logic = Logic(commands[end].text);
       survey.add_names(commands[end]);
     }
     for (size_t i = first; i < end; ++i) survey.add(commands[i]);

@@ -5,47 +5,11 @@
 #include <string_view>
 #include <utility>
 
-#include "quill/frontends/smt2/command_names.h"
-#include "quill/frontends/smt2/reserved_words.h"
+#include "quill/smtlib/commands.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/utils/scope_guard.h"
 
 namespace quill::smt2 {
-
-// clang-format off
-constexpr ScriptReader::CommandRow ScriptReader::rows[] = {
-    {"assert",                CommandKind::ASSERT,                &ScriptReader::read_assert},
-    {"check-sat",             CommandKind::CHECK_SAT,             &ScriptReader::read_nothing},
-    {"check-sat-assuming",    CommandKind::CHECK_SAT_ASSUMING,    &ScriptReader::read_check_sat_assuming},
-    {"declare-const",         CommandKind::DECLARE_CONST,         &ScriptReader::read_declare_const},
-    {"declare-datatype",      CommandKind::DECLARE_SORT,          nullptr},
-    {"declare-datatypes",     CommandKind::DECLARE_SORT,          nullptr},
-    {"declare-fun",           CommandKind::DECLARE_FUN,           &ScriptReader::read_declare_fun},
-    {"declare-sort",          CommandKind::DECLARE_SORT,          &ScriptReader::read_declare_sort},
-    {"define-const",          CommandKind::DEFINE_CONST,          &ScriptReader::read_define_const},
-    {"define-fun",            CommandKind::DEFINE_FUN,            &ScriptReader::read_define_fun},
-    {"define-fun-rec",        CommandKind::DEFINE_FUN,            nullptr},
-    {"define-funs-rec",       CommandKind::DEFINE_FUN,            nullptr},
-    {"define-sort",           CommandKind::DEFINE_SORT,           &ScriptReader::read_define_sort},
-    {"echo",                  CommandKind::ECHO,                  &ScriptReader::read_echo},
-    {"exit",                  CommandKind::EXIT,                  &ScriptReader::read_nothing},
-    {"get-assertions",        CommandKind::GET_ASSERTIONS,        &ScriptReader::read_nothing},
-    {"get-assignment",        CommandKind::GET_ASSIGNMENT,        &ScriptReader::read_nothing},
-    {"get-info",              CommandKind::GET_INFO,              &ScriptReader::read_keyword},
-    {"get-model",             CommandKind::GET_MODEL,             &ScriptReader::read_nothing},
-    {"get-option",            CommandKind::GET_OPTION,            &ScriptReader::read_keyword},
-    {"get-proof",             CommandKind::GET_PROOF,             &ScriptReader::read_nothing},
-    {"get-unsat-assumptions", CommandKind::GET_UNSAT_ASSUMPTIONS, &ScriptReader::read_nothing},
-    {"get-unsat-core",        CommandKind::GET_UNSAT_CORE,        &ScriptReader::read_nothing},
-    {"get-value",             CommandKind::GET_VALUE,             &ScriptReader::read_get_value},
-    {"pop",                   CommandKind::POP,                   &ScriptReader::read_pop},
-    {"push",                  CommandKind::PUSH,                  &ScriptReader::read_push},
-    {"reset",                 CommandKind::RESET,                 &ScriptReader::read_reset},
-    {"reset-assertions",      CommandKind::RESET_ASSERTIONS,      &ScriptReader::read_reset_assertions},
-    {"set-info",              CommandKind::SET_INFO,              &ScriptReader::read_set_info},
-    {"set-logic",             CommandKind::SET_LOGIC,             &ScriptReader::read_set_logic},
-    {"set-option",            CommandKind::SET_OPTION,            &ScriptReader::read_set_option},
-};
-// clang-format on
 
 ScriptReader::ScriptReader(std::istream& input, TermManager& term_manager,
                            const ReadOptions& read_options)
@@ -85,7 +49,7 @@ void ScriptReader::read_commands() {
     lexer.next();
     if (lexer.token.kind == TokenKind::END) return;
     add(read_command());
-    if (script.commands.back().kind == CommandKind::EXIT) return;
+    if (script.commands.back().kind == CommandKind::Exit) return;
   }
 }
 
@@ -94,7 +58,7 @@ void ScriptReader::read_commands() {
 void ScriptReader::add(Command command) {
   for (UndefinedFunctions::Made& function : builder.undefined_functions.take_new()) {
     Command declaration;
-    declaration.kind = CommandKind::DECLARE_FUN;
+    declaration.kind = CommandKind::DeclareFun;
     declaration.symbol = function.symbol;
     declaration.undefined_name = std::move(function.name);
     const auto place = script.commands.begin() + static_cast<std::ptrdiff_t>(declarations_place);
@@ -112,16 +76,16 @@ void ScriptReader::add(Command command) {
 // everything is declared, and so are options as long as nothing but settings and messages has come.
 bool ScriptReader::moves_declarations_place(CommandKind kind) const {
   switch (kind) {
-    case CommandKind::RESET:
-    case CommandKind::SET_LOGIC:
+    case CommandKind::Reset:
+    case CommandKind::SetLogic:
       return true;
-    case CommandKind::RESET_ASSERTIONS:
+    case CommandKind::ResetAssertions:
       return !declarations_outlive_reset();
-    case CommandKind::ECHO:
-    case CommandKind::GET_INFO:
-    case CommandKind::GET_OPTION:
-    case CommandKind::SET_INFO:
-    case CommandKind::SET_OPTION:
+    case CommandKind::Echo:
+    case CommandKind::GetInfo:
+    case CommandKind::GetOption:
+    case CommandKind::SetInfo:
+    case CommandKind::SetOption:
       return declarations_place == script.commands.size();
     default:
       return false;
@@ -141,7 +105,7 @@ Command ScriptReader::read_command() {
   Command command;
   command.kind = row.kind;
   lexer.next();
-  (this->*row.read)(command);
+  read_arguments(command, row.shape);
   command.has_bool_arrays = sorts.take_bool_arrays();
   command.has_abs_of_reals = builder.has_abs_of_reals;
   for (ScriptTerm& term : command.terms) term.value.sort = sorts.held(term.value.sort);
@@ -164,25 +128,17 @@ void ScriptReader::unmark_inner_names(const Term_* whole) {
   for (size_t i = 0; i < first; ++i) names[i].is_label = false;
 }
 
-const ScriptReader::CommandRow& ScriptReader::find_row(const Token& token) {
-  static_assert(
-      [] {
-        for (size_t i = 1; i < std::size(rows); ++i) {
-          if (std::string_view(rows[i - 1].name) >= rows[i].name) return false;
-        }
-        return true;
-      }(),
-      "the rows ascend by name");
+const CommandRow& ScriptReader::find_row(const Token& token) {
   if (token.kind != TokenKind::SYMBOL) {
     throw ParseError(token.position,
                      "the name of a command is expected, not " + token.description());
   }
-  for (const CommandRow& row : rows) {
-    if (!token.is_word(row.name)) continue;
-    if (row.read == nullptr) {
+  const CommandRow* row = token.quoted ? nullptr : find_command(token.text);
+  if (row != nullptr) {
+    if (row->shape == CommandShape::Unsupported) {
       throw ParseError(token.position, "unsupported: the command " + token.description());
     }
-    return row;
+    return *row;
   }
   if (!token.quoted && is_foreign_command(token.text)) {
     throw ParseError(token.position, "unsupported: the command " + token.description() +
@@ -221,7 +177,7 @@ void ScriptReader::require_new_symbol() const {
   if (token.kind == TokenKind::END) {
     throw ParseError(lexer.end_of_previous(), "the input ends inside '" + command_name + "'");
   }
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
     throw ParseError(token.position, "a symbol is expected, not " + token.description());
   }
 }

@@ -32,13 +32,6 @@ class ScriptReader {
   Script read();
 
  private:
-  using Handler = void (ScriptReader::*)(Command&);
-  struct CommandRow {
-    const char* name;
-    CommandKind kind;
-    Handler read;  // null: not supported
-  };
-  static const CommandRow rows[];
   static const CommandRow& find_row(const Token& token);
 
   void read_commands();
@@ -51,9 +44,9 @@ class ScriptReader {
   }
   void forget_declarations();
 
-  // One for each shape of command. On entry the current token is the one behind the command's name,
-  // on return the closing parenthesis.
-  void read_nothing(Command& command);
+  // What follows the name of a command, and what it does to the reader. On entry the current token
+  // is the one after the name, on return the closing parenthesis.
+  void read_arguments(Command& command, CommandShape shape);
   void read_assert(Command& command);
   void read_check_sat_assuming(Command& command);
   void read_declare_const(Command& command);
@@ -65,13 +58,11 @@ class ScriptReader {
   void read_echo(Command& command);
   void read_get_value(Command& command);
   void read_keyword(Command& command);
-  void read_pop(Command& command);
-  void read_push(Command& command);
-  void read_reset(Command& command);
-  void read_reset_assertions(Command& command);
-  void read_set_info(Command& command);
+  void read_levels(Command& command);
+  void reset();
+  void reset_assertions();
+  void read_keyword_and_value(Command& command);
   void read_set_logic(Command& command);
-  void read_set_option(Command& command);
 
   void take_names(Command& command);
   void unmark_inner_names(const Term_* whole);

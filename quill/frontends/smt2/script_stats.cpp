@@ -95,7 +95,7 @@ ScriptStats compute_stats(const TermManager& manager, const Script& script) {
   Survey survey(manager);
   survey.stats.commands = script.commands.size();
   for (const Command& command : script.commands) {
-    if (command.kind == CommandKind::ASSERT) ++survey.stats.assertions;
+    if (command.kind == CommandKind::Assert) ++survey.stats.assertions;
     // Definitions count where they are used, whether they are kept or not.
     if (!command.stored_name.empty()) continue;
     for (const ScriptTerm& term : command.terms) survey.add_root(term.value.term);

@@ -137,13 +137,13 @@ size_t collect_to_assertions(TermManager& manager, const Script& script) {
   std::vector<Levels> open;
   for (const Command& command : script.commands) {
     switch (command.kind) {
-      case CommandKind::ASSERT:
+      case CommandKind::Assert:
         assertions.push_back(command.terms[0].value.term);
         break;
-      case CommandKind::PUSH:
+      case CommandKind::Push:
         if (command.count != 0) open.push_back({assertions.size(), command.count});
         break;
-      case CommandKind::POP:
+      case CommandKind::Pop:
         for (uint64_t left = command.count; left != 0;) {
           assert(!open.empty() && "the reader lets no pop go below the first level");
           Levels& top = open.back();
@@ -154,8 +154,8 @@ size_t collect_to_assertions(TermManager& manager, const Script& script) {
           if (top.count == 0) open.pop_back();
         }
         break;
-      case CommandKind::RESET:
-      case CommandKind::RESET_ASSERTIONS:
+      case CommandKind::Reset:
+      case CommandKind::ResetAssertions:
         assertions.clear();
         open.clear();
         break;

@@ -90,8 +90,9 @@ class ScriptWriter {
   void make_printer(const Command& command, CommandPrinter& result);
   Configuration::Printer configuration() const;
   void write(const Command& command);
-  void write_declaration(const Command& command);
-  void write_definition(const Command& command);
+  bool is_written(const Command& command) const;
+  void write_declaration(const Symbol& symbol, bool with_arguments);
+  void write_definition(const Command& command, const char* parameters);
   void write_terms(const Command& command);
   void print_terms(std::ostream& stream, const Command& command, SmtLib2TermPrinter& printer) const;
   void write_type(const DataType* type);
@@ -138,13 +139,13 @@ void ScriptWriter::reserve_names() {
 void ScriptWriter::prepare_before(size_t position) {
   prepare(commands[position]);
   const CommandKind kind = commands[position].kind;
-  if (kind != CommandKind::CHECK_SAT && kind != CommandKind::CHECK_SAT_ASSUMING) return;
+  if (kind != CommandKind::CheckSat && kind != CommandKind::CheckSatAssuming) return;
   bool asks_for_names = false;
   while (++position < commands.size() && asks_about_answer(commands[position].kind)) {
     const Command& command = commands[position];
     if (asks_for_names && !command.named_terms.empty()) return;
     prepare(command);
-    if (command.kind == CommandKind::GET_ASSIGNMENT) asks_for_names = true;
+    if (command.kind == CommandKind::GetAssignment) asks_for_names = true;
   }
 }
 
@@ -265,9 +266,9 @@ void ScriptWriter::note_definition(const Command& command, bool is_written) {
 }
 
 void ScriptWriter::follow_scopes(const Command& command) {
-  if (command.kind == CommandKind::PUSH) definitions.push(command.count);
-  if (command.kind == CommandKind::POP) definitions.pop(command.count);
-  if (command.kind == CommandKind::RESET || command.kind == CommandKind::RESET_ASSERTIONS) {
+  if (command.kind == CommandKind::Push) definitions.push(command.count);
+  if (command.kind == CommandKind::Pop) definitions.pop(command.count);
+  if (command.kind == CommandKind::Reset || command.kind == CommandKind::ResetAssertions) {
     definitions.clear();
   }
 }
@@ -302,119 +303,86 @@ std::string ScriptWriter::symbol_text(const std::string& stored_name) const {
 }
 
 void ScriptWriter::write(const Command& command) {
-  switch (command.kind) {
-    case CommandKind::ASSERT:
-      out << "(assert ";
+  if (!is_written(command)) return;
+  const CommandRow& row = command_row(command.kind);
+  out << '(' << row.name;
+  switch (row.shape) {
+    case CommandShape::Nothing:
+      break;
+    case CommandShape::Term:
+      out << ' ';
       write_terms(command);
       break;
-    case CommandKind::CHECK_SAT:
-      out << "(check-sat";
-      break;
-    case CommandKind::CHECK_SAT_ASSUMING:
-      out << "(check-sat-assuming (";
+    case CommandShape::Terms:
+      out << " (";
       write_terms(command);
       out << ')';
       break;
-    case CommandKind::DECLARE_CONST:
-    case CommandKind::DECLARE_FUN:
-      write_declaration(command);
+    case CommandShape::Levels:
+      out << ' ' << std::to_string(command.count);
       break;
-    case CommandKind::DECLARE_SORT:
-      out << "(declare-sort ";
+    case CommandShape::String:
+    case CommandShape::Keyword:
+    case CommandShape::KeywordAndValue:
+      out << ' ' << command.text;
+      break;
+    case CommandShape::LogicName:
+      out << ' ';
+      print_quoted(out, logic().name());
+      break;
+    case CommandShape::ConstDeclaration:
+      write_declaration(*command.symbol, /*with_arguments=*/false);
+      break;
+    case CommandShape::FunDeclaration:
+      write_declaration(*command.symbol, /*with_arguments=*/true);
+      break;
+    case CommandShape::SortDeclaration:
+      out << ' ';
       write_type(command.sort);
       out << ' ' << std::to_string(command.count);
       break;
-    case CommandKind::DEFINE_CONST:
-    case CommandKind::DEFINE_FUN:
-      if (command.stored_name.empty()) return;
-      if (unwritten_definitions.contains(command.stored_name)) return;
-      write_definition(command);
+    case CommandShape::ConstDefinition:
+      write_definition(command, "");
       break;
-    case CommandKind::DEFINE_SORT:
-      return;
-    case CommandKind::ECHO:
-      out << "(echo " << command.text;
+    case CommandShape::FunDefinition:
+      write_definition(command, " ()");
       break;
-    case CommandKind::EXIT:
-      out << "(exit";
-      break;
-    case CommandKind::GET_ASSERTIONS:
-      out << "(get-assertions";
-      break;
-    case CommandKind::GET_ASSIGNMENT:
-      out << "(get-assignment";
-      break;
-    case CommandKind::GET_INFO:
-      out << "(get-info " << command.text;
-      break;
-    case CommandKind::GET_MODEL:
-      out << "(get-model";
-      break;
-    case CommandKind::GET_OPTION:
-      out << "(get-option " << command.text;
-      break;
-    case CommandKind::GET_PROOF:
-      out << "(get-proof";
-      break;
-    case CommandKind::GET_UNSAT_ASSUMPTIONS:
-      out << "(get-unsat-assumptions";
-      break;
-    case CommandKind::GET_UNSAT_CORE:
-      out << "(get-unsat-core";
-      break;
-    case CommandKind::GET_VALUE:
-      out << "(get-value (";
-      write_terms(command);
-      out << ')';
-      break;
-    case CommandKind::POP:
-      out << "(pop " << std::to_string(command.count);
-      break;
-    case CommandKind::PUSH:
-      out << "(push " << std::to_string(command.count);
-      break;
-    case CommandKind::RESET:
-      out << "(reset";
-      ++stretch;
-      break;
-    case CommandKind::RESET_ASSERTIONS:
-      out << "(reset-assertions";
-      break;
-    case CommandKind::SET_INFO:
-      out << "(set-info " << command.text;
-      break;
-    case CommandKind::SET_LOGIC:
-      out << "(set-logic ";
-      print_quoted(out, logic().name());
-      break;
-    case CommandKind::SET_OPTION:
-      out << "(set-option " << command.text;
+    case CommandShape::SortDefinition:
+    case CommandShape::Unsupported:
       break;
   }
   out << ")\n";
+  if (command.kind == CommandKind::Reset) ++stretch;
 }
 
-void ScriptWriter::write_declaration(const Command& command) {
-  const Symbol& symbol = *command.symbol;
-  const bool is_const = command.kind == CommandKind::DECLARE_CONST;
-  out << (is_const ? "(declare-const " : "(declare-fun ");
-  out << symbol_text(symbol.name);
-  if (!is_const) {
-    out << " (";
+// Definitions are expanded, except those that are kept for the names in them.
+bool ScriptWriter::is_written(const Command& command) const {
+  switch (command.kind) {
+    case CommandKind::DefineConst:
+    case CommandKind::DefineFun:
+      return !command.stored_name.empty() && !unwritten_definitions.contains(command.stored_name);
+    case CommandKind::DefineSort:
+      return false;
+    default:
+      return true;
+  }
+}
+
+void ScriptWriter::write_declaration(const Symbol& symbol, bool with_arguments) {
+  out << ' ' << symbol_text(symbol.name) << ' ';
+  if (with_arguments) {
+    out << '(';
     for (uint64_t i = 1; i <= symbol.arity; ++i) {
       if (i != 1) out << ' ';
       write_type(symbol.type->get_component(i));
     }
-    out << ')';
+    out << ") ";
   }
-  out << ' ';
   write_type(symbol.get_output_type());
 }
 
-void ScriptWriter::write_definition(const Command& command) {
-  const bool is_const = command.kind == CommandKind::DEFINE_CONST;
-  out << (is_const ? "(define-const " : "(define-fun ") << symbol_text(command.stored_name);
-  out << (is_const ? " " : " () ");
+void ScriptWriter::write_definition(const Command& command, const char* parameters) {
+  out << ' ' << symbol_text(command.stored_name) << parameters << ' ';
   write_type(command.terms[0].value.sort);
   out << ' ';
   write_terms(command);

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "quill/frontends/smt2/indices.h"
-#include "quill/frontends/smt2/reserved_words.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/smtlib/syntax.h"
 #include "quill/smtlib/theory_names.h"
 #include "quill/utils/hash_map.h"
@@ -97,7 +97,7 @@ const DataType* SortReader::read_name() {
   if (token.kind == TokenKind::END) {
     throw ParseError(lexer.end_of_previous(), "the input ends where a sort is expected");
   }
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
     throw ParseError(token.position, "a sort is expected, not " + token.description());
   }
   const SortName& name = scopes.sort_name(token.text);
@@ -172,7 +172,7 @@ SortReader::Head SortReader::open() {
   if (token.kind == TokenKind::END) {
     throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
   }
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
     throw ParseError(token.position, "the name of a sort is expected, not " + token.description());
   }
   const SortName& name = scopes.sort_name(token.text);

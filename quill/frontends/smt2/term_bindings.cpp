@@ -3,9 +3,9 @@
 #include <memory>
 #include <utility>
 
-#include "quill/frontends/smt2/reserved_words.h"
 #include "quill/frontends/smt2/term_reader.h"
 #include "quill/frontends/smt2/term_search.h"
+#include "quill/smtlib/lexical.h"
 
 namespace quill::smt2 {
 
@@ -81,7 +81,7 @@ void TermReader::finish_annotation(Position position) {
 
 void TermReader::name_term(const Value& value) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
     throw ParseError(token.position,
                      "a symbol is expected behind :named, not " + token.description());
   }

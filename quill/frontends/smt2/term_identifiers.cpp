@@ -1,10 +1,10 @@
 // What a term reader does with atoms and names: what they mean where they stand.
 
-#include "quill/frontends/smt2/command_names.h"
 #include "quill/frontends/smt2/indices.h"
-#include "quill/frontends/smt2/reserved_words.h"
 #include "quill/frontends/smt2/sort_text.h"
 #include "quill/frontends/smt2/term_reader.h"
+#include "quill/smtlib/commands.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/smtlib/name_escape.h"
 #include "quill/smtlib/theory_names.h"
 
@@ -22,7 +22,7 @@ TermReader::Meaning TermReader::read_identifier() {
   }
   const bool indexed = token.is_word("_");
   if (indexed) lexer.next();
-  if (token.kind != TokenKind::SYMBOL || is_reserved_word(token)) {
+  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
     throw ParseError(token.position, "a symbol is expected, not " + token.description());
   }
   if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
@@ -284,12 +284,12 @@ std::string TermReader::lost_meaning(std::string_view name) const {
   std::string meaning;
   for (const Command& command : script->commands) {
     switch (command.kind) {
-      case CommandKind::DECLARE_CONST:
-      case CommandKind::DECLARE_FUN:
+      case CommandKind::DeclareConst:
+      case CommandKind::DeclareFun:
         if (command.text == name) meaning = " is declared in a scope that has ended";
         break;
-      case CommandKind::DEFINE_CONST:
-      case CommandKind::DEFINE_FUN:
+      case CommandKind::DefineConst:
+      case CommandKind::DefineFun:
         if (command.text == name) meaning = " is defined: what it stands for is in its place";
         break;
       default:

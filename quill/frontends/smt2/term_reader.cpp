@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "quill/frontends/smt2/reserved_words.h"
 #include "quill/frontends/smt2/sort_text.h"
+#include "quill/smtlib/lexical.h"
 #include "quill/smtlib/name_escape.h"
 #include "quill/smtlib/theory_names.h"
 
@@ -24,7 +24,7 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
       sort_reader(sorts),
       builder(terms),
       manager(terms.manager) {
-  for (const ConstructWord& row : construct_words()) {
+  for (const ConstructWord& row : construct_words) {
     scopes.name(row.text).construct = row.construct;
   }
   for (const TheoryName& row : theory_symbols) scopes.name(row.name).theory = &row;

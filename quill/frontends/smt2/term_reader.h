@@ -64,7 +64,7 @@ class TermReader {
  private:
   // Whether a token that is this name is a reserved word.
   static bool is_word(const Token& token, const Name& name) {
-    return !token.quoted && smt2::is_reserved(name.construct);
+    return !token.quoted && quill::is_reserved(name.construct);
   }
 
   bool is_of_theory(const Name& name) const {

@@ -15,12 +15,12 @@ TEST(ScriptReader, KeepsTheCommandsInOrder) {
       read_text("(set-logic QF_UF)(declare-const p Bool)(assert p)(check-sat)", m);
   ASSERT_EQ(script.commands.size(), 4u);
   EXPECT_EQ(script.logic, "QF_UF");
-  EXPECT_EQ(script.commands[0].kind, CommandKind::SET_LOGIC);
-  EXPECT_EQ(script.commands[1].kind, CommandKind::DECLARE_CONST);
+  EXPECT_EQ(script.commands[0].kind, CommandKind::SetLogic);
+  EXPECT_EQ(script.commands[1].kind, CommandKind::DeclareConst);
   EXPECT_STREQ(script.commands[1].symbol->name, "p");
-  EXPECT_EQ(script.commands[2].kind, CommandKind::ASSERT);
+  EXPECT_EQ(script.commands[2].kind, CommandKind::Assert);
   EXPECT_EQ(script.commands[2].terms[0].value.term, m.make_constant(script.commands[1].symbol));
-  EXPECT_EQ(script.commands[3].kind, CommandKind::CHECK_SAT);
+  EXPECT_EQ(script.commands[3].kind, CommandKind::CheckSat);
 }
 
 TEST(ScriptReader, StopsBehindExit) {

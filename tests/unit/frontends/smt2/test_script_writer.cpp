@@ -172,7 +172,7 @@ TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
     TermManager m;
     Script script;
     Command logic;
-    logic.kind = CommandKind::SET_LOGIC;
+    logic.kind = CommandKind::SetLogic;
     logic.text = "QF_IDL";
     script.commands.push_back(logic);
     const DataType* int_type = m.get_int_type();

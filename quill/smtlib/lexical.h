@@ -1,0 +1,104 @@
+// The characters and the reserved words of SMT-LIB 2.6, for those who read and those who write it.
+//
+// Command names are reserved by the standard, too (see commands.h). Scripts use them as symbols all
+// the same, and nothing becomes ambiguous by that, so readers of scripts accept them; writers put
+// them between bars.
+
+#ifndef QUILL_SMTLIB_LEXICAL_H
+#define QUILL_SMTLIB_LEXICAL_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string_view>
+
+namespace quill {
+
+// ----- characters --------------------------------------------------------------------------------
+
+constexpr bool is_decimal_digit(int c) { return c >= '0' && c <= '9'; }
+constexpr bool is_binary_digit(int c) { return c == '0' || c == '1'; }
+constexpr bool is_hexadecimal_digit(int c) {
+  return is_decimal_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+constexpr std::array<bool, 256> make_symbol_characters() {
+  std::array<bool, 256> table{};
+  for (unsigned char c = '0'; c <= '9'; ++c) table[c] = true;
+  for (unsigned char c = 'a'; c <= 'z'; ++c) table[c] = true;
+  for (unsigned char c = 'A'; c <= 'Z'; ++c) table[c] = true;
+  for (const char c : std::string_view("~!@$%^&*_-+=<>.?/")) table[static_cast<size_t>(c)] = true;
+  return table;
+}
+
+// By byte: whether it may be part of a symbol that is not quoted. Digits may, except in front.
+inline constexpr std::array<bool, 256> symbol_characters = make_symbol_characters();
+
+// The byte may be negative, for the end of an input, which is no symbol character.
+constexpr bool is_symbol_character(int byte) {
+  return byte >= 0 && symbol_characters[static_cast<size_t>(byte)];
+}
+
+// ----- words ------------------------------------------------------------------------------------
+
+// What a word begins when it follows a parenthesis.
+enum class Construct : uint8_t {
+  NONE,  // of other words
+  LET,
+  ANNOTATION,
+  INDEXED,
+  ASCRIBED,
+  QUANTIFIER,
+  LAMBDA,  // a quantifier elsewhere; the word is not reserved
+  OTHER,   // that is not supported
+};
+
+struct ConstructWord {
+  std::string_view text;
+  Construct construct;
+  // Whether some readers take it for the word also between bars, at the head of an application.
+  bool taken_between_bars = false;
+};
+
+// The reserved words, and lambda.
+// clang-format off
+inline constexpr ConstructWord construct_words[] = {
+    {"!",           Construct::ANNOTATION, true},
+    {"BINARY",      Construct::OTHER},
+    {"DECIMAL",     Construct::OTHER},
+    {"HEXADECIMAL", Construct::OTHER},
+    {"NUMERAL",     Construct::OTHER},
+    {"STRING",      Construct::OTHER},
+    {"_",           Construct::INDEXED},
+    {"as",          Construct::ASCRIBED},
+    {"exists",      Construct::QUANTIFIER, true},
+    {"forall",      Construct::QUANTIFIER, true},
+    {"lambda",      Construct::LAMBDA,     true},
+    {"let",         Construct::LET,        true},
+    {"match",       Construct::OTHER,      true},
+    {"par",         Construct::OTHER},
+};
+// clang-format on
+
+// The row of a word, or null.
+constexpr const ConstructWord* find_construct_word(std::string_view text) {
+  for (const ConstructWord& word : construct_words) {
+    if (word.text == text) return &word;
+  }
+  return nullptr;
+}
+
+constexpr bool is_reserved(Construct construct) {
+  return construct != Construct::NONE && construct != Construct::LAMBDA;
+}
+
+// Whether it is never a symbol of a term or a sort, unless between bars.
+constexpr bool is_reserved_word(std::string_view text) {
+  const ConstructWord* word = find_construct_word(text);
+  return word != nullptr && is_reserved(word->construct);
+}
+
+}  // namespace quill
+
+#endif
