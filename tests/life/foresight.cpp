@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <map>
 
+#include "quill/utils/scope_guard.h"
+
 namespace quill::life {
 
 namespace {
@@ -82,10 +84,12 @@ Outcome Foresight::run(const Task& task) {
         const auto note_images = [&] {
           if (task.form != 2) outcome.images = images;
         };
+        // Also for those who are called.
+        const ScopedValue<bool> checking(checks[task.manager], task.form == 0);
         try {
           outcome.results.push_back(models[task.manager].substitute(
               task.roots[0], images, [&](const Head& head, const Texts& arguments) {
-                return request(task.manager, head, arguments, /*checked=*/task.form == 0);
+                return request(task.manager, head, arguments);
               }));
         } catch (...) {
           note_images();
@@ -116,16 +120,16 @@ std::string Foresight::build(const Task& task) {
   const Head& head = task.head;
   if (!task.by_builder) {
     if (model.symbols.count(head.symbol) == 0) model.declare(head);
-    return request(task.manager, head, task.arguments, /*checked=*/true);
+    return request(task.manager, head, task.arguments);
   }
   if (asks_nobody(head.operation)) return model.make(head, task.arguments);
   if (!is_on_trial(head.operation) || model.symbols.count(head.symbol) != 0) {
     model.declare(head);
-    return request(task.manager, head, task.arguments, /*checked=*/true);
+    return request(task.manager, head, task.arguments);
   }
   model.begin_trial(head);
   try {
-    const std::string text = request(task.manager, head, task.arguments, /*checked=*/true);
+    const std::string text = request(task.manager, head, task.arguments);
     model.end_trial(/*kept=*/true);
     return text;
   } catch (...) {
@@ -140,10 +144,10 @@ void Foresight::copy(const Task& task, Texts& results) {
   for (const std::string& root : task.roots) {
     Model::Images copies;
     for (const auto& [from, to] : task.pairs) copies[from] = to;
-    results.push_back(destination.copy(
-        models[1 - task.manager], root, copies, [&](const Head& head, const Texts& arguments) {
-          return request(task.manager, head, arguments, /*checked=*/true);
-        }));
+    results.push_back(destination.copy(models[1 - task.manager], root, copies,
+                                       [&](const Head& head, const Texts& arguments) {
+                                         return request(task.manager, head, arguments);
+                                       }));
   }
 }
 
@@ -163,8 +167,7 @@ bool Foresight::walk(const Task& task, const std::string& text, std::set<std::st
   return after.then != Reaction::Stop;
 }
 
-std::string Foresight::request(size_t manager, const Head& head, const Texts& arguments,
-                               bool checked) {
+std::string Foresight::request(size_t manager, const Head& head, const Texts& arguments) {
   Model& model = models[manager];
   Event event = {Event::BeforeBuilding, manager, head.symbol, arguments};
   if (called[manager].overridden_make_term) {
@@ -172,7 +175,7 @@ std::string Foresight::request(size_t manager, const Head& head, const Texts& ar
     if (reaction.then == Reaction::Answer) return reaction.answer;
     if (reaction.then == Reaction::Plain) return model.add(head, arguments);
   }
-  if (checked && !model.may_head(head, arguments)) throw RequestRefused();
+  if (checks[manager] && !model.may_head(head, arguments)) throw RequestRefused();
   std::string text;
   if (called[manager].delegate) {
     event.place = Event::Delegate;

@@ -44,7 +44,7 @@ class Foresight {
   std::string build(const Task& task);
   void copy(const Task& task, Texts& results);
   bool walk(const Task& task, const std::string& text, std::set<std::string>& done);
-  std::string request(size_t manager, const Head& head, const Texts& arguments, bool checked);
+  std::string request(size_t manager, const Head& head, const Texts& arguments);
 
   Reaction react(const Event& event, const Head& head);
   Reaction choose_reaction(const Event& event, const Head& head, size_t choice);
@@ -53,8 +53,9 @@ class Foresight {
   Models& models;
   const std::array<Called, 2> called;
   const Plan plan;
-  size_t planned = 0;  // how many numbers of the plan are used up
-  size_t depth = 0;    // of reactions
+  std::array<bool, 2> checks = {true, true};  // whether a manager checks the types of arguments
+  size_t planned = 0;                         // how many numbers of the plan are used up
+  size_t depth = 0;                           // of reactions
   std::vector<Step> steps;
 };
 

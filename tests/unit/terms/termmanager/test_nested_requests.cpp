@@ -428,5 +428,45 @@ TEST(NestedRequests, ANameClashOfAnEqualityDoesNotNameLaterErrors) {
             "type error. term Ai has type Int, but Bool was expected. (`not`)");
 }
 
+// A substitution that does not check switches the checks of the manager off: also those of requests
+// from within, up to one that switches them on.
+TEST(NestedRequests, WithinASubstitutionAreCheckedAsItIs) {
+  TermManager m;
+  const Term_* p = m.make_constant(m.make_symbol("p", m.get_bool_type()));
+  const Term_* q = m.make_constant(m.make_symbol("q", m.get_bool_type()));
+  const Term_* i = m.make_constant(m.make_symbol("i", m.get_int_type()));
+  const Term_* not_p = m.make_not(p);
+  const Term_* not_q = m.make_not(q);
+  std::vector<std::string> outcomes;
+  const auto note_outcome = [&] { outcomes.push_back(error_of([&] { m.make_not(i); })); };
+  enum { OUTER, INNER, ANYWHERE } place = OUTER;
+  DecliningDelegate delegate;
+  delegate.callback = [&] {
+    const auto here = place;
+    place = ANYWHERE;
+    if (here == OUTER) {
+      note_outcome();
+      place = INNER;
+      TermManager::TermMap map;
+      map[p] = q;
+      std::vector<bool> marks;
+      EXPECT_EQ(m.substitute(not_p, map, marks, /*check=*/true), not_q);
+      place = ANYWHERE;
+      note_outcome();
+    } else if (here == INNER) {
+      note_outcome();
+    }
+  };
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  EXPECT_EQ(m.substitute(not_q, {q}, {p}), not_p);
+  m.set_delegate_enabled(false);
+  EXPECT_EQ(outcomes,
+            (std::vector<std::string>{
+                "no error", "type error. term i has type Int, but Bool was expected. (make_not)",
+                "no error"}));
+  EXPECT_TRUE(m.get_typecheck_enabled());
+}
+
 }  // namespace
 }  // namespace quill
