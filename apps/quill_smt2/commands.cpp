@@ -95,8 +95,8 @@ std::pair<const Term_*, const Term_*> read_setting(const std::string& setting, T
     if (!manager.is_constant(constant->symbol)) {
       throw Exception("'" + setting + "' does not begin with the name of a constant");
     }
-    const DataType* asked = constant->symbol->get_output_type();
-    const DataType* given = value->symbol->get_output_type();
+    const DataType* asked = constant->type();
+    const DataType* given = value->type();
     if (!manager.is_subtype(given, asked)) {
       throw Exception("in '" + setting + "': '" + name + "' has sort " + sort_text(manager, asked) +
                       ", but the term has sort " + sort_text(manager, given));

@@ -47,8 +47,7 @@ SimplifyingFactory::Term SimplifyingFactory::make_term(const quill::Symbol* symb
       return simplify_equality(a, b);
     case SymbolTag::TERM_ITE: {
       const Term chosen = a == t || b == args[2] ? b : a == f ? args[2] : nullptr;
-      const bool fits =
-          chosen != nullptr && chosen->symbol->get_output_type() == symbol->get_output_type();
+      const bool fits = chosen != nullptr && chosen->type() == symbol->get_output_type();
       return fits ? chosen : nullptr;
     }
     case SymbolTag::PLUS:
@@ -56,7 +55,7 @@ SimplifyingFactory::Term SimplifyingFactory::make_term(const quill::Symbol* symb
     case SymbolTag::LEQ:
       return simplify_arithmetic(symbol, a, b);
     default:
-      if (b == nullptr || !manager.is_bv_type(a->symbol->get_output_type(), &width)) return nullptr;
+      if (b == nullptr || !manager.is_bv_type(a->type(), &width)) return nullptr;
       return simplify_bit_vectors(symbol, a, b, width);
   }
 }
@@ -90,7 +89,7 @@ SimplifyingFactory::Term SimplifyingFactory::simplify_equality(Term a, Term b) {
   if (!manager.is_number(a->symbol, nullptr) || !manager.is_number(b->symbol, nullptr)) {
     return nullptr;
   }
-  const bool is_float = manager.is_fp_type(a->symbol->get_output_type(), nullptr, nullptr);
+  const bool is_float = manager.is_fp_type(a->type(), nullptr, nullptr);
   return is_float ? nullptr : manager.make_false();
 }
 
@@ -121,7 +120,7 @@ SimplifyingFactory::Term SimplifyingFactory::simplify_arithmetic(const quill::Sy
   if (tag == SymbolTag::LEQ) return nullptr;
   const long neutral = tag == SymbolTag::PLUS ? 0 : 1;
   const Term rest = is_number(a, neutral) ? b : is_number(b, neutral) ? a : nullptr;
-  if (rest == nullptr || rest->symbol->get_output_type() != symbol->get_output_type()) {
+  if (rest == nullptr || rest->type() != symbol->get_output_type()) {
     return nullptr;
   }
   return rest;

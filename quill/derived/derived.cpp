@@ -58,7 +58,7 @@ const Term_* divide_by_zero(TermManager& m, Division op, const Term_* a) {
 
 bool is_bool(const TermManager& m, const Term_* t) {
   require_own(m, t);
-  return t->symbol->get_output_type() == m.get_bool_type();
+  return t->type() == m.get_bool_type();
 }
 
 }  // namespace
@@ -145,7 +145,7 @@ const Term_* make_abs(TermManager& m, const Term_* a, const DataType* type) {
 
 const Term_* make_abs(TermManager& m, const Term_* a) {
   require_own(m, a);
-  return make_abs(m, a, a->symbol->get_output_type());
+  return make_abs(m, a, a->type());
 }
 
 const char* zero_division_name(Division op) {

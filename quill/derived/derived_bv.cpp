@@ -15,7 +15,7 @@ namespace {
 size_t width_of(const TermManager& m, const Term_* a) {
   require_own(m, a);
   size_t width = 0;
-  if (!m.is_bv_type(a->symbol->get_output_type(), &width)) {
+  if (!m.is_bv_type(a->type(), &width)) {
     throw TermManager::error("type error. term ")
         << m.to_shallow_str_literal(a) << " is not a bit-vector";
   }

@@ -20,7 +20,7 @@ namespace {
 IEEEFloat::format format_of(const TermManager& m, const Term_* t, const char* where) {
   require_own(m, t);
   IEEEFloat::format format;
-  if (!m.is_fp_type(t->symbol->get_output_type(), &format.e, &format.m)) {
+  if (!m.is_fp_type(t->type(), &format.e, &format.m)) {
     throw TermManager::error("type error. term ")
         << t->to_shallow_str() << " is not a FP (" << where << ")";
   }
@@ -30,7 +30,7 @@ IEEEFloat::format format_of(const TermManager& m, const Term_* t, const char* wh
 size_t width_of(const TermManager& m, const Term_* t, const char* where) {
   require_own(m, t);
   size_t width = 0;
-  if (!m.is_bv_type(t->symbol->get_output_type(), &width)) {
+  if (!m.is_bv_type(t->type(), &width)) {
     throw TermManager::error("type error. term ")
         << t->to_shallow_str() << " is not a bit-vector (" << where << ")";
   }

@@ -25,7 +25,7 @@ size_t BitDefinitions::define(const Term_* value) {
   IEEEFloat::format format;
   size_t e = 0;
   size_t m = 0;
-  manager.is_fp_type(value->symbol->get_output_type(), &e, &m);
+  manager.is_fp_type(value->type(), &e, &m);
   format.e = e;
   format.m = m;
   ScopeGuard undo([this, made = mark()] { take_back_to(made); });

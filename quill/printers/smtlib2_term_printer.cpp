@@ -188,8 +188,8 @@ void SmtLib2TermPrinter::find_terms_with_annotations(const std::vector<const Ter
   for (const Term_* t : post_order) {
     bool found = is_annotated(t);
     if (!StandardEncoding::takes_bits(manager, t)) {
-      for (uint64_t i = 0; i < t->symbol->arity; i++) {
-        found = found || with_annotations.find(t->args[i]) != with_annotations.end();
+      for (const Term_* argument : t->arguments()) {
+        found = found || with_annotations.find(argument) != with_annotations.end();
       }
     }
     if (found) with_annotations.insert(t);
@@ -263,9 +263,8 @@ bool SmtLib2TermPrinter::is_repeated_numeral(const Term_* t, const TermSet& name
 // Texts that continue each other do not annotate it there: its name would be one of a Real.
 bool SmtLib2TermPrinter::is_of_place(const Term_* t, const DataType* expected) const {
   return annotated_in_texts != nullptr && expected == manager.get_rat_type() &&
-         t->symbol->get_output_type() == manager.get_int_type() &&
-         manager.is_number(t->symbol, nullptr) && logic.has(Theory::INTS) &&
-         logic.has(Theory::REALS);
+         t->type() == manager.get_int_type() && manager.is_number(t->symbol, nullptr) &&
+         logic.has(Theory::INTS) && logic.has(Theory::REALS);
 }
 
 // Begins an annotation. False when the term was written before: then it has been written again, by
@@ -509,8 +508,7 @@ bool SmtLib2TermPrinter::may_join(const Term_* operand, bool with_annotations) {
 // instead.
 bool SmtLib2TermPrinter::needs_to_real(const Term_* t, const DataType* expected) const {
   QNumber value;
-  return expected == manager.get_rat_type() &&
-         t->symbol->get_output_type() == manager.get_int_type() &&
+  return expected == manager.get_rat_type() && t->type() == manager.get_int_type() &&
          !(manager.is_number(t->symbol, &value) && value.is_integer());
 }
 

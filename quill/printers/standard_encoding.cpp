@@ -42,7 +42,7 @@ bool is_encoded_width(size_t width) {
 
 // Whether the one operand of a term is of the type that its symbol takes.
 bool has_operand_of_its_type(const Term_* t) {
-  return t->args[0]->symbol->get_output_type() == t->symbol->type->get_component(1);
+  return t->args[0]->type() == t->symbol->type->get_component(1);
 }
 
 }  // namespace
@@ -117,7 +117,7 @@ const Term_* StandardEncoding::encode(const Term_* root) {
       copy = rewrite(t);
     } else {
       args.clear();
-      for (uint64_t i = 0; i < t->symbol->arity; i++) args.push_back(copy_of(t->args[i]));
+      for (const Term_* argument : t->arguments()) args.push_back(copy_of(argument));
       copy = target.do_make_term(symbols.find(t->symbol)->second, args);
     }
     copies[t] = copy;

@@ -11,7 +11,7 @@ namespace {
 // Whether t is a numeral of arithmetic. Numerals of other types may have any value where nothing is
 // checked.
 bool is_arithmetic_number(const TermManager& manager, const Term_* t, QNumber* value) {
-  const DataType* type = t->symbol->get_output_type();
+  const DataType* type = t->type();
   return (type == manager.get_int_type() || type == manager.get_rat_type()) &&
          manager.is_number(t->symbol, value);
 }
@@ -40,8 +40,8 @@ bool is_negation(const TermManager& manager, const Term_* t) {
 // Whether t is (1/c) * i, a product over Real, for an Int i and an integer c > 0.
 bool is_part_of_int(const TermManager& manager, const Term_* t) {
   QNumber factor;
-  if (!is_product(manager, t) || t->symbol->get_output_type() != manager.get_rat_type() ||
-      t->args[1]->symbol->get_output_type() != manager.get_int_type() ||
+  if (!is_product(manager, t) || t->type() != manager.get_rat_type() ||
+      t->args[1]->type() != manager.get_int_type() ||
       !is_arithmetic_number(manager, t->args[0], &factor)) {
     return false;
   }
@@ -65,7 +65,7 @@ void get_integer(const QNumber& value, mpz_ptr out) {
 
 // Whether t is ite(0 <= a, a, (-1) * a), with all operators over its type.
 bool is_absolute_value(const TermManager& manager, const Term_* t) {
-  const DataType* type = t->symbol->get_output_type();
+  const DataType* type = t->type();
   if (type != manager.get_int_type() && type != manager.get_rat_type()) return false;
   const Term_* condition = t->args[0];
   const Term_* otherwise = t->args[2];
@@ -74,7 +74,7 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
          condition->symbol->type->get_component(1) == type && condition->args[1] == t->args[1] &&
          is_arithmetic_number(manager, condition->args[0], &bound) && bound.is_zero() &&
          is_subtrahend(manager, otherwise) && otherwise->args[1] == t->args[1] &&
-         otherwise->symbol->get_output_type() == type;
+         otherwise->type() == type;
 }
 
 }  // namespace
@@ -97,8 +97,7 @@ bool WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
       if (is_negation(manager, term)) kind = Negation;
       return true;
     case SymbolTag::PLUS:
-      if (is_subtrahend(manager, term->args[1]) &&
-          term->args[1]->symbol->get_output_type() == term->symbol->get_output_type()) {
+      if (is_subtrahend(manager, term->args[1]) && term->args[1]->type() == term->type()) {
         kind = Subtraction;
       }
       return true;
@@ -184,9 +183,9 @@ WrittenForm::Operand WrittenForm::operand_of_other_form(uint64_t i) const {
     case Negation:
       return {term->args[1], term->symbol->type->get_component(2)};
     case AbsoluteValue:
-      return {term->args[1], term->symbol->get_output_type()};
+      return {term->args[1], term->type()};
     case IntegerDivision:
-      return {term->args[0]->args[1], term->symbol->get_output_type()};
+      return {term->args[0]->args[1], term->type()};
   }
   return {term->args[i], term->symbol->type->get_component(i + 1)};
 }

@@ -49,8 +49,8 @@ struct SmtLib2Operator {
 // clang-format off
 constexpr SmtLib2Operator smtlib2_operators[] = {
     {SymbolTag::NONE,                   "",                   "",     SmtLib2Head::NAME,    false, true},
-    {SymbolTag::TRUE,                   "true",               "B",    SmtLib2Head::NAME,    false, true},
-    {SymbolTag::FALSE,                  "false",              "B",    SmtLib2Head::NAME,    false, true},
+    {SymbolTag::TRUE_TAG,               "true",               "B",    SmtLib2Head::NAME,    false, true},
+    {SymbolTag::FALSE_TAG,              "false",              "B",    SmtLib2Head::NAME,    false, true},
     {SymbolTag::AND,                    "and",                "BBB",  SmtLib2Head::NAME,    true,  true},
     {SymbolTag::OR,                     "or",                 "BBB",  SmtLib2Head::NAME,    true,  true},
     {SymbolTag::NOT,                    "not",                "BB",   SmtLib2Head::NAME,    false, true},

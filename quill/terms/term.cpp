@@ -21,8 +21,7 @@ void find_repeated(const Term_* root, OccurrenceMap& occurrences) {
   while (!work.empty()) {
     const Term_* term = work.back();
     work.pop_back();
-    for (uint64_t i = 0; i < term->symbol->arity; i++) {
-      const Term_* argument = term->args[i];
+    for (const Term_* argument : term->arguments()) {
       if (argument->symbol->arity == 0) continue;
       if (occurrences.insert({argument, {}})) {
         work.push_back(argument);

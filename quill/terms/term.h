@@ -8,6 +8,7 @@
 #define QUILL_TERMS_TERM_H
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "quill/terms/symbol.h"
@@ -35,6 +36,11 @@ class Term_ {
 #ifdef __clang__
 #pragma clang diagnostic pop
 #endif
+
+  // The type of the term: the result of its symbol.
+  const DataType* type() const { return symbol->get_output_type(); }
+
+  std::span<const Term_* const> arguments() const { return {args, symbol->arity}; }
 
   // The whole term in prefix notation with the names of its symbols as they are stored; a constant
   // prints its name. A non-constant subterm that occurs again is printed once, as #ID=(...), and as

@@ -134,7 +134,7 @@ void Journal::note(const DataType* type) {
 void Journal::hold(const Term_* t) {
   note(t);
   side->terms.push_back(t);
-  side->by_type[t->symbol->get_output_type()].push_back(t);
+  side->by_type[t->type()].push_back(t);
 }
 
 // A term to build with: nearly always of the type asked for.
@@ -358,7 +358,7 @@ void Journal::substitute() {
   for (uint32_t i = 0; i < pairs; i++) {
     const Term_* replaced = one_of(side->terms);
     from.push_back(replaced);
-    to.push_back(operand(*side, replaced->symbol->get_output_type()));
+    to.push_back(operand(*side, replaced->type()));
   }
   if (one_in(2)) return hold(m.substitute(t, from, to));
   TermManager::TermMap subst;
@@ -386,7 +386,7 @@ void Journal::copy() {
     const Term_* t = one_of(other->terms);
     if (t->symbol->arity != 0) {
       const Term_* here = m.copy_term(other->manager, t->args[0]);
-      subst[t->args[0]] = any_term(*side, here->symbol->get_output_type());
+      subst[t->args[0]] = any_term(*side, here->type());
     }
     hold(m.copy_term_with_subst(other->manager, t, subst));
   } else if (!other->terms.empty()) {
@@ -481,7 +481,7 @@ void Journal::collect() {
   }
   for (const Term_* t : terms) {
     side->terms.push_back(t);
-    side->by_type[t->symbol->get_output_type()].push_back(t);
+    side->by_type[t->type()].push_back(t);
   }
   side->symbols = std::move(symbols);
   side->types = std::move(types);

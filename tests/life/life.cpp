@@ -511,7 +511,7 @@ void Life::collect(size_t number, const Operation& operation) {
     }
     if (position * 5 % 101 < operation.operand(3)) {
       type_roots.push_back(term.type());
-      types.push_back(t->symbol->get_output_type());
+      types.push_back(t->type());
     }
   }
 

@@ -286,7 +286,7 @@ class RandomScript {
     if (!pool.empty() && one_in(3)) {
       for (int tries = 0; tries < 6; ++tries) {
         const Term_* term = pick(pool);
-        if (term->symbol->get_output_type() == type) return term;
+        if (term->type() == type) return term;
       }
     }
     if (type == manager.get_bool_type()) return keep(make_bool(depth));
@@ -379,7 +379,7 @@ class RandomScript {
   const Term_* make_of_theories() {
     for (uint32_t i = below(6); i != 0; --i) keep(theories.make());
     const Term_* term = keep(theories.make());
-    const DataType* type = term->symbol->get_output_type();
+    const DataType* type = term->type();
     return type == manager.get_bool_type() ? term : manager.make_equal(make_of(type, 0), term);
   }
 

@@ -44,7 +44,7 @@ void expect_one_width(const TermBuilder& b, const Application& a) {
   b.expect_all(a, a.args[0].sort);
 }
 
-Value value_of_bits(const Term_* term) { return {term, term->symbol->get_output_type()}; }
+Value value_of_bits(const Term_* term) { return {term, term->type()}; }
 
 Value build_bv_concat(TermBuilder& b, const Application& a) {
   uint64_t width = 0;

@@ -49,7 +49,7 @@ void expect_spellable(TermBuilder& b, const Application& a, IEEEFloat::format fo
                                    std::to_string(max_constant_bits) + " bits");
 }
 
-Value value_of_float(const Term_* term) { return {term, term->symbol->get_output_type()}; }
+Value value_of_float(const Term_* term) { return {term, term->type()}; }
 
 Value build_fp(TermBuilder& b, const Application& a) {
   b.expect(a, 0, b.manager.get_bv_type(1));

@@ -3,12 +3,12 @@
 namespace quill::smt2 {
 
 const DataType* sort_of(const NamedTerm& named) {
-  return named.sort != nullptr ? named.sort : named.term->symbol->get_output_type();
+  return named.sort != nullptr ? named.sort : named.term->type();
 }
 
 NamePlace place_of(const TermManager& manager, const Command& command, const NamedTerm& named,
                    const Logic& logic) {
-  const DataType* type = named.term->symbol->get_output_type();
+  const DataType* type = named.term->type();
   const DataType* sort = sort_of(named);
   const bool is_definition = !command.stored_name.empty();
   const bool can_be_whole = command.kind == CommandKind::Assert || is_definition;

@@ -110,7 +110,7 @@ void Survey::add_term(const Term_* root) {
     for (uint64_t i = 0; i < form.num_operands(); ++i) {
       const WrittenForm::Operand operand = form.operand(i);
       if (operand.expected == manager.get_rat_type() && !is_numeral(operand.term) &&
-          operand.term->symbol->get_output_type() == manager.get_int_type()) {
+          operand.term->type() == manager.get_int_type()) {
         needs.both = true;
       }
       if (seen.insert(operand.term)) pending.push_back(operand.term);

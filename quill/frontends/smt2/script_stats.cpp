@@ -59,10 +59,10 @@ bool Survey::measure(const Term_* term) {
   uint32_t depth = 1;
   uint64_t tree_size = 1;
   const size_t pending_before = pending.size();
-  for (uint64_t i = 0; i < term->symbol->arity; ++i) {
-    const uint64_t below = term->args[i]->id;
+  for (const Term_* argument : term->arguments()) {
+    const uint64_t below = argument->id;
     if (depths[below] == 0) {
-      pending.push_back(term->args[i]);
+      pending.push_back(argument);
     } else {
       depth = std::max(depth, depths[below] + 1);
       tree_size = saturating_sum(tree_size, tree_sizes[below]);

@@ -155,7 +155,7 @@ Value TermBuilder::bits(const Token& token) {
   const uint64_t width = binary ? token.text.size() : 4 * token.text.size();
   const QNumber value = number_from_digits(token.text, binary ? 2 : 16);
   const Term_* term = manager.make_bv_number(value, width);
-  return {term, term->symbol->get_output_type()};
+  return {term, term->type()};
 }
 
 Value TermBuilder::bit_vector_number(const std::string& digits, uint64_t width, Position position) {

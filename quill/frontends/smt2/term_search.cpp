@@ -8,7 +8,7 @@ void ReachableTerms::add_root(const Term_* root) {
     const Term_* term = pending.back();
     pending.pop_back();
     if (!seen.insert(term)) continue;
-    for (uint64_t i = 0; i < term->symbol->arity; ++i) pending.push_back(term->args[i]);
+    for (const Term_* argument : term->arguments()) pending.push_back(argument);
   }
 }
 

@@ -73,8 +73,7 @@ const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_READ);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
-  if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
-    reject_operand(a, family.complaint);
+  if (!is_array_type(a->type(), &idx, &elem)) reject_operand(a, family.complaint);
   return apply(make_array_read_symbol(idx, elem), {a, i}, family.operation);
 }
 
@@ -83,8 +82,7 @@ const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_WRITE);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
-  if (!is_array_type(a->symbol->get_output_type(), &idx, &elem))
-    reject_operand(a, family.complaint);
+  if (!is_array_type(a->type(), &idx, &elem)) reject_operand(a, family.complaint);
   return apply(make_array_write_symbol(idx, elem), {a, i, v}, family.operation);
 }
 

@@ -148,8 +148,8 @@ std::string TermManager::check_consistency() const {
   terms.sort();
   for (const Term_* t : terms.all()) {
     if (!symbols.has(t->symbol)) return problem("bank", "a symbol is not in the signature");
-    for (uint64_t i = 0; i < t->symbol->arity; i++) {
-      if (!terms.has(t->args[i])) return problem("bank", "an argument is not in the bank");
+    for (const Term_* argument : t->arguments()) {
+      if (!terms.has(argument)) return problem("bank", "an argument is not in the bank");
     }
   }
   if (!bank->is_consistent()) return problem("bank", "a term is not found, or ids disagree");

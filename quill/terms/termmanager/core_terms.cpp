@@ -157,7 +157,7 @@ const Term_* TermManager::do_make_term(const Symbol* s, const std::vector<const 
 bool TermManager::typecheck(const Term_* t, const DataType* expected, const char* where) const {
   require_own(*this, t);
   require_own(*this, expected);
-  const DataType* actual = t->symbol->get_output_type();
+  const DataType* actual = t->type();
   if (universe->is_subtype(actual, expected)) return true;
   throw error("type error. term ")
       << t->to_shallow_str() << " has type " << actual->to_str() << ", but " << expected->to_str()
@@ -178,7 +178,7 @@ inline void TermManager::check_arguments(const Symbol* s, const Term_* const* ar
   // Nearly all arguments have the very type that is asked for.
   const DataType* type = s->type;
   for (size_t i = 0; i < count; i++) {
-    if (args[i]->symbol->get_output_type() != type->get_component(i + 1)) {
+    if (args[i]->type() != type->get_component(i + 1)) {
       check_arguments_from(i, s, args, count);
       break;
     }
@@ -199,7 +199,7 @@ void TermManager::check_arguments_from(size_t first, const Symbol* s, const Term
   const bool from_builder = *current_operation != '\0';
   for (size_t i = first; i < count; i++) {
     const DataType* expected = s->type->get_component(i + 1);
-    if (universe->is_subtype(args[i]->symbol->get_output_type(), expected)) continue;
+    if (universe->is_subtype(args[i]->type(), expected)) continue;
     if (from_builder) {
       operation_text = current_operation;
     } else {
@@ -248,7 +248,7 @@ const Term_* TermManager::make_floor(const Term_* a) {
 
 bool TermManager::both_int(const Term_* a, const Term_* b) const {
   require_own(*this, {a, b});
-  return a->symbol->get_output_type() == int_type && b->symbol->get_output_type() == int_type;
+  return a->type() == int_type && b->type() == int_type;
 }
 
 const Term_* TermManager::make_leq(const Term_* a, const Term_* b) {
@@ -318,7 +318,7 @@ const Symbol* TermManager::make_equality_symbol(const DataType* t) {
 
 const Term_* TermManager::make_equal(const Term_* a, const Term_* b) {
   require_own(*this, {a, b});
-  const DataType* type = a->symbol->get_output_type();
+  const DataType* type = a->type();
   const Symbol* s;
   if (is_real_or_int(type)) {
     s = both_int(a, b) ? int_equal_symbol : rat_equal_symbol;
@@ -346,7 +346,7 @@ const Symbol* TermManager::make_term_ite_symbol(const DataType* t) {
 const Term_* TermManager::make_term_ite(const Term_* cond, const Term_* then_term,
                                         const Term_* else_term) {
   require_own(*this, {cond, then_term, else_term});
-  const DataType* type = then_term->symbol->get_output_type();
+  const DataType* type = then_term->type();
   if (is_real_or_int(type)) type = both_int(then_term, else_term) ? int_type : rat_type;
   const Symbol* s = term_ite_symbols.find(type);
   if (s == nullptr) {

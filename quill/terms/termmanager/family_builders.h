@@ -33,7 +33,7 @@ const Symbol* TermManager::add_family_symbol(SymbolTag::tag tag, const Key& key,
 inline size_t TermManager::require_bv(const Term_* t, const char* complaint) const {
   require_own(*this, t);
   size_t width = 0;
-  if (!is_bv_type(t->symbol->get_output_type(), &width)) reject_operand(t, complaint);
+  if (!is_bv_type(t->type(), &width)) reject_operand(t, complaint);
   return width;
 }
 
@@ -41,7 +41,7 @@ inline size_t TermManager::require_bv(const Term_* t, const char* complaint) con
 inline IEEEFloat::format TermManager::require_fp(const Term_* t, const char* complaint) const {
   require_own(*this, t);
   IEEEFloat::format format;
-  if (!is_fp_type(t->symbol->get_output_type(), &format.e, &format.m)) reject_operand(t, complaint);
+  if (!is_fp_type(t->type(), &format.e, &format.m)) reject_operand(t, complaint);
   return format;
 }
 
@@ -116,7 +116,7 @@ const Symbol* TermManager::width_symbol(size_t width) {
 template <SymbolTag::tag Tag>
 const Symbol* TermManager::width_symbol_for(const Term_* operand) {
   require_own(*this, operand);
-  const DataType* type = operand->symbol->get_output_type();
+  const DataType* type = operand->type();
   LatestUse& latest = latest_uses[family_slot(Tag)];
   if (latest.operand == type) return latest.symbol;
   if (!is_bv_type(type, nullptr)) reject_operand(operand, operator_family(Tag).complaint);

@@ -166,7 +166,7 @@ std::string TermManager::describe_state() const {
   for (const Term_* t : terms) {
     texts.add(t, std::to_string(t->id));
     out += "term " + texts.of(t) + " = " + texts.of(t->symbol);
-    for (uint64_t i = 0; i < t->symbol->arity; i++) out += ' ' + std::to_string(t->args[i]->id);
+    for (const Term_* argument : t->arguments()) out += ' ' + std::to_string(argument->id);
     out += '\n';
   }
 

@@ -88,7 +88,7 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
   if (check) {
     for (const auto& [from, to] : subst) {
       require_image(to);
-      if (!is_subtype(to->symbol->get_output_type(), from->symbol->get_output_type())) {
+      if (!is_subtype(to->type(), from->type())) {
         throw error("substitution between terms of incompatible types");
       }
     }
@@ -106,8 +106,7 @@ void TermManager::enter_pairs(const std::vector<const Term_*>& from,
   if (from.size() != to.size()) reject_substitution();
   for (size_t i = 0; i < from.size(); i++) {
     if (from[i] == nullptr || to[i] == nullptr) reject_substitution();
-    if (typecheck_enabled &&
-        !is_subtype(to[i]->symbol->get_output_type(), from[i]->symbol->get_output_type())) {
+    if (typecheck_enabled && !is_subtype(to[i]->type(), from[i]->type())) {
       throw error("substitution between terms of incompatible types");
     }
     enter(from[i], to[i]);

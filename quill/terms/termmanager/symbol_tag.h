@@ -8,6 +8,12 @@
 
 namespace quill {
 
+// Old headers of systems make macros of these two words.
+#pragma push_macro("TRUE")
+#pragma push_macro("FALSE")
+#undef TRUE
+#undef FALSE
+
 struct SymbolTag {
   enum tag {
     NONE = 0,  // uninterpreted symbols, numerals, and the four rounding-mode constants
@@ -91,9 +97,16 @@ struct SymbolTag {
     // Integers and bit-vectors
     INT_FROM_UBV,
     INT_FROM_SBV,
-    INT_TO_BV
+    INT_TO_BV,
+
+    // The first two, for programs in which a header has made macros of their names.
+    TRUE_TAG = TRUE,
+    FALSE_TAG = FALSE
   };
 };
+
+#pragma pop_macro("FALSE")
+#pragma pop_macro("TRUE")
 
 static_assert(SymbolTag::TERM_ITE == 12 && SymbolTag::BV_NOT == 16 && SymbolTag::BV_ASHR == 35 &&
                   SymbolTag::ARRAY_READ == 40 && SymbolTag::FP_EQUAL == 43 &&

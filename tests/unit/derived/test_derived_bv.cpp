@@ -73,7 +73,7 @@ TEST_F(DerivedBV, RepeatIsLogarithmic) {
   const Term_* t = make_bv_repeat(m, (size_t{1} << 60) + 1, a);
   EXPECT_EQ(m.get_bank()->size() - before, 61u);
   size_t width = 0;
-  EXPECT_TRUE(m.is_bv_type(t->symbol->get_output_type(), &width));
+  EXPECT_TRUE(m.is_bv_type(t->type(), &width));
   EXPECT_EQ(width, (size_t{8} << 60) + 8);
 }
 
@@ -195,7 +195,7 @@ class Evaluation {
  private:
   size_t width_of(const Term_* t) const {
     size_t width = 1;
-    m.is_bv_type(t->symbol->get_output_type(), &width);
+    m.is_bv_type(t->type(), &width);
     return width;
   }
 

@@ -332,10 +332,8 @@ class Writer {
     const size_t chosen = build("ite", [=, condition = condition](S& x) {
       return x.m.make_term_ite(x.term(condition), x.term(a), x.term(b));
     });
-    add("equality symbol",
-        [=](S& x) { return x.m.make_equality_symbol(x.term(a)->symbol->get_output_type()); });
-    add("ite symbol",
-        [=](S& x) { return x.m.make_term_ite_symbol(x.term(a)->symbol->get_output_type()); });
+    add("equality symbol", [=](S& x) { return x.m.make_equality_symbol(x.term(a)->type()); });
+    add("ite symbol", [=](S& x) { return x.m.make_term_ite_symbol(x.term(a)->type()); });
     add("is ite", [=](S& x) { return x.m.is_term_ite(x.term(chosen)->symbol, nullptr); });
   }
 

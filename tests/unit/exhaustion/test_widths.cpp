@@ -63,7 +63,7 @@ class Widths : public ::testing::Test {
 
   size_t width_of(const Term_* t) {
     size_t width = 0;
-    EXPECT_TRUE(m.is_bv_type(t->symbol->get_output_type(), &width));
+    EXPECT_TRUE(m.is_bv_type(t->type(), &width));
     return width;
   }
 
@@ -159,7 +159,7 @@ TEST_F(Widths, FormatsOfAnySizeHaveAllOperators) {
           m.make_fp_add(mode, a, a), m.make_fp_sub(mode, a, a), m.make_fp_mul(mode, a, a),
           m.make_fp_div(mode, a, a), m.make_fp_sqrt(mode, a), m.make_fp_round_to_int(mode, a),
           m.make_fp_bits_number(5, e, s), make_fp_plus_zero(m, e, s)}) {
-      EXPECT_TRUE(m.is_fp_type(t->symbol->get_output_type(), &found_e, &found_s));
+      EXPECT_TRUE(m.is_fp_type(t->type(), &found_e, &found_s));
       EXPECT_EQ(found_e, e);
       EXPECT_EQ(found_s, s);
     }
@@ -167,11 +167,11 @@ TEST_F(Widths, FormatsOfAnySizeHaveAllOperators) {
          {m.make_fp_equal(a, a), m.make_fp_lt(a, a), m.make_fp_le(a, a), m.make_fp_isnan(a),
           m.make_fp_isinf(a), m.make_fp_iszero(a), m.make_fp_issubnormal(a), m.make_fp_isnormal(a),
           m.make_fp_isneg(a), m.make_fp_ispos(a)}) {
-      EXPECT_EQ(t->symbol->get_output_type(), m.get_bool_type());
+      EXPECT_EQ(t->type(), m.get_bool_type());
     }
     const Term_* pattern = m.make_fp_as_ieeebv(a);
     EXPECT_EQ(width_of(pattern), 2 * e);
-    EXPECT_EQ(m.make_fp_from_ieeebv(e, s, pattern)->symbol->get_output_type(), m.get_fp_type(e, s));
+    EXPECT_EQ(m.make_fp_from_ieeebv(e, s, pattern)->type(), m.get_fp_type(e, s));
     const Term_* to_bv = m.make_fp_to_bv(e, mode, a);
     EXPECT_EQ(width_of(to_bv), e);
     m.make_fp_from_sbv(e, s, mode, to_bv);

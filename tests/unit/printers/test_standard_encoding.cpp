@@ -321,7 +321,7 @@ class ByHand : public Standard {
   void expect_beside(const Term_* t, const std::string& expected) {
     EXPECT_EQ(text(t), expected);
     m.set_reject_bool_arguments(false);
-    const DataType* type = m.get_function_type({t->symbol->get_output_type(), int_type}, single);
+    const DataType* type = m.get_function_type({t->type(), int_type}, single);
     const Symbol* pair = m.make_symbol("pair", type);
     m.free_symbol(pair);  // so that another one can have the name
     EXPECT_EQ(

@@ -79,7 +79,7 @@ class SmtLib2Operators : public ::testing::Test {
 
 void SmtLib2Operators::write_everywhere(const Term_* t) {
   Terms terms = {t};
-  const DataType* type = t->symbol->get_output_type();
+  const DataType* type = t->type();
   if (type == bool_type) {
     terms.push_back(m.make_not(t));
     terms.push_back(m.make_term_ite(t, first_of(int_type), first_of(int_type)));

@@ -47,6 +47,23 @@ TEST_F(TermTest, HoldsItsSymbolAndItsArgumentsInOrder) {
   EXPECT_EQ(t->args[2], b);
 }
 
+TEST_F(TermTest, HasTheTypeOfItsSymbolsResult) {
+  const Term_* a = constant("a");
+  EXPECT_EQ(a->type(), universe.make_type("S"));
+  EXPECT_EQ(apply("f", {a, a})->type(), universe.make_type("S"));
+}
+
+TEST_F(TermTest, GivesItsArgumentsAsASpan) {
+  const Term_* a = constant("a");
+  const Term_* b = constant("b");
+  EXPECT_TRUE(a->arguments().empty());
+  const Term_* t = apply("f", {b, a, b});
+  ASSERT_EQ(t->arguments().size(), 3u);
+  EXPECT_EQ(t->arguments().data(), t->args);
+  EXPECT_EQ(std::vector<const Term_*>(t->arguments().begin(), t->arguments().end()),
+            (std::vector<const Term_*>{b, a, b}));
+}
+
 TEST_F(TermTest, TheIdIsTheFirstFieldAndTheHash) {
   constant("a");
   const Term_* b = constant("b");

@@ -272,7 +272,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
         work.pop_back();
         if (seen[t->id]) continue;
         seen[t->id] = true;
-        work.insert(work.end(), t->args, t->args + t->symbol->arity);
+        for (const Term_* argument : t->arguments()) work.push_back(argument);
       }
       live.clear();
       for (uint64_t id = 0; id < by_id.size(); id++) {

@@ -64,7 +64,7 @@ TEST_F(BitVectors, LiteralsOfThousandsOfBits) {
   const std::string digits(1000, 'f');
   const Term_* t = read_in("#b" + ones);
   EXPECT_EQ(t, read_in("#x" + digits));
-  EXPECT_EQ(t->symbol->get_output_type(), m.get_bv_type(4000));
+  EXPECT_EQ(t->type(), m.get_bv_type(4000));
   EXPECT_EQ(read_in("#b" + std::string(5000, '0')), bits(0, 5000));
 }
 

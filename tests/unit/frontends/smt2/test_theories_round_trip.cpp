@@ -41,7 +41,7 @@ class RandomTerms {
  private:
   uint32_t below(uint32_t n) { return static_cast<uint32_t>(random()) % n; }
   const Term_* add(const Term_* t) {
-    pools[t->symbol->get_output_type()].push_back(t);
+    pools[t->type()].push_back(t);
     return t;
   }
   const Term_* recent(const DataType* type) {

@@ -190,8 +190,7 @@ void add_types(std::vector<MemberCall>& calls) {
            [](S& s) {
              const DataType* index = nullptr;
              const DataType* element = nullptr;
-             const bool answer =
-                 s.m.is_array_type(s.t("a")->symbol->get_output_type(), &index, &element);
+             const bool answer = s.m.is_array_type(s.t("a")->type(), &index, &element);
              return texts(answer, index, element);
            }},
           {"is_subtype",

@@ -271,7 +271,7 @@ const std::vector<Row>& operator_rows() {
         {{"a", "r", "p"}, "type error. term r has type Real, but Int was expected. (make_array_write)", symbol_made}}},
       {"make_array_const", "const_int_rat", 42, "(-> Real (Array Int Real))", 1,
        [](TermManager& m) { return m.make_array_const_symbol(m.get_int_type(), m.get_rat_type()); },
-       [](TermManager& m, const Terms& t) { return m.make_array_const(t[0]->symbol->get_output_type(), t[1]); },
+       [](TermManager& m, const Terms& t) { return m.make_array_const(t[0]->type(), t[1]); },
        recogniser(&TermManager::is_array_const), {"Int", "Real"}, {"a", "r"},
        {{{"i", "r"}, "type error. type Int is not an array", nothing_made},
         {{"x8", "p"}, "type error. type (BitVec 8) is not an array", nothing_made},

@@ -27,7 +27,7 @@ class Arrays : public ::testing::Test {
     return "no error";
   }
 
-  const DataType* type_of(const Term_* t) const { return t->symbol->get_output_type(); }
+  const DataType* type_of(const Term_* t) const { return t->type(); }
   const Symbol* find(const char* name) const { return m.get_signature()->get_symbol(name); }
 
   // The sizes of the stores: types, symbols, terms.

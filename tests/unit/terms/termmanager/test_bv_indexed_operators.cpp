@@ -39,7 +39,7 @@ class BvIndexedOperators : public ::testing::Test {
     return text_of<Exception>(request);
   }
 
-  const DataType* type_of(const Term_* t) const { return t->symbol->get_output_type(); }
+  const DataType* type_of(const Term_* t) const { return t->type(); }
   std::string name_of(const Term_* t) const { return t->symbol->name; }
 
   // The sizes of the stores: types, symbols, terms.

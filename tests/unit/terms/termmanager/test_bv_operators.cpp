@@ -82,8 +82,8 @@ TEST_F(BvOperators, UsersSymbolNamedLikeAnAdderIsNoAdder) {
 TEST_F(BvOperators, ComparisonsAreBoolAndCompIsOneBit) {
   const Term_* a = bv("a", 8);
   const Term_* b = bv("b", 8);
-  EXPECT_EQ(m.make_bv_ult(a, b)->symbol->get_output_type(), m.get_bool_type());
-  EXPECT_EQ(m.make_bv_comp(a, b)->symbol->get_output_type(), m.get_bv_type(1));
+  EXPECT_EQ(m.make_bv_ult(a, b)->type(), m.get_bool_type());
+  EXPECT_EQ(m.make_bv_comp(a, b)->type(), m.get_bv_type(1));
 }
 
 TEST_F(BvOperators, CompMakesTheOneBitType) {
@@ -112,18 +112,18 @@ TEST_F(BvOperators, ConversionsToIntAreTagged69And70) {
   const Term_* u = m.make_int_from_ubv(x);
   EXPECT_STREQ(u->symbol->name, "`ubv2int_16`");
   EXPECT_EQ(m.get_tag(u->symbol), 69);
-  EXPECT_EQ(u->symbol->get_output_type(), m.get_int_type());
+  EXPECT_EQ(u->type(), m.get_int_type());
   const Term_* s = m.make_int_from_sbv(x);
   EXPECT_STREQ(s->symbol->name, "`sbv2int_16`");
   EXPECT_EQ(m.get_tag(s->symbol), 70);
-  EXPECT_EQ(s->symbol->get_output_type(), m.get_int_type());
+  EXPECT_EQ(s->type(), m.get_int_type());
 }
 
 TEST_F(BvOperators, ConversionFromIntIsNamedWithOneUnderscore) {
   const Term_* t = m.make_int_to_bv(4, constant("i", m.get_int_type()));
   EXPECT_STREQ(t->symbol->name, "`int2bv_4`");
   EXPECT_EQ(m.get_tag(t->symbol), 71);
-  EXPECT_EQ(t->symbol->get_output_type(), m.get_bv_type(4));
+  EXPECT_EQ(t->type(), m.get_bv_type(4));
 }
 
 TEST_F(BvOperators, WidthZeroAndHugeWidthsAreNamedInDecimal) {

@@ -138,7 +138,7 @@ struct Request {
   bool is_refused = false;  // by the manager's own make_term
 };
 
-const DataType* type_of(const Term_* t) { return t->symbol->get_output_type(); }
+const DataType* type_of(const Term_* t) { return t->type(); }
 
 void no_symbol(TermManager&, const Terms&) {}
 

@@ -306,7 +306,7 @@ class RandomTerms {
  private:
   size_t below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(random); }
 
-  void add(const Term_* t) { pool[t->symbol->get_output_type()->to_str()].push_back(t); }
+  void add(const Term_* t) { pool[t->type()->to_str()].push_back(t); }
 
   const Term_* numeral() {
     const auto n = static_cast<int64_t>(below(200));

@@ -67,7 +67,7 @@ TEST_F(CoreTerms, ArithmeticOfTwoIntsIsOverInt) {
   EXPECT_EQ(m.make_plus(i, j)->to_str(), "(`+_int` i j)");
   EXPECT_EQ(m.make_times(i, j)->to_str(), "(`*_int` i j)");
   EXPECT_EQ(m.make_leq(i, j)->to_str(), "(`<=_int` i j)");
-  EXPECT_EQ(m.make_plus(i, j)->symbol->get_output_type(), int_type);
+  EXPECT_EQ(m.make_plus(i, j)->type(), int_type);
 }
 
 TEST_F(CoreTerms, ArithmeticWithARealIsOverReal) {
@@ -76,13 +76,13 @@ TEST_F(CoreTerms, ArithmeticWithARealIsOverReal) {
   EXPECT_EQ(m.make_plus(i, x)->to_str(), "(`+_rat` i x)");
   EXPECT_EQ(m.make_times(i, x)->to_str(), "(`*_rat` i x)");
   EXPECT_EQ(m.make_leq(x, i)->to_str(), "(`<=_rat` x i)");
-  EXPECT_EQ(m.make_plus(x, i)->symbol->get_output_type(), real_type);
+  EXPECT_EQ(m.make_plus(x, i)->type(), real_type);
 }
 
 TEST_F(CoreTerms, FloorTakesRealAndIntAndIsAnInt) {
   EXPECT_EQ(m.make_floor(x)->to_str(), "(`floor` x)");
   EXPECT_EQ(m.make_floor(i)->to_str(), "(`floor` i)");
-  EXPECT_EQ(m.make_floor(x)->symbol->get_output_type(), int_type);
+  EXPECT_EQ(m.make_floor(x)->type(), int_type);
 }
 
 TEST_F(CoreTerms, EqualityOfNumbersIsOverIntOnlyForTwoInts) {

@@ -238,7 +238,7 @@ class RandomCalls {
   // The type of the call's symbol, if it follows from the operands alone.
   const DataType* own_type(const Operator& op, const std::vector<ModelTerm>& t, std::string& text) {
     const ModelTerm& operand = t[op.shape == Shape::FpRound ? 1 : 0];
-    const DataType* operand_type = operand.real->symbol->get_output_type();
+    const DataType* operand_type = operand.real->type();
     std::pair<const DataType*, std::string> result;
     switch (op.shape) {
       case Shape::BvSame:
@@ -285,7 +285,7 @@ class RandomCalls {
     }
     if (below(2) == 0) {
       const ModelTerm& other = any();
-      type = other.real->symbol->get_output_type();
+      type = other.real->type();
       text = other.type;
     }
     if (model.is_taken(name)) return;
@@ -368,7 +368,7 @@ class RandomCalls {
         return;
       }
       case Shape::Const: {
-        request.type = of_kind(Kind::Array).real->symbol->get_output_type();
+        request.type = of_kind(Kind::Array).real->type();
         const Type type = model.type(choose_type(request));
         args.push_back(type.kind == Kind::Array ? of_type(type.element) : any());
         return;

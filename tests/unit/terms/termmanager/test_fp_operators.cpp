@@ -71,8 +71,8 @@ TEST_F(FpOperators, NamesHaveSingleUnderscores) {
 TEST_F(FpOperators, ComparisonsAreBoolAndMinIsOfTheOperandsType) {
   const Term_* a = fp("a", 8, 23);
   const Term_* b = fp("b", 8, 23);
-  EXPECT_EQ(m.make_fp_lt(a, b)->symbol->get_output_type(), m.get_bool_type());
-  EXPECT_EQ(m.make_fp_min(a, b)->symbol->get_output_type(), m.get_fp_type(8, 23));
+  EXPECT_EQ(m.make_fp_lt(a, b)->type(), m.get_bool_type());
+  EXPECT_EQ(m.make_fp_min(a, b)->type(), m.get_fp_type(8, 23));
 }
 
 TEST_F(FpOperators, RecogniserWritesOnlyWhatIsAskedFor) {

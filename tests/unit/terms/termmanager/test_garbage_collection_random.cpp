@@ -79,7 +79,7 @@ class Life {
     return found.empty() ? nullptr : found[below(found.size())];
   }
   const Term_* pick_of(const DataType* type) {
-    return pick([&](const Term_* t) { return t->symbol->get_output_type() == type; });
+    return pick([&](const Term_* t) { return t->type() == type; });
   }
   const Term_* pick_bv() {
     return pick([&](const Term_* t) { return m.is_bv_type(type_of(t), nullptr); });
@@ -90,7 +90,7 @@ class Life {
   const Term_* pick_array() {
     return pick([&](const Term_* t) { return m.is_array_type(type_of(t), nullptr, nullptr); });
   }
-  static const DataType* type_of(const Term_* t) { return t->symbol->get_output_type(); }
+  static const DataType* type_of(const Term_* t) { return t->type(); }
   size_t width_of(const Term_* t) const {
     size_t width = 0;
     m.is_bv_type(type_of(t), &width);

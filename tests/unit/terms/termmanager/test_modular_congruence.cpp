@@ -133,7 +133,7 @@ TEST_F(ModularCongruence, TermIsBool) {
   const Term_* i = constant("i", m.get_int_type());
   const Term_* j = constant("j", m.get_int_type());
   const Term_* t = m.make_int_modular_congruence(7, i, j);
-  EXPECT_EQ(t->symbol->get_output_type(), m.get_bool_type());
+  EXPECT_EQ(t->type(), m.get_bool_type());
   EXPECT_EQ(t->args[0], i);
   EXPECT_EQ(t->args[1], j);
   EXPECT_NE(m.make_int_modular_congruence(7, j, i), t);

@@ -102,7 +102,7 @@ TEST_P(OperatorFamilyTable, BuilderAppliesTheSymbolToItsArguments) {
   EXPECT_EQ(t->symbol, row.make_symbol(bench.m));
   const size_t first = args.size() - row.arity;
   for (size_t i = 0; i < row.arity; i++) EXPECT_EQ(t->args[i], args[first + i]);
-  EXPECT_EQ(t->symbol->get_output_type(), t->symbol->type->get_component(row.arity + 1));
+  EXPECT_EQ(t->type(), t->symbol->type->get_component(row.arity + 1));
 }
 
 TEST_P(OperatorFamilyTable, EqualRequestsGiveTheSameTerm) {
@@ -318,7 +318,7 @@ TEST_P(OperatorFamilyTableDeathTest, FreedOperand) {
   for (size_t i = row.args.size() - row.arity; i < row.args.size(); i++) {
     Bench bench;
     Terms args = bench.terms(row.args);
-    const Term_* freed = bench.m.make_fresh_variable(args[i]->symbol->get_output_type());
+    const Term_* freed = bench.m.make_fresh_variable(args[i]->type());
     bench.m.gc(args, {}, {});
     args[i] = freed;
     EXPECT_DEATH(row.build(bench.m, args), "quill: misuse: a term that was freed") << i;

@@ -100,7 +100,7 @@ TEST_F(SymbolsTest, ASymbolOfAFunctionTypeWithoutArgumentsIsAConstantOfTheResult
   EXPECT_EQ(c->arity, 0U);
   EXPECT_EQ(c->get_output_type(), int_type);
   const Term_* t = m.make_constant(c);
-  EXPECT_EQ(m.make_plus(t, t)->symbol->get_output_type(), int_type);
+  EXPECT_EQ(m.make_plus(t, t)->type(), int_type);
 }
 
 // --- make_unique_symbol ---
