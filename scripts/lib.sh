@@ -60,6 +60,15 @@ ensure() {
   done
 }
 
+# What ensure() is to install, by what is to be done.
+# shellcheck disable=SC2034 # for the scripts
+{
+  to_build=(cmake=cmake make=make g++=g++ libgmp-dev=gmp.h libcli11-dev=CLI/CLI.hpp)
+  to_test=("${to_build[@]}" pkg-config=pkg-config python3=python3 libmpfr-dev=mpfr.h libgtest-dev=gtest/gtest.h)
+  to_measure=("${to_test[@]}" libbenchmark-dev=benchmark/benchmark.h)
+  solvers=(z3=z3 cvc5=cvc5)
+}
+
 # build PRESET FOLDER [CMAKE ARGUMENT...]: configures and builds in build/FOLDER.
 build() {
   local preset=$1 folder=$root/build/$2
