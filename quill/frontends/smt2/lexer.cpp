@@ -236,6 +236,14 @@ void Lexer::reject_end(const char* what, Position last) {
                              std::to_string(token.position.column));
 }
 
+void Lexer::reject_end_of_input(std::string_view place) const {
+  throw ParseError(previous_end, "the input ends " + std::string(place));
+}
+
+void Lexer::reject_token(std::string_view what) const {
+  throw ParseError(token.position, std::string(what) + " expected, not " + token.description());
+}
+
 void Lexer::read_quoted_symbol() {
   token.kind = TokenKind::SYMBOL;
   token.quoted = true;

@@ -79,6 +79,19 @@ class Lexer {
   // Throws InputError when the stream reports a read error.
   void next();
 
+  // Throws ParseError at the end of the input: "the input ends inside a term".
+  void require_more(std::string_view place) const {
+    if (token.kind == TokenKind::END) reject_end_of_input(place);
+  }
+
+  // Throws ParseError unless the current token is of that kind: "a string is expected, not 'x'".
+  // What is expected comes with its verb.
+  void expect(TokenKind kind, std::string_view what) const {
+    if (token.kind != kind) reject_token(what);
+  }
+  [[noreturn]] void reject_token(std::string_view what) const;
+  [[noreturn]] void reject_end_of_input(std::string_view place) const;
+
   // The position just behind the token before the current one: where something was missing.
   Position end_of_previous() const { return previous_end; }
 

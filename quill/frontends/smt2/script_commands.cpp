@@ -96,18 +96,14 @@ void ScriptReader::read_get_value(Command& command) {
 
 void ScriptReader::read_echo(Command& command) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::STRING) {
-    throw ParseError(token.position, "a string is expected, not " + token.description());
-  }
+  lexer.expect(TokenKind::STRING, "a string is");
   command.text = token.spelling();
   lexer.next();
 }
 
 void ScriptReader::read_keyword(Command& command) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::KEYWORD) {
-    throw ParseError(token.position, "a keyword is expected, not " + token.description());
-  }
+  lexer.expect(TokenKind::KEYWORD, "a keyword is");
   command.text = token.spelling();
   lexer.next();
 }
@@ -122,9 +118,7 @@ void ScriptReader::read_keyword_and_value(Command& command) {
 
 void ScriptReader::read_set_logic(Command& command) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::SYMBOL) {
-    throw ParseError(token.position, "the name of a logic is expected, not " + token.description());
-  }
+  lexer.expect(TokenKind::SYMBOL, "the name of a logic is");
   if (logic_is_set) throw ParseError(token.position, "the logic is already " + logic.name());
   if (content_seen) {
     throw ParseError(token.position, "'set-logic' behind declarations or assertions");

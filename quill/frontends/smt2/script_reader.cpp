@@ -95,12 +95,10 @@ bool ScriptReader::moves_declarations_place(CommandKind kind) const {
 Command ScriptReader::read_command() {
   const Token& token = lexer.token;
   if (token.kind == TokenKind::CLOSE) throw ParseError(token.position, "a ')' too many");
-  if (token.kind != TokenKind::OPEN) {
-    throw ParseError(token.position, "a command is expected, not " + token.description());
-  }
+  lexer.expect(TokenKind::OPEN, "a command is");
   term_reader.opened = token.position;
   lexer.next();
-  const CommandRow& row = find_row(token);
+  const CommandRow& row = find_row();
   command_name = row.name;
   Command command;
   command.kind = row.kind;
@@ -128,11 +126,9 @@ void ScriptReader::unmark_inner_names(const Term_* whole) {
   for (size_t i = 0; i < first; ++i) names[i].is_label = false;
 }
 
-const CommandRow& ScriptReader::find_row(const Token& token) {
-  if (token.kind != TokenKind::SYMBOL) {
-    throw ParseError(token.position,
-                     "the name of a command is expected, not " + token.description());
-  }
+const CommandRow& ScriptReader::find_row() const {
+  const Token& token = lexer.token;
+  lexer.expect(TokenKind::SYMBOL, "the name of a command is");
   const CommandRow* row = token.quoted ? nullptr : find_command(token.text);
   if (row != nullptr) {
     if (row->shape == CommandShape::Unsupported) {
@@ -149,24 +145,21 @@ const CommandRow& ScriptReader::find_row(const Token& token) {
 
 // ----- pieces of commands -----------------------------------------------------------------------
 
+void ScriptReader::require_more() const {
+  if (lexer.token.kind != TokenKind::END) return;
+  lexer.reject_end_of_input("inside '" + command_name + "'");
+}
+
 void ScriptReader::expect_open(const char* what) {
-  const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside '" + command_name + "'");
-  }
-  if (token.kind != TokenKind::OPEN) {
-    throw ParseError(token.position,
-                     std::string(what) + " are expected, not " + token.description());
-  }
+  require_more();
+  if (lexer.token.kind != TokenKind::OPEN) lexer.reject_token(std::string(what) + " are");
   lexer.next();
 }
 
 void ScriptReader::expect_end_of_command() {
   const Token& token = lexer.token;
   if (token.kind == TokenKind::CLOSE) return;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside '" + command_name + "'");
-  }
+  require_more();
   throw ParseError(lexer.end_of_previous(), "a ')' is expected here to close '" + command_name +
                                                 "', not " + token.description());
 }
@@ -174,19 +167,16 @@ void ScriptReader::expect_end_of_command() {
 // The current token must be a symbol.
 void ScriptReader::require_new_symbol() const {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside '" + command_name + "'");
-  }
+  require_more();
   if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
-    throw ParseError(token.position, "a symbol is expected, not " + token.description());
+    lexer.reject_token("a symbol is");
   }
 }
 
 uint64_t ScriptReader::read_count(const char* what) {
   const Token& token = lexer.token;
   if (token.kind != TokenKind::NUMERAL) {
-    throw ParseError(token.position,
-                     std::string(what) + " is expected, not " + token.description());
+    lexer.reject_token(std::string(what) + " is");
   }
   uint64_t count = 0;
   const char* end = token.text.data() + token.text.size();
@@ -203,9 +193,7 @@ std::string ScriptReader::read_s_expression() {
   uint64_t depth = 0;
   do {
     const Token& token = lexer.token;
-    if (token.kind == TokenKind::END) {
-      throw ParseError(lexer.end_of_previous(), "the input ends inside '" + command_name + "'");
-    }
+    require_more();
     if (token.kind == TokenKind::CLOSE) {
       --depth;
     } else if (!text.empty() && text.back() != '(') {

@@ -32,8 +32,7 @@ class ScriptReader {
   Script read();
 
  private:
-  static const CommandRow& find_row(const Token& token);
-
+  const CommandRow& find_row() const;
   void read_commands();
   Command read_command();
   void add(Command command);
@@ -80,6 +79,7 @@ class ScriptReader {
   uint64_t read_count(const char* what);
   std::string read_s_expression();
 
+  void require_more() const;
   void expect_open(const char* what);
   void expect_end_of_command();
 

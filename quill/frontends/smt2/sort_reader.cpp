@@ -94,11 +94,9 @@ const DataType* SortReader::read() {
 // A sort's name without arguments.
 const DataType* SortReader::read_name() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends where a sort is expected");
-  }
+  lexer.require_more("where a sort is expected");
   if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
-    throw ParseError(token.position, "a sort is expected, not " + token.description());
+    lexer.reject_token("a sort is");
   }
   const SortName& name = scopes.sort_name(token.text);
   const DataType* sort = nullptr;
@@ -133,9 +131,7 @@ const DataType* SortReader::read_name() {
 const DataType* SortReader::read_indexed() {
   const Token& token = lexer.token;
   lexer.next();
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
-  }
+  lexer.require_more("inside a sort");
   if (token.kind != TokenKind::SYMBOL) {
     throw ParseError(token.position, "a name is expected behind '_', not " + token.description());
   }
@@ -150,9 +146,7 @@ const DataType* SortReader::read_indexed() {
   lexer.next();
   std::vector<uint64_t> numbers;
   for (; token.kind != TokenKind::CLOSE; lexer.next()) {
-    if (token.kind == TokenKind::END) {
-      throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
-    }
+    lexer.require_more("inside a sort");
     numbers.push_back(index_value(token.spelling(), "the sort ", name, token.position));
   }
   if (numbers.size() != wanted) {
@@ -169,11 +163,9 @@ const DataType* SortReader::read_indexed() {
 // The name at the head of an application.
 SortReader::Head SortReader::open() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside a sort");
-  }
+  lexer.require_more("inside a sort");
   if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
-    throw ParseError(token.position, "the name of a sort is expected, not " + token.description());
+    lexer.reject_token("the name of a sort is");
   }
   const SortName& name = scopes.sort_name(token.text);
   if (name.parameter != nullptr) expect_arity(token.position, token.text, 0, 1);

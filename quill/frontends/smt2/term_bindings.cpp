@@ -13,10 +13,7 @@ namespace quill::smt2 {
 
 void TermReader::open_let(Position position) {
   lexer.next();
-  if (lexer.token.kind != TokenKind::OPEN) {
-    throw ParseError(lexer.token.position,
-                     "the bindings of 'let' are expected, not " + lexer.token.description());
-  }
+  lexer.expect(TokenKind::OPEN, "the bindings of 'let' are");
   lexer.next();
   frames.push_back({FrameKind::BINDINGS, position, values.size(), variables.size(), {}, nullptr});
   open_binding();
@@ -25,19 +22,15 @@ void TermReader::open_let(Position position) {
 // The parenthesis and the variable of a binding; its term is next.
 void TermReader::open_binding() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
-  }
+  lexer.require_more("inside a term");
   if (token.kind == TokenKind::CLOSE) {
     throw ParseError(token.position, "'let' without a binding");
   }
-  if (token.kind != TokenKind::OPEN) {
-    throw ParseError(token.position, "a binding of 'let' is expected, not " + token.description());
-  }
+  lexer.expect(TokenKind::OPEN, "a binding of 'let' is");
   lexer.next();
   Name* name = token.kind == TokenKind::SYMBOL ? &scopes.name(token.text) : nullptr;
   if (name == nullptr || is_word(token, *name)) {
-    throw ParseError(token.position, "a variable is expected, not " + token.description());
+    lexer.reject_token("a variable is");
   }
   variables.push_back(name);
   lexer.next();
@@ -116,7 +109,7 @@ void TermReader::skip_attribute_value() {
   for (;;) {
     switch (lexer.token.kind) {
       case TokenKind::END:
-        throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
+        lexer.reject_end_of_input("inside a term");
       case TokenKind::OPEN:
         ++depth;
         break;

@@ -17,13 +17,13 @@ TermReader::Meaning TermReader::read_identifier() {
   if (token.kind == TokenKind::OPEN) {
     lexer.next();
     if (!token.is_word("_")) {
-      throw ParseError(token.position, "'_' is expected, not " + token.description());
+      lexer.reject_token("'_' is");
     }
   }
   const bool indexed = token.is_word("_");
   if (indexed) lexer.next();
   if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
-    throw ParseError(token.position, "a symbol is expected, not " + token.description());
+    lexer.reject_token("a symbol is");
   }
   if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
   const Position position = token.position;
@@ -37,7 +37,7 @@ TermReader::Meaning TermReader::read_identifier() {
     lexer.next();
   }
   if (indices.size() == first) {
-    throw ParseError(token.position, "an index is expected, not " + token.description());
+    lexer.reject_token("an index is");
   }
   if (meaning.op != nullptr && !meaning.op->is_constant() &&
       (token.kind != TokenKind::CLOSE || indices.size() - first > meaning.op->num_indices)) {
@@ -78,8 +78,7 @@ std::string on_one_line(std::string text) {
 void TermReader::reject_arguments_inside(const Operator& op, Position position, size_t first) {
   if (indices.size() - first < op.num_indices) {
     if (lexer.token.kind == TokenKind::OPEN) {
-      throw ParseError(lexer.token.position,
-                       "an index is expected, not " + lexer.token.description());
+      lexer.reject_token("an index is");
     }
     expect_close("identifier");
   }
@@ -137,7 +136,7 @@ TermReader::Meaning TermReader::read_bit_vector_number() {
   const std::string name(token.text);
   lexer.next();
   if (token.kind == TokenKind::CLOSE) {
-    throw ParseError(token.position, "an index is expected, not " + token.description());
+    lexer.reject_token("an index is");
   }
   const uint64_t width = index_value(token.spelling(), "", name, token.position);
   lexer.next();
@@ -169,7 +168,7 @@ Value TermReader::read_atom() {
     case TokenKind::SYMBOL: {
       const Name& name = scopes.name(token.text);
       if (is_word(token, name)) {
-        throw ParseError(token.position, "a term is expected, not " + token.description());
+        lexer.reject_token("a term is");
       }
       const Meaning meaning = meaning_of(token, name, /*indexed=*/false);
       value = as_constant(meaning, token.text, token.position, indices.size());
@@ -182,9 +181,9 @@ Value TermReader::read_atom() {
     case TokenKind::STRING:
       throw ParseError(token.position, "unsupported: a string as a term");
     case TokenKind::END:
-      throw ParseError(lexer.end_of_previous(), "the input ends where a term is expected");
+      lexer.reject_end_of_input("where a term is expected");
     default:
-      throw ParseError(token.position, "a term is expected, not " + token.description());
+      lexer.reject_token("a term is");
   }
   lexer.next();
   return value;

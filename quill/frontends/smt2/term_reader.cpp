@@ -84,7 +84,7 @@ void TermReader::open() {
     case TokenKind::CLOSE:
       throw ParseError(position, "() is not a term");
     case TokenKind::END:
-      throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
+      lexer.reject_end_of_input("inside a term");
     default:
       throw ParseError(token.position, token.description() + " cannot be applied to arguments");
   }
@@ -272,9 +272,7 @@ Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
 
 void TermReader::expect_close(const char* construct) {
   if (lexer.token.kind == TokenKind::CLOSE) return;
-  if (lexer.token.kind == TokenKind::END) {
-    throw ParseError(lexer.end_of_previous(), "the input ends inside a term");
-  }
+  lexer.require_more("inside a term");
   throw ParseError(lexer.end_of_previous(),
                    std::string("a ')' is missing: the ") + construct + " is not closed");
 }

@@ -226,5 +226,38 @@ TEST(Lexer, ReportsAStreamThatCannotBeRead) {
   EXPECT_THROW(lexer.next(), InputError);
 }
 
+// ----- what is expected -------------------------------------------------------------------------
+
+template <class Check>
+std::string error_of_check(const std::string& text, const Check& check) {
+  std::istringstream input(text);
+  Lexer lexer(input);
+  lexer.next();
+  try {
+    check(lexer);
+  } catch (const ParseError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(Lexer, TellsWhatIsExpected) {
+  const auto expect_string = [](Lexer& lexer) { lexer.expect(TokenKind::STRING, "a string is"); };
+  EXPECT_EQ(error_of_check(" \"x\"", expect_string), "");
+  EXPECT_EQ(error_of_check(" x", expect_string), "1:2: a string is expected, not 'x'");
+  EXPECT_EQ(error_of_check("\n)", expect_string), "2:1: a string is expected, not ')'");
+  EXPECT_EQ(error_of_check("", expect_string),
+            "1:1: a string is expected, not the end of the input");
+}
+
+TEST(Lexer, TellsWhereTheInputEnds) {
+  const auto require_second = [](Lexer& lexer) {
+    lexer.next();
+    lexer.require_more("inside a term");
+  };
+  EXPECT_EQ(error_of_check("x y", require_second), "");
+  EXPECT_EQ(error_of_check("x  ", require_second), "1:2: the input ends inside a term");
+}
+
 }  // namespace
 }  // namespace quill::smt2
