@@ -11,7 +11,7 @@ namespace quill {
 namespace {
 
 // Whether a name for the term would be no shorter than it is, as for one operator with one constant
-// behind it, such as (not p) and (- x), or the term is a product of numerals.
+// after it, such as (not p) and (- x), or the term is a product of numerals.
 bool is_tiny(const TermManager& manager, const WrittenForm& form) {
   if (form.num_operands() == 1 && form.operand(0).term->symbol->arity == 0) {
     switch (form.kind) {

@@ -1,7 +1,7 @@
 // Which subterms of a printed term are bound by let, and in which order.
 //
 // A subterm is bound when it occurs more than once, unless it is tiny: a constant, one operator
-// without indices and one constant behind it, such as (not p), or a product of a few numerals.
+// without indices and one constant after it, such as (not p), or a product of a few numerals.
 // Bindings are put into groups, one let for each: the last group is referred to by none of them,
 // the one before by the last alone, and so on, so that the lets nest no deeper than they must. The
 // order within a group depends on the term alone.
@@ -117,7 +117,7 @@ class LetPlan {
   void collect(const TermManager& manager, const Term_* root, WrittenForms& forms);
   void bind();
 
-  GrowingArray<Node> nodes;         // and one behind the last, for the end of its operands
+  GrowingArray<Node> nodes;         // and one after the last, for the end of its operands
   GrowingArray<uint32_t> operands;  // nodes, or constants with the bit set
   GrowingArray<uint32_t> states;    // by node
   GrowingArray<const Term_*> constants;

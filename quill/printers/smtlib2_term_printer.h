@@ -16,9 +16,9 @@
 //
 // Terms can carry annotations, (! t :key value). An annotated term is annotated where it is written
 // first; where a name is among its annotations (:named), the name is written from then on, unless
-// the term is a numeral. Annotated terms are kept out of lets, which readers refuse: lets
-// are moved below them or beside them, and what is above them is written as a tree. Only where that
-// tree would be many times as large as the graph are annotations written inside lets.
+// the term is a numeral. Annotations are not written inside let, because readers reject that: lets
+// are moved below or beside annotated terms, and what is above them is written as a tree. Only
+// where that tree would be many times as large as the graph are annotations written inside lets.
 //
 // Operators that the standard does not have are written as extensions of the standard or, when the
 // configuration asks for the standard, as standard_encoding.h says. Where the encoding needs

@@ -492,7 +492,7 @@ void SmtLib2TermWriter::print_closing(TextBuffer& out, const WrittenForm& form) 
   out << ')';
 }
 
-// The number behind an operand of div or mod, and the parenthesis.
+// The number after an operand of div or mod, and the parenthesis.
 void SmtLib2TermWriter::print_divisor(TextBuffer& out, const WrittenForm& form) const {
   out << ' ' << form.divisor(manager).to_str() << ')';
 }

@@ -1,4 +1,4 @@
-// How an application is written: its operator and the operands that stand behind it.
+// How an application is written: its operator and the operands that stand after it.
 //
 // Mostly the symbol and its arguments. Subtraction and negation, which have no symbols, are written
 // as such:

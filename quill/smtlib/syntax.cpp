@@ -249,7 +249,7 @@ bool print_fp_special(std::ostream& out, const QNumber& bits, size_t e, size_t m
 
 namespace {
 
-// The digits behind the point of the fraction, if there is an end to them.
+// The digits after the point of the fraction, if there is an end to them.
 bool has_last_digit(mpz_srcptr denominator, mp_bitcnt_t& digits) {
   GmpInteger rest;
   GmpInteger five;

@@ -58,7 +58,7 @@ class DataType {
   // The name of the application type, told from a user's type of the same name by its address.
   static const std::string& application_name();
 
-  const std::string* name;  // owned, but for the application type's; null marks a compound type
+  const std::string* name;  // owned, except the application type's; null marks a compound type
   size_t count;
 #ifdef __clang__
 #pragma clang diagnostic push

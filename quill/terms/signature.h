@@ -82,7 +82,7 @@ class Signature {
   InternIndex index;
   OwnershipRecord record;
 
-  // Of base_0 ... base_(next - 1) all are taken but for some of those in `freed`, a heap with the
+  // Of base_0 ... base_(next - 1) all are taken except some of those in `freed`, a heap with the
   // least suffix on top.
   struct Suffixes {
     int32_t next = 0;

@@ -5,8 +5,8 @@
 // lowest bit, so that regions fill up one after the other. Free pieces keep their memory until
 // give_back(), so that those of one region go together.
 //
-// Cost: constant time a piece, but for the search for the lowest region with a free one, which goes
-// forward between two calls of free().
+// Cost: constant time a piece, except for the search for the lowest region with a free one, which
+// goes forward between two calls of free().
 
 #ifndef QUILL_TERMS_SLAB_REGIONS_H
 #define QUILL_TERMS_SLAB_REGIONS_H

@@ -58,7 +58,7 @@ class TypeUniverse {
   // type, nor for a type that another type or a symbol still uses.
   void remove_type(const DataType* type);
 
-  // Frees every type that is not in keep, but for the application type. The caller sees to it that
+  // Frees every type that is not in keep, except the application type. The caller sees to it that
   // keep holds all components of its types. Needs no memory.
   void gc(const hsh::HashSet<const DataType*>& keep) noexcept;
 

@@ -15,9 +15,9 @@
 // has a chain of that length. They take no more memory, and one more comparison of an operation,
 // than tables without a guard.
 //
-// Cost: constant time for any keys, but for an index whose hash somebody has broken under all keys,
-// and but for erase(), which looks for the node before the one that goes and so may walk its chain;
-// to erase many, use erase_if().
+// Cost: constant time for any keys, except for an index whose hash somebody has broken under all
+// keys, and except for erase(), which looks for the node before the one that goes and so may walk
+// its chain; to erase many, use erase_if().
 //
 // For tables keyed by addresses or by ids of terms there is no need of a guard: n of them share a
 // chain of a table with p buckets only if the largest differs from the least by (n - 1) * p, so

@@ -41,7 +41,7 @@ struct Hasher<unsigned long> {
   std::uint64_t operator()(unsigned long value) const noexcept { return value; }
 };
 
-// Reads the text up to its first NUL only; what stands behind a NUL is left to the comparison.
+// Reads the text up to its first NUL only; what stands after a NUL is left to the comparison.
 template <>
 struct Hasher<std::string> {
   std::uint64_t operator()(const std::string& text) const noexcept {

@@ -62,9 +62,9 @@ struct Allocator {
   friend bool operator==(const Allocator&, const Allocator&) { return true; }
 };
 
-// For what lasts no longer than one walk: that is filled once and read a few times, so that what it
-// costs to have memory from the system counts as much as reading it. A huge page is had as a whole,
-// and may be one that the system has to clear or find first, where ordinary pages are at hand.
+// For what lasts no longer than one walk. It is filled once and read a few times, so that getting
+// memory from the system costs as much as reading it. A huge page comes whole; the system may first
+// have to find and clear one, while ordinary pages are at hand.
 template <class T>
 using WalkAllocator = Allocator<T, 4 * page_bytes>;
 

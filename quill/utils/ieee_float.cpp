@@ -113,7 +113,7 @@ void IEEEFloat::round(const QNumber& value) {
   if (mpz_sgn(n) == 0 || form.e == 0) return;
   const bool negative = mpz_sgn(n) < 0;
   mpz_abs(n, n);
-  // The patterns of wider formats are too long but for numbers so close to zero that their
+  // The patterns of wider formats are too long except for numbers so close to zero that their
   // denominators are.
   require_length(width(form));
 

@@ -14,7 +14,7 @@
 //
 // A value owns its pattern. Time and space are linear in e + m, except that rounding divides once,
 // by the denominator; the magnitude that exponents may have does not matter. Values of more than
-// 2^32 bits, but for positive zero and what from_bits() takes, are refused with std::bad_alloc.
+// 2^32 bits, except positive zero and what from_bits() takes, are refused with std::bad_alloc.
 
 #ifndef QUILL_UTILS_IEEE_FLOAT_H
 #define QUILL_UTILS_IEEE_FLOAT_H

@@ -95,7 +95,7 @@ class HandleIndex {
   void erase(uint32_t hash, Handle handle) noexcept {
     const size_t mask = slots.size() - 1;
     size_t hole = locate(hash, handle);
-    // An entry behind the hole moves into it unless its own home lies behind the hole.
+    // An entry after the hole moves into it unless its own home lies after the hole.
     for (size_t i = (hole + 1) & mask; slots[i].handle != none; i = (i + 1) & mask) {
       count_entry();
       const size_t home = slots[i].hash & mask;

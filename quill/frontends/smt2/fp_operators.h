@@ -1,4 +1,4 @@
-// Builders of the operators of theory FloatingPoint, but for its conversions, which stand in
+// Builders of the operators of theory FloatingPoint, except its conversions, which are in
 // fp_conversions.h; see operators.h for how they are called.
 //
 //   (fp s e m)    a numeral for three literals, otherwise from the concatenation of the bits

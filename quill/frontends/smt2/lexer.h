@@ -8,7 +8,7 @@
 //                             ^ start             ^ cursor             ^ end
 //
 // The bytes of a token that reaches the end of the buffer move to the front, and the buffer grows
-// when they fill it. The NUL byte behind the end stops every loop over the bytes of a token, so
+// when they fill it. The NUL byte after the end stops every loop over the bytes of a token, so
 // that these need not look for the end themselves.
 //
 // A UTF-8 byte-order mark at the start is passed over and has no column. Other bytes from 128 up
@@ -92,7 +92,7 @@ class Lexer {
   [[noreturn]] void reject_token(std::string_view what) const;
   [[noreturn]] void reject_end_of_input(std::string_view place) const;
 
-  // The position just behind the token before the current one: where something was missing.
+  // The position just after the token before the current one: where something was missing.
   Position end_of_previous() const { return previous_end; }
 
   Token token;

@@ -86,7 +86,7 @@ class Scopes {
   // ----- names in the manager's spelling --------------------------------------------------------
   //
   // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
-  // use at the same time are kept apart by a number behind one of them.
+  // use at the same time are kept apart by a number after one of them.
 
   bool is_used(const std::string& stored) const;
   void use_name(const std::string& stored) { used_names[stored] = {true, stretch}; }

@@ -6,7 +6,7 @@
 // the scope that it had. Nothing here depends on addresses.
 //
 // Functions that stand for division by zero are declared like any other: a declaration that the
-// script does not have comes behind the logic and before what opens a scope or has terms.
+// script does not have comes after the logic and before what opens a scope or has terms.
 
 #ifndef QUILL_FRONTENDS_SMT2_SCRIPT_H
 #define QUILL_FRONTENDS_SMT2_SCRIPT_H
@@ -36,7 +36,7 @@ struct Command {
   CommandKind kind = CommandKind::Assert;
 
   // SetLogic: the logic. DeclareSort and the definitions: the name, without bars. SetInfo,
-  // SetOption, GetInfo, GetOption: everything behind the command's name. Echo: the string with
+  // SetOption, GetInfo, GetOption: everything after the command's name. Echo: the string with
   // its quotes.
   std::string text;
 

@@ -123,7 +123,7 @@ void ScriptReader::read_set_logic(Command& command) {
   if (content_seen) {
     throw ParseError(token.position, "'set-logic' behind declarations or assertions");
   }
-  // What terms and scopes need is declared behind the logic and before them.
+  // What terms and scopes need is declared after the logic and before them.
   if (terms_seen) throw ParseError(token.position, "'set-logic' behind a command with terms");
   if (scopes.depth() != 0) throw ParseError(token.position, "'set-logic' inside of a 'push'");
   command.text = token.text;

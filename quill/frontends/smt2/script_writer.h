@@ -1,6 +1,6 @@
 // Writes a script as SMT-LIB 2.6 text, one command a line.
 //
-// Definitions are not written, because the terms have them expanded, but for those in which :named
+// Definitions are not written, because the terms have them expanded, except those in which :named
 // gives a name. Each name is given in its own command, or in a definition before it (see
 // name_places.h), so that it has the scope that it had. Options and information are kept, as are
 // all commands that ask something. A logic that does not cover what is written is replaced by one

@@ -5,9 +5,9 @@
 //   quill::smt2::Script script = quill::smt2::read(file, manager);
 //   quill::smt2::write(std::cout, manager, script);
 //
-// Supported are the theories Core, Ints, Reals and Reals_Ints, and uninterpreted sorts and
-// functions. Reading is iterative: neither the depth of terms nor that of sorts is limited by the
-// stack.
+// Supported are the theories Core, Ints, Reals, Reals_Ints, FixedSizeBitVectors, FloatingPoint and
+// ArraysEx, and uninterpreted sorts and functions. Quantifiers, strings and datatypes are not.
+// Reading is iterative: neither the depth of terms nor that of sorts is limited by the stack.
 
 #ifndef QUILL_FRONTENDS_SMT2_SMT2_H
 #define QUILL_FRONTENDS_SMT2_SMT2_H

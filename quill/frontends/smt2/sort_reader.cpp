@@ -126,7 +126,7 @@ const DataType* SortReader::read_name() {
   return sort;
 }
 
-// (_ name index ...) behind its parenthesis. On return the current token is the closing one's
+// (_ name index ...) after its parenthesis. On return the current token is the closing one's
 // successor.
 const DataType* SortReader::read_indexed() {
   const Token& token = lexer.token;

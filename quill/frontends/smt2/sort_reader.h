@@ -1,6 +1,6 @@
 // Reads sorts, without recursion, and knows which sorts of the theories are supported.
 //
-// A sort is a type of the manager, but for arrays of Bool (see theory_sorts.h). A declared sort of
+// A sort is a type of the manager, except arrays of Bool (see theory_sorts.h). A declared sort of
 // arity 0 is a simple type; one of higher arity applied to arguments is the compound (head,
 // arguments ...), whose head is the simple type of the name. A defined sort is a type over
 // placeholders for its parameters, which a use replaces.
@@ -31,7 +31,7 @@ class SortReader {
         sorts(sorts_of_theories),
         logic(script_logic) {}
 
-  // Reads one sort. On entry the current token is its first one, on return the first one behind it.
+  // Reads one sort. On entry the current token is its first one, on return the first one after it.
   const DataType* read();
 
   // The type that stands for the parameter of this number while a define-sort is read.

@@ -55,7 +55,7 @@ void TermReader::close_bindings(Frame& frame) {
 
 // ----- annotations ------------------------------------------------------------------------------
 
-// The attributes behind an annotated term, up to the closing parenthesis.
+// The attributes after an annotated term, up to the closing parenthesis.
 void TermReader::finish_annotation(Position position) {
   const Token& token = lexer.token;
   if (token.kind == TokenKind::CLOSE) throw ParseError(position, "'!' without an attribute");

@@ -122,7 +122,7 @@ void TermReader::expect_no_command(const Token& token, const Name& name) const {
                                        std::to_string(open.line) + " is not closed");
 }
 
-// Whether a token behind "_" is the name of a literal such as (_ bv5 8).
+// Whether a token after "_" is the name of a literal such as (_ bv5 8).
 bool TermReader::is_bit_vector_number(const Token& token) const {
   const std::string_view text = token.text;
   return builder.logic.has(Theory::BITS) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&

@@ -166,7 +166,7 @@ void TermReader::open_compound_head(Position position) {
 
 // ----- closing ----------------------------------------------------------------------------------
 
-// A term is complete, the current token is the one behind it. Goes on with what surrounds it, as
+// A term is complete, the current token is the one after it. Goes on with what surrounds it, as
 // far as that needs no further term.
 void TermReader::finish(Value value) {
   values.push_back(value);

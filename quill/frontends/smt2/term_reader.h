@@ -27,7 +27,7 @@ class TermReader {
   TermReader(const TermReader&) = delete;
   TermReader& operator=(const TermReader&) = delete;
 
-  // Reads one term. On entry the current token is its first one, on return the first one behind it.
+  // Reads one term. On entry the current token is its first one, on return the first one after it.
   Value read();
 
   // Of the term that was read last: whether it is annotated as a whole, and the stored name by

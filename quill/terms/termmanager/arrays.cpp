@@ -10,7 +10,7 @@
 
 namespace quill {
 
-// The symbol of an array family: `components` are the types behind the application type.
+// The symbol of an array family: `components` are the types after the application type.
 const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
                                              std::initializer_list<const DataType*> components) {
   scratch_types.clear();

@@ -79,7 +79,7 @@ struct OperatorFamily {
   bool rounding;     // whether the first argument is a rounding mode
   FamilyResult result;
   const char* operation;  // the builder in type errors, as they spell it
-  const char* complaint;  // behind a term that is not of the kind that the builder looks for; "" if
+  const char* complaint;  // after a term that is not of the kind that the builder looks for; "" if
                           // it looks for none
 };
 

@@ -1,5 +1,5 @@
-// Widths that are sums of others. A width is a number of 64 bits; a sum that is none is refused
-// with Exception, before anything is made for it. Private to the sources of the term manager.
+// Widths that are sums of others. A width is a number of 64 bits; a sum that overflows 64 bits
+// throws Exception before anything is made. Private to the sources of the term manager.
 
 #ifndef QUILL_TERMS_TERMMANAGER_RESULT_WIDTHS_H
 #define QUILL_TERMS_TERMMANAGER_RESULT_WIDTHS_H

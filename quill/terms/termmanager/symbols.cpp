@@ -13,7 +13,7 @@ namespace quill {
 void TermManager::check_user_name(const std::string& name) const {
   if (name.empty()) throw error("Empty name for symbol");
   if (name[0] == '`') throw error("Symbols can't start with the \"`\" character");
-  // Names end at the first NUL: what is behind it would be lost, and two names would become one.
+  // Names end at the first NUL: what is after it would be lost, and two names would become one.
   if (name.find('\0') != std::string::npos) throw error("Symbols can't contain the NUL character");
 }
 

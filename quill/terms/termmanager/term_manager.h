@@ -6,10 +6,10 @@
 //   assert(bound == m.make_leq(x, m.make_number(7)));  // terms are shared
 //   std::cout << outterm(&m, bound) << '\n';           // (<= x 7)
 //
-// What it returns it owns: pointers stay valid until the manager is destroyed, but for types given
-// to free_type and for what a collection (gc) frees, and equal requests give equal pointers.
-// Destruction frees the terms, then the
-// symbols, then the types, and then the tables. A manager is neither copied nor moved.
+// The manager owns everything it returns. Pointers stay valid until it is destroyed, unless
+// free_type or gc frees the object; equal requests return equal pointers. Destruction frees the
+// terms, then the symbols, then the types, and then the tables. A manager is neither copied nor
+// moved.
 //
 // Requests are checked before anything changes. A request that is refused throws
 // TermManager::error, or Exception where a member says so, with the whole story in its text. It
@@ -117,6 +117,7 @@ class TermManager : public TermFactory {
 
   // Whether the symbol has a fixed meaning: a symbol of the theories or a numeral.
   bool is_interpreted(const Symbol* s) const;
+  // Whether the symbol takes arguments and has no fixed meaning. False for constants.
   bool is_uninterpreted_function(const Symbol* s) const;
 
   // Whether it is of arity 0 and its name begins with an apostrophe, interpreted or not.
@@ -166,8 +167,9 @@ class TermManager : public TermFactory {
   // Any other compound of types. Throws for a component that is Bool or a function type.
   const DataType* get_compound_type(const std::vector<const DataType*>& components);
 
-  // Recognisers. Outputs may be null; they are not written when the answer is false, nor, but for 0
-  // instead of a width, for a compound that only looks like the type.
+  // Recognisers. Outputs may be null, and are not written when the answer is false. A compound that
+  // was put together by hand with something else in the place of the width or the format is
+  // recognised with widths of 0.
   bool is_function_type(const DataType* t, std::vector<const DataType*>* args,
                         const DataType** result) const;
   bool is_bv_type(const DataType* t, size_t* width) const;
@@ -213,7 +215,7 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Terms of the core and of arithmetic, in 'core_terms.cpp'
 
-  // The way of every term into the bank, but for numerals and fresh variables: checks the request,
+  // Every term except numerals and fresh variables enters the bank here. Checks the request,
   // asks the delegate if one is enabled, and builds the term. Throws on a wrong number of arguments
   // or an argument of a wrong type.
   const Term_* make_term(const Symbol* s, const std::vector<const Term_*>& args) override;
@@ -616,8 +618,8 @@ class TermManager : public TermFactory {
   // and make_term throw; what was made until then stays. A symbol of a theory that somebody else
   // registered can't be copied unless its name is taken here.
   //
-  // Each term, symbol and type is copied once in a call, but for the terms that roots of copy_terms
-  // share: these are rebuilt for each root. The forms with an output append to it, in order; when
+  // Each term, symbol and type is copied once in a call. (Terms that roots of copy_terms share are
+  // rebuilt for each root.) The forms with an output append to it, in order; when
   // one fails, copy_terms, copy_symbols and copy_types have appended what comes before the failure.
 
   const Term_* copy_term(const TermManager& src, const Term_* t);
