@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {

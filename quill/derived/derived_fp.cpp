@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <new>
 
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/bv_number.h"

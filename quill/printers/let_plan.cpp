@@ -4,7 +4,7 @@
 #include <new>
 
 #include "quill/terms/term_table.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 
 namespace quill {
 

@@ -8,7 +8,7 @@
 
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/syntax.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/utils/scope_guard.h"
 
 namespace quill {

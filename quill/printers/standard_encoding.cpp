@@ -2,7 +2,7 @@
 
 #include "quill/derived/derived.h"
 #include "quill/smtlib/operator_texts.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/utils/bv_number.h"
 
 namespace quill {

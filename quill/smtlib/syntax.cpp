@@ -12,7 +12,7 @@
 #include "quill/smtlib/commands.h"
 #include "quill/smtlib/lexical.h"
 #include "quill/smtlib/theory_names.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/utils/bv_number.h"
 #include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/operator_family.h"
-#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"
 

@@ -1,44 +1,10 @@
 // Concatenation, extraction, rotation and extension of bit-vectors.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
-
-const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first,
-                                          size_t width, size_t arity,
-                                          hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
-                                          hsh::HashMap<BVIndex1, const Symbol*>& by_key,
-                                          const DataType* result_type) {
-  require_own_or_null(*this, result_type);
-  return make_bv_family_symbol(name, tag, BVIndex1{first, width}, {first, width}, arity, by_symbol,
-                               by_key, result_type);
-}
-
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
-                               size_t* first, size_t* second) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (first != nullptr) *first = found->second.a;
-  if (second != nullptr) *second = found->second.b;
-  return true;
-}
-
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
-                               size_t* first, size_t* second, size_t* third) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (first != nullptr) *first = found->second.a;
-  if (second != nullptr) *second = found->second.b;
-  if (third != nullptr) *third = found->second.c;
-  return true;
-}
 
 const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
   constexpr SymbolTag::tag tag = SymbolTag::BV_CONCAT;

@@ -2,29 +2,9 @@
 // rows of operator_family.h.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
-
-const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, size_t width,
-                                          size_t arity,
-                                          hsh::HashMap<const Symbol*, size_t>& by_symbol,
-                                          hsh::HashMap<size_t, const Symbol*>& by_width,
-                                          const DataType* result_type) {
-  require_own_or_null(*this, result_type);
-  return make_bv_family_symbol(name, tag, width, {width}, arity, by_symbol, by_width, result_type);
-}
-
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, size_t>& by_symbol,
-                               size_t* width) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (width != nullptr) *width = found->second;
-  return true;
-}
 
 const Symbol* TermManager::make_bv_not_symbol(size_t width) {
   return width_symbol<SymbolTag::BV_NOT>(width);

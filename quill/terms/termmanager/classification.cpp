@@ -4,7 +4,7 @@
 // theories, an apostrophe for variables. Numerals have neither and are known by their recorded
 // values.
 
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 

@@ -1,7 +1,7 @@
 // Copying terms, symbols and types from another manager: the members, and the walk over terms.
 
 #include "quill/terms/termmanager/lent_marks.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/substitution_arguments.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"

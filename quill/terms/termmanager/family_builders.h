@@ -7,8 +7,8 @@
 #ifndef QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
 #define QUILL_TERMS_TERMMANAGER_FAMILY_BUILDERS_H
 
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/operator_family.h"
-#include "quill/terms/termmanager/ownership.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"

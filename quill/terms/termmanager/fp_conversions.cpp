@@ -10,7 +10,7 @@
 //   from_ieeebv    0, e + m + 1   e, m
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 

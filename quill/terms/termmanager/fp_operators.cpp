@@ -1,37 +1,10 @@
 // The operators on floating-point values of one format, and the rounding modes.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
-
-const Symbol* TermManager::make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
-                                          hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
-                                          hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                                          size_t e, size_t m) {
-  const bool bool_result = (kind & 1) != 0;
-  const bool rounding = (kind & 2) != 0;
-  return make_format_symbol(name, /*separated=*/true, tag, rounding, /*operands=*/2, bool_result,
-                            by_format, by_symbol, e, m);
-}
-
-const Symbol* TermManager::make_fp_is_symbol(
-    const char* name, SymbolTag::tag tag, hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
-    hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e, size_t m) {
-  return make_format_symbol(name, /*separated=*/true, tag, /*rounding=*/false, /*operands=*/1,
-                            /*bool_result=*/true, by_format, by_symbol, e, m);
-}
-
-bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                               const Symbol* s, size_t* e, size_t* m) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (e != nullptr) *e = found->second.e;
-  if (m != nullptr) *m = found->second.m;
-  return true;
-}
 
 const Symbol* TermManager::make_fp_equal_symbol(size_t e, size_t m) {
   return format_symbol<SymbolTag::FP_EQUAL>(e, m);

@@ -13,7 +13,7 @@
 
 #include "quill/terms/termmanager/cache_sweep.h"
 #include "quill/terms/termmanager/family_loop.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/heap.h"

@@ -1,7 +1,7 @@
 // Congruence of integers modulo a constant: one symbol for each modulus.
 
 #include "quill/terms/termmanager/family_builders.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {

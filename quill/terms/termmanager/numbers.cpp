@@ -13,7 +13,7 @@
 
 #include <string>
 
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"

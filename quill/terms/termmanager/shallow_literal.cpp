@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "quill/terms/shallow_text.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {

@@ -2,7 +2,7 @@
 
 #include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/lent_marks.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/substitution_arguments.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"

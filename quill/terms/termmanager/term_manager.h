@@ -20,7 +20,7 @@
 //
 // What belongs to another manager or was freed must not be given to a manager, nor null where a
 // member does not say what it means. Debug builds check that in every call and stop with a message
-// (see ownership.h).
+// (see misuse_checks.h).
 //
 // A manager is used by one thread at a time. A delegate, an overridden make_term and the callback
 // of a visitor may call back into it (see term_factory.h); all else that builders share (the name
@@ -78,7 +78,7 @@ class TermManager : public TermFactory {
   using NumberCache_hash_eq = Hasher<const QNumber*>;
 
   //---------------------------------------------------------------------------------------------
-  // Construction, stores and switches, in 'construction.cpp'
+  // Construction, stores and switches, in 'standard_signature.cpp'
 
   // Makes the standard signature: the types Bool, Real and Int (a subtype of Real), the
   // connectives, linear arithmetic and the rounding modes.
@@ -213,7 +213,7 @@ class TermManager : public TermFactory {
   const Term_* debug_get_term(unsigned long id) const;
 
   //---------------------------------------------------------------------------------------------
-  // Terms of the core and of arithmetic, in 'core_terms.cpp'
+  // Terms of the core and of arithmetic, in 'make_term.cpp' and 'core_terms.cpp'
 
   // Every term except numerals and fresh variables enters the bank here. Checks the request,
   // asks the delegate if one is enabled, and builds the term. Throws on a wrong number of arguments
@@ -344,14 +344,6 @@ class TermManager : public TermFactory {
   const Symbol* make_int_to_bv_symbol(size_t width);
   const Term_* make_int_to_bv(size_t width, const Term_* t);
   bool is_int_to_bv(const Symbol* s, size_t* width) const;
-  // The general forms: the symbol of a family with these maps, and its recogniser. A null result
-  // type stands for the bit-vectors of the width.
-  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t width, size_t arity,
-                               hsh::HashMap<const Symbol*, size_t>& by_symbol,
-                               hsh::HashMap<size_t, const Symbol*>& by_width,
-                               const DataType* result_type);
-  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, size_t>& by_symbol,
-                    size_t* width) const;
 
   //---------------------------------------------------------------------------------------------
   // Bit-vectors with indices, in 'bv_indexed_operators.cpp'
@@ -385,14 +377,6 @@ class TermManager : public TermFactory {
   const Symbol* make_bv_sign_extend_symbol(size_t k, size_t w);
   const Term_* make_bv_sign_extend(size_t k, const Term_* t);
   bool is_bv_sign_extend(const Symbol* s, size_t* k, size_t* w) const;
-  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first, size_t width,
-                               size_t arity, hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
-                               hsh::HashMap<BVIndex1, const Symbol*>& by_key,
-                               const DataType* result_type);
-  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
-                    size_t* first, size_t* second) const;
-  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
-                    size_t* first, size_t* second, size_t* third) const;
 
   //---------------------------------------------------------------------------------------------
   // Floating point, in 'fp_operators.cpp'
@@ -460,17 +444,6 @@ class TermManager : public TermFactory {
   const Symbol* make_fp_ispos_symbol(size_t e, size_t m);
   const Term_* make_fp_ispos(const Term_* t);
   bool is_fp_ispos(const Symbol* s, size_t* e, size_t* m) const;
-  // The general forms. kind: 1 for a Bool result, 2 for a leading rounding mode.
-  const Symbol* make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
-                               hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
-                               hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e,
-                               size_t m);
-  const Symbol* make_fp_is_symbol(const char* name, SymbolTag::tag tag,
-                                  hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
-                                  hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                                  size_t e, size_t m);
-  bool is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                    const Symbol* s, size_t* e, size_t* m) const;
 
   // The four rounding modes: to nearest with ties to even, toward zero, toward plus infinity and
   // toward minus infinity. They are constants that every manager has, recognised by identity.
@@ -522,6 +495,38 @@ class TermManager : public TermFactory {
   const Symbol* make_fp_from_ieeebv_symbol(size_t e, size_t m);
   const Term_* make_fp_from_ieeebv(size_t e, size_t m, const Term_* t);
   bool is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const;
+
+  //---------------------------------------------------------------------------------------------
+  // Symbols of any family, by its maps, in 'families.cpp'
+
+  // The symbol of a family of operators on bit-vectors that has these two maps, and its recogniser.
+  // A null result type stands for the bit-vectors of the width.
+  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t width, size_t arity,
+                               hsh::HashMap<const Symbol*, size_t>& by_symbol,
+                               hsh::HashMap<size_t, const Symbol*>& by_width,
+                               const DataType* result_type);
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, size_t>& by_symbol,
+                    size_t* width) const;
+  const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first, size_t width,
+                               size_t arity, hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                               hsh::HashMap<BVIndex1, const Symbol*>& by_key,
+                               const DataType* result_type);
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                    size_t* first, size_t* second) const;
+  bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
+                    size_t* first, size_t* second, size_t* third) const;
+
+  // The same, keyed by formats. kind: 1 for a Bool result, 2 for a leading rounding mode.
+  const Symbol* make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
+                               hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                               hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e,
+                               size_t m);
+  const Symbol* make_fp_is_symbol(const char* name, SymbolTag::tag tag,
+                                  hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
+                                  hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                                  size_t e, size_t m);
+  bool is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                    const Symbol* s, size_t* e, size_t* m) const;
 
   //---------------------------------------------------------------------------------------------
   // Arrays, in 'arrays.cpp'

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <string>
 
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"
 #include "quill/utils/bv_number.h"

@@ -543,8 +543,8 @@ TEST_F(TypesTest, FreeingAtRandomLeavesTheTablesConsistent) {
 
 #ifdef NDEBUG
 
-// Misuse that debug builds stop at (test_ownership.cpp). In all others what is left of the freed
-// type is not taken for that of a type which gets its address.
+// Misuse that debug builds stop at (test_misuse_checks.cpp). In all others what is left of the
+// freed type is not taken for that of a type which gets its address.
 class AFreedTypeInUse : public TypesTest {
  protected:
   // A new type at the address of `freed`, or null when the memory is not given again.

@@ -1,4 +1,4 @@
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 
 #ifndef NDEBUG
 

@@ -14,7 +14,7 @@
 #include "quill/derived/derived.h"
 #include "quill/derived/derived_bv.h"
 #include "quill/derived/derived_fp.h"
-#include "quill/terms/termmanager/ownership.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/address_sanitizer.h"

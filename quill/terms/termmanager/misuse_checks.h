@@ -26,8 +26,8 @@
 // means: such members ask require_own_or_null. What a delegate or an overridden make_term returns
 // is checked as if it had been given.
 
-#ifndef QUILL_TERMS_TERMMANAGER_OWNERSHIP_H
-#define QUILL_TERMS_TERMMANAGER_OWNERSHIP_H
+#ifndef QUILL_TERMS_TERMMANAGER_MISUSE_CHECKS_H
+#define QUILL_TERMS_TERMMANAGER_MISUSE_CHECKS_H
 
 #include <cstddef>
 #include <cstdint>
