@@ -36,5 +36,6 @@
 #include "quill/utils/hash_set.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 #endif

@@ -7,6 +7,7 @@
 
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill {
 
@@ -26,22 +27,6 @@ const Term_* fold(TermManager& m, TermSpan terms, Builder builder, const Term_* 
 const Symbol* operator_over(const TermManager& m, const DataType* type, const char* base) {
   const char* over = type == m.get_int_type() ? "_int`" : "_rat`";
   return m.get_signature()->get_symbol((std::string("`") + base + over).c_str());
-}
-
-std::string text_without_sign(const QNumber& number) {
-  const std::string text = number.to_str();
-  return text[0] == '-' ? text.substr(1) : text;
-}
-
-// Through the text, so that a number of either form gives the form by which numerals are keyed.
-QNumber absolute(const QNumber& number) { return QNumber::from_string(text_without_sign(number)); }
-
-QNumber reciprocal(const QNumber& number) {
-  const std::string text = text_without_sign(number);
-  const size_t bar = text.find('/');
-  const std::string numerator = text.substr(0, bar);
-  const std::string denominator = bar == std::string::npos ? "1" : text.substr(bar + 1);
-  return QNumber::from_string((number.is_negative() ? "-" : "") + denominator + "/" + numerator);
 }
 
 // The operands of div and mod.
@@ -173,7 +158,7 @@ const Term_* make_divide(TermManager& m, const Term_* a, const QNumber& c) {
   if (!c.is_canonical()) return make_divide(m, a, c.canonical());
   require_own(m, a);
   if (c.is_zero()) return divide_by_zero(m, Division::Divide, a);
-  const Term_* factor = m.make_number(reciprocal(c));
+  const Term_* factor = m.make_number(numbers::reciprocal(c));
   return m.make_bin(operator_over(m, m.get_rat_type(), "*"), factor, a, "make_divide");
 }
 
@@ -182,7 +167,7 @@ const Term_* make_div(TermManager& m, const Term_* a, const QNumber& c) {
   require_own(m, a);
   require_ints(m, a, c, "make_div");
   if (c.is_zero()) return divide_by_zero(m, Division::Div, a);
-  const Term_* quotient = m.make_floor(make_divide(m, a, absolute(c)));
+  const Term_* quotient = m.make_floor(make_divide(m, a, numbers::absolute(c)));
   return c.is_negative() ? make_minus(m, quotient) : quotient;
 }
 
@@ -191,7 +176,7 @@ const Term_* make_mod(TermManager& m, const Term_* a, const QNumber& c) {
   require_own(m, a);
   require_ints(m, a, c, "make_mod");
   if (c.is_zero()) return divide_by_zero(m, Division::Mod, a);
-  const QNumber divisor = absolute(c);
+  const QNumber divisor = numbers::absolute(c);
   const Term_* quotient = make_div(m, a, divisor);
   const Term_* factor = m.make_number(divisor);
   const Term_* multiple = m.make_times(factor, quotient);

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "quill/utils/gmp_integer.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill {
 
@@ -53,14 +53,6 @@ bool is_part_of_int(const TermManager& manager, const Term_* t) {
 bool is_congruence_to_numeral(const TermManager& manager, const Term_* t) {
   QNumber value;
   return is_arithmetic_number(manager, t->args[1], &value) && value.is_integer();
-}
-
-void get_integer(const QNumber& value, mpz_ptr out) {
-  if (value.is_big()) {
-    mpz_set(out, value.big_num());
-  } else {
-    mpz_set_si(out, value.num);
-  }
 }
 
 // Whether t is ite(0 <= a, a, (-1) * a), with all operators over its type.
@@ -145,18 +137,13 @@ QNumber WrittenForm::divisor(const TermManager& manager) const {
     return value;
   }
   manager.is_number(term->args[0]->args[0]->symbol, &value);  // 1/c
-  return value.is_big() ? QNumber(value.big_den()) : QNumber(value.den);
+  return numbers::reciprocal(value);
 }
 
 QNumber WrittenForm::residue(const TermManager& manager) const {
   QNumber value;
   manager.is_number(term->args[1]->symbol, &value);
-  GmpInteger remainder;
-  GmpInteger modulus;
-  get_integer(value, remainder);
-  get_integer(divisor(manager), modulus);
-  mpz_fdiv_r(remainder, remainder, modulus);
-  return QNumber(remainder);
+  return numbers::floor_remainder(value, divisor(manager));
 }
 
 bool is_numeral_product(const TermManager& manager, const Term_* t) {

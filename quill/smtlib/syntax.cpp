@@ -1,7 +1,6 @@
 #include "quill/smtlib/syntax.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <iterator>
 #include <new>
@@ -18,6 +17,7 @@
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/hash_map.h"
 #include "quill/utils/ieee_float.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill {
 
@@ -168,11 +168,7 @@ namespace {
 // negative number and a fraction.
 bool count_bits(const QNumber& value, size_t& bits) {
   if (!value.is_integer() || value.is_negative()) return false;
-  if (value.is_big()) {
-    bits = value.is_zero() ? 0 : mpz_sizeinbase(value.big_num(), 2);
-  } else {
-    bits = static_cast<size_t>(std::bit_width(static_cast<uint64_t>(value.num)));
-  }
+  bits = numbers::bit_length(value);
   return true;
 }
 
@@ -188,22 +184,13 @@ bool print_bv_value(std::ostream& out, const QNumber& value, size_t width) {
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
   size_t significant = 0;
   if (e == 0 || m == 0 || !count_bits(bits, significant)) return false;
-  GmpInteger pattern;
-  if (bits.is_big()) {
-    mpz_set(pattern, bits.big_num());
-  } else {
-    mpz_set_si(pattern, bits.num);
-  }
   // The digits are composed in memory, one byte each.
   constexpr size_t max_width = size_t{1} << 32;
   if (e > max_width || m > max_width - e) throw std::bad_alloc();
   const size_t width = 1 + e + m;
   if (significant > width) return false;
-  const size_t num_digits = mpz_sizeinbase(pattern, 2);  // 1 for 0
-  // Room for a sign and for the end of the string, which GMP writes as well.
-  std::string text(width + 2, '0');
-  mpz_get_str(text.data() + (width - num_digits), 2, pattern);
-  const std::string_view digits = std::string_view(text).substr(0, width);
+  const std::string text = numbers::to_digits(bits, 2, width);
+  const std::string_view digits(text);
   out << "(fp #b" << digits.substr(0, 1) << " #b" << digits.substr(1, e) << " #b"
       << digits.substr(1 + e) << ')';
   return true;
@@ -275,27 +262,27 @@ std::string decimal_text(mpz_srcptr numerator, mpz_srcptr denominator, mp_bitcnt
 }  // namespace
 
 void print_real_value(std::ostream& out, const QNumber& value) {
-  const std::string text = value.to_str();
-  const size_t bar = text.find('/');
-  const std::string numerator = text.substr(0, bar);
-  const std::string denominator = bar == std::string::npos ? "1" : text.substr(bar + 1);
-  if (numerator[0] == '-') {
-    out << "(/ (- " << std::string_view(numerator).substr(1) << ") " << denominator << ')';
+  const QNumber number = value.canonical();
+  if (number.is_negative()) {
+    const std::string text = number.to_str();
+    const size_t bar = text.find('/');
+    out << "(/ (- " << std::string_view(text).substr(1, bar - 1) << ") "
+        << (bar == std::string::npos ? "1" : std::string_view(text).substr(bar + 1)) << ')';
     return;
   }
-  if (bar == std::string::npos) {
-    out << numerator << ".0";
+  if (number.is_integer()) {
+    out << number.to_str() << ".0";
     return;
   }
   GmpInteger n;
   GmpInteger d;
-  mpz_set_str(n, numerator.c_str(), 10);
-  mpz_set_str(d, denominator.c_str(), 10);
+  numbers::get_numerator(n, number);
+  numbers::get_denominator(d, number);
   mp_bitcnt_t digits = 0;
   if (has_last_digit(d, digits)) {
     out << decimal_text(n, d, digits);
   } else {
-    out << "(/ " << numerator << ' ' << denominator << ')';
+    out << "(/ " << QNumber(n).to_str() << ' ' << QNumber(d).to_str() << ')';
   }
 }
 

@@ -16,6 +16,7 @@
 
 #include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill {
 
@@ -39,13 +40,8 @@ std::int64_t length(mpz_srcptr z) { return static_cast<std::int64_t>(mpz_sizeinb
 
 // The parts of a number, reduced or not, with a positive denominator.
 void set_parts(mpz_ptr n, mpz_ptr d, const QNumber& number) {
-  if (number.is_big()) {
-    mpz_set(n, number.big_num());
-    mpz_set(d, number.big_den());
-  } else {
-    mpz_set_si(n, number.num);
-    mpz_set_si(d, number.den);
-  }
+  numbers::get_numerator(n, number);
+  numbers::get_denominator(d, number);
   if (mpz_sgn(d) < 0) {
     mpz_neg(n, n);
     mpz_neg(d, d);

@@ -15,7 +15,8 @@
 // forms are equal, but their hashes differ; numbers that serve as keys are therefore to be built in
 // the same way.
 //
-// There is no arithmetic here beyond normalize(), which may use GMP's scratch space.
+// Arithmetic is in qnumber_arithmetic.h; here is normalize() only, which may use GMP's scratch
+// space.
 //
 // Each thread has a scratch integer of its own (gmp_tmp), and the table of small divisors may be
 // shared, so distinct numbers may be used from distinct threads, and in destructors of static and

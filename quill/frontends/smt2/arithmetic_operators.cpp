@@ -6,6 +6,7 @@
 #include "quill/derived/derived.h"
 #include "quill/frontends/smt2/numerals.h"
 #include "quill/printers/written_form.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill::smt2 {
 
@@ -104,7 +105,7 @@ Value build_minus(TermBuilder& b, const Application& a) {
   if (a.args.size() == 1) {
     QNumber value;
     if (b.manager.is_number(result->symbol, &value)) {
-      return {b.manager.make_number(negated(value)), sort};
+      return {b.manager.make_number(numbers::negated(value)), sort};
     }
     return {b.negative(result, sort), sort};
   }

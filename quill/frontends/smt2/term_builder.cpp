@@ -4,6 +4,7 @@
 #include "quill/frontends/smt2/numerals.h"
 #include "quill/frontends/smt2/sort_text.h"
 #include "quill/utils/qnumber.h"
+#include "quill/utils/qnumber_arithmetic.h"
 
 namespace quill::smt2 {
 
@@ -153,7 +154,7 @@ Value TermBuilder::bits(const Token& token) {
   }
   const bool binary = token.kind == TokenKind::BINARY;
   const uint64_t width = binary ? token.text.size() : 4 * token.text.size();
-  const QNumber value = number_from_digits(token.text, binary ? 2 : 16);
+  const QNumber value = numbers::from_digits(token.text, binary ? 2 : 16);
   const Term_* term = manager.make_bv_number(value, width);
   return {term, term->type()};
 }
@@ -161,7 +162,7 @@ Value TermBuilder::bits(const Token& token) {
 Value TermBuilder::bit_vector_number(const std::string& digits, uint64_t width, Position position) {
   const DataType* sort = sorts.bit_vector(width, position);
   const QNumber value = QNumber::from_string(digits);
-  if (!fits_into_bits(value, width)) {
+  if (numbers::bit_length(value) > width) {
     throw ParseError(position, "the number " + shown(digits) + " does not fit into " +
                                    std::to_string(width) + (width == 1 ? " bit" : " bits"));
   }
