@@ -24,11 +24,11 @@ using quill::bench::Terms;
 // square of `side` are distinct requests.
 class Builders {
  public:
-  static constexpr std::size_t side = 1024;
+  static constexpr size_t side = 1024;
 
   Builders() : bits(quill::bench::make_constants(manager, "b", side, 32)) {
     const DataType* integer = manager.get_int_type();
-    for (std::size_t i = 0; i < side; i++) {
+    for (size_t i = 0; i < side; ++i) {
       const std::string number = std::to_string(i);
       integers.push_back(manager.make_constant(manager.make_symbol("i" + number, integer)));
       propositions.push_back(
@@ -37,31 +37,31 @@ class Builders {
     function = manager.make_symbol("f", manager.get_function_type({integer, integer}, integer));
   }
 
-  const Term_* bv_add(std::size_t i) { return manager.make_bv_add(bits[i / side], bits[i % side]); }
-  const Term_* bv_ult(std::size_t i) { return manager.make_bv_ult(bits[i / side], bits[i % side]); }
-  const Term_* plus(std::size_t i) {
+  const Term_* bv_add(size_t i) { return manager.make_bv_add(bits[i / side], bits[i % side]); }
+  const Term_* bv_ult(size_t i) { return manager.make_bv_ult(bits[i / side], bits[i % side]); }
+  const Term_* plus(size_t i) {
     return manager.make_plus(integers[i / side], integers[i % side]);
   }
-  const Term_* conjunction(std::size_t i) {
+  const Term_* conjunction(size_t i) {
     return manager.make_and(propositions[i / side], propositions[i % side]);
   }
-  const Term_* equality(std::size_t i) {
+  const Term_* equality(size_t i) {
     return manager.make_equal(integers[i / side], integers[i % side]);
   }
-  const Term_* if_then_else(std::size_t i) {
+  const Term_* if_then_else(size_t i) {
     return manager.make_term_ite(propositions[i / side], integers[i % side], integers[0]);
   }
-  const Term_* application(std::size_t i) {
+  const Term_* application(size_t i) {
     arguments = {integers[i / side], integers[i % side]};
     return manager.make_uninterpreted_function(function, arguments);
   }
-  const Term_* numeral(std::size_t i) { return manager.make_number(QNumber(i)); }
-  const Term_* fraction(std::size_t i) {
+  const Term_* numeral(size_t i) { return manager.make_number(QNumber(i)); }
+  const Term_* fraction(size_t i) {
     QNumber value(2 * i + 1, 1 << 20);
     return manager.make_number(value);
   }
-  const Term_* bv_numeral(std::size_t i) { return manager.make_bv_number(QNumber(i), 32); }
-  const Term_* fp_numeral(std::size_t i) { return manager.make_fp_bits_number(QNumber(i), 8, 23); }
+  const Term_* bv_numeral(size_t i) { return manager.make_bv_number(QNumber(i), 32); }
+  const Term_* fp_numeral(size_t i) { return manager.make_fp_bits_number(QNumber(i), 8, 23); }
 
  private:
   TermManager manager;
@@ -72,11 +72,11 @@ class Builders {
   Terms arguments;
 };
 
-using Builder = const Term_* (Builders::*)(std::size_t);
+using Builder = const Term_* (Builders::*)(size_t);
 
-void make_all(Builders& builders, Builder build, std::int64_t count) {
-  for (std::int64_t i = 0; i < count; i++) {
-    benchmark::DoNotOptimize((builders.*build)(static_cast<std::size_t>(i)));
+void make_all(Builders& builders, Builder build, int64_t count) {
+  for (int64_t i = 0; i < count; ++i) {
+    benchmark::DoNotOptimize((builders.*build)(static_cast<size_t>(i)));
   }
 }
 

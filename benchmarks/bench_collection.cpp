@@ -18,15 +18,15 @@ using quill::bench::Terms;
 
 void collect_grid(benchmark::State& state, bool strewn) {
   TermManager manager;
-  const std::size_t count = static_cast<std::size_t>(state.range(0));
+  const size_t count = static_cast<size_t>(state.range(0));
   Terms terms = quill::bench::make_leaves(manager, Shape::Grid, count);
-  const std::size_t leaves = terms.size();
+  const size_t leaves = terms.size();
   for (auto _ : state) {
     state.PauseTiming();
     terms.resize(leaves);
     quill::bench::add_shape(manager, Shape::Grid, terms, count);
     Terms roots(terms.begin(), terms.begin() + static_cast<std::ptrdiff_t>(leaves));
-    for (std::size_t i = 0; i < count / 100; i++) {
+    for (size_t i = 0; i < count / 100; ++i) {
       roots.push_back(terms[leaves + (strewn ? 100 * i + 7 * i % 100 : i)]);
     }
     state.ResumeTiming();
@@ -40,7 +40,7 @@ void strewn_kept(benchmark::State& state) { collect_grid(state, /*strewn=*/true)
 
 void all_kept(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   const Term_* root = quill::bench::make_connected_graph(manager, terms, 1);
   for (auto _ : state) manager.gc({root}, {}, {});
   state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -30,7 +30,7 @@ void copy_whole(benchmark::State& state, const TermManager& source, const Term_*
 
 void shared_graph(benchmark::State& state) {
   TermManager source;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   const Term_* root = quill::bench::make_connected_graph(source, terms, 1);
   copy_whole(state, source, root);
 }
@@ -39,7 +39,7 @@ void chain(benchmark::State& state) {
   TermManager source;
   Terms terms = quill::bench::make_constants(source, "x", 1, 32);
   quill::bench::add_shape(source, Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   copy_whole(state, source, terms.back());
 }
 
@@ -49,7 +49,7 @@ void three_terms(benchmark::State& state, bool to_new_manager) {
   TermManager source;
   Terms terms = quill::bench::make_constants(source, "x", 1, 32);
   quill::bench::add_shape(source, Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   const Term_* last = quill::bench::make_constants(source, "last", 1, 32)[0];
   const Term_* root = source.make_bv_not(source.make_bv_neg(last));
   std::optional<TermManager> target(std::in_place);

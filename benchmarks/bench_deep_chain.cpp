@@ -18,7 +18,7 @@ using quill::TermManager;
 using quill::bench::time_stage;
 
 void deep_chain(benchmark::State& state) {
-  const std::int64_t length = state.range(0);
+  const int64_t length = state.range(0);
   for (auto _ : state) {
     std::optional<TermManager> manager(std::in_place);
     std::optional<TermManager> other(std::in_place);
@@ -29,11 +29,11 @@ void deep_chain(benchmark::State& state) {
 
     const Term_* chain = leaf;
     time_stage(state, "build", length, [&] {
-      for (std::int64_t i = 0; i < length; i++) chain = manager->make_bv_add(chain, step);
+      for (int64_t i = 0; i < length; ++i) chain = manager->make_bv_add(chain, step);
     });
     time_stage(state, "again", length, [&] {
       const Term_* same = leaf;
-      for (std::int64_t i = 0; i < length; i++) same = manager->make_bv_add(same, step);
+      for (int64_t i = 0; i < length; ++i) same = manager->make_bv_add(same, step);
       if (same != chain) state.SkipWithError("the chain was built twice");
     });
     time_stage(state, "substitute", length, [&] {
@@ -50,7 +50,7 @@ void deep_chain(benchmark::State& state) {
     });
     // Frees the image of the substitution; the walk goes down the whole chain.
     time_stage(state, "collect", length, [&] { manager->gc({chain}, {}, {}); });
-    if (manager->get_bank()->size() < static_cast<std::size_t>(length)) {
+    if (manager->get_bank()->size() < static_cast<size_t>(length)) {
       state.SkipWithError("the chain was collected");
     }
     time_stage(state, "destroy", 2 * length, [&] {

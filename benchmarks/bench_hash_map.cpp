@@ -11,24 +11,24 @@
 
 namespace {
 
-using Map = quill::hsh::HashMap<std::uint64_t, std::uint64_t>;
+using Map = quill::hsh::HashMap<uint64_t, uint64_t>;
 
 // The keys 0, stride, 2 * stride, ...; a stride of 32 stands for addresses.
-std::vector<std::uint64_t> make_keys(const benchmark::State& state) {
-  std::vector<std::uint64_t> keys;
-  for (std::int64_t i = 0; i < state.range(0); ++i) {
-    keys.push_back(static_cast<std::uint64_t>(i * state.range(1)));
+std::vector<uint64_t> make_keys(const benchmark::State& state) {
+  std::vector<uint64_t> keys;
+  for (int64_t i = 0; i < state.range(0); ++i) {
+    keys.push_back(static_cast<uint64_t>(i * state.range(1)));
   }
   return keys;
 }
 
-void fill(Map& map, const std::vector<std::uint64_t>& keys) {
-  for (const std::uint64_t key : keys) map.insert(std::make_pair(key, key));
+void fill(Map& map, const std::vector<uint64_t>& keys) {
+  for (const uint64_t key : keys) map.insert(std::make_pair(key, key));
 }
 
 // Filling an empty map, growth and the release of the nodes included.
 void insert(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   for (auto _ : state) {
     Map map;
     fill(map, keys);
@@ -38,22 +38,22 @@ void insert(benchmark::State& state) {
 }
 
 void find_present(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   Map map;
   fill(map, keys);
   for (auto _ : state) {
-    for (const std::uint64_t key : keys) benchmark::DoNotOptimize(map.find(key));
+    for (const uint64_t key : keys) benchmark::DoNotOptimize(map.find(key));
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void find_absent(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   Map map;
   fill(map, keys);
-  const std::uint64_t beyond = keys.back() + 1;
+  const uint64_t beyond = keys.back() + 1;
   for (auto _ : state) {
-    for (const std::uint64_t key : keys) benchmark::DoNotOptimize(map.find(beyond + key));
+    for (const uint64_t key : keys) benchmark::DoNotOptimize(map.find(beyond + key));
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -62,7 +62,7 @@ void walk(benchmark::State& state) {
   Map map;
   fill(map, make_keys(state));
   for (auto _ : state) {
-    std::uint64_t sum = 0;
+    uint64_t sum = 0;
     for (const auto& entry : map) sum += entry.second;
     benchmark::DoNotOptimize(sum);
   }

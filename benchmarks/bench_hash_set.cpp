@@ -11,47 +11,47 @@
 
 namespace {
 
-using Set = quill::hsh::HashSet<std::uint64_t>;
+using Set = quill::hsh::HashSet<uint64_t>;
 
-std::vector<std::uint64_t> make_keys(const benchmark::State& state) {
+std::vector<uint64_t> make_keys(const benchmark::State& state) {
   quill::bench::Random random(1);
-  std::vector<std::uint64_t> keys;
-  for (std::int64_t i = 0; i < state.range(0); ++i) keys.push_back(random.next());
+  std::vector<uint64_t> keys;
+  for (int64_t i = 0; i < state.range(0); ++i) keys.push_back(random.next());
   return keys;
 }
 
 void insert(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   for (auto _ : state) {
     Set set;
-    for (const std::uint64_t key : keys) set.insert(key);
+    for (const uint64_t key : keys) set.insert(key);
     benchmark::DoNotOptimize(set.count);
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void find_present(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   Set set;
-  for (const std::uint64_t key : keys) set.insert(key);
+  for (const uint64_t key : keys) set.insert(key);
   for (auto _ : state) {
-    for (const std::uint64_t key : keys) benchmark::DoNotOptimize(set.find(key));
+    for (const uint64_t key : keys) benchmark::DoNotOptimize(set.find(key));
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 // A key goes and a new one comes.
 void replace(benchmark::State& state) {
-  const std::vector<std::uint64_t> keys = make_keys(state);
+  const std::vector<uint64_t> keys = make_keys(state);
   Set set;
-  for (const std::uint64_t key : keys) set.insert(key);
-  std::uint64_t round = 0;
+  for (const uint64_t key : keys) set.insert(key);
+  uint64_t round = 0;
   for (auto _ : state) {
-    for (const std::uint64_t key : keys) {
+    for (const uint64_t key : keys) {
       set.erase(set.find(key + round));
       set.insert(key + round + 1);
     }
-    round++;
+    ++round;
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -12,7 +12,7 @@ using quill::IEEEFloat;
 using quill::QNumber;
 
 IEEEFloat::format format_of(const benchmark::State& state) {
-  return {static_cast<std::uint64_t>(state.range(0)), static_cast<std::uint64_t>(state.range(1))};
+  return {static_cast<uint64_t>(state.range(0)), static_cast<uint64_t>(state.range(1))};
 }
 
 void round(benchmark::State& state, const char* text) {

@@ -12,24 +12,24 @@ namespace {
 
 using quill::InternIndex;
 
-std::vector<std::uint32_t> make_hashes(const benchmark::State& state) {
+std::vector<uint32_t> make_hashes(const benchmark::State& state) {
   quill::bench::Random random(1);
-  std::vector<std::uint32_t> hashes;
-  for (std::int64_t i = 0; i < state.range(0); ++i) {
+  std::vector<uint32_t> hashes;
+  for (int64_t i = 0; i < state.range(0); ++i) {
     hashes.push_back(InternIndex::fold(random.next()));
   }
   return hashes;
 }
 
-void fill(InternIndex& index, const std::vector<std::uint32_t>& hashes) {
-  for (std::uint32_t handle = 0; handle < hashes.size(); handle++) {
+void fill(InternIndex& index, const std::vector<uint32_t>& hashes) {
+  for (uint32_t handle = 0; handle < hashes.size(); ++handle) {
     index.reserve_one();
     index.insert(hashes[handle], handle);
   }
 }
 
 void insert(benchmark::State& state) {
-  const std::vector<std::uint32_t> hashes = make_hashes(state);
+  const std::vector<uint32_t> hashes = make_hashes(state);
   for (auto _ : state) {
     InternIndex index;
     fill(index, hashes);
@@ -39,24 +39,24 @@ void insert(benchmark::State& state) {
 }
 
 void find_present(benchmark::State& state) {
-  const std::vector<std::uint32_t> hashes = make_hashes(state);
+  const std::vector<uint32_t> hashes = make_hashes(state);
   InternIndex index;
   fill(index, hashes);
   for (auto _ : state) {
-    for (const std::uint32_t hash : hashes) {
-      benchmark::DoNotOptimize(index.find(hash, [](std::uint32_t) { return true; }));
+    for (const uint32_t hash : hashes) {
+      benchmark::DoNotOptimize(index.find(hash, [](uint32_t) { return true; }));
     }
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void find_absent(benchmark::State& state) {
-  const std::vector<std::uint32_t> hashes = make_hashes(state);
+  const std::vector<uint32_t> hashes = make_hashes(state);
   InternIndex index;
   fill(index, hashes);
   for (auto _ : state) {
-    for (const std::uint32_t hash : hashes) {
-      benchmark::DoNotOptimize(index.find(~hash, [](std::uint32_t) { return false; }));
+    for (const uint32_t hash : hashes) {
+      benchmark::DoNotOptimize(index.find(~hash, [](uint32_t) { return false; }));
     }
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -64,11 +64,11 @@ void find_absent(benchmark::State& state) {
 
 // An entry goes and comes back.
 void erase_and_insert(benchmark::State& state) {
-  const std::vector<std::uint32_t> hashes = make_hashes(state);
+  const std::vector<uint32_t> hashes = make_hashes(state);
   InternIndex index;
   fill(index, hashes);
   for (auto _ : state) {
-    for (std::uint32_t handle = 0; handle < hashes.size(); handle++) {
+    for (uint32_t handle = 0; handle < hashes.size(); ++handle) {
       index.erase(hashes[handle], handle);
       index.insert(hashes[handle], handle);
     }

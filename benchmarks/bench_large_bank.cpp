@@ -23,11 +23,11 @@ using quill::bench::time_stage;
 // A random graph, built, and asked for again. The figures include how the program picks arguments
 // at random from its list of terms; its list is not part of the memory for each term.
 void grow(benchmark::State& state) {
-  const std::size_t count = static_cast<std::size_t>(state.range(0));
+  const size_t count = static_cast<size_t>(state.range(0));
   for (auto _ : state) {
     TermManager manager;
     Terms terms = quill::bench::make_leaves(manager, Shape::RandomGraph, count);
-    const std::size_t leaves = terms.size();
+    const size_t leaves = terms.size();
     terms.resize(leaves + count);  // makes the list resident before memory is measured
     terms.resize(leaves);
     const double empty = resident_bytes_in_use();
@@ -46,11 +46,11 @@ enum class Kept { Oldest, Contiguous, Strewn };
 
 // Collects all but one term of a hundred out of a grid, whose terms do not keep each other.
 void collect(benchmark::State& state, Kept kept) {
-  const std::size_t count = static_cast<std::size_t>(state.range(0));
+  const size_t count = static_cast<size_t>(state.range(0));
   for (auto _ : state) {
     TermManager manager;
     Terms terms = quill::bench::make_leaves(manager, Shape::Grid, count);
-    const std::size_t leaves = terms.size();
+    const size_t leaves = terms.size();
     terms.resize(leaves + count);
     terms.resize(leaves);
     Terms roots(terms);
@@ -61,8 +61,8 @@ void collect(benchmark::State& state, Kept kept) {
     const double full = resident_bytes();
 
     Random random(2);
-    for (std::size_t i = 0; i < count / 100; i++) {
-      std::size_t choice = i;
+    for (size_t i = 0; i < count / 100; ++i) {
+      size_t choice = i;
       if (kept == Kept::Contiguous) choice += count / 2;
       if (kept == Kept::Strewn) choice = 100 * i + random.below(100);
       roots.push_back(terms[leaves + choice]);

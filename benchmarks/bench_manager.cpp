@@ -23,7 +23,7 @@ void create_and_destroy(benchmark::State& state) {
 
 void destroy(benchmark::State& state) {
   const Shape shape = static_cast<Shape>(state.range(0));
-  const std::size_t count = static_cast<std::size_t>(state.range(1));
+  const size_t count = static_cast<size_t>(state.range(1));
   state.SetLabel(quill::bench::shape_names[state.range(0)]);
   for (auto _ : state) {
     state.PauseTiming();

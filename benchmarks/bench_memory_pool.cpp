@@ -17,14 +17,14 @@ template <class AnyPool>
 void fill(benchmark::State& state) {
   for (auto _ : state) {
     AnyPool pool;
-    for (std::int64_t i = 0; i < state.range(0); ++i) benchmark::DoNotOptimize(pool.allocate());
+    for (int64_t i = 0; i < state.range(0); ++i) benchmark::DoNotOptimize(pool.allocate());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void reuse(benchmark::State& state) {
   Pool pool;
-  std::vector<void*> nodes(static_cast<std::size_t>(state.range(0)));
+  std::vector<void*> nodes(static_cast<size_t>(state.range(0)));
   for (void*& node : nodes) node = pool.allocate();
   for (auto _ : state) {
     for (void* node : nodes) pool.deallocate(node);

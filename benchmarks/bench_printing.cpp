@@ -19,7 +19,7 @@ using quill::TermManager;
 using quill::bench::Terms;
 
 void print(benchmark::State& state, TermManager& manager, const Term_* root) {
-  std::size_t bytes = 0;
+  size_t bytes = 0;
   for (auto _ : state) {
     quill::bench::CountingBuffer text;
     std::ostream out(&text);
@@ -27,13 +27,13 @@ void print(benchmark::State& state, TermManager& manager, const Term_* root) {
     bytes = text.bytes();
   }
   state.SetItemsProcessed(state.iterations() *
-                          static_cast<std::int64_t>(manager.get_bank()->size()));
+                          static_cast<int64_t>(manager.get_bank()->size()));
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 
 void shared_graph(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   print(state, manager, quill::bench::make_connected_graph(manager, terms, 1));
 }
 
@@ -41,7 +41,7 @@ void tower(benchmark::State& state) {
   TermManager manager;
   const Terms leaves = quill::bench::make_constants(manager, "x", 2, 32);
   const Term_* top = leaves[0];
-  for (std::int64_t level = 0; level < state.range(0); level++) {
+  for (int64_t level = 0; level < state.range(0); ++level) {
     top = manager.make_bv_add(top, manager.make_bv_xor(top, leaves[1]));
   }
   print(state, manager, top);
@@ -51,7 +51,7 @@ void chain(benchmark::State& state) {
   TermManager manager;
   Terms terms = quill::bench::make_constants(manager, "x", 1, 32);
   quill::bench::add_shape(manager, quill::bench::Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   print(state, manager, terms.back());
 }
 
@@ -59,7 +59,7 @@ void chain(benchmark::State& state) {
 void flat(benchmark::State& state) {
   TermManager manager;
   const quill::DataType* bits = manager.get_bv_type(32);
-  const std::size_t count = static_cast<std::size_t>(state.range(0));
+  const size_t count = static_cast<size_t>(state.range(0));
   const Terms constants = quill::bench::make_constants(manager, "x", count / 2, 32);
   Terms arguments;
   for (const Term_* constant : constants) arguments.push_back(manager.make_bv_not(constant));

@@ -25,12 +25,12 @@ void read(benchmark::State& state, const std::string& text) {
     std::istringstream input(text);
     benchmark::DoNotOptimize(quill::smt2::read(input, manager));
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }
 
-std::string declarations(std::size_t count) {
+std::string declarations(size_t count) {
   std::string text = "(set-logic QF_BV)\n";
-  for (std::size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     text += "(declare-const x" + std::to_string(i) + " (_ BitVec 32))\n";
   }
   return text;
@@ -44,7 +44,7 @@ std::string assertion(TermManager& manager, const Term_* root) {
 
 void shared_graph(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   const Term_* root = quill::bench::make_connected_graph(manager, terms, 1);
   read(state, declarations(100) + assertion(manager, root));
 }
@@ -53,12 +53,12 @@ void chain(benchmark::State& state) {
   TermManager manager;
   Terms terms = quill::bench::make_constants(manager, "x", 1, 32);
   quill::bench::add_shape(manager, quill::bench::Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   read(state, declarations(1) + assertion(manager, terms.back()));
 }
 
 void declared_constants(benchmark::State& state) {
-  read(state, declarations(static_cast<std::size_t>(state.range(0))));
+  read(state, declarations(static_cast<size_t>(state.range(0))));
 }
 
 BENCHMARK(shared_graph)->ArgName("terms")->Arg(1'000)->Arg(100'000);

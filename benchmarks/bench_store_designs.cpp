@@ -25,17 +25,17 @@ template <class T>
 using Table = std::vector<T, quill::huge_pages::Allocator<T>>;
 
 struct Node {
-  std::uint64_t id;
-  std::uint64_t symbol;
+  uint64_t id;
+  uint64_t symbol;
   const Node* args[2];
 };
 
 // What of an argument is hashed.
 struct HashAddresses {
-  static std::uint64_t key(const Node* n) { return reinterpret_cast<std::uintptr_t>(n); }
+  static uint64_t key(const Node* n) { return reinterpret_cast<std::uintptr_t>(n); }
 };
 struct HashIds {
-  static std::uint64_t key(const Node* n) { return n->id; }
+  static uint64_t key(const Node* n) { return n->id; }
 };
 
 // Where nodes live. Both number them from 0.
@@ -45,13 +45,13 @@ class Slabs {
     if (count % slab_nodes == 0) slabs.push_back(std::make_unique<Node[]>(slab_nodes));
     return at(count++);
   }
-  Node* at(std::size_t i) const { return &slabs[i / slab_nodes][i % slab_nodes]; }
-  std::size_t size() const { return count; }
+  Node* at(size_t i) const { return &slabs[i / slab_nodes][i % slab_nodes]; }
+  size_t size() const { return count; }
 
  private:
-  static constexpr std::size_t slab_nodes = 2048;
+  static constexpr size_t slab_nodes = 2048;
   std::vector<std::unique_ptr<Node[]>> slabs;
-  std::size_t count = 0;
+  size_t count = 0;
 };
 class SingleNodes {
  public:
@@ -59,8 +59,8 @@ class SingleNodes {
     nodes.push_back(std::make_unique<Node>());
     return nodes.back().get();
   }
-  Node* at(std::size_t i) const { return nodes[i].get(); }
-  std::size_t size() const { return nodes.size(); }
+  Node* at(size_t i) const { return nodes[i].get(); }
+  size_t size() const { return nodes.size(); }
 
  private:
   std::vector<std::unique_ptr<Node>> nodes;
@@ -72,15 +72,15 @@ class SingleNodes {
 class HashSlots {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(std::uint32_t hash, std::size_t next, const Equal& equal, const HashOf&,
-                     std::size_t* found) {
-    const std::uint32_t handle = index.find(hash, equal);
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&,
+                     size_t* found) {
+    const uint32_t handle = index.find(hash, equal);
     if (handle != InternIndex::none) {
       *found = handle;
       return false;
     }
     index.reserve_one();
-    index.insert(hash, static_cast<std::uint32_t>(next));
+    index.insert(hash, static_cast<uint32_t>(next));
     return true;
   }
 
@@ -92,38 +92,38 @@ class HashSlots {
 class BareSlots {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(std::uint32_t hash, std::size_t next, const Equal& equal,
-                     const HashOf& hash_of, std::size_t* found) {
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal,
+                     const HashOf& hash_of, size_t* found) {
     if (2 * (taken + 1) > slots.size()) grow(hash_of);
-    std::size_t i = hash & (slots.size() - 1);
+    size_t i = hash & (slots.size() - 1);
     for (; slots[i] != none; i = (i + 1) & (slots.size() - 1)) {
       if (equal(slots[i])) {
         *found = slots[i];
         return false;
       }
     }
-    slots[i] = static_cast<std::uint32_t>(next);
-    taken++;
+    slots[i] = static_cast<uint32_t>(next);
+    ++taken;
     return true;
   }
 
  private:
-  static constexpr std::uint32_t none = UINT32_MAX;
+  static constexpr uint32_t none = UINT32_MAX;
 
   template <class HashOf>
   void grow(const HashOf& hash_of) {
-    Table<std::uint32_t> larger(slots.empty() ? 64 : 2 * slots.size(), none);
-    for (const std::uint32_t slot : slots) {
+    Table<uint32_t> larger(slots.empty() ? 64 : 2 * slots.size(), none);
+    for (const uint32_t slot : slots) {
       if (slot == none) continue;
-      std::size_t i = hash_of(slot) & (larger.size() - 1);
+      size_t i = hash_of(slot) & (larger.size() - 1);
       while (larger[i] != none) i = (i + 1) & (larger.size() - 1);
       larger[i] = slot;
     }
     slots.swap(larger);
   }
 
-  Table<std::uint32_t> slots;
-  std::size_t taken = 0;
+  Table<uint32_t> slots;
+  size_t taken = 0;
 };
 
 // Chains from buckets, one for each node on average; the hash stands in the link, so that growth
@@ -131,55 +131,55 @@ class BareSlots {
 class Chains {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(std::uint32_t hash, std::size_t next, const Equal& equal, const HashOf&,
-                     std::size_t* found) {
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&,
+                     size_t* found) {
     if (links.size() == buckets.size()) grow();
-    std::uint32_t& bucket = buckets[hash & (buckets.size() - 1)];
-    for (std::uint32_t i = bucket; i != none; i = links[i].next) {
+    uint32_t& bucket = buckets[hash & (buckets.size() - 1)];
+    for (uint32_t i = bucket; i != none; i = links[i].next) {
       if (links[i].hash == hash && equal(i)) {
         *found = i;
         return false;
       }
     }
     links.push_back({hash, bucket});
-    bucket = static_cast<std::uint32_t>(next);
+    bucket = static_cast<uint32_t>(next);
     return true;
   }
 
  private:
-  static constexpr std::uint32_t none = UINT32_MAX;
+  static constexpr uint32_t none = UINT32_MAX;
   struct Link {  // of the node with the same number
-    std::uint32_t hash;
-    std::uint32_t next;
+    uint32_t hash;
+    uint32_t next;
   };
 
   void grow() {
     buckets.assign(buckets.empty() ? 64 : 2 * buckets.size(), none);
-    for (std::uint32_t i = 0; i < links.size(); i++) {
-      std::uint32_t& bucket = buckets[links[i].hash & (buckets.size() - 1)];
+    for (uint32_t i = 0; i < links.size(); ++i) {
+      uint32_t& bucket = buckets[links[i].hash & (buckets.size() - 1)];
       links[i].next = bucket;
       bucket = i;
     }
   }
 
-  Table<std::uint32_t> buckets;
+  Table<uint32_t> buckets;
   Table<Link> links;
 };
 
 template <class Hash, class Nodes, class Index>
 class Store {
  public:
-  const Node* make(std::uint64_t symbol, const Node* a, const Node* b) {
-    const auto equal = [&](std::size_t i) {
+  const Node* make(uint64_t symbol, const Node* a, const Node* b) {
+    const auto equal = [&](size_t i) {
       const Node* n = nodes.at(i);
       return n->symbol == symbol && n->args[0] == a && n->args[1] == b;
     };
-    const auto hash_of = [this](std::size_t i) {
+    const auto hash_of = [this](size_t i) {
       const Node* n = nodes.at(i);
       return hash(n->symbol, n->args[0], n->args[1]);
     };
-    std::size_t found = 0;
-    const std::size_t next = nodes.size();
+    size_t found = 0;
+    const size_t next = nodes.size();
     if (!index.insert_if_new(hash(symbol, a, b), next, equal, hash_of, &found)) {
       return nodes.at(found);
     }
@@ -189,8 +189,8 @@ class Store {
   }
 
  private:
-  static std::uint32_t hash(std::uint64_t symbol, const Node* a, const Node* b) {
-    std::uint64_t h = symbol * 0x9e3779b97f4a7c15;
+  static uint32_t hash(uint64_t symbol, const Node* a, const Node* b) {
+    uint64_t h = symbol * 0x9e3779b97f4a7c15;
     for (const Node* n : {a, b}) {
       h = ((h ^ (h >> 32)) + (n == nullptr ? 0 : Hash::key(n))) * 0xd1b54a32d192ed03;
     }
@@ -204,21 +204,21 @@ class Store {
 // A random graph, built and asked for again.
 template <class AnyStore>
 void random_graph(benchmark::State& state) {
-  const std::size_t count = static_cast<std::size_t>(state.range(0));
-  const std::size_t leaves = 1000;
+  const size_t count = static_cast<size_t>(state.range(0));
+  const size_t leaves = 1000;
   double build = 0;
   double again = 0;
   for (auto _ : state) {
     AnyStore store;
     std::vector<const Node*> nodes;
     nodes.reserve(leaves + count);
-    for (std::size_t i = 0; i < leaves; i++) nodes.push_back(store.make(5 + i, nullptr, nullptr));
+    for (size_t i = 0; i < leaves; ++i) nodes.push_back(store.make(5 + i, nullptr, nullptr));
     for (double* time : {&build, &again}) {
       nodes.resize(leaves);
       Random random(1);
       const double start = cpu_nanoseconds();
-      for (std::size_t i = 0; i < count; i++) {
-        const std::uint64_t symbol = (random.next() >> 8) % 5;
+      for (size_t i = 0; i < count; ++i) {
+        const uint64_t symbol = (random.next() >> 8) % 5;
         const Node* a = nodes[random.below(nodes.size())];
         nodes.push_back(store.make(symbol, a, nodes[random.below(nodes.size())]));
       }

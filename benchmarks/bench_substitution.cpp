@@ -20,7 +20,7 @@ using quill::bench::Terms;
 // before are collected while no time is taken.
 void substitute(benchmark::State& state, TermManager& manager, const Term_* root,
                 const Terms& from) {
-  std::int64_t round = 0;
+  int64_t round = 0;
   for (auto _ : state) {
     state.PauseTiming();
     manager.gc({root}, {}, {});
@@ -32,13 +32,13 @@ void substitute(benchmark::State& state, TermManager& manager, const Term_* root
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-Terms first_constants(TermManager& manager, std::size_t count) {
+Terms first_constants(TermManager& manager, size_t count) {
   return quill::bench::make_constants(manager, "x", count, 32);
 }
 
 void shared_graph(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   const Term_* root = quill::bench::make_connected_graph(manager, terms, 1);
   substitute(state, manager, root, first_constants(manager, 10));
 }
@@ -47,14 +47,14 @@ void chain(benchmark::State& state) {
   TermManager manager;
   Terms terms = first_constants(manager, 1);
   quill::bench::add_shape(manager, quill::bench::Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   substitute(state, manager, terms.back(), {terms[0]});
 }
 
 // The map holds the image of the root.
 void known_images(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   const Term_* root = quill::bench::make_connected_graph(manager, terms, 1);
   const Terms from = first_constants(manager, 10);
   const Terms to = quill::bench::make_constants(manager, "y", 10, 32);

@@ -19,7 +19,7 @@ using quill::TermManager;
 // The names x0, x1, ...
 std::vector<std::string> make_names(const benchmark::State& state) {
   std::vector<std::string> names;
-  for (std::int64_t i = 0; i < state.range(0); i++) names.push_back("x" + std::to_string(i));
+  for (int64_t i = 0; i < state.range(0); ++i) names.push_back("x" + std::to_string(i));
   return names;
 }
 

@@ -21,7 +21,7 @@ using quill::TermBank;
 
 struct Requests {
   const Symbol* symbol;
-  std::size_t arity;
+  size_t arity;
   std::vector<const Term_*> arguments;  // arity for each request
 };
 
@@ -33,20 +33,20 @@ class BankBenchmark : public benchmark::Fixture {
     universe.emplace();
     signature.emplace(&*universe);
     bank.emplace();
-    const std::size_t arity = static_cast<std::size_t>(state.range(0));
-    const std::size_t count = static_cast<std::size_t>(state.range(1));
+    const size_t arity = static_cast<size_t>(state.range(0));
+    const size_t count = static_cast<size_t>(state.range(1));
     const quill::DataType* type = universe->make_type("S");
-    const std::size_t num_constants = arity == 1 ? count : 4096;
-    for (std::size_t i = 0; i < num_constants; i++) {
+    const size_t num_constants = arity == 1 ? count : 4096;
+    for (size_t i = 0; i < num_constants; ++i) {
       const Symbol* s = signature->add_symbol(("c" + std::to_string(i)).c_str(), type);
       constants.push_back(bank->make_term(s, nullptr));
     }
     std::vector<const quill::DataType*> function = {universe->get_application_type()};
     function.insert(function.end(), arity + 1, type);
     requests = {signature->add_symbol("f", universe->make_type(function)), arity, {}};
-    for (std::size_t i = 0; i < count; i++) {
-      std::size_t rest = i;
-      for (std::size_t k = 0; k < arity; k++, rest /= num_constants) {
+    for (size_t i = 0; i < count; ++i) {
+      size_t rest = i;
+      for (size_t k = 0; k < arity; k++, rest /= num_constants) {
         requests.arguments.push_back(constants[rest % num_constants]);
       }
     }

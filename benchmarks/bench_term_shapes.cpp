@@ -19,14 +19,14 @@ using quill::bench::Terms;
 
 void shapes(benchmark::State& state) {
   const Shape shape = static_cast<Shape>(state.range(0));
-  const std::size_t count = static_cast<std::size_t>(state.range(1));
+  const size_t count = static_cast<size_t>(state.range(1));
   state.SetLabel(quill::bench::shape_names[state.range(0)]);
   double build = 0;
   double again = 0;
   for (auto _ : state) {
     TermManager manager;
     Terms terms = quill::bench::make_leaves(manager, shape, count);
-    const std::size_t leaves = terms.size();
+    const size_t leaves = terms.size();
     terms.reserve(leaves + count);
     double start = quill::bench::cpu_nanoseconds();
     quill::bench::add_shape(manager, shape, terms, count);

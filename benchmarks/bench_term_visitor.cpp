@@ -16,7 +16,7 @@ using quill::Term_;
 using quill::TermManager;
 
 struct Count {
-  std::int64_t visited = 0;
+  int64_t visited = 0;
   int visit(const Term_*, bool preorder) {
     visited += !preorder;
     return 2;
@@ -35,7 +35,7 @@ void walk(benchmark::State& state, const Term_* root, bool once) {
 
 void shared_graph(benchmark::State& state) {
   TermManager manager;
-  const std::size_t terms = static_cast<std::size_t>(state.range(0));
+  const size_t terms = static_cast<size_t>(state.range(0));
   walk(state, quill::bench::make_connected_graph(manager, terms, 1), true);
 }
 
@@ -43,7 +43,7 @@ void chain(benchmark::State& state) {
   TermManager manager;
   quill::bench::Terms terms = quill::bench::make_constants(manager, "x", 1, 32);
   quill::bench::add_shape(manager, quill::bench::Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   walk(state, terms.back(), true);
 }
 
@@ -51,7 +51,7 @@ void chain(benchmark::State& state) {
 void tree(benchmark::State& state) {
   TermManager manager;
   const Term_* root = quill::bench::make_constants(manager, "x", 1, 32)[0];
-  for (std::int64_t paths = 1; paths < state.range(0); paths *= 2) {
+  for (int64_t paths = 1; paths < state.range(0); paths *= 2) {
     root = manager.make_bv_add(root, root);
   }
   walk(state, root, false);
@@ -62,7 +62,7 @@ void small_part(benchmark::State& state) {
   TermManager manager;
   quill::bench::Terms terms = quill::bench::make_constants(manager, "x", 1, 32);
   quill::bench::add_shape(manager, quill::bench::Shape::LeftChain, terms,
-                          static_cast<std::size_t>(state.range(0)));
+                          static_cast<size_t>(state.range(0)));
   const Term_* root = manager.make_bv_not(manager.make_bv_neg(terms[0]));
   walk(state, root, true);
 }

@@ -23,106 +23,106 @@ using quill::TermManager;
 using quill::bench::Terms;
 
 // What is done for each number from 0 on.
-using Work = std::function<void(std::size_t)>;
+using Work = std::function<void(size_t)>;
 
 }  // namespace
 
-extern "C" [[gnu::noinline]] void measured(const Work& work, std::size_t count);
-extern "C" void measured(const Work& work, std::size_t count) {
-  for (std::size_t i = 0; i < count; i++) work(i);
+extern "C" [[gnu::noinline]] void measured(const Work& work, size_t count);
+extern "C" void measured(const Work& work, size_t count) {
+  for (size_t i = 0; i < count; ++i) work(i);
 }
 
 namespace {
 
-constexpr std::size_t side = 64;  // constants; each pair is a request
+constexpr size_t side = 64;  // constants; each pair is a request
 
-void hit_bv_add(TermManager& m, std::size_t count) {
+void hit_bv_add(TermManager& m, size_t count) {
   const Terms x = quill::bench::make_constants(m, "x", side, 32);
-  for (std::size_t i = 0; i < side * side; i++) m.make_bv_add(x[i / side], x[i % side]);
-  measured([&](std::size_t i) { m.make_bv_add(x[i / side % side], x[i % side]); }, count);
+  for (size_t i = 0; i < side * side; ++i) m.make_bv_add(x[i / side], x[i % side]);
+  measured([&](size_t i) { m.make_bv_add(x[i / side % side], x[i % side]); }, count);
 }
 
-void hit_extract(TermManager& m, std::size_t count) {
+void hit_extract(TermManager& m, size_t count) {
   const Term_* x = quill::bench::make_constants(m, "x", 1, 64)[0];
-  for (std::size_t i = 0; i < side; i++) m.make_bv_extract(63, i, x);
-  measured([&](std::size_t i) { m.make_bv_extract(63, i % side, x); }, count);
+  for (size_t i = 0; i < side; ++i) m.make_bv_extract(63, i, x);
+  measured([&](size_t i) { m.make_bv_extract(63, i % side, x); }, count);
 }
 
-void hit_equal(TermManager& m, std::size_t count) {
+void hit_equal(TermManager& m, size_t count) {
   const Terms x = quill::bench::make_constants(m, "x", side, 32);
-  for (std::size_t i = 0; i < side * side; i++) m.make_equal(x[i / side], x[i % side]);
-  measured([&](std::size_t i) { m.make_equal(x[i / side % side], x[i % side]); }, count);
+  for (size_t i = 0; i < side * side; ++i) m.make_equal(x[i / side], x[i % side]);
+  measured([&](size_t i) { m.make_equal(x[i / side % side], x[i % side]); }, count);
 }
 
-void hit_fp_add(TermManager& m, std::size_t count) {
+void hit_fp_add(TermManager& m, size_t count) {
   Terms x;
-  for (std::size_t i = 0; i < side; i++) {
+  for (size_t i = 0; i < side; ++i) {
     x.push_back(m.make_constant(m.make_symbol("x" + std::to_string(i), m.get_fp_type(8, 23))));
   }
   const Term_* rm = m.make_fprounding_even();
-  for (std::size_t i = 0; i < side; i++) m.make_fp_add(rm, x[i], x[i]);
-  measured([&](std::size_t i) { m.make_fp_add(rm, x[i % side], x[i % side]); }, count);
+  for (size_t i = 0; i < side; ++i) m.make_fp_add(rm, x[i], x[i]);
+  measured([&](size_t i) { m.make_fp_add(rm, x[i % side], x[i % side]); }, count);
 }
 
-void hit_number(TermManager& m, std::size_t count) {
-  for (std::size_t i = 0; i < side; i++) m.make_number(i);
-  measured([&](std::size_t i) { m.make_number(i % side); }, count);
+void hit_number(TermManager& m, size_t count) {
+  for (size_t i = 0; i < side; ++i) m.make_number(i);
+  measured([&](size_t i) { m.make_number(i % side); }, count);
 }
 
-void hit_bv_number(TermManager& m, std::size_t count) {
-  for (std::size_t i = 0; i < side; i++) m.make_bv_number(i, 32);
-  measured([&](std::size_t i) { m.make_bv_number(i % side, 32); }, count);
+void hit_bv_number(TermManager& m, size_t count) {
+  for (size_t i = 0; i < side; ++i) m.make_bv_number(i, 32);
+  measured([&](size_t i) { m.make_bv_number(i % side, 32); }, count);
 }
 
-void hit_fp_number(TermManager& m, std::size_t count) {
-  for (std::size_t i = 0; i < side; i++) m.make_fp_bits_number(i, 8, 23);
-  measured([&](std::size_t i) { m.make_fp_bits_number(i % side, 8, 23); }, count);
+void hit_fp_number(TermManager& m, size_t count) {
+  for (size_t i = 0; i < side; ++i) m.make_fp_bits_number(i, 8, 23);
+  measured([&](size_t i) { m.make_fp_bits_number(i % side, 8, 23); }, count);
 }
 
-void is_fp_add(TermManager& m, std::size_t count) {
+void is_fp_add(TermManager& m, size_t count) {
   const quill::Symbol* s = m.make_fp_add_symbol(8, 23);
-  measured([&](std::size_t) { m.is_fp_add(s, nullptr, nullptr); }, count);
+  measured([&](size_t) { m.is_fp_add(s, nullptr, nullptr); }, count);
 }
 
-void is_fp_cast(TermManager& m, std::size_t count) {
+void is_fp_cast(TermManager& m, size_t count) {
   const quill::Symbol* s = m.make_fp_cast_symbol(8, 23, 11, 52);
-  measured([&](std::size_t) { m.is_fp_cast(s, nullptr, nullptr, nullptr, nullptr); }, count);
+  measured([&](size_t) { m.is_fp_cast(s, nullptr, nullptr, nullptr, nullptr); }, count);
 }
 
-void hit_fp_cast(TermManager& m, std::size_t count) {
+void hit_fp_cast(TermManager& m, size_t count) {
   const Term_* x = m.make_constant(m.make_symbol("x", m.get_fp_type(8, 23)));
   const Term_* rm = m.make_fprounding_even();
-  measured([&](std::size_t) { m.make_fp_cast(11, 52, rm, x); }, count);
+  measured([&](size_t) { m.make_fp_cast(11, 52, rm, x); }, count);
 }
 
 // The names of the symbols asked for do not depend on COUNT: the first thousand of them, and those
 // behind a hundred thousand others.
-void unique_symbols(TermManager& m, std::size_t before, std::size_t count) {
+void unique_symbols(TermManager& m, size_t before, size_t count) {
   const quill::DataType* type = m.get_int_type();
-  for (std::size_t i = 0; i < before; i++) m.make_unique_symbol("base", type);
-  measured([&](std::size_t) { m.make_unique_symbol("base", type); }, count);
+  for (size_t i = 0; i < before; ++i) m.make_unique_symbol("base", type);
+  measured([&](size_t) { m.make_unique_symbol("base", type); }, count);
 }
 
-void numbered_symbols(TermManager& m, std::size_t before, std::size_t count) {
+void numbered_symbols(TermManager& m, size_t before, size_t count) {
   const quill::DataType* type = m.get_int_type();
-  const auto name = [](std::size_t i) { return "x" + std::to_string(i); };
-  for (std::size_t i = 0; i < before; i++) m.make_symbol(name(i), type);
-  measured([&](std::size_t i) { m.make_symbol(name(before + i), type); }, count);
+  const auto name = [](size_t i) { return "x" + std::to_string(i); };
+  for (size_t i = 0; i < before; ++i) m.make_symbol(name(i), type);
+  measured([&](size_t i) { m.make_symbol(name(before + i), type); }, count);
 }
 
-void copy_three_terms(TermManager& m, std::size_t count) {
+void copy_three_terms(TermManager& m, size_t count) {
   Terms terms = quill::bench::make_constants(m, "x", 1, 32);
   quill::bench::add_shape(m, quill::bench::Shape::LeftChain, terms, 1000000);
   const Term_* last = quill::bench::make_constants(m, "last", 1, 32)[0];
   const Term_* three = m.make_bv_not(m.make_bv_neg(last));
   TermManager target;
   target.copy_term(m, three);
-  measured([&](std::size_t) { target.copy_term(m, three); }, count);
+  measured([&](size_t) { target.copy_term(m, three); }, count);
 }
 
 // Types that nothing uses, beside others of every kind and operators on them.
-void free_types(TermManager& m, std::size_t before, std::size_t count) {
-  for (std::size_t i = 0; i < before; i++) {
+void free_types(TermManager& m, size_t before, size_t count) {
+  for (size_t i = 0; i < before; ++i) {
     m.get_bv_type(i + 1);
     m.get_fp_type(2 + i % 100, 2 + i / 100);
     const quill::DataType* t = m.get_simple_type("other" + std::to_string(i), false);
@@ -130,16 +130,16 @@ void free_types(TermManager& m, std::size_t before, std::size_t count) {
     m.make_array_read_symbol(m.get_int_type(), t);
   }
   std::vector<const quill::DataType*> types;
-  for (std::size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     types.push_back(m.get_simple_type("type" + std::to_string(i), false));
   }
-  measured([&](std::size_t i) { m.free_type(types[i]); }, count);
+  measured([&](size_t i) { m.free_type(types[i]); }, count);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::map<std::string, void (*)(TermManager&, std::size_t)> works = {
+  const std::map<std::string, void (*)(TermManager&, size_t)> works = {
       {"hit_bv_add", hit_bv_add},
       {"hit_extract", hit_extract},
       {"hit_equal", hit_equal},
@@ -151,16 +151,16 @@ int main(int argc, char** argv) {
       {"is_fp_add", is_fp_add},
       {"is_fp_cast", is_fp_cast},
       {"unique_symbols_first",
-       [](TermManager& m, std::size_t count) { unique_symbols(m, 0, count); }},
+       [](TermManager& m, size_t count) { unique_symbols(m, 0, count); }},
       {"unique_symbols_late",
-       [](TermManager& m, std::size_t count) { unique_symbols(m, 100000, count); }},
+       [](TermManager& m, size_t count) { unique_symbols(m, 100000, count); }},
       {"numbered_symbols_first",
-       [](TermManager& m, std::size_t count) { numbered_symbols(m, 0, count); }},
+       [](TermManager& m, size_t count) { numbered_symbols(m, 0, count); }},
       {"numbered_symbols_late",
-       [](TermManager& m, std::size_t count) { numbered_symbols(m, 100000, count); }},
+       [](TermManager& m, size_t count) { numbered_symbols(m, 100000, count); }},
       {"copy_three_terms", copy_three_terms},
-      {"free_types_first", [](TermManager& m, std::size_t count) { free_types(m, 0, count); }},
-      {"free_types_late", [](TermManager& m, std::size_t count) { free_types(m, 10000, count); }},
+      {"free_types_first", [](TermManager& m, size_t count) { free_types(m, 0, count); }},
+      {"free_types_late", [](TermManager& m, size_t count) { free_types(m, 10000, count); }},
   };
   const auto work = works.find(argc == 3 ? argv[1] : "");
   if (work == works.end()) {

@@ -28,7 +28,7 @@ inline double cpu_nanoseconds() {
 
 // Runs a stage and reports what it takes for each of `items` as the counter `name`, in nanoseconds.
 template <class Stage>
-void time_stage(benchmark::State& state, const std::string& name, std::int64_t items,
+void time_stage(benchmark::State& state, const std::string& name, int64_t items,
                 Stage&& stage) {
   const double start = cpu_nanoseconds();
   stage();
@@ -57,7 +57,7 @@ inline double resident_bytes_in_use() {
 class CountingBuffer : public std::streambuf {
  public:
   CountingBuffer() { setp(buffer, end()); }
-  std::size_t bytes() const { return flushed + static_cast<std::size_t>(pptr() - pbase()); }
+  size_t bytes() const { return flushed + static_cast<size_t>(pptr() - pbase()); }
 
  private:
   char* end() { return buffer + sizeof buffer; }
@@ -69,7 +69,7 @@ class CountingBuffer : public std::streambuf {
   }
 
   char buffer[1 << 14];
-  std::size_t flushed = 0;
+  size_t flushed = 0;
 };
 
 }  // namespace quill::bench

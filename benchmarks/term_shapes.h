@@ -18,29 +18,29 @@ using Terms = std::vector<const Term_*>;
 // Random numbers (splitmix64), the same on every system.
 class Random {
  public:
-  explicit Random(std::uint64_t seed) : state(seed) {}
+  explicit Random(uint64_t seed) : state(seed) {}
 
-  std::uint64_t next() {
-    std::uint64_t z = state += 0x9e3779b97f4a7c15;
+  uint64_t next() {
+    uint64_t z = state += 0x9e3779b97f4a7c15;
     z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
     z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
     return z ^ (z >> 31);
   }
 
   // Below bound, which is below 2^32.
-  std::size_t below(std::size_t bound) {
-    return static_cast<std::size_t>(((next() >> 32) * bound) >> 32);
+  size_t below(size_t bound) {
+    return static_cast<size_t>(((next() >> 32) * bound) >> 32);
   }
 
  private:
-  std::uint64_t state;
+  uint64_t state;
 };
 
 // Constants prefix0, prefix1, ... of so many bits.
-inline Terms make_constants(TermManager& manager, const std::string& prefix, std::size_t count,
-                            std::size_t width) {
+inline Terms make_constants(TermManager& manager, const std::string& prefix, size_t count,
+                            size_t width) {
   Terms constants;
-  for (std::size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     const Symbol* s = manager.make_symbol(prefix + std::to_string(i), manager.get_bv_type(width));
     constants.push_back(manager.make_constant(s));
   }
@@ -48,7 +48,7 @@ inline Terms make_constants(TermManager& manager, const std::string& prefix, std
 }
 
 // One of five operators.
-inline const Term_* make_some_operator(TermManager& manager, std::uint64_t choice, const Term_* a,
+inline const Term_* make_some_operator(TermManager& manager, uint64_t choice, const Term_* a,
                                        const Term_* b) {
   switch (choice % 5) {
     case 0:
@@ -65,41 +65,41 @@ inline const Term_* make_some_operator(TermManager& manager, std::uint64_t choic
 }
 
 // Each term takes two of those before it: appends `count` terms to a list that holds constants.
-inline void add_random_graph(TermManager& manager, Terms& terms, std::size_t count,
-                             std::uint64_t seed) {
+inline void add_random_graph(TermManager& manager, Terms& terms, size_t count,
+                             uint64_t seed) {
   Random random(seed);
-  for (std::size_t i = 0; i < count; i++) {
-    const std::uint64_t choice = random.next() >> 8;
+  for (size_t i = 0; i < count; ++i) {
+    const uint64_t choice = random.next() >> 8;
     const Term_* a = terms[random.below(terms.size())];
     terms.push_back(make_some_operator(manager, choice, a, terms[random.below(terms.size())]));
   }
 }
 
 // A graph whose root reaches most of `count` terms; each takes two of the last hundred.
-inline const Term_* make_connected_graph(TermManager& manager, std::size_t count,
-                                         std::uint64_t seed) {
+inline const Term_* make_connected_graph(TermManager& manager, size_t count,
+                                         uint64_t seed) {
   Terms terms = make_constants(manager, "x", 100, 32);
   Random random(seed);
-  for (std::size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     const Term_* other = terms[terms.size() - 1 - random.below(100)];
     terms.push_back(make_some_operator(manager, random.next() >> 8, terms.back(), other));
   }
   return terms.back();
 }
 
-enum class Shape : std::uint8_t { RandomGraph, LeftChain, RightChain, Grid, ExtractGrid };
+enum class Shape : uint8_t { RandomGraph, LeftChain, RightChain, Grid, ExtractGrid };
 inline constexpr const char* shape_names[] = {"random_graph", "left_chain", "right_chain", "grid",
                                               "extract_grid"};
 
 // The constants that a shape of so many terms is built from.
-inline Terms make_leaves(TermManager& manager, Shape shape, std::size_t count) {
+inline Terms make_leaves(TermManager& manager, Shape shape, size_t count) {
   switch (shape) {
     case Shape::RandomGraph:
     case Shape::LeftChain:
     case Shape::RightChain:
       return make_constants(manager, "x", 1000, 32);
     case Shape::Grid: {
-      std::size_t side = 1;
+      size_t side = 1;
       while (side * side < count) side++;
       return make_constants(manager, "x", side, 32);
     }
@@ -111,31 +111,31 @@ inline Terms make_leaves(TermManager& manager, Shape shape, std::size_t count) {
 
 // Appends the terms of a shape to its leaves: (op t x) and (op x t) for the chains, (op x_i x_j)
 // for all i and j, and x_i[msb:lsb] for all ranges of 64 bits.
-inline void add_shape(TermManager& manager, Shape shape, Terms& terms, std::size_t count) {
-  const std::size_t leaves = terms.size();
+inline void add_shape(TermManager& manager, Shape shape, Terms& terms, size_t count) {
+  const size_t leaves = terms.size();
   switch (shape) {
     case Shape::RandomGraph:
       add_random_graph(manager, terms, count, 1);
       return;
     case Shape::LeftChain:
-      for (std::size_t i = 0; i < count; i++) {
+      for (size_t i = 0; i < count; ++i) {
         terms.push_back(manager.make_bv_add(terms.back(), terms[0]));
       }
       return;
     case Shape::RightChain:
-      for (std::size_t i = 0; i < count; i++) {
+      for (size_t i = 0; i < count; ++i) {
         terms.push_back(manager.make_bv_add(terms[0], terms.back()));
       }
       return;
     case Shape::Grid:
-      for (std::size_t i = 0; i < count; i++) {
+      for (size_t i = 0; i < count; ++i) {
         terms.push_back(manager.make_bv_add(terms[i / leaves], terms[i % leaves]));
       }
       return;
     case Shape::ExtractGrid:
-      for (std::size_t leaf = 0; leaf < leaves; leaf++) {
-        for (std::size_t msb = 0; msb < 64; msb++) {
-          for (std::size_t lsb = 0; lsb <= msb && terms.size() < leaves + count; lsb++) {
+      for (size_t leaf = 0; leaf < leaves; ++leaf) {
+        for (size_t msb = 0; msb < 64; ++msb) {
+          for (size_t lsb = 0; lsb <= msb && terms.size() < leaves + count; ++lsb) {
             terms.push_back(manager.make_bv_extract(msb, lsb, terms[leaf]));
           }
         }

@@ -70,8 +70,8 @@ const Term_* make_equals(TermManager& m, const Term_* a, const Term_* b) {
 const Term_* make_distinct(TermManager& m, TermSpan terms) {
   require_own(m, terms);
   const Term_* result = nullptr;
-  for (size_t i = 0; i < terms.size(); i++) {
-    for (size_t j = i + 1; j < terms.size(); j++) {
+  for (size_t i = 0; i < terms.size(); ++i) {
+    for (size_t j = i + 1; j < terms.size(); ++j) {
       const Term_* differ = m.make_not(make_equals(m, terms[i], terms[j]));
       result = result == nullptr ? differ : m.make_and(result, differ);
     }

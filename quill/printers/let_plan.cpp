@@ -16,7 +16,7 @@ bool is_tiny(const TermManager& manager, const WrittenForm& form) {
   if (form.num_operands() == 1 && form.operand(0).term->symbol->arity == 0) {
     switch (form.kind) {
       case WrittenForm::Application:
-        return form.op() == nullptr || form.op()->head == SmtLib2Head::NAME;
+        return form.op() == nullptr || form.op()->head == SmtLib2Head::Name;
       case WrittenForm::Negation:
       case WrittenForm::AbsoluteValue:
         return true;
@@ -63,7 +63,7 @@ void LetPlan::collect(const TermManager& manager, const Term_* root, WrittenForm
     states.push_back(is_tiny(manager, form) ? NotBound : OnePlace);
     num_places += num_operands;
     const Term_** const below = lower.extend(num_operands);
-    for (uint64_t i = 0; i < num_operands; i++) below[i] = form.operand(i).term;
+    for (uint64_t i = 0; i < num_operands; ++i) below[i] = form.operand(i).term;
   };
   met.insert(root, 1);
   enter(root);
@@ -71,7 +71,7 @@ void LetPlan::collect(const TermManager& manager, const Term_* root, WrittenForm
     places.swap(lower);
     lower.clear();
     uint32_t* next_operand = operands.extend(places.size());
-    for (size_t at = 0; at < places.size(); at++) {
+    for (size_t at = 0; at < places.size(); ++at) {
       if (at + look_ahead < places.size()) __builtin_prefetch(places[at + look_ahead]);
       const Term_* t = places[at];
       const bool is_constant = t->symbol->arity == 0;
@@ -105,7 +105,7 @@ void LetPlan::bind() {
   while (!earlier.empty()) {
     group.swap(earlier);
     earlier.clear();
-    for (size_t at = 0; at < group.size(); at++) {
+    for (size_t at = 0; at < group.size(); ++at) {
       if (at + 2 * look_ahead < group.size()) {
         __builtin_prefetch(&nodes[group[at + 2 * look_ahead]]);
         __builtin_prefetch(&operands[nodes[group[at + look_ahead]].first_operand]);
@@ -128,7 +128,7 @@ void LetPlan::bind() {
             earlier.push_back(below);
             break;
           default:
-            state--;
+            --state;
         }
       }
     }

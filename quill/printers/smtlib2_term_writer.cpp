@@ -21,7 +21,7 @@ SmtLib2TermWriter::SmtLib2TermWriter(const Context& context, bool share_by_let,
       let_prefix(context.let_prefix),
       rename_prefix(context.rename_prefix),
       // The standard has them over Int: strict readers do not know the name in logics of reals.
-      with_abs(logic.is_nonlinear() && (configuration.abs_of_reals || logic.has(Theory::INTS))),
+      with_abs(logic.is_nonlinear() && (configuration.abs_of_reals || logic.has(Theory::Ints))),
       share(share_by_let),
       annotations(annotations_of_terms) {
   require_own_annotations();
@@ -145,7 +145,7 @@ void SmtLib2TermWriter::print_definitions(std::ostream& out, const Term_* t) {
   ScopeGuard undo([this, before = definitions->mark()] { definitions->take_back_to(before); });
   for (const Term_* value : need.bit_values) {
     const bool is_new = definitions->find(value) == nullptr;
-    for (size_t i = definitions->define(value); i < definitions->all().size(); i++) {
+    for (size_t i = definitions->define(value); i < definitions->all().size(); ++i) {
       const BitDefinitions::Definition& made = definitions->all()[i];
       out << "(declare-const ";
       print_symbol(out, made.name, rename_prefix, logic);
@@ -174,7 +174,7 @@ void SmtLib2TermWriter::print_definitions(std::ostream& out, const Term_* t) {
   ScopeGuard undo_annotated([&] {
     while (entered != 0) annotated_before.erase(annotated_before.find(annotated_now[--entered]));
   });
-  for (; entered < annotated_now.size(); entered++) annotated_before.insert(annotated_now[entered]);
+  for (; entered < annotated_now.size(); ++entered) annotated_before.insert(annotated_now[entered]);
   undo_annotated.dismiss();
   undo.dismiss();
 }
@@ -233,7 +233,7 @@ SmtLib2TermWriter::Weights SmtLib2TermWriter::weigh_terms_above_annotated(
     const uint32_t end = plan.end_of_operands(node);
     if (!reached[node]) {
       reached[node] = true;
-      for (uint32_t i = plan.first_operand(node); i < end; i++) {
+      for (uint32_t i = plan.first_operand(node); i < end; ++i) {
         const LetPlan::Operand operand = plan.operand(i);
         if (operand.is_node() && !reached[operand.number()]) open.push_back(operand.number());
       }
@@ -241,7 +241,7 @@ SmtLib2TermWriter::Weights SmtLib2TermWriter::weigh_terms_above_annotated(
     }
     open.pop_back();
     uint64_t weight = 0;
-    for (uint32_t i = plan.first_operand(node); i < end; i++) {
+    for (uint32_t i = plan.first_operand(node); i < end; ++i) {
       const LetPlan::Operand operand = plan.operand(i);
       uint64_t added = is_annotated(plan.term(operand)) ? 1 : 0;
       if (operand.is_node() && above[operand.number()] != 0) added = above[operand.number()];
@@ -263,7 +263,7 @@ bool SmtLib2TermWriter::is_repeated_numeral(const Term_* t, const TermSet& named
 bool SmtLib2TermWriter::is_of_place(const Term_* t, const DataType* expected) const {
   return annotated_in_texts != nullptr && expected == manager.get_rat_type() &&
          t->type() == manager.get_int_type() && manager.is_number(t->symbol, nullptr) &&
-         logic.has(Theory::INTS) && logic.has(Theory::REALS);
+         logic.has(Theory::Ints) && logic.has(Theory::Reals);
 }
 
 // Begins an annotation. False when the term was written before: then it has been written again, by
@@ -313,7 +313,7 @@ void SmtLib2TermWriter::print_with_lets(TextBuffer& out, const DataType* expecte
   uint32_t number = 1;
   for (const uint32_t end : plan.group_ends()) {
     out << "(let (";
-    for (const uint32_t first = number; number <= end; number++) {
+    for (const uint32_t first = number; number <= end; ++number) {
       plan.prefetch_binding(number);
       out.write(std::string_view(number == first ? "(" : " ("), prefix, uint64_t{number}, ' ');
       print_tree(out, open, LetPlan::Operand::node(plan.bound_node(number)), nullptr, choices);
@@ -322,7 +322,7 @@ void SmtLib2TermWriter::print_with_lets(TextBuffer& out, const DataType* expecte
     out << ") ";
   }
   print_tree(out, open, plan.root(), expected, choices);
-  for (size_t i = 0; i < plan.group_ends().size(); i++) out << ')';
+  for (size_t i = 0; i < plan.group_ends().size(); ++i) out << ')';
 }
 
 // Writes the root itself, whether it is bound or not, and what is below it as chosen. Needs an
@@ -428,7 +428,7 @@ inline void SmtLib2TermWriter::open_applications(TextBuffer& out, OpenTerms& ope
     if (operand.is_node() && form->joins_with(plan.form(operand.number())) &&
         may_join(plan.term(operand), choices.named != nullptr)) {
       first_form = &plan.form(operand.number());
-      first++;
+      ++first;
     }
     open.push_back({node, first, end, is_plain, is_joined, false, false});
     if (first_form == nullptr) return;
@@ -451,7 +451,7 @@ inline void SmtLib2TermWriter::close_application(TextBuffer& out, const OpenTerm
 
 inline void SmtLib2TermWriter::print_operator(TextBuffer& out, const WrittenForm& form) {
   if (form.kind == WrittenForm::Application) {
-    if (form.op() != nullptr && form.op()->head == SmtLib2Head::NAME) {
+    if (form.op() != nullptr && form.op()->head == SmtLib2Head::Name) {
       out.write('(', form.op()->text);
     } else {
       out.write('(', std::string_view(texts->of(form.term->symbol)));

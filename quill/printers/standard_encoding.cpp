@@ -132,7 +132,7 @@ void StandardEncoding::copy_new_symbols(const Symbols& new_symbols) {
   for (const Symbol* s : new_symbols) new_types.push_back(s->type);
   std::vector<const DataType*> copied_types;
   target.copy_types(source, new_types, copied_types);
-  for (size_t i = 0; i < new_types.size(); i++) types[new_types[i]] = copied_types[i];
+  for (size_t i = 0; i < new_types.size(); ++i) types[new_types[i]] = copied_types[i];
 
   Symbols operators;
   Symbols operators_by_family;
@@ -164,7 +164,7 @@ void StandardEncoding::copy_operators(const Symbols& operators) {
   } catch (const TermManager::error&) {
     copied.assign(operators.size(), nullptr);
   }
-  for (size_t i = 0; i < operators.size(); i++) {
+  for (size_t i = 0; i < operators.size(); ++i) {
     const Symbol* s = operators[i];
     const bool is_copied = copied[i] != nullptr && is_same(copied[i], s);
     symbols[s] = is_copied ? copied[i] : copy_by_hand(s);
@@ -266,7 +266,7 @@ const Term_* StandardEncoding::low_bits(const Term_* number, size_t width) {
   const Term_* const bit_one = target.make_bv_number(1, 1);
   const Term_* const bit_zero = target.make_bv_number(0, 1);
   std::vector<const Term_*> low_first;
-  for (size_t i = 0; i < width; i++) {
+  for (size_t i = 0; i < width; ++i) {
     const Term_* is_odd = target.make_equal(make_mod(target, number, 2), one);
     low_first.push_back(target.make_term_ite(is_odd, bit_one, bit_zero));
     if (i + 1 != width) number = make_div(target, number, 2);

@@ -56,15 +56,15 @@ void SymbolTexts::write_theory_head(const SmtLib2Operator& op, const Symbol* s) 
   size_t first = 0;
   size_t second = 0;
   switch (op.head) {
-    case SmtLib2Head::NAME:
+    case SmtLib2Head::Name:
       text << op.text;
       return;
-    case SmtLib2Head::RANGE:
+    case SmtLib2Head::Range:
       manager.is_bv_extract(s, &first, &second, nullptr);
       text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << std::to_string(second)
            << ')';
       return;
-    case SmtLib2Head::AMOUNT:
+    case SmtLib2Head::Amount:
       for (const auto is_operator :
            {&TermManager::is_bv_rotate_left, &TermManager::is_bv_rotate_right,
             &TermManager::is_bv_zero_extend, &TermManager::is_bv_sign_extend}) {
@@ -72,21 +72,21 @@ void SymbolTexts::write_theory_head(const SmtLib2Operator& op, const Symbol* s) 
       }
       text << "(_ " << op.text << ' ' << std::to_string(first) << ')';
       return;
-    case SmtLib2Head::WIDTH:
+    case SmtLib2Head::Width:
       manager.is_bv_type(s->get_output_type(), &first);
       text << "(_ " << op.text << ' ' << std::to_string(first) << ')';
       return;
-    case SmtLib2Head::FORMAT:
+    case SmtLib2Head::Format:
       manager.is_fp_type(s->get_output_type(), &first, &second);
       text << "(_ " << op.text << ' ' << std::to_string(first) << ' ' << significand_text(second)
            << ')';
       return;
-    case SmtLib2Head::SORT:
+    case SmtLib2Head::Sort:
       text << "(as " << op.text << ' ';
       print_type(text, manager, s->get_output_type(), rename_prefix, logic);
       text << ')';
       return;
-    case SmtLib2Head::MODULUS:
+    case SmtLib2Head::Modulus:
       text << op.text << " (mod";
       return;
   }

@@ -101,7 +101,7 @@ class TextBuffer {
     const uint64_t digits = tens | (twos - 10 * tens) << 8;
     const int leading_zeros = std::countr_zero(digits | uint64_t{1} << 56) / 8;
     const uint64_t shown = (digits | 0x3030303030303030) >> 8 * leading_zeros;
-    for (int i = 0; i < 8; i++) at[i] = static_cast<char>(shown >> 8 * i);
+    for (int i = 0; i < 8; ++i) at[i] = static_cast<char>(shown >> 8 * i);
     return at + 8 - leading_zeros;
   }
 

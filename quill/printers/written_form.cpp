@@ -148,7 +148,7 @@ QNumber WrittenForm::residue(const TermManager& manager) const {
 
 bool is_numeral_product(const TermManager& manager, const Term_* t) {
   constexpr unsigned max_factors = 8;
-  for (unsigned factors = 1; factors <= max_factors; factors++) {
+  for (unsigned factors = 1; factors <= max_factors; ++factors) {
     if (t->symbol->arity == 0) return manager.is_number(t->symbol, nullptr);
     if (!is_product(manager, t) || !manager.is_number(t->args[1]->symbol, nullptr)) {
       return false;

@@ -98,7 +98,7 @@ struct WrittenForm {
 
   // Whether it is a congruence with every operand under its own mod.
   bool has_modulus() const {
-    return kind == Application && op() != nullptr && op()->head == SmtLib2Head::MODULUS;
+    return kind == Application && op() != nullptr && op()->head == SmtLib2Head::Modulus;
   }
 
   // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a

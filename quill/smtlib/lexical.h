@@ -44,14 +44,14 @@ constexpr bool is_symbol_character(int byte) {
 
 // What a word begins when it follows a parenthesis.
 enum class Construct : uint8_t {
-  NONE,  // of other words
-  LET,
-  ANNOTATION,
-  INDEXED,
-  ASCRIBED,
-  QUANTIFIER,
-  LAMBDA,  // a quantifier elsewhere; the word is not reserved
-  OTHER,   // that is not supported
+  NoConstruct,  // of other words
+  Let,
+  Annotation,
+  Indexed,
+  Ascribed,
+  Quantifier,
+  Lambda,  // a quantifier elsewhere; the word is not reserved
+  Other,   // that is not supported
 };
 
 struct ConstructWord {
@@ -64,20 +64,20 @@ struct ConstructWord {
 // The reserved words, and lambda.
 // clang-format off
 inline constexpr ConstructWord construct_words[] = {
-    {"!",           Construct::ANNOTATION, true},
-    {"BINARY",      Construct::OTHER},
-    {"DECIMAL",     Construct::OTHER},
-    {"HEXADECIMAL", Construct::OTHER},
-    {"NUMERAL",     Construct::OTHER},
-    {"STRING",      Construct::OTHER},
-    {"_",           Construct::INDEXED},
-    {"as",          Construct::ASCRIBED},
-    {"exists",      Construct::QUANTIFIER, true},
-    {"forall",      Construct::QUANTIFIER, true},
-    {"lambda",      Construct::LAMBDA,     true},
-    {"let",         Construct::LET,        true},
-    {"match",       Construct::OTHER,      true},
-    {"par",         Construct::OTHER},
+    {"!",           Construct::Annotation, true},
+    {"BINARY",      Construct::Other},
+    {"DECIMAL",     Construct::Other},
+    {"HEXADECIMAL", Construct::Other},
+    {"NUMERAL",     Construct::Other},
+    {"STRING",      Construct::Other},
+    {"_",           Construct::Indexed},
+    {"as",          Construct::Ascribed},
+    {"exists",      Construct::Quantifier, true},
+    {"forall",      Construct::Quantifier, true},
+    {"lambda",      Construct::Lambda,     true},
+    {"let",         Construct::Let,        true},
+    {"match",       Construct::Other,      true},
+    {"par",         Construct::Other},
 };
 // clang-format on
 
@@ -90,7 +90,7 @@ constexpr const ConstructWord* find_construct_word(std::string_view text) {
 }
 
 constexpr bool is_reserved(Construct construct) {
-  return construct != Construct::NONE && construct != Construct::LAMBDA;
+  return construct != Construct::NoConstruct && construct != Construct::Lambda;
 }
 
 // Whether it is never a symbol of a term or a sort, unless between bars.

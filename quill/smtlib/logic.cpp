@@ -9,9 +9,9 @@ namespace {
 
 constexpr uint32_t bit(Theory theory) { return 1u << static_cast<unsigned>(theory); }
 
-constexpr uint32_t ints = bit(Theory::INTS);
-constexpr uint32_t reals = bit(Theory::REALS);
-constexpr uint32_t mixed = ints | reals | bit(Theory::REALS_INTS);
+constexpr uint32_t ints = bit(Theory::Ints);
+constexpr uint32_t reals = bit(Theory::Reals);
+constexpr uint32_t mixed = ints | reals | bit(Theory::RealsInts);
 
 struct Piece {
   std::string_view name;
@@ -23,11 +23,11 @@ struct Piece {
 // clang-format off
 constexpr Piece pieces[] = {
     {"UF",   0,                           ' '},
-    {"AX",   bit(Theory::ARRAYS),         ' '},
-    {"A",    bit(Theory::ARRAYS),         ' '},
-    {"BV",   bit(Theory::BIT_VECTORS),    ' '},
-    {"FP",   bit(Theory::FLOATING_POINT), ' '},
-    {"S",    bit(Theory::STRINGS),        ' '},
+    {"AX",   bit(Theory::Arrays),         ' '},
+    {"A",    bit(Theory::Arrays),         ' '},
+    {"BV",   bit(Theory::BitVectors),    ' '},
+    {"FP",   bit(Theory::FloatingPoint), ' '},
+    {"S",    bit(Theory::Strings),        ' '},
     {"IDL",  ints,                        'D'},
     {"RDL",  reals,                       'D'},
     {"LIRA", mixed,                       'L'},
@@ -56,28 +56,28 @@ bool is_known(std::string_view name) {
 
 const char* describe(Theory theory) {
   switch (theory) {
-    case Theory::NONE:
+    case Theory::NoTheory:
       return "no theory";
-    case Theory::CORE:
+    case Theory::Core:
       return "the core theory";
-    case Theory::INTS:
+    case Theory::Ints:
       return "the theory of integers";
-    case Theory::REALS:
+    case Theory::Reals:
       return "the theory of reals";
-    case Theory::ARITHMETIC:
+    case Theory::Arithmetic:
       return "arithmetic";
-    case Theory::REALS_INTS:
+    case Theory::RealsInts:
       return "the theory of reals and integers";
-    case Theory::ARRAYS:
+    case Theory::Arrays:
       return "the theory of arrays";
-    case Theory::BIT_VECTORS:
-    case Theory::BITS:
+    case Theory::BitVectors:
+    case Theory::Bits:
       return "the theory of bit-vectors";
-    case Theory::FLOATING_POINT:
+    case Theory::FloatingPoint:
       return "the theory of floating-point numbers";
-    case Theory::STRINGS:
+    case Theory::Strings:
       return "the theory of strings";
-    case Theory::EXTENSIONS:
+    case Theory::Extensions:
       return "an extension of the standard";
   }
   return "";
@@ -86,10 +86,10 @@ const char* describe(Theory theory) {
 Logic::Logic(std::string_view given_name) : logic_name(given_name) {
   std::string_view rest = logic_name;
   if (rest.substr(0, 3) == "QF_") rest.remove_prefix(3);
-  uint32_t found = bit(Theory::CORE);
+  uint32_t found = bit(Theory::Core);
   bool found_free_sorts = false;
   bool found_free_functions = false;
-  Order found_order = Order::NONE;
+  Order found_order = Order::NoProducts;
   while (!rest.empty()) {
     const Piece* piece =
         std::find_if(std::begin(pieces), std::end(pieces), [&](const Piece& candidate) {
@@ -100,9 +100,9 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
     // Arrays come with sorts of their own where they come alone.
     if (piece->name == "UF" || piece->name == "AX") found_free_sorts = true;
     if (piece->name == "UF") found_free_functions = true;
-    if (piece->order == 'D') found_order = Order::DIFFERENCE;
-    if (piece->order == 'L') found_order = Order::LINEAR;
-    if (piece->order == 'N') found_order = Order::ANY;
+    if (piece->order == 'D') found_order = Order::Difference;
+    if (piece->order == 'L') found_order = Order::Linear;
+    if (piece->order == 'N') found_order = Order::Any;
     rest.remove_prefix(piece->name.size());
   }
   theories = found;
@@ -113,33 +113,33 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
 }
 
 bool Logic::covers(const LogicNeeds& needs) const {
-  return (!needs.ints || has(Theory::INTS)) && (!needs.reals || has(Theory::REALS)) &&
-         (!needs.both || has(Theory::REALS_INTS)) && (!needs.free_functions || free_functions) &&
-         (!needs.free_sorts || free_sorts) && (!needs.arrays || has(Theory::ARRAYS)) &&
-         (!needs.bits || has(Theory::BITS)) && (!needs.bit_vectors || has(Theory::BIT_VECTORS)) &&
-         (!needs.floating_point || has(Theory::FLOATING_POINT)) &&
-         (!needs.everything || has(Theory::EXTENSIONS)) &&
-         (!needs.linear || order >= Order::LINEAR) && (!needs.nonlinear || order == Order::ANY);
+  return (!needs.ints || has(Theory::Ints)) && (!needs.reals || has(Theory::Reals)) &&
+         (!needs.both || has(Theory::RealsInts)) && (!needs.free_functions || free_functions) &&
+         (!needs.free_sorts || free_sorts) && (!needs.arrays || has(Theory::Arrays)) &&
+         (!needs.bits || has(Theory::Bits)) && (!needs.bit_vectors || has(Theory::BitVectors)) &&
+         (!needs.floating_point || has(Theory::FloatingPoint)) &&
+         (!needs.everything || has(Theory::Extensions)) &&
+         (!needs.linear || order >= Order::Linear) && (!needs.nonlinear || order == Order::Any);
 }
 
 Logic Logic::extended_by(const LogicNeeds& needs) const {
   if (covers(needs)) return *this;
-  const bool with_ints = needs.ints || needs.both || has(Theory::INTS);
-  const bool with_reals = needs.reals || needs.both || has(Theory::REALS);
-  const bool with_floats = needs.floating_point || has(Theory::FLOATING_POINT);
+  const bool with_ints = needs.ints || needs.both || has(Theory::Ints);
+  const bool with_reals = needs.reals || needs.both || has(Theory::Reals);
+  const bool with_floats = needs.floating_point || has(Theory::FloatingPoint);
   const bool with_bits =
-      needs.bit_vectors || has(Theory::BIT_VECTORS) || (needs.bits && !with_floats);
+      needs.bit_vectors || has(Theory::BitVectors) || (needs.bits && !with_floats);
   std::string combined = logic_name.substr(0, 3) == "QF_" ? "QF_" : "";
-  if (needs.arrays || has(Theory::ARRAYS)) combined += 'A';
+  if (needs.arrays || has(Theory::Arrays)) combined += 'A';
   if (needs.free_functions || needs.free_sorts || free_sorts) combined += "UF";
   if (with_bits) combined += "BV";
   if (with_floats) combined += "FP";
-  if (has(Theory::STRINGS)) combined += 'S';
-  const bool differences = order == Order::DIFFERENCE && !needs.linear && !needs.nonlinear;
+  if (has(Theory::Strings)) combined += 'S';
+  const bool differences = order == Order::Difference && !needs.linear && !needs.nonlinear;
   if (differences && with_ints != with_reals) {
     combined += with_ints ? "IDL" : "RDL";
   } else if (with_ints || with_reals) {
-    combined += needs.nonlinear || order == Order::ANY ? 'N' : 'L';
+    combined += needs.nonlinear || order == Order::Any ? 'N' : 'L';
     if (with_ints) combined += 'I';
     if (with_reals) combined += 'R';
     combined += 'A';

@@ -15,18 +15,32 @@
 namespace quill {
 
 enum class Theory : uint8_t {
-  NONE,  // which no logic has
-  CORE,
-  INTS,
-  REALS,
-  ARITHMETIC,  // what Ints and Reals have in common
-  REALS_INTS,  // what takes both, such as to_real
-  ARRAYS,
-  BIT_VECTORS,
-  FLOATING_POINT,
-  BITS,  // what bit-vectors and floating-point numbers have in common: sorts and literals
-  STRINGS,
-  EXTENSIONS,  // theories beyond the standard, which readers have where they have everything
+  NoTheory,  // which no logic has
+  Core,
+  Ints,
+  Reals,
+  Arithmetic,  // what Ints and Reals have in common
+  RealsInts,   // what takes both, such as to_real
+  Arrays,
+  BitVectors,
+  FloatingPoint,
+  Bits,  // what bit-vectors and floating-point numbers have in common: sorts and literals
+  Strings,
+  Extensions,  // theories beyond the standard, which readers have where they have everything
+
+  // Former spellings.
+  NONE = NoTheory,
+  CORE = Core,
+  INTS = Ints,
+  REALS = Reals,
+  ARITHMETIC = Arithmetic,
+  REALS_INTS = RealsInts,
+  ARRAYS = Arrays,
+  BIT_VECTORS = BitVectors,
+  FLOATING_POINT = FloatingPoint,
+  BITS = Bits,
+  STRINGS = Strings,
+  EXTENSIONS = Extensions,
 };
 
 // The theory in words, for messages: "the theory of arrays".
@@ -62,19 +76,19 @@ class Logic {
   // Whether readers reserve names where they have the theory, so that no symbol can be written by
   // them. Readers that do not know a combination have everything.
   bool is_taken(Theory readers) const {
-    return has(readers) || (!widely_known && readers != Theory::NONE);
+    return has(readers) || (!widely_known && readers != Theory::NoTheory);
   }
 
   // Whether products must have a constant factor.
-  bool is_linear() const { return order == Order::DIFFERENCE || order == Order::LINEAR; }
+  bool is_linear() const { return order == Order::Difference || order == Order::Linear; }
 
   // Whether the name says that terms may be multiplied: an N logic, but not ALL.
-  bool is_nonlinear() const { return order == Order::ANY && !has(Theory::EXTENSIONS); }
+  bool is_nonlinear() const { return order == Order::Any && !has(Theory::Extensions); }
 
   // Numerals are reals where the logic has reals and no integers, or makes floating-point numbers
   // from them.
   bool numerals_are_real() const {
-    return !has(Theory::INTS) && (has(Theory::REALS) || has(Theory::FLOATING_POINT));
+    return !has(Theory::Ints) && (has(Theory::Reals) || has(Theory::FloatingPoint));
   }
 
   bool covers(const LogicNeeds& needs) const;
@@ -84,13 +98,13 @@ class Logic {
   Logic extended_by(const LogicNeeds& needs) const;
 
  private:
-  enum class Order : uint8_t { NONE, DIFFERENCE, LINEAR, ANY };
+  enum class Order : uint8_t { NoProducts, Difference, Linear, Any };
 
   static constexpr uint32_t bit(Theory theory) { return 1u << static_cast<unsigned>(theory); }
   static constexpr uint32_t bits_of(Theory theory) {
-    return theory == Theory::NONE         ? 0
-           : theory == Theory::ARITHMETIC ? bit(Theory::INTS) | bit(Theory::REALS)
-           : theory == Theory::BITS       ? bit(Theory::BIT_VECTORS) | bit(Theory::FLOATING_POINT)
+    return theory == Theory::NoTheory     ? 0
+           : theory == Theory::Arithmetic ? bit(Theory::Ints) | bit(Theory::Reals)
+           : theory == Theory::Bits       ? bit(Theory::BitVectors) | bit(Theory::FloatingPoint)
                                           : bit(theory);
   }
 
@@ -99,7 +113,7 @@ class Logic {
   bool free_sorts = true;
   bool free_functions = true;
   bool widely_known = true;  // whether readers that know names of logics only know this one
-  Order order = Order::ANY;  // of the products in arithmetic
+  Order order = Order::Any;  // of the products in arithmetic
 };
 
 }  // namespace quill

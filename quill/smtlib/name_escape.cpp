@@ -38,7 +38,7 @@ std::string escape(std::string_view name, std::string_view prefix) {
 bool unescape(std::string_view name, std::string_view prefix, std::string& out) {
   if (name.substr(0, prefix.size()) != prefix) return false;
   out.clear();
-  for (size_t i = prefix.size(); i < name.size(); i++) {
+  for (size_t i = prefix.size(); i < name.size(); ++i) {
     if (is_digit(name[i]) || is_letter(name[i])) {
       out += name[i];
       continue;
@@ -75,7 +75,7 @@ bool is_spelled_like_a_numeral(std::string_view name) {
   if (!take_digits(name)) return false;
   if (name.empty()) return true;
   if (take(name, '/')) return take_digits(name) && name.empty();
-  for (int part = 0; part < 2 && take(name, '_'); part++) {
+  for (int part = 0; part < 2 && take(name, '_'); ++part) {
     if (!take_digits(name)) return false;
   }
   return name.empty();
@@ -122,7 +122,7 @@ Layers peel(std::string_view name, std::string_view prefix) {
   std::string inner;
   while (unescape(layers.core, prefix, inner)) {
     layers.core.swap(inner);
-    layers.depth++;
+    ++layers.depth;
   }
   return layers;
 }
@@ -130,7 +130,7 @@ Layers peel(std::string_view name, std::string_view prefix) {
 // Every layer makes the name at least as long again as the prefix, so there are few.
 std::string wrap(const Layers& layers, unsigned depth, std::string_view prefix) {
   std::string name = layers.core;
-  for (unsigned i = 0; i < depth; i++) name = escape(name, prefix);
+  for (unsigned i = 0; i < depth; ++i) name = escape(name, prefix);
   return name;
 }
 

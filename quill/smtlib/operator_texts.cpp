@@ -47,7 +47,7 @@ bool has_types(const TermManager& manager, const Symbol* s, std::string_view typ
   const auto type_of = [&](char letter) -> const DataType*& {
     return same[static_cast<size_t>(letter - 'a')];
   };
-  for (size_t i = 0; i < types.size(); i++) {
+  for (size_t i = 0; i < types.size(); ++i) {
     const char letter = types[i];
     const DataType* type = i == s->arity ? s->get_output_type() : s->type->get_component(i + 1);
     if (is_small(letter) && type_of(letter) != nullptr) {

@@ -90,15 +90,15 @@ uint64_t count_names(const DataType* root) {
     }
     Frame& above = open.back();
     above.names = above.names > UINT64_MAX - added ? UINT64_MAX : above.names + added;
-    above.next++;
+    ++above.next;
   }
 }
 
 // Whether nothing in the type is nested more than twice, so that it is no larger than its graph.
 bool is_flat(const DataType* type) {
-  for (size_t i = 0; i < type->num_components(); i++) {
+  for (size_t i = 0; i < type->num_components(); ++i) {
     const DataType* component = type->get_component(i);
-    for (size_t j = 0; j < component->num_components(); j++) {
+    for (size_t j = 0; j < component->num_components(); ++j) {
       if (!component->get_component(j)->is_simple()) return false;
     }
   }

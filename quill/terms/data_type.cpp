@@ -41,7 +41,7 @@ void append_name(std::string& out, const std::string& name) {
 bool is_worth_a_label(const DataType* type) {
   if (type->is_simple()) return false;
   if (type->num_components() > 3) return true;
-  for (size_t i = 0; i < type->num_components(); i++) {
+  for (size_t i = 0; i < type->num_components(); ++i) {
     if (!type->get_component(i)->is_simple()) return true;
   }
   return false;
@@ -60,7 +60,7 @@ void find_repeated(const DataType* root, OccurrenceMap& occurrences) {
   while (!work.empty()) {
     const DataType* type = work.back();
     work.pop_back();
-    for (size_t i = 0; i < type->num_components(); i++) {
+    for (size_t i = 0; i < type->num_components(); ++i) {
       const DataType* component = type->get_component(i);
       if (!is_worth_a_label(component)) continue;
       if (occurrences.insert({component, {}})) {

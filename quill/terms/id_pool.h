@@ -54,7 +54,7 @@ class IdPool {
     assert((free_bits[id / 64] >> id % 64 & 1) != 0 && "an id was claimed twice");
     free_bits[id / 64] &= ~(uint64_t{1} << id % 64);
     next = std::max(next, id + 1);
-    in_use++;
+    ++in_use;
   }
 
   // The number of ids in use, and one more than the largest of them.

@@ -47,7 +47,7 @@ uint32_t NodeSlabs::add_slab(uint64_t arity, size_t bytes, uint32_t capacity) {
   const uint32_t slab = vacant;
   vacant = directory[slab].capacity;
   directory[slab] = {memory, static_cast<uint32_t>(arity), 0, capacity, region};
-  slabs_held++;
+  ++slabs_held;
   bytes_held += bytes;
   return slab;
 }
@@ -62,7 +62,7 @@ void NodeSlabs::free_memory(const Slab& slab) noexcept {
 }
 
 void NodeSlabs::release(uint32_t slab) noexcept {
-  slabs_held--;
+  --slabs_held;
   bytes_held -= bytes_of(directory[slab]);
   free_memory(directory[slab]);
   directory[slab] = {nullptr, 0, 0, vacant, none};
@@ -145,7 +145,7 @@ size_t NodeSlabs::sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexc
         is_empty = false;
         continue;
       }
-      freed++;
+      ++freed;
     }
     if (!is_large) put_on_free_list(handle, arity);
   }
@@ -161,7 +161,7 @@ size_t NodeSlabs::sweep_slab(uint32_t slab, const std::vector<bool>& seen) noexc
 }
 
 uint32_t NodeSlabs::first_live(uint32_t handle) const {
-  for (uint32_t slab = handle >> offset_bits; slab < directory.size(); slab++) {
+  for (uint32_t slab = handle >> offset_bits; slab < directory.size(); ++slab) {
     const uint32_t words = words_of(directory[slab].arity);
     for (uint32_t offset = handle & offset_mask; offset < directory[slab].used; offset += words) {
       const uint32_t candidate = slab << offset_bits | offset;

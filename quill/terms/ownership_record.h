@@ -77,7 +77,7 @@ class OwnershipRecord {
     OwnershipRecord larger;
     larger.limit = limit == 0 ? 32 : 2 * limit;
     larger.places = std::make_unique<uintptr_t[]>(2 * larger.limit);
-    for (size_t i = 0; i < 2 * limit; i++) {
+    for (size_t i = 0; i < 2 * limit; ++i) {
       if (places[i] != 0) *larger.place_of(places[i] & ~freed) = places[i];
     }
     places.swap(larger.places);

@@ -25,7 +25,7 @@ void write_shallow_text(const Term_& t, Action write) {
   }
   write("(");
   write(head.name);
-  for (uint64_t i = 0; i < head.arity; i++) {
+  for (uint64_t i = 0; i < head.arity; ++i) {
     write(" ");
     if (i == max_shallow_arguments) {
       write("...");

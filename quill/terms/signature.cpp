@@ -144,7 +144,7 @@ void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
   // Suffixes may become free that a search on its base would not look at again.
   suffixes.erase_if([](const auto&) { return true; });
   size_t used = 0;
-  for (size_t i = 0; i < symbols.size(); i++) {
+  for (size_t i = 0; i < symbols.size(); ++i) {
     Symbol* symbol = symbols[i];
     const uint32_t hash = hash_name(symbol->name);
     const bool named = is_named(hash, i);
@@ -164,11 +164,11 @@ void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
 
 bool Signature::is_consistent() const {
   size_t named = 0;
-  for (size_t i = 0; i < symbols.size(); i++) {
+  for (size_t i = 0; i < symbols.size(); ++i) {
     const uint32_t hash = hash_name(symbols[i]->name);
     if (!is_named(hash, i)) continue;
     if (find(hash, symbols[i]->name) != i) return false;
-    named++;
+    ++named;
   }
   return named == index.size();
 }
@@ -188,7 +188,7 @@ void Signature::remove_at(size_t position) noexcept {
   Symbol* symbol = symbols[position];
   const uint32_t hash = hash_name(symbol->name);
   if (is_named(hash, position)) index.erase(hash, static_cast<uint32_t>(position));
-  for (size_t i = position + 1; i < symbols.size(); i++) {
+  for (size_t i = position + 1; i < symbols.size(); ++i) {
     const uint32_t moved = hash_name(symbols[i]->name);
     if (is_named(moved, i)) {
       index.rename(moved, static_cast<uint32_t>(i), static_cast<uint32_t>(i - 1));

@@ -26,7 +26,7 @@ uint32_t TermBank::hash_of(uint64_t key, const Term_* term) {
   index.find(hash, [&](uint32_t handle) {
     const Term_* term = nodes.node(handle);
     if (term->symbol != symbol) return false;
-    for (uint64_t i = 0; i < arity; i++) {
+    for (uint64_t i = 0; i < arity; ++i) {
       if (term->args[i] != args[i]) return false;
     }
     found = term;
@@ -46,7 +46,7 @@ uint32_t TermBank::hash_of(uint64_t key, const Term_* term) {
   record.reserve_one();
   const uint32_t handle = nodes.allocate(arity);
   Term_* term = new (nodes.address(handle)) Term_(ids.take(), symbol);
-  for (uint64_t i = 0; i < arity; i++) {
+  for (uint64_t i = 0; i < arity; ++i) {
     assert(args[i] != nullptr && "an argument is null");
     term->args[i] = args[i];
   }
@@ -101,7 +101,7 @@ bool TermBank::is_consistent() const {
     if (find(hash, term->symbol, term->args, term->symbol->arity) != term) return false;
     if (term->id >= met.size() || met[term->id]) return false;
     met[term->id] = true;
-    held++;
+    ++held;
   }
   return held == index.size() && held == ids.size() && (held == 0 || met.back());
 }

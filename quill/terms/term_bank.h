@@ -46,7 +46,7 @@ class TermBank {
    public:
     using iterator_category = std::input_iterator_tag;
     using value_type = const Term_*;
-    using difference_type = std::ptrdiff_t;
+    using difference_type = ptrdiff_t;
     using pointer = const Term_* const*;
     using reference = const Term_*;
 

@@ -50,14 +50,14 @@ class TermTable {
       Value& present = values[t->id];
       if (present == Value{}) {
         present = value;
-        taken++;
+        ++taken;
       }
       return present;
     }
     Slot& slot = find_slot(slots.data(), key_of(t));
     if (slot.key == free) {
       slot = {key_of(t), value};
-      taken++;
+      ++taken;
     }
     return slot.value;
   }

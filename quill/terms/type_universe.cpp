@@ -20,7 +20,7 @@ uint32_t hash_name(uint64_t key, const std::string& name) {
 // Addresses of components decide only where the index looks first; no order depends on them.
 uint32_t hash_components(uint64_t key, const DataType* const* components, size_t count) {
   KeyedWordHash h(key);
-  for (size_t i = 0; i < count; i++) h.add(reinterpret_cast<uintptr_t>(components[i]));
+  for (size_t i = 0; i < count; ++i) h.add(reinterpret_cast<uintptr_t>(components[i]));
   return InternIndex::fold(h.result());
 }
 
@@ -151,13 +151,13 @@ void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
   give_back_room(types);
   // The index leads to the former positions, and to freed types.
   index.clear(used - 1);
-  for (size_t i = 0; i < used; i++) {
+  for (size_t i = 0; i < used; ++i) {
     if (types[i] != application_type) index.insert(hash_of(types[i]), static_cast<uint32_t>(i));
   }
 }
 
 bool TypeUniverse::is_consistent() const {
-  for (size_t i = 0; i < types.size(); i++) {
+  for (size_t i = 0; i < types.size(); ++i) {
     const bool found = index.find(hash_of(types[i]), [&](uint32_t handle) {
       return handle == i;
     }) != InternIndex::none;
@@ -178,7 +178,7 @@ void TypeUniverse::rollback(size_t former_size) noexcept {
 void TypeUniverse::remove_at(size_t position) noexcept {
   DataType* victim = types[position];
   index.erase(hash_of(victim), static_cast<uint32_t>(position));
-  for (size_t i = position + 1; i < types.size(); i++) {
+  for (size_t i = position + 1; i < types.size(); ++i) {
     index.rename(hash_of(types[i]), static_cast<uint32_t>(i), static_cast<uint32_t>(i - 1));
     types[i - 1] = types[i];
   }

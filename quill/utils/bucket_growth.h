@@ -12,7 +12,7 @@
 
 namespace quill::hsh {
 
-inline constexpr std::array<std::uint64_t, 28> bucket_counts = {
+inline constexpr std::array<uint64_t, 28> bucket_counts = {
     31,       73,        151,       313,       643,        1291,       2593,
     5233,     10501,     21013,     42073,     84181,      168451,     337219,
     674701,   1349473,   2699299,   5398891,   10798093,   21596719,   43193641,
@@ -22,7 +22,7 @@ inline constexpr std::array<std::uint64_t, 28> bucket_counts = {
 static_assert(std::is_sorted(bucket_counts.begin(), bucket_counts.end()));
 
 // The smallest bucket count that is not less than `wanted`, or the largest one when all are.
-constexpr std::uint64_t bucket_count_for(std::uint64_t wanted) {
+constexpr uint64_t bucket_count_for(uint64_t wanted) {
   const auto* found = std::lower_bound(bucket_counts.begin(), bucket_counts.end(), wanted);
   return found == bucket_counts.end() ? bucket_counts.back() : *found;
 }
@@ -30,7 +30,7 @@ constexpr std::uint64_t bucket_count_for(std::uint64_t wanted) {
 // Whether a table of `count` elements in `bucket_count` buckets is to grow before it takes another
 // one. The load is a quotient in single precision: from some ten million buckets on it differs from
 // the exact one.
-inline bool load_exceeded(std::uint64_t count, std::uint64_t bucket_count) {
+inline bool load_exceeded(uint64_t count, uint64_t bucket_count) {
   const float load = static_cast<float>(count) / static_cast<float>(bucket_count);
   return static_cast<double>(load) > 0.7;
 }

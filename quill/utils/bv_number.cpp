@@ -12,13 +12,13 @@ namespace quill {
 namespace {
 
 // GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
-constexpr std::uint64_t max_exponent = std::uint64_t{1} << 32;
+constexpr uint64_t max_exponent = uint64_t{1} << 32;
 
 }  // namespace
 
-void BVNumber::pow2(std::uint64_t n, QNumber* out) {
+void BVNumber::pow2(uint64_t n, QNumber* out) {
   if (n < 62) {
-    *out = QNumber(std::int64_t{1} << n);
+    *out = QNumber(int64_t{1} << n);
     return;
   }
   if (n > max_exponent) throw std::bad_alloc();

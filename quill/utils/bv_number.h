@@ -12,7 +12,7 @@ namespace quill {
 struct BVNumber {
   // Stores 2^n in `out`. A small target stays small up to n = 62; a big one stays big. Takes time
   // and space linear in n. Throws std::bad_alloc for n above 2^32.
-  static void pow2(std::uint64_t n, QNumber* out);
+  static void pow2(uint64_t n, QNumber* out);
 };
 
 }  // namespace quill

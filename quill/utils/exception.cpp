@@ -5,7 +5,7 @@
 namespace quill {
 
 std::streamsize Exception::Buffer::xsputn(const char* piece, std::streamsize size) {
-  text.append(piece, static_cast<std::size_t>(size));
+  text.append(piece, static_cast<size_t>(size));
   return size;
 }
 
@@ -37,7 +37,7 @@ Exception::~Exception() = default;
 
 const char* Exception::what() const noexcept { return buffer.text.c_str(); }
 
-void Exception::take_back(std::size_t size) noexcept {
+void Exception::take_back(size_t size) noexcept {
   buffer.text.resize(size);
   stream.clear();
 }

@@ -43,7 +43,7 @@ class Exception : public std::exception {
 
   template <class T>
   void append(const T& piece) {
-    const std::size_t size_before = buffer.text.size();
+    const size_t size_before = buffer.text.size();
     try {
       stream << piece;
     } catch (...) {
@@ -63,7 +63,7 @@ class Exception : public std::exception {
     int_type overflow(int_type c) override;
   };
 
-  void take_back(std::size_t size) noexcept;
+  void take_back(size_t size) noexcept;
 
   Buffer buffer;
   std::ostream stream;  // formats pieces into the buffer

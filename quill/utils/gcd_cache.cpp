@@ -8,28 +8,28 @@
 
 namespace quill {
 
-alignas(64) std::int64_t gcd_cache[gcd_cache_side * gcd_cache_side];
+alignas(64) int64_t gcd_cache[gcd_cache_side * gcd_cache_side];
 
 namespace {
 
-std::atomic_ref<std::int64_t> entry(std::uint64_t a, std::uint64_t b) {
-  return std::atomic_ref<std::int64_t>(gcd_cache[a * gcd_cache_side + b]);
+std::atomic_ref<int64_t> entry(uint64_t a, uint64_t b) {
+  return std::atomic_ref<int64_t>(gcd_cache[a * gcd_cache_side + b]);
 }
 
 }  // namespace
 
-std::uint64_t gcd(std::uint64_t a, std::uint64_t b) {
+uint64_t gcd(uint64_t a, uint64_t b) {
   assert(b != 0 && "the gcd of a pair whose second part is zero was asked for");
   for (;;) {
     if (a < gcd_cache_side && b < gcd_cache_side) {
-      const std::int64_t known = entry(a, b).load(std::memory_order_relaxed);
-      if (known != 0) return static_cast<std::uint64_t>(known);
-      const auto found = static_cast<std::int64_t>(std::gcd(a, b));
+      const int64_t known = entry(a, b).load(std::memory_order_relaxed);
+      if (known != 0) return static_cast<uint64_t>(known);
+      const auto found = static_cast<int64_t>(std::gcd(a, b));
       entry(a, b).store(found, std::memory_order_relaxed);
       entry(b, a).store(found, std::memory_order_relaxed);
       // Going on although the result is at hand fills the entries of the pairs that follow as well.
     }
-    const std::uint64_t remainder = a % b;
+    const uint64_t remainder = a % b;
     if (remainder == 0) return b;
     a = b;
     b = remainder;

@@ -12,14 +12,14 @@
 
 namespace quill {
 
-inline constexpr std::uint64_t gcd_cache_side = 1024;
+inline constexpr uint64_t gcd_cache_side = 1024;
 
 // gcd(a, b) at [a * gcd_cache_side + b], or 0 while it is not known. Words and not atomics, so that
 // every compiler lays the table out as zero pages without code that runs at start.
-extern std::int64_t gcd_cache[gcd_cache_side * gcd_cache_side];
+extern int64_t gcd_cache[gcd_cache_side * gcd_cache_side];
 
 // gcd(0, b) is b. `b` is not 0.
-std::uint64_t gcd(std::uint64_t a, std::uint64_t b);
+uint64_t gcd(uint64_t a, uint64_t b);
 
 }  // namespace quill
 

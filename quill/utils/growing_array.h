@@ -47,7 +47,7 @@ class GrowingArray {
   }
   void pop_back() {
     assert(count != 0);
-    count--;
+    --count;
   }
   // Drops all elements but the first num_elements, and keeps the room.
   void truncate(size_t num_elements) {
@@ -94,7 +94,7 @@ class GrowingArray {
     T* const block = huge_pages::WalkAllocator<T>().allocate(larger);
     new (block + count) T(element);
     move_to(block, larger);
-    count++;
+    ++count;
   }
 
   size_t larger_room(size_t num_elements) const {

@@ -125,7 +125,7 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
     for (node = buckets[at]; node != nullptr; node = node->next) {
       count_entry();
       if (this->equal(this->get_key(node->value), key)) return false;
-      passed++;
+      ++passed;
     }
     node = this->link_new(at, std::forward<Arguments>(arguments)...);
     if (passed >= longest_chain) make_index();

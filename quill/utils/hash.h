@@ -30,25 +30,25 @@ struct Hasher {};
 
 template <class T>
 struct Hasher<T const*> {
-  std::uint64_t operator()(T const* pointer) const noexcept {
+  uint64_t operator()(T const* pointer) const noexcept {
     static_assert(sizeof(T) != 0, "a type may have a hash of its own beside its definition");
-    return reinterpret_cast<std::uintptr_t>(pointer);
+    return reinterpret_cast<uintptr_t>(pointer);
   }
 };
 
 template <>
 struct Hasher<unsigned long> {
-  std::uint64_t operator()(unsigned long value) const noexcept { return value; }
+  uint64_t operator()(unsigned long value) const noexcept { return value; }
 };
 
 // Reads the text up to its first NUL only; what stands after a NUL is left to the comparison.
 template <>
 struct Hasher<std::string> {
-  std::uint64_t operator()(const std::string& text) const noexcept {
-    std::uint64_t h = 0;
+  uint64_t operator()(const std::string& text) const noexcept {
+    uint64_t h = 0;
     for (const char* c = text.c_str(); *c != '\0'; ++c) {
       // Signed on every platform: a character above 127 counts as negative.
-      h = 5 * h + static_cast<std::uint64_t>(std::int64_t{static_cast<signed char>(*c)});
+      h = 5 * h + static_cast<uint64_t>(int64_t{static_cast<signed char>(*c)});
     }
     return h;
   }
@@ -66,7 +66,7 @@ struct KeyEquality {
 };
 
 template <class Hash, class Key>
-concept HashOf = std::is_invocable_r_v<std::uint64_t, const Hash&, const Key&>;
+concept HashOf = std::is_invocable_r_v<uint64_t, const Hash&, const Key&>;
 
 }  // namespace hsh
 }  // namespace quill

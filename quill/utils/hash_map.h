@@ -32,7 +32,7 @@ class HashMap : public Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash,
   // The value of `key`. A key that is missing is added first, with null, zero or a
   // default-constructed value.
   Mapped& operator[](const Key& key) {
-    std::uint64_t index;
+    uint64_t index;
     typename Table::Bucket* node;
     this->do_emplace(key, index, node, std::piecewise_construct, std::forward_as_tuple(key),
                      std::tuple<>());

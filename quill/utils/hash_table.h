@@ -86,12 +86,12 @@ class Hashtable {
    public:
     using iterator_category = std::forward_iterator_tag;
     using value_type = Value;
-    using difference_type = std::ptrdiff_t;
+    using difference_type = ptrdiff_t;
     using pointer = Item*;
     using reference = Item&;
 
     BasicIter() = default;
-    BasicIter(const std::vector<Bucket*>* heads, std::uint64_t at, Bucket* first)
+    BasicIter(const std::vector<Bucket*>* heads, uint64_t at, Bucket* first)
         : table(heads), bucket_count(heads->size()), index(at), node(first) {}
 
     // From an iterator that may change its element to one that may not.
@@ -135,8 +135,8 @@ class Hashtable {
     }
 
     const std::vector<Bucket*>* table = nullptr;
-    std::uint64_t bucket_count = 0;
-    std::uint64_t index = 0;
+    uint64_t bucket_count = 0;
+    uint64_t index = 0;
     Bucket* node = nullptr;
   };
 
@@ -173,13 +173,13 @@ class Hashtable {
 
   // Whether the value was added; an element of the same key stays as it is.
   bool insert(const Value& value) {
-    std::uint64_t index;
+    uint64_t index;
     Bucket* node;
     return do_insert(value, index, node);
   }
 
   // As insert, and tells where the element of that key is, added or not: its bucket and its node.
-  bool do_insert(const Value& value, std::uint64_t& index, Bucket*& node) {
+  bool do_insert(const Value& value, uint64_t& index, Bucket*& node) {
     return do_emplace(get_key(value), index, node, value);
   }
 
@@ -250,19 +250,19 @@ class Hashtable {
     std::swap(count, other.count);
   }
 
-  std::uint64_t num_buckets() const { return buckets.size(); }
+  uint64_t num_buckets() const { return buckets.size(); }
 
   MemoryPool<sizeof(Bucket), false> pool;
   Hash hasher;
   Equal equal;
   std::vector<Bucket*> buckets;
-  std::uint64_t count = 0;
+  uint64_t count = 0;
 
  protected:
   // As do_insert, of a value that is made from `arguments` only when it is added. It must have that
   // key.
   template <class... Arguments>
-  bool do_emplace(const Key& key, std::uint64_t& index, Bucket*& node, Arguments&&... arguments) {
+  bool do_emplace(const Key& key, uint64_t& index, Bucket*& node, Arguments&&... arguments) {
     make_room();
     index = bucket_of(key);
     for (node = buckets[index]; node != nullptr; node = node->next) {
@@ -277,9 +277,9 @@ class Hashtable {
   void make_room() {
     if (load_exceeded(count, buckets.size())) grow();
   }
-  std::uint64_t bucket_of(const Key& key) const { return hasher(key) % buckets.size(); }
+  uint64_t bucket_of(const Key& key) const { return hasher(key) % buckets.size(); }
   template <class... Arguments>
-  Bucket* link_new(std::uint64_t index, Arguments&&... arguments) {
+  Bucket* link_new(uint64_t index, Arguments&&... arguments) {
     void* memory = pool.allocate();
     Bucket* node;
     try {
@@ -295,7 +295,7 @@ class Hashtable {
   }
 
   // Takes a node out of its bucket. Returns the one before it in the chain, or null.
-  Bucket* erase_node(std::uint64_t index, Bucket* node) {
+  Bucket* erase_node(uint64_t index, Bucket* node) {
     Bucket* predecessor = nullptr;
     Bucket** link = &buckets[index];
     while (*link != node) {
@@ -323,7 +323,7 @@ class Hashtable {
   template <class Position>
   Position lookup(const Key& key) const {
     if (count != 0) {
-      const std::uint64_t index = bucket_of(key);
+      const uint64_t index = bucket_of(key);
       for (Bucket* node = buckets[index]; node != nullptr; node = node->next) {
         count_entry();
         if (equal(get_key(node->value), key)) return Position(&buckets, index, node);
@@ -334,7 +334,7 @@ class Hashtable {
 
   // Past the largest bucket count only the chains lengthen.
   void grow() {
-    const std::uint64_t new_count = bucket_count_for(buckets.size() + 1);
+    const uint64_t new_count = bucket_count_for(buckets.size() + 1);
     if (new_count <= buckets.size()) return;
     // The only step that can fail comes before anything is touched.
     std::vector<Bucket*> rehashed(new_count, nullptr);

@@ -23,20 +23,20 @@ namespace quill {
 namespace {
 
 // GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
-constexpr std::uint64_t max_bits = std::uint64_t{1} << 32;
+constexpr uint64_t max_bits = uint64_t{1} << 32;
 
 // Bits that a pattern has, or 2^64 - 1 if there are more.
-std::uint64_t width(IEEEFloat::format f) {
-  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+uint64_t width(IEEEFloat::format f) {
+  constexpr uint64_t most = std::numeric_limits<uint64_t>::max();
   return f.m >= most - 1 || f.e > most - 1 - f.m ? most : f.e + f.m + 1;
 }
 
-void require_length(std::uint64_t bits) {
+void require_length(uint64_t bits) {
   if (bits > max_bits) throw std::bad_alloc();
 }
 
 // Bits of the magnitude of a number that is not 0.
-std::int64_t length(mpz_srcptr z) { return static_cast<std::int64_t>(mpz_sizeinbase(z, 2)); }
+int64_t length(mpz_srcptr z) { return static_cast<int64_t>(mpz_sizeinbase(z, 2)); }
 
 // The parts of a number, reduced or not, with a positive denominator.
 void set_parts(mpz_ptr n, mpz_ptr d, const QNumber& number) {
@@ -49,14 +49,14 @@ void set_parts(mpz_ptr n, mpz_ptr d, const QNumber& number) {
 }
 
 // Multiplies by 2^count.
-void shift_left(mpz_ptr z, std::int64_t count) {
-  require_length(mpz_sizeinbase(z, 2) + static_cast<std::uint64_t>(count));
+void shift_left(mpz_ptr z, int64_t count) {
+  require_length(mpz_sizeinbase(z, 2) + static_cast<uint64_t>(count));
   mpz_mul_2exp(z, z, static_cast<mp_bitcnt_t>(count));
 }
 
 // The k with 2^k <= n/d < 2^(k+1), of positive parts.
-std::int64_t floor_log2(mpz_srcptr n, mpz_srcptr d) {
-  const std::int64_t k = length(n) - length(d);
+int64_t floor_log2(mpz_srcptr n, mpz_srcptr d) {
+  const int64_t k = length(n) - length(d);
   GmpInteger scaled;
   mpz_set(scaled, k >= 0 ? d : n);
   shift_left(scaled, k >= 0 ? k : -k);
@@ -115,10 +115,10 @@ void IEEEFloat::round(const QNumber& value) {
 
   // The binary exponents of normal values range from 1 - bias to bias. That of a number is far
   // below 2^61, so that a bias of this size decides the same as all larger ones.
-  const std::int64_t bias = (std::int64_t{1} << (std::min(form.e, std::uint64_t{62}) - 1)) - 1;
-  const std::int64_t least = 1 - bias;
-  const auto m = static_cast<std::int64_t>(form.m);
-  const std::int64_t exponent = floor_log2(n, d);
+  const int64_t bias = (int64_t{1} << (std::min(form.e, uint64_t{62}) - 1)) - 1;
+  const int64_t least = 1 - bias;
+  const auto m = static_cast<int64_t>(form.m);
+  const int64_t exponent = floor_log2(n, d);
 
   // The pattern below or at the magnitude, and how what is left compares with half a step.
   GmpInteger z;
@@ -131,8 +131,8 @@ void IEEEFloat::round(const QNumber& value) {
   } else if (exponent < least - m - 1) {
     half = -1;
   } else {
-    const std::int64_t scale = std::max(exponent, least);
-    const std::int64_t step = scale - m;
+    const int64_t scale = std::max(exponent, least);
+    const int64_t step = scale - m;
     shift_left(step < 0 ? n : d, step < 0 ? -step : step);
     GmpInteger quotient;
     GmpInteger rest;

@@ -105,7 +105,7 @@ class HandleIndex {
       }
     }
     slots[hole].handle = none;
-    taken--;
+    --taken;
   }
 
   // Renames an entry that is there; used when the store moves an object to another handle.
@@ -146,7 +146,7 @@ class HandleIndex {
     if (taken == 0) return 0;
     const size_t mask = slots.size() - 1;
     size_t probes = 0;
-    for (size_t i = 0; i < slots.size(); i++) {
+    for (size_t i = 0; i < slots.size(); ++i) {
       if (slots[i].handle != none) probes += ((i - slots[i].hash) & mask) + 1;
     }
     return static_cast<double>(probes) / static_cast<double>(taken);
@@ -169,7 +169,7 @@ class HandleIndex {
 
   size_t enter(Slot entry) noexcept {
     assert(entry.handle != none && 2 * (taken + 1) <= slots.size());
-    taken++;
+    ++taken;
     return place(slots, entry);
   }
 

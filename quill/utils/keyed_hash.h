@@ -55,7 +55,7 @@ template <class T>
 [[gnu::always_inline]] inline uint64_t hash_addresses(uint64_t key, const void* head,
                                                       const T* const* rest, uint64_t count) {
   uint64_t h = reinterpret_cast<uintptr_t>(head) * key;
-  for (uint64_t i = 0; i < count; i++) {
+  for (uint64_t i = 0; i < count; ++i) {
     h = ((h ^ (h >> 32)) + reinterpret_cast<uintptr_t>(rest[i])) * key;
   }
   return h;

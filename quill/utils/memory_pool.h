@@ -30,7 +30,7 @@
 
 namespace quill {
 
-template <std::size_t Size, bool ZeroFilled>
+template <size_t Size, bool ZeroFilled>
 class MemoryPool {
   static_assert(Size >= sizeof(void*) && Size % alignof(void*) == 0,
                 "a free node holds a pointer in its first word");
@@ -72,21 +72,21 @@ class MemoryPool {
     Link* next;
   };
 
-  std::uint64_t chunk_elems = 16;        // how many nodes the next chunk will hold
-  float growth = 2.0F;                   // factor on chunk_elems after each chunk, at least 1
-  std::uint64_t max_chunk_elems = 8192;  // bound of chunk_elems, 0 for none
-  Link* chunks = nullptr;                // newest first
+  uint64_t chunk_elems = 16;        // how many nodes the next chunk will hold
+  float growth = 2.0F;              // factor on chunk_elems after each chunk, at least 1
+  uint64_t max_chunk_elems = 8192;  // bound of chunk_elems, 0 for none
+  Link* chunks = nullptr;           // newest first
   Link* free_list = nullptr;
 
  private:
   void grow_pool();
 };
 
-template <std::size_t Size, bool ZeroFilled>
+template <size_t Size, bool ZeroFilled>
 void MemoryPool<Size, ZeroFilled>::grow_pool() {
   assert(free_list == nullptr && "the pool grows while it still has free nodes");
   assert(chunk_elems > 0 && growth >= 1.0F && "the next chunk would hold no node");
-  if (chunk_elems > (std::numeric_limits<std::size_t>::max() - sizeof(Link)) / Size) {
+  if (chunk_elems > (std::numeric_limits<size_t>::max() - sizeof(Link)) / Size) {
     throw std::bad_alloc();
   }
   char* chunk = xmalloc<char>(chunk_elems * Size + sizeof(Link));
@@ -95,14 +95,13 @@ void MemoryPool<Size, ZeroFilled>::grow_pool() {
   // Linked from the last slot down, so that every slot is written once.
   char* first_slot = chunk + sizeof(Link);
   Link* head = nullptr;
-  for (std::uint64_t i = chunk_elems; i-- > 0;) head = ::new (first_slot + i * Size) Link{head};
+  for (uint64_t i = chunk_elems; i-- > 0;) head = ::new (first_slot + i * Size) Link{head};
   free_list = head;
 
   const float wanted = static_cast<float>(chunk_elems) * growth;
   // 2^64 is the first float that does not fit.
-  std::uint64_t next_elems = wanted < 18446744073709551616.0F
-                                 ? static_cast<std::uint64_t>(wanted)
-                                 : std::numeric_limits<std::uint64_t>::max();
+  uint64_t next_elems = wanted < 18446744073709551616.0F ? static_cast<uint64_t>(wanted)
+                                                         : std::numeric_limits<uint64_t>::max();
   if (max_chunk_elems != 0 && next_elems > max_chunk_elems) next_elems = max_chunk_elems;
   chunk_elems = next_elems;
 }

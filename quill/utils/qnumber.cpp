@@ -13,17 +13,17 @@
 
 namespace quill {
 
-static_assert(sizeof(QNumber) == 2 * sizeof(std::int64_t));
-static_assert(sizeof(long) == sizeof(std::int64_t), "GMP's long functions take whole words");
-static_assert(sizeof(std::uintptr_t) <= sizeof(std::int64_t), "a word holds the block's address");
+static_assert(sizeof(QNumber) == 2 * sizeof(int64_t));
+static_assert(sizeof(long) == sizeof(int64_t), "GMP's long functions take whole words");
+static_assert(sizeof(uintptr_t) <= sizeof(int64_t), "a word holds the block's address");
 
 constinit thread_local ScratchInteger QNumber::gmp_tmp;
 
 namespace {
 
-std::uint64_t magnitude_of(std::int64_t value) {
-  const auto bits = static_cast<std::uint64_t>(value);
-  return value < 0 ? std::uint64_t{0} - bits : bits;
+uint64_t magnitude_of(int64_t value) {
+  const auto bits = static_cast<uint64_t>(value);
+  return value < 0 ? uint64_t{0} - bits : bits;
 }
 
 bool fits_small(mpz_srcptr z) {
@@ -32,7 +32,7 @@ bool fits_small(mpz_srcptr z) {
 
 // GMP writes into the string itself, so that nothing of GMP's has to be freed.
 void append_decimal(std::string& text, mpz_srcptr z) {
-  const std::size_t start = text.size();
+  const size_t start = text.size();
   // The size may be one digit too much; a sign and the final NUL come on top.
   text.resize(start + mpz_sizeinbase(z, 10) + 2);
   mpz_get_str(text.data() + start, 10, z);
@@ -45,8 +45,8 @@ bool is_digits(std::string_view text) {
 }
 
 // Of digits that are few enough.
-std::int64_t value_of_digits(std::string_view digits) {
-  std::int64_t value = 0;
+int64_t value_of_digits(std::string_view digits) {
+  int64_t value = 0;
   for (const char c : digits) value = 10 * value + (c - '0');
   return value;
 }
@@ -82,7 +82,7 @@ QNumber::QNumber(const QNumber& other) : num(other.num), den(other.den) {
 }
 
 void QNumber::adopt(Big* block) noexcept {
-  num = static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(block));
+  num = static_cast<int64_t>(reinterpret_cast<uintptr_t>(block));
   den = 0;
 }
 
@@ -159,7 +159,7 @@ void QNumber::normalize() {
       den = 1;
       return;
     }
-    const auto divisor = static_cast<std::int64_t>(gcd(magnitude_of(num), magnitude_of(den)));
+    const auto divisor = static_cast<int64_t>(gcd(magnitude_of(num), magnitude_of(den)));
     num /= divisor;
     den /= divisor;
     if (den < 0) {
@@ -217,39 +217,34 @@ bool operator==(const QNumber& a, const QNumber& b) noexcept {
   return mpz_cmp_si(big.big_num(), small.num) == 0 && mpz_cmp_si(big.big_den(), small.den) == 0;
 }
 
-std::uint64_t QNumber::hash() const noexcept {
+uint64_t QNumber::hash() const noexcept {
   if (!is_big()) {
-    return std::rotl(static_cast<std::uint64_t>(num), 32) + 2 * static_cast<std::uint64_t>(den);
+    return std::rotl(static_cast<uint64_t>(num), 32) + 2 * static_cast<uint64_t>(den);
   }
-  const auto mix = [](std::uint64_t h, std::uint64_t limb) {
-    return h ^ ((h << 6) + (h >> 2) + limb);
-  };
-  const std::size_t num_limbs = mpz_size(big_num());
-  const std::size_t den_limbs = mpz_size(big_den());
-  std::uint64_t h = 0;
-  for (std::size_t i = 0; i < num_limbs; ++i)
+  const auto mix = [](uint64_t h, uint64_t limb) { return h ^ ((h << 6) + (h >> 2) + limb); };
+  const size_t num_limbs = mpz_size(big_num());
+  const size_t den_limbs = mpz_size(big_den());
+  uint64_t h = 0;
+  for (size_t i = 0; i < num_limbs; ++i)
     h = mix(h, mpz_getlimbn(big_num(), static_cast<mp_size_t>(i)));
   // As many steps as the denominator has limbs, but over the numerator's limbs once more: of the
   // denominator only its length counts. Walks of tables depend on these values, so this is not to
   // be mended.
-  for (std::size_t i = 0; i < den_limbs; ++i) {
+  for (size_t i = 0; i < den_limbs; ++i) {
     h = mix(h, i < num_limbs ? mpz_getlimbn(big_num(), static_cast<mp_size_t>(i)) : 0);
   }
   return h;
 }
 
-std::uint64_t KeyedHasher<QNumber>::operator()(std::uint64_t key,
-                                               const QNumber& number) const noexcept {
+uint64_t KeyedHasher<QNumber>::operator()(uint64_t key, const QNumber& number) const noexcept {
   KeyedWordHash h(key);
   if (!number.is_big()) {
-    return h.add(static_cast<std::uint64_t>(number.num))
-        .add(static_cast<std::uint64_t>(number.den))
-        .result();
+    return h.add(static_cast<uint64_t>(number.num)).add(static_cast<uint64_t>(number.den)).result();
   }
   for (mpz_srcptr part : {number.big_num(), number.big_den()}) {
-    const std::size_t limbs = mpz_size(part);
+    const size_t limbs = mpz_size(part);
     h.add(2 * limbs + (mpz_sgn(part) < 0 ? 1 : 0));
-    for (std::size_t i = 0; i < limbs; ++i) h.add(mpz_getlimbn(part, static_cast<mp_size_t>(i)));
+    for (size_t i = 0; i < limbs; ++i) h.add(mpz_getlimbn(part, static_cast<mp_size_t>(i)));
   }
   return h.result();
 }
@@ -293,7 +288,7 @@ QNumber QNumber::from_string(std::string_view text) {
 
   const bool negative = text.starts_with('-');
   const std::string_view magnitude = text.substr(negative ? 1 : 0);
-  const std::size_t mark = std::min(magnitude.find_first_of("/."), magnitude.size());
+  const size_t mark = std::min(magnitude.find_first_of("/."), magnitude.size());
   const bool has_second = mark < magnitude.size();
   const bool is_decimal = has_second && magnitude[mark] == '.';
   const std::string_view first = magnitude.substr(0, mark);
@@ -301,13 +296,13 @@ QNumber QNumber::from_string(std::string_view text) {
   if (!is_digits(first) || (has_second && !is_digits(second))) throw malformed();
 
   // Parts of few digits are small, and need nothing of GMP's.
-  constexpr std::size_t most_digits = std::numeric_limits<std::int64_t>::digits10;
+  constexpr size_t most_digits = std::numeric_limits<int64_t>::digits10;
   if (first.size() + second.size() <= most_digits) {
-    const std::int64_t whole = value_of_digits(first);
-    const std::int64_t part = has_second ? value_of_digits(second) : 1;
+    const int64_t whole = value_of_digits(first);
+    const int64_t part = has_second ? value_of_digits(second) : 1;
     if (is_decimal) {
-      std::int64_t scale = 1;
-      for (std::size_t i = 0; i < second.size(); ++i) scale *= 10;
+      int64_t scale = 1;
+      for (size_t i = 0; i < second.size(); ++i) scale *= 10;
       QNumber number(negative ? -(whole * scale + part) : whole * scale + part, scale);
       number.normalize();
       return number;

@@ -44,7 +44,7 @@ namespace quill {
 
 // Every integer type of the language, but not the 128-bit ones that compilers add.
 template <class Int>
-concept MachineInteger = std::integral<Int> && sizeof(Int) <= sizeof(std::int64_t);
+concept MachineInteger = std::integral<Int> && sizeof(Int) <= sizeof(int64_t);
 
 class QNumber {
  public:
@@ -54,7 +54,7 @@ class QNumber {
   template <MachineInteger Int>
   QNumber(Int value) : num(0), den(1) {
     if (SignMagnitude parts(value); parts.fits_small()) {
-      num = static_cast<std::int64_t>(value);
+      num = static_cast<int64_t>(value);
     } else {
       make_big(parts, SignMagnitude(1));
     }
@@ -67,8 +67,8 @@ class QNumber {
     const SignMagnitude denominator(d);
     if (denominator.magnitude == 0) throw_zero_denominator(numerator);
     if (numerator.fits_small() && denominator.fits_small()) {
-      num = static_cast<std::int64_t>(n);
-      den = static_cast<std::int64_t>(d);
+      num = static_cast<int64_t>(n);
+      den = static_cast<int64_t>(d);
     } else {
       make_big(numerator, denominator);
     }
@@ -102,7 +102,7 @@ class QNumber {
 
   // Exchanges values and forms.
   friend void swap(QNumber& a, QNumber& b) noexcept {
-    std::int64_t word = a.num;
+    int64_t word = a.num;
     a.num = b.num;
     b.num = word;
     word = a.den;
@@ -131,7 +131,7 @@ class QNumber {
   friend bool operator==(const QNumber& a, const QNumber& b) noexcept;
 
   // Equal for equal normalised numbers of the same form.
-  std::uint64_t hash() const noexcept;
+  uint64_t hash() const noexcept;
 
   // The decimal value, "7" or "-22/7". It depends on the value alone, also of an unnormalised
   // number: there is a "/" exactly when the number is not an integer.
@@ -143,8 +143,8 @@ class QNumber {
   // Scratch space of normalize() and BVNumber::pow2, free between calls.
   static constinit thread_local ScratchInteger gmp_tmp;
 
-  std::int64_t num;
-  std::int64_t den;
+  int64_t num;
+  int64_t den;
 
  private:
   struct Big {
@@ -155,7 +155,7 @@ class QNumber {
   // Any machine integer, as sign and magnitude.
   struct SignMagnitude {
     template <MachineInteger Int>
-    explicit SignMagnitude(Int value) : magnitude(static_cast<std::uint64_t>(value)) {
+    explicit SignMagnitude(Int value) : magnitude(static_cast<uint64_t>(value)) {
       if constexpr (std::signed_integral<Int>) {
         negative = value < 0;
         if (negative) magnitude = 0 - magnitude;
@@ -164,12 +164,12 @@ class QNumber {
     bool fits_small() const { return magnitude <= max_small; }
 
     bool negative = false;
-    std::uint64_t magnitude;
+    uint64_t magnitude;
   };
 
-  static constexpr std::uint64_t max_small = std::numeric_limits<std::int64_t>::max();
+  static constexpr uint64_t max_small = std::numeric_limits<int64_t>::max();
 
-  Big* big() const noexcept { return reinterpret_cast<Big*>(static_cast<std::uintptr_t>(num)); }
+  Big* big() const noexcept { return reinterpret_cast<Big*>(static_cast<uintptr_t>(num)); }
 
   int sign() const noexcept {
     if (is_big()) return mpz_sgn(big_num());
@@ -195,14 +195,14 @@ class QNumber {
 
 template <>
 struct Hasher<QNumber> {
-  std::uint64_t operator()(const QNumber& number) const noexcept { return number.hash(); }
+  uint64_t operator()(const QNumber& number) const noexcept { return number.hash(); }
 };
 
 // Tables keyed by pointers to numbers hash and compare what the pointers lead to. The equality is
 // the same functor.
 template <>
 struct Hasher<const QNumber*> {
-  std::uint64_t operator()(const QNumber* number) const noexcept { return number->hash(); }
+  uint64_t operator()(const QNumber* number) const noexcept { return number->hash(); }
   bool operator()(const QNumber* a, const QNumber* b) const noexcept { return *a == *b; }
 };
 
@@ -214,12 +214,12 @@ struct hsh::KeyEquality<const QNumber*> {
 // Like the fixed hash, it tells the two forms of a number apart.
 template <>
 struct KeyedHasher<QNumber> {
-  std::uint64_t operator()(std::uint64_t key, const QNumber& number) const noexcept;
+  uint64_t operator()(uint64_t key, const QNumber& number) const noexcept;
 };
 
 template <>
 struct KeyedHasher<const QNumber*> {
-  std::uint64_t operator()(std::uint64_t key, const QNumber* number) const noexcept {
+  uint64_t operator()(uint64_t key, const QNumber* number) const noexcept {
     return KeyedHasher<QNumber>()(key, *number);
   }
 };

@@ -14,7 +14,7 @@ namespace quill {
 // At least `size` bytes, aligned for every fundamental type. A request for 0 bytes yields a
 // distinct block as well: malloc(0) may answer null, which must not pass for exhaustion.
 template <class T>
-T* xmalloc(std::size_t size) {
+T* xmalloc(size_t size) {
   void* memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return static_cast<T*>(memory);

@@ -21,7 +21,7 @@ constexpr size_t max_symbols_held = 100;
 struct Counter {
   size_t visits = 0;
   int visit(const Term_*, bool) {
-    visits++;
+    ++visits;
     return 2;
   }
 };
@@ -49,7 +49,7 @@ Journal::Journal(uint64_t seed, std::ostream& lines) : random(seed), out(lines) 
 }
 
 void Journal::perform(size_t calls) {
-  for (size_t i = 0; i < calls; i++) perform_one();
+  for (size_t i = 0; i < calls; ++i) perform_one();
 }
 
 void Journal::perform_one() {
@@ -174,7 +174,7 @@ const DataType* Journal::any_type(Side& of) {
 
 QNumber Journal::any_bits(size_t n) {
   GmpInteger value;
-  for (size_t i = 0; i < n; i++) {
+  for (size_t i = 0; i < n; ++i) {
     mpz_mul_ui(value, value, 2);
     mpz_add_ui(value, value, below(2));
   }
@@ -312,7 +312,7 @@ void Journal::apply_function() {
   if (side->symbols.empty()) return;
   const Symbol* s = one_of(side->symbols);
   std::vector<const Term_*> args;
-  for (uint64_t i = 0; i < s->arity; i++) {
+  for (uint64_t i = 0; i < s->arity; ++i) {
     args.push_back(operand(*side, s->type->get_component(i + 1)));
   }
   if (one_in(20)) args.push_back(m.make_false());
@@ -355,14 +355,14 @@ void Journal::substitute() {
   std::vector<const Term_*> from;
   std::vector<const Term_*> to;
   const uint32_t pairs = 1 + below(4);
-  for (uint32_t i = 0; i < pairs; i++) {
+  for (uint32_t i = 0; i < pairs; ++i) {
     const Term_* replaced = one_of(side->terms);
     from.push_back(replaced);
     to.push_back(operand(*side, replaced->type()));
   }
   if (one_in(2)) return hold(m.substitute(t, from, to));
   TermManager::TermMap subst;
-  for (size_t i = 0; i < from.size(); i++) subst[from[i]] = to[i];
+  for (size_t i = 0; i < from.size(); ++i) subst[from[i]] = to[i];
   std::vector<bool> marks;
   hold(m.substitute(t, subst, marks, /*check=*/true));
 }

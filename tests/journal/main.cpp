@@ -27,10 +27,10 @@ int main(int argc, char** argv) try {
   // Every other block is given back, in no order: what comes next finds its memory here and there.
   std::mt19937_64 random(shift);
   std::vector<std::unique_ptr<char[]>> blocks;
-  for (unsigned long i = 0; i < shift; i++) {
+  for (unsigned long i = 0; i < shift; ++i) {
     blocks.push_back(std::make_unique<char[]>(16 + random() % 2000));
   }
-  for (unsigned long i = 0; i < shift / 2; i++) blocks[random() % blocks.size()].reset();
+  for (unsigned long i = 0; i < shift / 2; ++i) blocks[random() % blocks.size()].reset();
 
   std::ios::sync_with_stdio(false);
   quill::journal::Journal journal(seed, std::cout);

@@ -59,7 +59,7 @@ Task build_task(const Models& models, size_t manager, const Head& head, const Te
   if (by_builder) {
     Bindings bindings = head.bindings;
     const Texts patterns = op->operand_types();
-    for (size_t i = 0; i < patterns.size(); i++) {
+    for (size_t i = 0; i < patterns.size(); ++i) {
       const std::string type = models[manager].terms.at(arguments[i]).type();
       by_builder = by_builder && match(patterns[i], type, bindings);
     }
@@ -77,7 +77,7 @@ std::optional<Task> choose_build(const Models& models, size_t manager, const Ope
                                  const Operands& operand) {
   Bindings bindings;
   const auto choose_parameters = [&] {
-    for (size_t i = 0; i < op.parameters.size(); i++) {
+    for (size_t i = 0; i < op.parameters.size(); ++i) {
       const auto& [letter, low, bound] = op.parameters[i];
       if (bindings.count(letter) != 0 || !is_bound(bound, bindings)) continue;
       const long first = value_of(low, bindings);
@@ -115,7 +115,7 @@ std::optional<Task> choose_substitution(const Models& models, size_t manager,
   task.manager = manager;
   task.roots = {root};
   task.form = operand(1) % 3;
-  for (size_t i = 0; i <= operand(1) % 2; i++) {
+  for (size_t i = 0; i <= operand(1) % 2; ++i) {
     const std::string key = choose_below(model, root, operand(2 + 2 * i));
     const std::string type = model.terms.at(key).type();
     const auto image = choose_any(model, operand(3 + 2 * i), type.c_str());
@@ -132,7 +132,7 @@ std::optional<Task> choose_copy(const Models& models, size_t from, const Operand
   task.manager = 1 - from;
   task.form = operand(0) % 4;
   const size_t count = task.form < 2 ? 1 : 1 + operand(0) % 3;
-  for (size_t i = 0; i < count; i++) task.roots.push_back(*choose_any(source, operand(1 + i)));
+  for (size_t i = 0; i < count; ++i) task.roots.push_back(*choose_any(source, operand(1 + i)));
   if (task.form == 1) {
     const std::string key = choose_below(source, task.roots[0], operand(2));
     const std::string type = source.terms.at(key).type();

@@ -212,9 +212,9 @@ Reaction Foresight::choose_reaction(const Event& event, const Head& head, size_t
     reaction.task = choose_task(elsewhere ? 1 - event.manager : event.manager, choice);
   }
   if (reaction.task) {
-    depth++;
+    ++depth;
     reaction.foreseen = run(*reaction.task);
-    depth--;
+    --depth;
     // What is thrown in there may go on outwards.
     if (reaction.foreseen.end == Outcome::Thrown && derived(choice, 3) % 2 == 0) {
       reaction.then = Reaction::Throw;

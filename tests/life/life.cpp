@@ -37,7 +37,7 @@ std::string type_text(const DataType* type, const TermManager& m) {
     return name;
   }
   std::string text = "(";
-  for (size_t i = 0; i < type->num_components(); i++) {
+  for (size_t i = 0; i < type->num_components(); ++i) {
     if (i != 0) text += ' ';
     text += type_text(type->get_component(i), m);
   }
@@ -124,7 +124,7 @@ class Life::WalkCallback {
 
 // What was foreseen for the call that comes now.
 const Reaction& Life::react(const Event& event) {
-  calls++;
+  ++calls;
   expect(next_step < steps.size(), "called when nobody should be: " + event.symbol);
   const Step& step = steps[next_step++];
   expect(step.event == event, "called for " + event.symbol + " instead of " + step.event.symbol +
@@ -143,7 +143,7 @@ const Reaction& Life::react(const Event& event) {
 // Operations
 
 Life::Life() {
-  for (size_t number = 0; number < sides.size(); number++) {
+  for (size_t number = 0; number < sides.size(); ++number) {
     Side& side = sides[number];
     side.delegate = std::make_unique<AskedDelegate>(*this, number);
     if (number == 0) {
@@ -166,7 +166,7 @@ void Life::perform(const Operation& operation) {
   bool done = true;
   if (operation.name == "within") {
     within = operation.operands;
-    counts[operation.name]++;
+    ++counts[operation.name];
     return;
   }
   if (operation.name == "fresh") {
@@ -200,7 +200,7 @@ bool Life::do_task(const std::optional<Task>& task) {
 void Life::do_task(const Task& task) {
   const size_t bits = within.empty() ? 0 : within[0];
   std::array<Called, 2> called;
-  for (size_t number = 0; number < sides.size(); number++) {
+  for (size_t number = 0; number < sides.size(); ++number) {
     called[number] = {number == 1, (bits >> number & 1) != 0};
     sides[number].manager->set_delegate_enabled(called[number].delegate);
   }
@@ -212,7 +212,7 @@ void Life::do_task(const Task& task) {
   const Outcome outcome = carry_out(task);
   expect(outcome == foreseen, "another outcome");
   expect(next_step == steps.size(), "somebody was not called");
-  for (size_t number = 0; number < sides.size(); number++) {
+  for (size_t number = 0; number < sides.size(); ++number) {
     sides[number].manager->set_delegate_enabled(false);
     bind_made_terms(number);
   }
@@ -311,7 +311,7 @@ void Life::check_all(size_t number) const {
     expect(symbol != nullptr, "no symbol " + name);
     expect(type_text(symbol->type, m) == type, "another type: symbol " + name);
   }
-  for (size_t i = 0; i < m.get_universe()->size(); i++) {
+  for (size_t i = 0; i < m.get_universe()->size(); ++i) {
     const std::string type = type_text(m.get_universe()->type(i), m);
     expect(models[number].types.count(type) != 0, "a type too many: " + type);
   }
@@ -321,7 +321,7 @@ void Life::check_all(size_t number) const {
 // Tasks
 
 Outcome Life::carry_out(const Task& task) {
-  calls++;
+  ++calls;
   Outcome outcome;
   try {
     switch (task.kind) {
@@ -447,7 +447,7 @@ bool Life::can_make_again(size_t number, const std::string& text, std::set<std::
   const Operator* op = find_operator(term.head.operation);
   Bindings bindings = term.head.bindings;
   bool has_builder = true;
-  for (size_t i = 0; i < term.arguments.size(); i++) {
+  for (size_t i = 0; i < term.arguments.size(); ++i) {
     if (!can_make_again(number, term.arguments[i], seen)) return false;
     const auto present = models[number].terms.find(term.arguments[i]);
     const ModelTerm& argument = present != models[number].terms.end()
@@ -540,7 +540,7 @@ void Life::collect(size_t number, const Operation& operation) {
 std::string live(const Trace& trace, Summary* summary) {
   Life life;
   std::string complaint;
-  for (size_t i = 0; i < trace.size() && complaint.empty(); i++) {
+  for (size_t i = 0; i < trace.size() && complaint.empty(); ++i) {
     try {
       life.perform(trace[i]);
     } catch (const std::exception& failure) {

@@ -78,7 +78,7 @@ bool live_random(unsigned seed, size_t rounds, const std::string& path, size_t& 
 bool live_random_rounds(unsigned seed, size_t rounds, const std::string& path) {
   size_t operations = 0;
   size_t calls = 0;
-  for (; rounds > 0; seed++) {
+  for (; rounds > 0; ++seed) {
     const size_t now = std::min(rounds, rounds_of_a_life);
     if (!live_random(seed, now, path, operations, calls)) return false;
     rounds -= now;
@@ -94,7 +94,7 @@ bool live_for(std::chrono::seconds time, unsigned seed, const std::string& path)
   bool well = true;
   while (well && std::chrono::steady_clock::now() < end) {
     well = live_random(seed++, rounds_of_a_life, path, operations, calls);
-    lives++;
+    ++lives;
   }
   std::cout << lives << " lives, " << operations << " operations, " << calls << " calls\n";
   return well;

@@ -142,7 +142,7 @@ std::string Model::substitute(const std::string& text, const Pairs& pairs) {
 bool Model::may_head(const Head& head, const Texts& arguments) const {
   const Texts expected = components_of(head.type);
   if (arity_of(head.type) != arguments.size()) return false;
-  for (size_t i = 0; i < arguments.size(); i++) {
+  for (size_t i = 0; i < arguments.size(); ++i) {
     if (!is_subtype(terms.at(arguments[i]).type(), expected[i + 1])) return false;
   }
   return true;

@@ -179,7 +179,7 @@ const DataType* make_type(TermManager& m, const std::string& text) {
     return m.get_fp_type(e, std::stoul(format.substr(format.find(':') + 1)));
   }
   std::vector<const DataType*> parts;
-  for (size_t i = 1; i < components.size(); i++) parts.push_back(make_type(m, components[i]));
+  for (size_t i = 1; i < components.size(); ++i) parts.push_back(make_type(m, components[i]));
   if (components[0] == "Array") return m.get_array_type(parts[0], parts[1]);
   const DataType* result = parts.back();
   parts.pop_back();

@@ -27,7 +27,7 @@ bool is_bound(const std::string& sum, const Bindings& bindings) {
 long value_of(const std::string& sum, const Bindings& bindings) {
   long value = 0;
   long sign = 1;
-  for (size_t i = 0; i < sum.size(); i++) {
+  for (size_t i = 0; i < sum.size(); ++i) {
     if (sum[i] == '+' || sum[i] == '-') {
       sign = sum[i] == '+' ? 1 : -1;
     } else if (is_letter(sum[i])) {
@@ -43,7 +43,7 @@ long value_of(const std::string& sum, const Bindings& bindings) {
 
 std::string fill(const std::string& pattern, const Bindings& bindings) {
   std::string text;
-  for (size_t i = 0; i < pattern.size(); i++) {
+  for (size_t i = 0; i < pattern.size(); ++i) {
     if (pattern[i] != '{') {
       text += pattern[i];
       continue;
@@ -57,10 +57,10 @@ std::string fill(const std::string& pattern, const Bindings& bindings) {
 
 bool match(const std::string& pattern, const std::string& text, Bindings& bindings) {
   size_t at = 0;
-  for (size_t i = 0; i < pattern.size(); i++) {
+  for (size_t i = 0; i < pattern.size(); ++i) {
     if (pattern[i] != '{') {
       if (at >= text.size() || text[at] != pattern[i]) return false;
-      at++;
+      ++at;
       continue;
     }
     const size_t end = pattern.find('}', i);
@@ -88,7 +88,7 @@ std::string item_at(const std::string& text, size_t start) {
     do {
       depth += text[end] == '(';
       depth -= text[end] == ')';
-      end++;
+      ++end;
     } while (depth != 0);
   } else {
     end = text.find_first_of(" :|)", start);

@@ -12,9 +12,9 @@ constexpr size_t small_operands = 4;
 
 // The trace without `count` operations from `first` on.
 Trace without(const Trace& trace, size_t first, size_t count) {
-  Trace rest(trace.begin(), trace.begin() + static_cast<std::ptrdiff_t>(first));
+  Trace rest(trace.begin(), trace.begin() + static_cast<ptrdiff_t>(first));
   const size_t next = std::min(trace.size(), first + count);
-  rest.insert(rest.end(), trace.begin() + static_cast<std::ptrdiff_t>(next), trace.end());
+  rest.insert(rest.end(), trace.begin() + static_cast<ptrdiff_t>(next), trace.end());
   return rest;
 }
 

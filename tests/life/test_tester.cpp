@@ -108,7 +108,7 @@ TEST(Trace, RefusesWhatIsNoOperation) {
 
 TEST(Trace, EverySubsequenceCanBeLived) {
   const Trace trace = random_trace(8, 10);
-  for (size_t step = 2; step <= 5; step++) {
+  for (size_t step = 2; step <= 5; ++step) {
     Trace rest;
     for (size_t i = 0; i < trace.size(); i += step) rest.push_back(trace[i]);
     EXPECT_EQ(live(rest), "");
@@ -117,7 +117,7 @@ TEST(Trace, EverySubsequenceCanBeLived) {
 
 TEST(Shrink, LeavesWhatIsNeededToFail) {
   Trace trace;
-  for (size_t i = 0; i < 300; i++) trace.push_back({i % 2, "plus", {i, 7}});
+  for (size_t i = 0; i < 300; ++i) trace.push_back({i % 2, "plus", {i, 7}});
   const Trace shortest = shrink(trace, [](const Trace& candidate) {
     bool first = false;
     bool second = false;

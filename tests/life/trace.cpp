@@ -20,7 +20,7 @@ class Generator {
   explicit Generator(unsigned seed) : random(seed) {}
 
   void round(Trace& trace) {
-    for (size_t builds = 3 + below(6); builds > 0; builds--) {
+    for (size_t builds = 3 + below(6); builds > 0; --builds) {
       if (below(3) == 0) plan(trace);
       build(trace);
     }
@@ -37,14 +37,14 @@ class Generator {
 
   void add(Trace& trace, const std::string& name, size_t operands) {
     Operation operation{below(3) == 0 ? size_t{1} : 0, name, {}};
-    for (size_t i = 0; i < operands; i++) operation.operands.push_back(below(largest_operand));
+    for (size_t i = 0; i < operands; ++i) operation.operands.push_back(below(largest_operand));
     trace.push_back(operation);
   }
 
   // What happens when somebody is called within the next operation. Most calls go on.
   void plan(Trace& trace) {
     add(trace, "within", 1);
-    for (size_t i = 1 + below(longest_plan); i > 0; i--) {
+    for (size_t i = 1 + below(longest_plan); i > 0; --i) {
       trace.back().operands.push_back(below(3) == 0 ? below(most_reactions) : 0);
     }
   }
@@ -66,7 +66,7 @@ class Generator {
   void collect(Trace& trace, size_t percent) {
     add(trace, "collect", 4);
     trace.back().operands[0] = percent;
-    for (size_t i = 2; i < 4; i++) trace.back().operands[i] = percent == 0 ? 0 : below(10);
+    for (size_t i = 2; i < 4; ++i) trace.back().operands[i] = percent == 0 ? 0 : below(10);
   }
 
   std::mt19937 random;
@@ -83,7 +83,7 @@ std::string Operation::to_str() const {
 Trace random_trace(unsigned seed, size_t rounds) {
   Trace trace;
   Generator generator(seed);
-  for (size_t i = 0; i < rounds; i++) generator.round(trace);
+  for (size_t i = 0; i < rounds; ++i) generator.round(trace);
   return trace;
 }
 

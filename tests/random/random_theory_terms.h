@@ -67,7 +67,7 @@ class RandomTheoryTerms {
 
   QNumber bits(size_t n) {
     GmpInteger value;
-    for (size_t i = 0; i < n; i++) {
+    for (size_t i = 0; i < n; ++i) {
       mpz_mul_ui(value, value, 2);
       mpz_add_ui(value, value, below(2));
     }

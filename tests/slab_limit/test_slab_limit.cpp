@@ -24,7 +24,7 @@ class SlabLimit : public ::testing::Test {
     large = m.make_symbol("large", m.get_function_type(arguments, m.get_int_type()));
     matrix = m.make_symbol(
         "matrix", m.get_function_type({m.get_int_type(), m.get_int_type()}, m.get_int_type()));
-    for (int i = 0; i < 100; i++) {
+    for (int i = 0; i < 100; ++i) {
       constants.push_back(
           m.make_constant(m.make_symbol("c" + std::to_string(i), m.get_int_type())));
     }
@@ -56,7 +56,7 @@ TEST_F(SlabLimit, RequestsThatNeedASlabAreRefusedAndChangeNothing) {
   const std::vector<const Term_*> made = fill();
   EXPECT_GT(made.size(), 50U);
   EXPECT_EQ(m.get_bank()->memory_use().slabs, 64U);
-  for (int repetition = 0; repetition < 3; repetition++) {
+  for (int repetition = 0; repetition < 3; ++repetition) {
     const StateBefore before(m);
     EXPECT_THROW(make_large(made.size()), std::bad_alloc);
     EXPECT_THROW(m.make_term(matrix, {constants[0], constants[1]}), std::bad_alloc);
@@ -66,7 +66,7 @@ TEST_F(SlabLimit, RequestsThatNeedASlabAreRefusedAndChangeNothing) {
 
 TEST_F(SlabLimit, EverythingElseGoesOn) {
   const std::vector<const Term_*> made = fill();
-  for (size_t i = 0; i < made.size(); i++) EXPECT_EQ(make_large(i), made[i]);
+  for (size_t i = 0; i < made.size(); ++i) EXPECT_EQ(make_large(i), made[i]);
   EXPECT_EQ(m.make_constant(m.make_symbol("c7", m.get_int_type())), constants[7]);
   EXPECT_EQ(m.to_shallow_str_literal(constants[7]), "c7");
   EXPECT_EQ(m.make_symbol("new", m.get_int_type())->arity, 0U);

@@ -44,15 +44,15 @@ void require_text(std::string_view text, std::string_view expected) {
 }
 
 // Blocks that GMP holds, each with its size in front. Of all threads, one after the other.
-std::size_t blocks_held = 0;
+size_t blocks_held = 0;
 
 struct Block {
-  std::size_t size;
-  std::size_t mark;
+  size_t size;
+  size_t mark;
 };
-constexpr std::size_t live = 0x6b636f6c62706d67;
+constexpr size_t live = 0x6b636f6c62706d67;
 
-void* allocate(std::size_t size) {
+void* allocate(size_t size) {
   auto* block = static_cast<Block*>(std::malloc(sizeof(Block) + size));
   require(block != nullptr, "out of memory");
   *block = {size, live};
@@ -60,7 +60,7 @@ void* allocate(std::size_t size) {
   return block + 1;
 }
 
-void release(void* memory, std::size_t) {
+void release(void* memory, size_t) {
   Block* const block = static_cast<Block*>(memory) - 1;
   require(block->mark == live, "GMP frees a block that it does not hold");
   block->mark = 0;
@@ -68,9 +68,9 @@ void release(void* memory, std::size_t) {
   std::free(block);
 }
 
-void* reallocate(void* memory, std::size_t, std::size_t size) {
+void* reallocate(void* memory, size_t, size_t size) {
   void* const larger = allocate(size);
-  const std::size_t size_before = (static_cast<Block*>(memory) - 1)->size;
+  const size_t size_before = (static_cast<Block*>(memory) - 1)->size;
   std::memcpy(larger, memory, size_before < size ? size_before : size);
   release(memory, 0);
   return larger;
@@ -194,7 +194,7 @@ void use_in_a_thread() {
 
 int main() {
   of_this_thread().use();
-  const std::size_t held_before = blocks_held;
+  const size_t held_before = blocks_held;
   std::thread(use_in_a_thread).join();
   require(blocks_held == held_before, "a thread that ended holds numbers");
   filled_in_main = std::make_unique<Work>("filled_in_main");

@@ -31,7 +31,7 @@ constexpr size_t num_threads = 8;
 // Runs action(0) to action(7), each in a thread of its own, all at the same time.
 void in_threads(const std::function<void(size_t)>& action) {
   std::vector<std::thread> threads;
-  for (size_t n = 0; n < num_threads; n++) threads.emplace_back(action, n);
+  for (size_t n = 0; n < num_threads; ++n) threads.emplace_back(action, n);
   for (std::thread& thread : threads) thread.join();
 }
 
@@ -45,13 +45,13 @@ std::string journal(uint64_t seed) {
 TEST(Threads, EachWithItsOwnManagersDoesWhatASingleThreadDoes) {
   std::array<std::string, num_threads> together;
   in_threads([&](size_t n) { together[n] = journal(n); });
-  for (size_t n = 0; n < num_threads; n++) EXPECT_TRUE(together[n] == journal(n)) << "seed " << n;
+  for (size_t n = 0; n < num_threads; ++n) EXPECT_TRUE(together[n] == journal(n)) << "seed " << n;
 }
 
 TEST(Threads, TheSameCallsOnAllThreadsGiveTheSame) {
   std::array<std::string, num_threads> together;
   in_threads([&](size_t n) { together[n] = journal(100); });
-  for (size_t n = 1; n < num_threads; n++) EXPECT_TRUE(together[n] == together[0]) << n;
+  for (size_t n = 1; n < num_threads; ++n) EXPECT_TRUE(together[n] == together[0]) << n;
 }
 
 TEST(Threads, AJournalGoesOnInAnotherThread) {
@@ -59,7 +59,7 @@ TEST(Threads, AJournalGoesOnInAnotherThread) {
   std::ostringstream lines;
   std::unique_ptr<journal::Journal> moving;
   std::thread([&] { moving = std::make_unique<journal::Journal>(7, lines); }).join();
-  for (int i = 0; i < 4; i++) std::thread([&] { moving->perform(1000); }).join();
+  for (int i = 0; i < 4; ++i) std::thread([&] { moving->perform(1000); }).join();
   std::thread([&] { moving.reset(); }).join();
   EXPECT_TRUE(lines.str() == expected);
 }
@@ -90,7 +90,7 @@ TEST(Threads, AManagerIsMadeUsedAndDestroyedOnDifferentThreads) {
 struct Counter {
   size_t visits = 0;
   int visit(const Term_*, bool) {
-    visits++;
+    ++visits;
     return 2;
   }
 };
@@ -124,7 +124,7 @@ TEST(Threads, AllReadOneManagerThatNobodyChanges) {
   const Term_* mode = m.make_fprounding_zero();
   std::vector<const Term_*> roots;
   const Term_* large = m.make_bv_number(QNumber::from_string("1" + std::string(60, '0')), 200);
-  for (int i = 0; i < 60; i++) {
+  for (int i = 0; i < 60; ++i) {
     const Term_* byte = m.make_bv_number(i, 8);
     index = m.make_bv_add(index, byte);
     array = m.make_array_write(array, index, byte);
@@ -141,7 +141,7 @@ TEST(Threads, AllReadOneManagerThatNobodyChanges) {
   const std::string expected = read(m, roots);
   std::array<std::string, num_threads> texts;
   in_threads([&](size_t n) { texts[n] = read(m, roots); });
-  for (size_t n = 0; n < num_threads; n++) EXPECT_TRUE(texts[n] == expected) << n;
+  for (size_t n = 0; n < num_threads; ++n) EXPECT_TRUE(texts[n] == expected) << n;
   EXPECT_EQ(m.get_bank()->size(), terms);
   EXPECT_EQ(m.check_consistency(), "");
 }
@@ -164,15 +164,15 @@ TEST(Threads, AllReadTheTextOfOneError) {
     }
   });
   EXPECT_NE(texts[0], "");
-  for (size_t n = 1; n < num_threads; n++) EXPECT_EQ(texts[n], texts[0]);
+  for (size_t n = 1; n < num_threads; ++n) EXPECT_EQ(texts[n], texts[0]);
 }
 
 // The one table of the process: all threads fill it and find the same.
 TEST(Threads, AllFillTheTableOfDivisors) {
   std::array<uint64_t, num_threads> sums{};
   in_threads([&](size_t n) {
-    for (uint64_t a = 1; a <= 300; a++) {
-      for (uint64_t b = 1; b <= 300; b++) sums[n] += gcd(a, b);
+    for (uint64_t a = 1; a <= 300; ++a) {
+      for (uint64_t b = 1; b <= 300; ++b) sums[n] += gcd(a, b);
     }
   });
   for (const uint64_t sum : sums) EXPECT_EQ(sum, 336784U);

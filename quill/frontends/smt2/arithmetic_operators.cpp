@@ -100,7 +100,7 @@ Value build_times(TermBuilder& b, const Application& a) {
 
 Value build_minus(TermBuilder& b, const Application& a) {
   const DataType* sort = b.expect_arithmetic(a);
-  expect_constants(b, a, Theory::ARITHMETIC, 1, "(- 0.1)");
+  expect_constants(b, a, Theory::Arithmetic, 1, "(- 0.1)");
   const Term_* result = a.args[0].term;
   if (a.args.size() == 1) {
     QNumber value;
@@ -118,7 +118,7 @@ Value build_minus(TermBuilder& b, const Application& a) {
 
 Value build_divide(TermBuilder& b, const Application& a) {
   b.expect_all(a, b.real_type);
-  expect_constants(b, a, Theory::REALS, 2, "(/ 1 3)");
+  expect_constants(b, a, Theory::Reals, 2, "(/ 1 3)");
   const Term_* result = a.args[0].term;
   for (size_t i = 1; i < a.args.size(); ++i) {
     const QNumber divisor = divisor_of(b, a, i);

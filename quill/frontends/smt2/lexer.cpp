@@ -25,22 +25,22 @@ std::string hexadecimal(int byte) {
 
 std::string Token::spelling() const {
   switch (kind) {
-    case TokenKind::OPEN:
+    case TokenKind::Open:
       return "(";
-    case TokenKind::CLOSE:
+    case TokenKind::Close:
       return ")";
-    case TokenKind::SYMBOL:
+    case TokenKind::Symbol:
       return quoted ? "|" + std::string(text) + "|" : std::string(text);
-    case TokenKind::KEYWORD:
+    case TokenKind::Keyword:
       return ":" + std::string(text);
-    case TokenKind::NUMERAL:
-    case TokenKind::DECIMAL:
+    case TokenKind::Numeral:
+    case TokenKind::Decimal:
       return std::string(text);
-    case TokenKind::BINARY:
+    case TokenKind::Binary:
       return "#b" + std::string(text);
-    case TokenKind::HEXADECIMAL:
+    case TokenKind::Hexadecimal:
       return "#x" + std::string(text);
-    case TokenKind::STRING: {
+    case TokenKind::String: {
       std::string result = "\"";
       for (const char c : text) {
         if (c == '"') result += '"';
@@ -48,14 +48,14 @@ std::string Token::spelling() const {
       }
       return result + "\"";
     }
-    case TokenKind::END:
+    case TokenKind::End:
       return "";
   }
   return "";
 }
 
 std::string Token::description() const {
-  return kind == TokenKind::END ? "the end of the input" : shown(spelling());
+  return kind == TokenKind::End ? "the end of the input" : shown(spelling());
 }
 
 std::string shown(std::string_view piece) {
@@ -156,14 +156,14 @@ void Lexer::next() {
   const int c = peek();
   switch (c) {
     case end_of_input:
-      token.kind = TokenKind::END;
+      token.kind = TokenKind::End;
       return;
     case '(':
-      token.kind = TokenKind::OPEN;
+      token.kind = TokenKind::Open;
       ++cursor;
       return;
     case ')':
-      token.kind = TokenKind::CLOSE;
+      token.kind = TokenKind::Close;
       ++cursor;
       return;
     case '|':
@@ -173,7 +173,7 @@ void Lexer::next() {
       read_string();
       return;
     case ':':
-      token.kind = TokenKind::KEYWORD;
+      token.kind = TokenKind::Keyword;
       start = ++cursor;
       read_symbol_characters();
       if (token.text.empty()) throw ParseError(token.position, "a colon without a keyword");
@@ -181,9 +181,9 @@ void Lexer::next() {
     case '#':
       start = ++cursor;
       if (peek() == 'b') {
-        read_digits(TokenKind::BINARY, "a binary literal", is_binary_digit);
+        read_digits(TokenKind::Binary, "a binary literal", is_binary_digit);
       } else if (peek() == 'x') {
-        read_digits(TokenKind::HEXADECIMAL, "a hexadecimal literal", is_hexadecimal_digit);
+        read_digits(TokenKind::Hexadecimal, "a hexadecimal literal", is_hexadecimal_digit);
       } else {
         throw ParseError(token.position, "'#' begins neither #b nor #x");
       }
@@ -194,7 +194,7 @@ void Lexer::next() {
   if (is_decimal_digit(c)) {
     read_number();
   } else if (is_symbol_character(c)) {
-    token.kind = TokenKind::SYMBOL;
+    token.kind = TokenKind::Symbol;
     read_symbol_characters();
     if (const int after = peek(); after > 127 || after == '\'' || after == '`' || after == 0) {
       reject_byte(after);
@@ -245,7 +245,7 @@ void Lexer::reject_token(std::string_view what) const {
 }
 
 void Lexer::read_quoted_symbol() {
-  token.kind = TokenKind::SYMBOL;
+  token.kind = TokenKind::Symbol;
   token.quoted = true;
   start = ++cursor;
   Position last = token.position;
@@ -263,7 +263,7 @@ void Lexer::read_quoted_symbol() {
 
 // Doubled quotes become single ones in place.
 void Lexer::read_string() {
-  token.kind = TokenKind::STRING;
+  token.kind = TokenKind::String;
   start = ++cursor;
   size_t length = 0;
   Position last = token.position;
@@ -290,13 +290,13 @@ void Lexer::read_number() {
   const std::string_view text = token.text;
   const size_t digits = end_of_digits(text, 0);
   if (digits == text.size()) {
-    token.kind = TokenKind::NUMERAL;
+    token.kind = TokenKind::Numeral;
     if (text.size() > 1 && text[0] == '0') {
       throw ParseError(token.position, "the numeral " + token.description() + " begins with 0");
     }
     return;
   }
-  token.kind = TokenKind::DECIMAL;
+  token.kind = TokenKind::Decimal;
   if (text[digits] != '.') {
     throw ParseError(token.position, token.description() + " is neither a number nor a symbol");
   }

@@ -31,20 +31,20 @@
 namespace quill::smt2 {
 
 enum class TokenKind {
-  OPEN,
-  CLOSE,
-  SYMBOL,
-  KEYWORD,
-  NUMERAL,
-  DECIMAL,
-  BINARY,
-  HEXADECIMAL,
-  STRING,
-  END,
+  Open,
+  Close,
+  Symbol,
+  Keyword,
+  Numeral,
+  Decimal,
+  Binary,
+  Hexadecimal,
+  String,
+  End,
 };
 
 struct Token {
-  TokenKind kind = TokenKind::END;
+  TokenKind kind = TokenKind::End;
   // Symbols without bars, keywords without the colon, binary and hexadecimal digits without the
   // prefix, strings without the quotes and with "" read as one quote; empty for parentheses. Valid
   // until the next token is read.
@@ -53,12 +53,12 @@ struct Token {
   Position position;    // of the first byte
 
   bool is_word(std::string_view word) const {
-    return kind == TokenKind::SYMBOL && !quoted && text == word;
+    return kind == TokenKind::Symbol && !quoted && text == word;
   }
 
   // A word that is never a symbol.
   bool is_reserved_word() const {
-    return kind == TokenKind::SYMBOL && !quoted && quill::is_reserved_word(text);
+    return kind == TokenKind::Symbol && !quoted && quill::is_reserved_word(text);
   }
 
   // The token as it stands in a script.
@@ -81,7 +81,7 @@ class Lexer {
 
   // Throws ParseError at the end of the input: "the input ends inside a term".
   void require_more(std::string_view place) const {
-    if (token.kind == TokenKind::END) reject_end_of_input(place);
+    if (token.kind == TokenKind::End) reject_end_of_input(place);
   }
 
   // Throws ParseError unless the current token is of that kind: "a string is expected, not 'x'".
@@ -130,7 +130,7 @@ class Lexer {
   // Where the next byte stands: in this line, whose first byte is (or was, in bytes that are gone)
   // at this place of the buffer.
   uint64_t line = 1;
-  std::ptrdiff_t line_start = 0;
+  ptrdiff_t line_start = 0;
   Position previous_end;
 };
 

@@ -13,15 +13,15 @@ NamePlace place_of(const TermManager& manager, const Command& command, const Nam
   const bool is_definition = !command.stored_name.empty();
   const bool can_be_whole = command.kind == CommandKind::Assert || is_definition;
   if (can_be_whole && named.term == command.terms[0].value.term) {
-    if (is_definition && sort == command.terms[0].value.sort) return NamePlace::WHOLE;
-    if (!is_definition) return named.is_label ? NamePlace::WHOLE : NamePlace::APART;
+    if (is_definition && sort == command.terms[0].value.sort) return NamePlace::Whole;
+    if (!is_definition) return named.is_label ? NamePlace::Whole : NamePlace::Apart;
   }
   // A term is annotated where it is written with the sort of its type: to_real stands around the
   // annotation. Only where there is one sort of numbers, numerals are of that sort in any place.
-  if (sort == type) return NamePlace::INSIDE;
-  const bool has_one_sort = !logic.has(Theory::INTS) || !logic.has(Theory::REALS);
+  if (sort == type) return NamePlace::Inside;
+  const bool has_one_sort = !logic.has(Theory::Ints) || !logic.has(Theory::Reals);
   const bool is_numeral = manager.is_number(named.term->symbol, nullptr);
-  return has_one_sort && is_numeral ? NamePlace::INSIDE : NamePlace::APART;
+  return has_one_sort && is_numeral ? NamePlace::Inside : NamePlace::Apart;
 }
 
 }  // namespace quill::smt2

@@ -13,12 +13,12 @@ namespace quill::smt2 {
 
 enum class NamePlace : uint8_t {
   // (assert (! t :named n)), or the body of a definition.
-  WHOLE,
+  Whole,
   // Where the term is written first in the command, if it is written there.
-  INSIDE,
+  Inside,
   // (define-fun quill!named_1 () S (! t :named n)) before the command, so that the name has its
   // sort and scope and is no label of an assertion.
-  APART,
+  Apart,
 };
 
 // A name of the command, under the logic that is written. What is INSIDE turns out to be APART when

@@ -35,7 +35,7 @@ constexpr unsigned largest_constant = 64;  // in terms
 // The recursion is as deep as the budget is large, at most.
 bool evaluate(const TermManager& manager, const Term_* t, QNumber& value, unsigned& budget) {
   if (budget == 0) return false;
-  budget--;
+  --budget;
   if (manager.is_number(t->symbol, &value)) return !manager.is_bv_type(t->symbol->type, nullptr);
   const SymbolTag::tag tag = operator_tag(manager, t->symbol);
   if (tag != SymbolTag::PLUS && tag != SymbolTag::TIMES) return false;

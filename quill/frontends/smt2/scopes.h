@@ -29,8 +29,8 @@ struct Operator;
 
 // The global meaning of a symbol.
 struct Binding {
-  enum class Kind { FUNCTION, TERM, MACRO };
-  Kind kind = Kind::TERM;
+  enum class Kind { Function, Term, Macro };
+  Kind kind = Kind::Term;
   const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
   const DataType* sort = nullptr;  // FUNCTION: that of the constant, or a function type of sorts
   bool owned = false;              // whether that symbol's name is to be freed with the scope
@@ -40,9 +40,9 @@ struct Binding {
 };
 
 struct Name {
-  Construct construct = Construct::NONE;      // that the name begins when it is not between bars
-  const TheoryName* theory = nullptr;         // that has the name
-  const Operator* theory_operator = nullptr;  // null, too, for an operator that is not supported
+  Construct construct = Construct::NoConstruct;  // that the name begins when it is not between bars
+  const TheoryName* theory = nullptr;            // that has the name
+  const Operator* theory_operator = nullptr;     // null, too, for an operator that is not supported
   std::unique_ptr<Binding> global;
   uint32_t local = 0;  // 1 + the index of the innermost local meaning; 0: none
 };

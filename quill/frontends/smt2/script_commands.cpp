@@ -19,7 +19,7 @@ std::vector<ScriptTerm> ScriptReader::read_script_terms(const char* what) {
   std::vector<ScriptTerm> terms;
   term_reader.opened = lexer.token.position;
   expect_open(what);
-  while (lexer.token.kind != TokenKind::CLOSE) {
+  while (lexer.token.kind != TokenKind::Close) {
     terms.push_back(read_script_term());
     terms_seen = true;
   }
@@ -96,21 +96,21 @@ void ScriptReader::read_get_value(Command& command) {
 
 void ScriptReader::read_echo(Command& command) {
   const Token& token = lexer.token;
-  lexer.expect(TokenKind::STRING, "a string is");
+  lexer.expect(TokenKind::String, "a string is");
   command.text = token.spelling();
   lexer.next();
 }
 
 void ScriptReader::read_keyword(Command& command) {
   const Token& token = lexer.token;
-  lexer.expect(TokenKind::KEYWORD, "a keyword is");
+  lexer.expect(TokenKind::Keyword, "a keyword is");
   command.text = token.spelling();
   lexer.next();
 }
 
 void ScriptReader::read_keyword_and_value(Command& command) {
   read_keyword(command);
-  if (lexer.token.kind != TokenKind::CLOSE) command.text += " " + read_s_expression();
+  if (lexer.token.kind != TokenKind::Close) command.text += " " + read_s_expression();
   if (command.kind != CommandKind::SetOption) return;
   if (command.text == ":global-declarations true") scopes.set_global_declarations(true);
   if (command.text == ":global-declarations false") scopes.set_global_declarations(false);
@@ -118,7 +118,7 @@ void ScriptReader::read_keyword_and_value(Command& command) {
 
 void ScriptReader::read_set_logic(Command& command) {
   const Token& token = lexer.token;
-  lexer.expect(TokenKind::SYMBOL, "the name of a logic is");
+  lexer.expect(TokenKind::Symbol, "the name of a logic is");
   if (logic_is_set) throw ParseError(token.position, "the logic is already " + logic.name());
   if (content_seen) {
     throw ParseError(token.position, "'set-logic' behind declarations or assertions");
@@ -136,7 +136,7 @@ void ScriptReader::read_set_logic(Command& command) {
 void ScriptReader::read_levels(Command& command) {
   const Position position = lexer.token.position;
   // SMT-LIB 2.6 asks for the number; scripts leave it out.
-  command.count = lexer.token.kind == TokenKind::CLOSE ? 1 : read_count("the number of levels");
+  command.count = lexer.token.kind == TokenKind::Close ? 1 : read_count("the number of levels");
   if (command.kind == CommandKind::Push) {
     if (command.count > ~uint64_t{0} - scopes.depth()) {
       throw ParseError(position, "the number of levels is too large");

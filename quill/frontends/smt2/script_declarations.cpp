@@ -68,7 +68,7 @@ void ScriptReader::declare(Command& command, Name& name, const std::string& text
     throw ParseError(position, "the manager has a symbol " + shown(text) + " of another sort");
   }
   auto binding = std::make_unique<Binding>();
-  binding->kind = Binding::Kind::FUNCTION;
+  binding->kind = Binding::Kind::Function;
   binding->symbol = manager.make_symbol(stored, type);
   binding->sort = sort;
   binding->owned = present == nullptr;
@@ -89,7 +89,7 @@ void ScriptReader::read_declare_fun(Command& command) {
   Name& name = read_new_name(command.text, position);
   std::vector<const DataType*> argument_sorts;
   expect_open("the argument sorts");
-  while (lexer.token.kind != TokenKind::CLOSE) argument_sorts.push_back(sort_reader.read());
+  while (lexer.token.kind != TokenKind::Close) argument_sorts.push_back(sort_reader.read());
   lexer.next();
   const DataType* result = sort_reader.read();
   declare(command, name, command.text, position, argument_sorts, result);
@@ -98,7 +98,7 @@ void ScriptReader::read_declare_fun(Command& command) {
 void ScriptReader::read_declare_sort(Command& command) {
   SortName& name = read_new_sort_name(command.text);
   // SMT-LIB 2.6 asks for the arity; scripts leave it out.
-  if (lexer.token.kind != TokenKind::CLOSE) command.count = read_count("the arity of the sort");
+  if (lexer.token.kind != TokenKind::Close) command.count = read_count("the arity of the sort");
   auto binding = std::make_unique<SortBinding>();
   const std::string stored = scopes.free_sort_name(
       name_from_smtlib(command.text, NameKind::Sort, default_escape_prefix, logic));
@@ -114,7 +114,7 @@ void ScriptReader::read_define_sort(Command& command) {
   SortName& name = read_new_sort_name(command.text);
   std::vector<SortName*> parameters;
   expect_open("the parameters");
-  while (lexer.token.kind != TokenKind::CLOSE) {
+  while (lexer.token.kind != TokenKind::Close) {
     require_new_symbol();
     SortName& parameter = scopes.sort_name(lexer.token.text);
     if (parameter.parameter != nullptr) {
@@ -140,7 +140,7 @@ Macro ScriptReader::read_parameters() {
   const Token& token = lexer.token;
   const size_t first_local = scopes.num_locals();
   expect_open("the parameters");
-  while (token.kind != TokenKind::CLOSE) {
+  while (token.kind != TokenKind::Close) {
     expect_open("a parameter and its sort");
     require_new_symbol();
     Name& name = scopes.name(token.text);
@@ -150,7 +150,7 @@ Macro ScriptReader::read_parameters() {
     const std::string stored = term_reader.stored_name(token.text);
     lexer.next();
     const DataType* sort = sort_reader.read();
-    if (token.kind != TokenKind::CLOSE) {
+    if (token.kind != TokenKind::Close) {
       throw ParseError(lexer.end_of_previous(),
                        "a ')' is expected behind a parameter, not " + token.description());
     }
@@ -224,7 +224,7 @@ void ScriptReader::read_define_fun(Command& command) {
     keep_definition(command, macro.body, *binding);
   } else {
     macro.name = command.text;
-    binding->kind = Binding::Kind::MACRO;
+    binding->kind = Binding::Kind::Macro;
     binding->macro = std::move(macro);
   }
   scopes.bind(name, std::move(binding));

@@ -47,7 +47,7 @@ void ScriptReader::forget_declarations() {
 void ScriptReader::read_commands() {
   for (;;) {
     lexer.next();
-    if (lexer.token.kind == TokenKind::END) return;
+    if (lexer.token.kind == TokenKind::End) return;
     add(read_command());
     if (script.commands.back().kind == CommandKind::Exit) return;
   }
@@ -61,7 +61,7 @@ void ScriptReader::add(Command command) {
     declaration.kind = CommandKind::DeclareFun;
     declaration.symbol = function.symbol;
     declaration.undefined_name = std::move(function.name);
-    const auto place = script.commands.begin() + static_cast<std::ptrdiff_t>(declarations_place);
+    const auto place = script.commands.begin() + static_cast<ptrdiff_t>(declarations_place);
     script.commands.insert(place, std::move(declaration));
     ++declarations_place;
   }
@@ -94,8 +94,8 @@ bool ScriptReader::moves_declarations_place(CommandKind kind) const {
 
 Command ScriptReader::read_command() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::CLOSE) throw ParseError(token.position, "a ')' too many");
-  lexer.expect(TokenKind::OPEN, "a command is");
+  if (token.kind == TokenKind::Close) throw ParseError(token.position, "a ')' too many");
+  lexer.expect(TokenKind::Open, "a command is");
   term_reader.opened = token.position;
   lexer.next();
   const CommandRow& row = find_row();
@@ -128,7 +128,7 @@ void ScriptReader::unmark_inner_names(const Term_* whole) {
 
 const CommandRow& ScriptReader::find_row() const {
   const Token& token = lexer.token;
-  lexer.expect(TokenKind::SYMBOL, "the name of a command is");
+  lexer.expect(TokenKind::Symbol, "the name of a command is");
   const CommandRow* row = token.quoted ? nullptr : find_command(token.text);
   if (row != nullptr) {
     if (row->shape == CommandShape::Unsupported) {
@@ -146,19 +146,19 @@ const CommandRow& ScriptReader::find_row() const {
 // ----- pieces of commands -----------------------------------------------------------------------
 
 void ScriptReader::require_more() const {
-  if (lexer.token.kind != TokenKind::END) return;
+  if (lexer.token.kind != TokenKind::End) return;
   lexer.reject_end_of_input("inside '" + command_name + "'");
 }
 
 void ScriptReader::expect_open(const char* what) {
   require_more();
-  if (lexer.token.kind != TokenKind::OPEN) lexer.reject_token(std::string(what) + " are");
+  if (lexer.token.kind != TokenKind::Open) lexer.reject_token(std::string(what) + " are");
   lexer.next();
 }
 
 void ScriptReader::expect_end_of_command() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::CLOSE) return;
+  if (token.kind == TokenKind::Close) return;
   require_more();
   throw ParseError(lexer.end_of_previous(), "a ')' is expected here to close '" + command_name +
                                                 "', not " + token.description());
@@ -168,14 +168,14 @@ void ScriptReader::expect_end_of_command() {
 void ScriptReader::require_new_symbol() const {
   const Token& token = lexer.token;
   require_more();
-  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
+  if (token.kind != TokenKind::Symbol || token.is_reserved_word()) {
     lexer.reject_token("a symbol is");
   }
 }
 
 uint64_t ScriptReader::read_count(const char* what) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::NUMERAL) {
+  if (token.kind != TokenKind::Numeral) {
     lexer.reject_token(std::string(what) + " is");
   }
   uint64_t count = 0;
@@ -194,12 +194,12 @@ std::string ScriptReader::read_s_expression() {
   do {
     const Token& token = lexer.token;
     require_more();
-    if (token.kind == TokenKind::CLOSE) {
+    if (token.kind == TokenKind::Close) {
       --depth;
     } else if (!text.empty() && text.back() != '(') {
       text += ' ';
     }
-    if (token.kind == TokenKind::OPEN) ++depth;
+    if (token.kind == TokenKind::Open) ++depth;
     text += token.spelling();
     lexer.next();
   } while (depth != 0);

@@ -212,7 +212,7 @@ void ScriptWriter::write_names_apart(const Command& command, const CommandPrinte
   for (const NamedTerm& named : command.named_terms) {
     const NamePlace place = place_of(manager, command, named, logic());
     const bool in_command =
-        place == NamePlace::WHOLE || (place == NamePlace::INSIDE && made.is_annotated(named.term));
+        place == NamePlace::Whole || (place == NamePlace::Inside && made.is_annotated(named.term));
     if (in_command) {
       is_named = true;
     } else {
@@ -252,7 +252,7 @@ std::string ScriptWriter::new_definition_name() {
 bool ScriptWriter::has_names_besides_whole(const Command& command) const {
   return std::any_of(command.named_terms.begin(), command.named_terms.end(),
                      [&](const NamedTerm& named) {
-                       return place_of(manager, command, named, logic()) != NamePlace::WHOLE;
+                       return place_of(manager, command, named, logic()) != NamePlace::Whole;
                      });
 }
 
@@ -275,7 +275,7 @@ void ScriptWriter::follow_scopes(const Command& command) {
 
 void ScriptWriter::make_printer(const Command& command, CommandPrinter& result) {
   for (const NamedTerm& named : command.named_terms) {
-    if (place_of(manager, command, named, logic()) != NamePlace::INSIDE) continue;
+    if (place_of(manager, command, named, logic()) != NamePlace::Inside) continue;
     result.annotations[named.term].push_back({"named", symbol_text(named.stored_name)});
   }
   Configuration::Printer choices = configuration();
@@ -395,7 +395,7 @@ void ScriptWriter::write_terms(const Command& command) {
   CommandPrinter& made = made_before == printers.end() ? made_now : made_before->second;
   std::string names_of_whole;
   for (const NamedTerm& named : command.named_terms) {
-    if (place_of(manager, command, named, logic()) != NamePlace::WHOLE) continue;
+    if (place_of(manager, command, named, logic()) != NamePlace::Whole) continue;
     names_of_whole += " :named " + symbol_text(named.stored_name);
   }
   if (!names_of_whole.empty()) out << "(! ";

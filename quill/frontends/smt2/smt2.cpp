@@ -71,7 +71,7 @@ const Term_* read_one_term(std::string_view text, TermManager& manager, const Sc
   try {
     lexer.next();
     const Value value = reader.read();
-    if (lexer.token.kind != TokenKind::END) {
+    if (lexer.token.kind != TokenKind::End) {
       throw ParseError(lexer.token.position,
                        "one term is expected, but " + lexer.token.description() + " follows it");
     }

@@ -13,7 +13,7 @@ namespace quill::smt2 {
 namespace {
 
 // What a use of a sort consists of.
-enum class Form { NAME, BIT_VECTOR, FLOATING_POINT, ARRAY };
+enum class Form { Name, BitVector, FloatingPoint, Array };
 
 struct SupportedSort {
   std::string_view name;
@@ -23,17 +23,17 @@ struct SupportedSort {
 
 // clang-format off
 constexpr SupportedSort supported_sorts[] = {
-    {"Array",         Form::ARRAY,          nullptr},
-    {"BitVec",        Form::BIT_VECTOR,     nullptr},
-    {"Bool",          Form::NAME,           [](TermManager& m) { return m.get_bool_type(); }},
-    {"Float128",      Form::NAME,           [](TermManager& m) { return m.get_fp_type(15, 112); }},
-    {"Float16",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(5, 10); }},
-    {"Float32",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(8, 23); }},
-    {"Float64",       Form::NAME,           [](TermManager& m) { return m.get_fp_type(11, 52); }},
-    {"FloatingPoint", Form::FLOATING_POINT, nullptr},
-    {"Int",           Form::NAME,           [](TermManager& m) { return m.get_int_type(); }},
-    {"Real",          Form::NAME,           [](TermManager& m) { return m.get_rat_type(); }},
-    {"RoundingMode",  Form::NAME,           [](TermManager& m) { return m.get_fprounding_type(); }},
+    {"Array",         Form::Array,          nullptr},
+    {"BitVec",        Form::BitVector,     nullptr},
+    {"Bool",          Form::Name,           [](TermManager& m) { return m.get_bool_type(); }},
+    {"Float128",      Form::Name,           [](TermManager& m) { return m.get_fp_type(15, 112); }},
+    {"Float16",       Form::Name,           [](TermManager& m) { return m.get_fp_type(5, 10); }},
+    {"Float32",       Form::Name,           [](TermManager& m) { return m.get_fp_type(8, 23); }},
+    {"Float64",       Form::Name,           [](TermManager& m) { return m.get_fp_type(11, 52); }},
+    {"FloatingPoint", Form::FloatingPoint, nullptr},
+    {"Int",           Form::Name,           [](TermManager& m) { return m.get_int_type(); }},
+    {"Real",          Form::Name,           [](TermManager& m) { return m.get_rat_type(); }},
+    {"RoundingMode",  Form::Name,           [](TermManager& m) { return m.get_fprounding_type(); }},
 };
 // clang-format on
 
@@ -71,14 +71,14 @@ const DataType* SortReader::read() {
   heads.clear();
   args.clear();
   for (;;) {
-    if (lexer.token.kind == TokenKind::OPEN) {
+    if (lexer.token.kind == TokenKind::Open) {
       lexer.next();
       if (!lexer.token.is_word("_")) {
         heads.push_back(open());
         continue;
       }
       args.push_back(read_indexed());
-    } else if (lexer.token.kind == TokenKind::CLOSE && !heads.empty()) {
+    } else if (lexer.token.kind == TokenKind::Close && !heads.empty()) {
       const DataType* sort = apply(heads.back());
       args.resize(heads.back().first_arg);
       args.push_back(sort);
@@ -95,7 +95,7 @@ const DataType* SortReader::read() {
 const DataType* SortReader::read_name() {
   const Token& token = lexer.token;
   lexer.require_more("where a sort is expected");
-  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
+  if (token.kind != TokenKind::Symbol || token.is_reserved_word()) {
     lexer.reject_token("a sort is");
   }
   const SortName& name = scopes.sort_name(token.text);
@@ -109,15 +109,15 @@ const DataType* SortReader::read_name() {
     const SupportedSort* row = find_supported(token.text, logic);
     if (row == nullptr) reject_name(token);
     switch (row->form) {
-      case Form::NAME:
+      case Form::Name:
         sort = row->make(manager);
         break;
-      case Form::ARRAY:
+      case Form::Array:
         expect_arity(token.position, token.text, array_arity, 0);
         break;
-      case Form::BIT_VECTOR:
+      case Form::BitVector:
         throw ParseError(token.position, "the sort 'BitVec' is written (_ BitVec width)");
-      case Form::FLOATING_POINT:
+      case Form::FloatingPoint:
         throw ParseError(token.position,
                          "the sort 'FloatingPoint' is written (_ FloatingPoint e s)");
     }
@@ -132,20 +132,18 @@ const DataType* SortReader::read_indexed() {
   const Token& token = lexer.token;
   lexer.next();
   lexer.require_more("inside a sort");
-  if (token.kind != TokenKind::SYMBOL) {
+  if (token.kind != TokenKind::Symbol) {
     throw ParseError(token.position, "a name is expected behind '_', not " + token.description());
   }
   const SupportedSort* row = find_supported(token.text, logic);
   if (row == nullptr) reject_name(token);
   const Position position = token.position;
   const std::string name = token.spelling();
-  const size_t wanted = row->form == Form::BIT_VECTOR       ? 1
-                        : row->form == Form::FLOATING_POINT ? 2
-                                                            : 0;
+  const size_t wanted = row->form == Form::BitVector ? 1 : row->form == Form::FloatingPoint ? 2 : 0;
   if (wanted == 0) throw ParseError(position, "the sort " + shown(name) + " takes no indices");
   lexer.next();
   std::vector<uint64_t> numbers;
-  for (; token.kind != TokenKind::CLOSE; lexer.next()) {
+  for (; token.kind != TokenKind::Close; lexer.next()) {
     lexer.require_more("inside a sort");
     numbers.push_back(index_value(token.spelling(), "the sort ", name, token.position));
   }
@@ -164,7 +162,7 @@ const DataType* SortReader::read_indexed() {
 SortReader::Head SortReader::open() {
   const Token& token = lexer.token;
   lexer.require_more("inside a sort");
-  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
+  if (token.kind != TokenKind::Symbol || token.is_reserved_word()) {
     lexer.reject_token("the name of a sort is");
   }
   const SortName& name = scopes.sort_name(token.text);
@@ -172,10 +170,10 @@ SortReader::Head SortReader::open() {
   if (name.global == nullptr) {
     const SupportedSort* row = find_supported(token.text, logic);
     if (row == nullptr) reject_name(token);
-    if (row->form == Form::BIT_VECTOR || row->form == Form::FLOATING_POINT) {
-      reject_without_indices(row->form == Form::BIT_VECTOR);
+    if (row->form == Form::BitVector || row->form == Form::FloatingPoint) {
+      reject_without_indices(row->form == Form::BitVector);
     }
-    if (row->form != Form::ARRAY) {
+    if (row->form != Form::Array) {
       throw ParseError(token.position, "the sort " + shown(token.text) + " takes no arguments");
     }
   }
@@ -192,7 +190,7 @@ void SortReader::reject_without_indices(bool is_bit_vector) {
   lexer.next();
   const size_t wanted = is_bit_vector ? 1 : 2;
   size_t given = 0;
-  for (; given < wanted && lexer.token.kind == TokenKind::NUMERAL; ++given) {
+  for (; given < wanted && lexer.token.kind == TokenKind::Numeral; ++given) {
     indices += " " + lexer.token.spelling();
     lexer.next();
   }
@@ -208,7 +206,7 @@ void SortReader::reject_name(const Token& token) const {
   }
   if (token.is_word("->")) throw ParseError(token.position, "unsupported: sorts of functions (->)");
   std::string text = "unknown sort " + token.description();
-  if (row != nullptr && row->theory != Theory::NONE) {
+  if (row != nullptr && row->theory != Theory::NoTheory) {
     text += " (the logic " + logic.name() + " does not have it)";
   }
   throw ParseError(token.position, text);

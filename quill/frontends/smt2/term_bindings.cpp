@@ -13,9 +13,9 @@ namespace quill::smt2 {
 
 void TermReader::open_let(Position position) {
   lexer.next();
-  lexer.expect(TokenKind::OPEN, "the bindings of 'let' are");
+  lexer.expect(TokenKind::Open, "the bindings of 'let' are");
   lexer.next();
-  frames.push_back({FrameKind::BINDINGS, position, values.size(), variables.size(), {}, nullptr});
+  frames.push_back({FrameKind::Bindings, position, values.size(), variables.size(), {}, nullptr});
   open_binding();
 }
 
@@ -23,12 +23,12 @@ void TermReader::open_let(Position position) {
 void TermReader::open_binding() {
   const Token& token = lexer.token;
   lexer.require_more("inside a term");
-  if (token.kind == TokenKind::CLOSE) {
+  if (token.kind == TokenKind::Close) {
     throw ParseError(token.position, "'let' without a binding");
   }
-  lexer.expect(TokenKind::OPEN, "a binding of 'let' is");
+  lexer.expect(TokenKind::Open, "a binding of 'let' is");
   lexer.next();
-  Name* name = token.kind == TokenKind::SYMBOL ? &scopes.name(token.text) : nullptr;
+  Name* name = token.kind == TokenKind::Symbol ? &scopes.name(token.text) : nullptr;
   if (name == nullptr || is_word(token, *name)) {
     lexer.reject_token("a variable is");
   }
@@ -49,7 +49,7 @@ void TermReader::close_bindings(Frame& frame) {
   }
   values.resize(frame.first_value);
   variables.resize(frame.first_extra);
-  frame.kind = FrameKind::BODY;
+  frame.kind = FrameKind::Body;
   frame.first_extra = first_local;
 }
 
@@ -58,8 +58,8 @@ void TermReader::close_bindings(Frame& frame) {
 // The attributes after an annotated term, up to the closing parenthesis.
 void TermReader::finish_annotation(Position position) {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::CLOSE) throw ParseError(position, "'!' without an attribute");
-  while (token.kind == TokenKind::KEYWORD) {
+  if (token.kind == TokenKind::Close) throw ParseError(position, "'!' without an attribute");
+  while (token.kind == TokenKind::Keyword) {
     const bool named = token.text == "named";
     lexer.next();
     if (named) {
@@ -74,7 +74,7 @@ void TermReader::finish_annotation(Position position) {
 
 void TermReader::name_term(const Value& value) {
   const Token& token = lexer.token;
-  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
+  if (token.kind != TokenKind::Symbol || token.is_reserved_word()) {
     throw ParseError(token.position,
                      "a symbol is expected behind :named, not " + token.description());
   }
@@ -96,7 +96,7 @@ void TermReader::name_term(const Value& value) {
     }
   }
   auto binding = std::make_unique<Binding>();
-  binding->kind = Binding::Kind::TERM;
+  binding->kind = Binding::Kind::Term;
   binding->stored_name = scopes.free_symbol_name(stored_name(token.text), nullptr);
   binding->value = value;
   named_terms.push_back({std::string(token.text), binding->stored_name, value.term, value.sort});
@@ -108,16 +108,16 @@ void TermReader::skip_attribute_value() {
   uint64_t depth = 0;
   for (;;) {
     switch (lexer.token.kind) {
-      case TokenKind::END:
+      case TokenKind::End:
         lexer.reject_end_of_input("inside a term");
-      case TokenKind::OPEN:
+      case TokenKind::Open:
         ++depth;
         break;
-      case TokenKind::CLOSE:
+      case TokenKind::Close:
         if (depth == 0) return;
         --depth;
         break;
-      case TokenKind::KEYWORD:
+      case TokenKind::Keyword:
         if (depth == 0) return;
         break;
       default:

@@ -136,10 +136,10 @@ const Term_* TermBuilder::from_held(const Term_* t, const DataType* sort) {
 }
 
 Value TermBuilder::number(const Token& token) {
-  const bool decimal = token.kind == TokenKind::DECIMAL;
+  const bool decimal = token.kind == TokenKind::Decimal;
   // Floating-point numbers are made from constants of sort Real, in logics without reals, too.
-  if (!logic.has(decimal ? Theory::REALS : Theory::ARITHMETIC) &&
-      !logic.has(Theory::FLOATING_POINT)) {
+  if (!logic.has(decimal ? Theory::Reals : Theory::Arithmetic) &&
+      !logic.has(Theory::FloatingPoint)) {
     throw ParseError(token.position,
                      "the logic " + logic.name() + " has no number " + token.description());
   }
@@ -148,11 +148,11 @@ Value TermBuilder::number(const Token& token) {
 }
 
 Value TermBuilder::bits(const Token& token) {
-  if (!logic.has(Theory::BITS)) {
+  if (!logic.has(Theory::Bits)) {
     throw ParseError(token.position,
                      "the logic " + logic.name() + " has no bit-vector " + token.description());
   }
-  const bool binary = token.kind == TokenKind::BINARY;
+  const bool binary = token.kind == TokenKind::Binary;
   const uint64_t width = binary ? token.text.size() : 4 * token.text.size();
   const QNumber value = numbers::from_digits(token.text, binary ? 2 : 16);
   const Term_* term = manager.make_bv_number(value, width);

@@ -14,7 +14,7 @@ namespace quill::smt2 {
 // a symbol and indices, up to its closing parenthesis. The indices are left in the vector.
 TermReader::Meaning TermReader::read_identifier() {
   const Token& token = lexer.token;
-  if (token.kind == TokenKind::OPEN) {
+  if (token.kind == TokenKind::Open) {
     lexer.next();
     if (!token.is_word("_")) {
       lexer.reject_token("'_' is");
@@ -22,7 +22,7 @@ TermReader::Meaning TermReader::read_identifier() {
   }
   const bool indexed = token.is_word("_");
   if (indexed) lexer.next();
-  if (token.kind != TokenKind::SYMBOL || token.is_reserved_word()) {
+  if (token.kind != TokenKind::Symbol || token.is_reserved_word()) {
     lexer.reject_token("a symbol is");
   }
   if (indexed && is_bit_vector_number(token)) return read_bit_vector_number();
@@ -31,8 +31,8 @@ TermReader::Meaning TermReader::read_identifier() {
   lexer.next();
   if (!indexed) return meaning;
   const size_t first = indices.size();
-  while (token.kind == TokenKind::NUMERAL || token.kind == TokenKind::SYMBOL ||
-         token.kind == TokenKind::HEXADECIMAL) {
+  while (token.kind == TokenKind::Numeral || token.kind == TokenKind::Symbol ||
+         token.kind == TokenKind::Hexadecimal) {
     indices.push_back(token.spelling());
     lexer.next();
   }
@@ -40,7 +40,7 @@ TermReader::Meaning TermReader::read_identifier() {
     lexer.reject_token("an index is");
   }
   if (meaning.op != nullptr && !meaning.op->is_constant() &&
-      (token.kind != TokenKind::CLOSE || indices.size() - first > meaning.op->num_indices)) {
+      (token.kind != TokenKind::Close || indices.size() - first > meaning.op->num_indices)) {
     reject_arguments_inside(*meaning.op, position, first);
   }
   expect_close("identifier");
@@ -57,8 +57,8 @@ constexpr size_t longest_hint = 60;  // in bytes
 // " a b" for what is between here and the next parenthesis, with "..." for what is too much.
 std::string rest_of_list(Lexer& lexer) {
   std::string text;
-  while (lexer.token.kind != TokenKind::CLOSE && lexer.token.kind != TokenKind::END) {
-    if (lexer.token.kind == TokenKind::OPEN || text.size() > longest_hint) return text + " ...";
+  while (lexer.token.kind != TokenKind::Close && lexer.token.kind != TokenKind::End) {
+    if (lexer.token.kind == TokenKind::Open || text.size() > longest_hint) return text + " ...";
     text += " " + lexer.token.spelling();
     lexer.next();
   }
@@ -77,7 +77,7 @@ std::string on_one_line(std::string text) {
 // (_ extract 3 0 x), of which what looks like an index has been read, except for too few of them.
 void TermReader::reject_arguments_inside(const Operator& op, Position position, size_t first) {
   if (indices.size() - first < op.num_indices) {
-    if (lexer.token.kind == TokenKind::OPEN) {
+    if (lexer.token.kind == TokenKind::Open) {
       lexer.reject_token("an index is");
     }
     expect_close("identifier");
@@ -99,9 +99,9 @@ void TermReader::reject_arguments_inside(const Operator& op, Position position, 
 void TermReader::expect_indices(const Token& token, const Meaning& head) {
   const Position position = token.position;
   lexer.next();
-  if (head.op == nullptr || head.op->num_indices == 0 || token.kind != TokenKind::NUMERAL) return;
+  if (head.op == nullptr || head.op->num_indices == 0 || token.kind != TokenKind::Numeral) return;
   std::string text = "((_ " + std::string(head.op->name);
-  for (size_t i = 0; i < head.op->num_indices && token.kind == TokenKind::NUMERAL; ++i) {
+  for (size_t i = 0; i < head.op->num_indices && token.kind == TokenKind::Numeral; ++i) {
     text += " " + token.spelling();
     lexer.next();
   }
@@ -125,7 +125,7 @@ void TermReader::expect_no_command(const Token& token, const Name& name) const {
 // Whether a token after "_" is the name of a literal such as (_ bv5 8).
 bool TermReader::is_bit_vector_number(const Token& token) const {
   const std::string_view text = token.text;
-  return builder.logic.has(Theory::BITS) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&
+  return builder.logic.has(Theory::Bits) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&
          text.find_first_not_of("0123456789", 2) == std::string_view::npos;
 }
 
@@ -135,7 +135,7 @@ TermReader::Meaning TermReader::read_bit_vector_number() {
   const Position position = token.position;
   const std::string name(token.text);
   lexer.next();
-  if (token.kind == TokenKind::CLOSE) {
+  if (token.kind == TokenKind::Close) {
     lexer.reject_token("an index is");
   }
   const uint64_t width = index_value(token.spelling(), "", name, token.position);
@@ -161,11 +161,11 @@ Value TermReader::read_atom() {
   const Token& token = lexer.token;
   Value value;
   switch (token.kind) {
-    case TokenKind::NUMERAL:
-    case TokenKind::DECIMAL:
+    case TokenKind::Numeral:
+    case TokenKind::Decimal:
       value = builder.number(token);
       break;
-    case TokenKind::SYMBOL: {
+    case TokenKind::Symbol: {
       const Name& name = scopes.name(token.text);
       if (is_word(token, name)) {
         lexer.reject_token("a term is");
@@ -174,13 +174,13 @@ Value TermReader::read_atom() {
       value = as_constant(meaning, token.text, token.position, indices.size());
       break;
     }
-    case TokenKind::BINARY:
-    case TokenKind::HEXADECIMAL:
+    case TokenKind::Binary:
+    case TokenKind::Hexadecimal:
       value = builder.bits(token);
       break;
-    case TokenKind::STRING:
+    case TokenKind::String:
       throw ParseError(token.position, "unsupported: a string as a term");
-    case TokenKind::END:
+    case TokenKind::End:
       lexer.reject_end_of_input("where a term is expected");
     default:
       lexer.reject_token("a term is");
@@ -216,13 +216,13 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, const Name& name,
   } else if (name.global != nullptr) {
     const Binding& binding = *name.global;
     switch (binding.kind) {
-      case Binding::Kind::TERM:
+      case Binding::Kind::Term:
         meaning.value = binding.value;
         break;
-      case Binding::Kind::MACRO:
+      case Binding::Kind::Macro:
         meaning.macro = &binding.macro;
         break;
-      case Binding::Kind::FUNCTION:
+      case Binding::Kind::Function:
         if (binding.symbol->arity == 0) {
           meaning.value = {manager.make_constant(binding.symbol), binding.sort};
         } else {
@@ -309,7 +309,7 @@ void TermReader::reject_unknown(const Token& token) const {
   std::string why = "unknown symbol " + token.description();
   const Name& name = scopes.name(text);
   if (name.theory_operator != nullptr ||
-      (name.theory != nullptr && name.theory->theory != Theory::NONE)) {
+      (name.theory != nullptr && name.theory->theory != Theory::NoTheory)) {
     why += " (the logic " + builder.logic.name() + " does not have it)";
   } else if (text.size() > 1 && text[0] == '-' && text[1] >= '0' && text[1] <= '9') {
     why += " (negative numbers are written (- " + shown(text.substr(1)) + "))";

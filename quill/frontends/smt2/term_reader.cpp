@@ -33,10 +33,10 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
 
 // The current token is the whole term, apart from annotations.
 void TermReader::note_spelling() {
-  if (lexer.token.kind != TokenKind::SYMBOL) return;
+  if (lexer.token.kind != TokenKind::Symbol) return;
   const Name& name = scopes.name(lexer.token.text);
   if (name.local != 0 || name.global == nullptr) return;
-  if (name.global->kind == Binding::Kind::TERM) spelled_name = name.global->stored_name;
+  if (name.global->kind == Binding::Kind::Term) spelled_name = name.global->stored_name;
 }
 
 std::string TermReader::stored_name(std::string_view name) const {
@@ -53,10 +53,10 @@ Value TermReader::read() {
   spelled_name.clear();
   first_name_of_whole = 0;
   do {
-    if (lexer.token.kind == TokenKind::OPEN) {
+    if (lexer.token.kind == TokenKind::Open) {
       open();
-    } else if (lexer.token.kind == TokenKind::CLOSE && !frames.empty() &&
-               frames.back().kind <= FrameKind::MACRO) {
+    } else if (lexer.token.kind == TokenKind::Close && !frames.empty() &&
+               frames.back().kind <= FrameKind::Macro) {
       close_application();
     } else {
       if (frames.size() == outer_annotations) note_spelling();
@@ -76,21 +76,21 @@ void TermReader::open() {
   lexer.next();
   const Token& token = lexer.token;
   switch (token.kind) {
-    case TokenKind::OPEN:
+    case TokenKind::Open:
       open_compound_head(position);
       return;
-    case TokenKind::SYMBOL:
+    case TokenKind::Symbol:
       break;
-    case TokenKind::CLOSE:
+    case TokenKind::Close:
       throw ParseError(position, "() is not a term");
-    case TokenKind::END:
+    case TokenKind::End:
       lexer.reject_end_of_input("inside a term");
     default:
       throw ParseError(token.position, token.description() + " cannot be applied to arguments");
   }
   const Name& name = scopes.name(token.text);
-  switch (token.quoted ? Construct::NONE : name.construct) {
-    case Construct::NONE: {
+  switch (token.quoted ? Construct::NoConstruct : name.construct) {
+    case Construct::NoConstruct: {
       expect_no_command(token, name);
       const Meaning head = meaning_of(token, name, /*indexed=*/false);
       const bool constant_operator = head.op != nullptr && head.op->is_constant();
@@ -101,24 +101,24 @@ void TermReader::open() {
       open_application(position, head, indices.size(), nullptr);
       return;
     }
-    case Construct::LET:
+    case Construct::Let:
       open_let(position);
       return;
-    case Construct::ANNOTATION:
+    case Construct::Annotation:
       lexer.next();
       if (frames.size() == outer_annotations) ++outer_annotations;
-      frames.push_back({FrameKind::ANNOTATION, position, values.size(), 0, {}, nullptr});
+      frames.push_back({FrameKind::Annotation, position, values.size(), 0, {}, nullptr});
       return;
-    case Construct::INDEXED:
+    case Construct::Indexed:
       open_constant(position, /*ascribed=*/false);
       return;
-    case Construct::ASCRIBED:
+    case Construct::Ascribed:
       open_constant(position, /*ascribed=*/true);
       return;
-    case Construct::QUANTIFIER:
-    case Construct::LAMBDA:
+    case Construct::Quantifier:
+    case Construct::Lambda:
       throw ParseError(token.position, "unsupported: quantifiers (" + token.spelling() + ")");
-    case Construct::OTHER:
+    case Construct::Other:
       throw ParseError(token.position, "unsupported: the construct " + token.description());
   }
 }
@@ -137,9 +137,9 @@ void TermReader::open_constant(Position position, bool ascribed) {
 
 void TermReader::open_application(Position position, const Meaning& head, size_t first_index,
                                   const DataType* sort) {
-  const FrameKind kind = head.op != nullptr         ? FrameKind::OPERATOR
-                         : head.function != nullptr ? FrameKind::FUNCTION
-                                                    : FrameKind::MACRO;
+  const FrameKind kind = head.op != nullptr         ? FrameKind::Operator
+                         : head.function != nullptr ? FrameKind::Function
+                                                    : FrameKind::Macro;
   frames.push_back({kind, position, values.size(), first_index, head, sort});
 }
 
@@ -173,25 +173,25 @@ void TermReader::finish(Value value) {
   while (!frames.empty()) {
     Frame& frame = frames.back();
     switch (frame.kind) {
-      case FrameKind::OPERATOR:
-      case FrameKind::FUNCTION:
-      case FrameKind::MACRO:
+      case FrameKind::Operator:
+      case FrameKind::Function:
+      case FrameKind::Macro:
         return;
-      case FrameKind::BINDINGS:
+      case FrameKind::Bindings:
         expect_close("binding");
         lexer.next();
-        if (lexer.token.kind == TokenKind::CLOSE) {
+        if (lexer.token.kind == TokenKind::Close) {
           close_bindings(frame);
           lexer.next();
         } else {
           open_binding();
         }
         return;
-      case FrameKind::BODY:
+      case FrameKind::Body:
         expect_close("'let'");
         scopes.unbind_locals(frame.first_extra);
         break;
-      case FrameKind::ANNOTATION:
+      case FrameKind::Annotation:
         finish_annotation(frame.position);
         break;
     }
@@ -204,13 +204,13 @@ void TermReader::close_application() {
   const Frame& frame = frames.back();
   const size_t num_args = values.size() - frame.first_value;
   Value result;
-  if (frame.kind == FrameKind::OPERATOR) {
+  if (frame.kind == FrameKind::Operator) {
     const Application application{*frame.head.op, frame.position,
                                   std::span(indices).subspan(frame.first_extra),
                                   std::span(values).subspan(frame.first_value), frame.sort};
     result = apply_operator(builder, application);
     indices.resize(frame.first_extra);
-  } else if (frame.kind == FrameKind::FUNCTION) {
+  } else if (frame.kind == FrameKind::Function) {
     result = apply_function(frame, num_args);
   } else {
     result = apply_macro(frame, num_args);
@@ -271,7 +271,7 @@ Value TermReader::apply_macro(const Frame& frame, size_t num_args) {
 }
 
 void TermReader::expect_close(const char* construct) {
-  if (lexer.token.kind == TokenKind::CLOSE) return;
+  if (lexer.token.kind == TokenKind::Close) return;
   lexer.require_more("inside a term");
   throw ParseError(lexer.end_of_previous(),
                    std::string("a ')' is missing: the ") + construct + " is not closed");

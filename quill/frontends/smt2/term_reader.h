@@ -76,10 +76,10 @@ class TermReader {
     if (is_of_theory(name)) return true;
     if (name.theory_operator == nullptr) return false;
     return builder.logic.has(name.theory->readers) ||
-           (name.theory_operator->spells_constants && builder.logic.has(Theory::FLOATING_POINT));
+           (name.theory_operator->spells_constants && builder.logic.has(Theory::FloatingPoint));
   }
 
-  enum class FrameKind { OPERATOR, FUNCTION, MACRO, BINDINGS, BODY, ANNOTATION };
+  enum class FrameKind { Operator, Function, Macro, Bindings, Body, Annotation };
 
   // What stands at the head of an application, or a constant: exactly one of value, operator,
   // function and macro is set.

@@ -32,9 +32,9 @@ class ArraySymbols {
 
   // Enters the symbol of types that have none. All or nothing.
   void insert(const Types& types, const Symbol* symbol) {
-    places[types.i]++;
+    ++places[types.i];
     ScopeGuard undo_index([&] { leave_place(types.i); });
-    places[types.e]++;
+    ++places[types.e];
     ScopeGuard undo_element([&] { leave_place(types.e); });
     by_types.insert({types, symbol});
     undo_element.dismiss();
@@ -61,8 +61,8 @@ class ArraySymbols {
   bool is_consistent() const {
     hsh::HashMap<const DataType*, size_t> counted;
     for (const auto& [types, symbol] : by_types) {
-      counted[types.i]++;
-      counted[types.e]++;
+      ++counted[types.i];
+      ++counted[types.e];
     }
     if (counted.count != places.count) return false;
     for (const auto& [type, count] : counted) {

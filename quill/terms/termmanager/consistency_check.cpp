@@ -42,7 +42,7 @@ std::string check_type_table(const char* name, const TypeTable<Key>& table,
   size_t pairs = 0;
   std::string wrong;
   table.for_each([&](const Key& key, const DataType* type) {
-    pairs++;
+    ++pairs;
     const Key* back = table.find_key(type);
     if (!types.has(type)) {
       wrong = problem(name, "a type is not in the universe");
@@ -62,7 +62,7 @@ std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, si
   size_t pairs = 0;
   std::string wrong;
   table.for_each([&](const DataType* type, const Symbol* symbol) {
-    pairs++;
+    ++pairs;
     if (!types.has(type)) {
       wrong = problem(name, "a type is not in the universe");
     } else if (!symbols.has(symbol)) {
@@ -119,10 +119,10 @@ std::string check_family(const OperatorFamily& row, const Family& family,
 std::string TermManager::check_consistency() const {
   // Types before symbols before terms, so that what is followed is known to be there.
   Held<DataType> types;
-  for (size_t i = 0; i < universe->size(); i++) types.add(universe->type(i));
+  for (size_t i = 0; i < universe->size(); ++i) types.add(universe->type(i));
   types.sort();
   for (const DataType* type : types.all()) {
-    for (size_t i = 0; i < type->num_components(); i++) {
+    for (size_t i = 0; i < type->num_components(); ++i) {
       if (!types.has(type->get_component(i))) {
         return problem("universe", "a component is not in the universe");
       }
@@ -134,7 +134,7 @@ std::string TermManager::check_consistency() const {
   }
 
   Held<Symbol> symbols;
-  for (size_t i = 0; i < signature->size(); i++) symbols.add(signature->symbol(i));
+  for (size_t i = 0; i < signature->size(); ++i) symbols.add(signature->symbol(i));
   symbols.sort();
   for (const Symbol* symbol : symbols.all()) {
     if (!types.has(symbol->type) || !types.has(symbol->get_output_type())) {

@@ -33,7 +33,7 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
   const uint64_t arity = t->symbol->arity;
   args.clear();
   args.reserve(arity);
-  for (uint64_t i = 0; i < arity; i++) args.push_back(copy_of(t->args[i]));
+  for (uint64_t i = 0; i < arity; ++i) args.push_back(copy_of(t->args[i]));
   // A symbol of the same name may take another number of arguments. Without checks nothing else
   // looks at it.
   if (!destination->typecheck_enabled && arity != s->arity) {
@@ -71,7 +71,7 @@ void TermManager::copy_terms(const TermManager& src, const std::vector<const Ter
   if (in.empty()) return;
   const size_t count = in.size();  // counted before, for an output that is the input
   if (&src == this) {
-    for (size_t i = 0; i < count; i++) out.push_back(in[i]);
+    for (size_t i = 0; i < count; ++i) out.push_back(in[i]);
     return;
   }
   const TermMap none;
@@ -80,7 +80,7 @@ void TermManager::copy_terms(const TermManager& src, const std::vector<const Ter
   std::vector<bool> unused;
   LentMarks lent(use_manager_marks ? marks : unused);
   if (use_manager_marks) visitor.set_marks(lent.get());
-  for (size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     const Term_* t = in[i];
     visitor.visit(t, /*clear_marks=*/true);
     out.push_back(callback.copy_of(t));
@@ -94,7 +94,7 @@ void TermManager::copy_symbols(const TermManager& src, const std::vector<const S
   const TermMap none;
   TermCopyCallback callback(*this, src, none);
   const size_t count = in.size();
-  for (size_t i = 0; i < count; i++) out.push_back(callback.copy_symbol(in[i]));
+  for (size_t i = 0; i < count; ++i) out.push_back(callback.copy_symbol(in[i]));
 }
 
 void TermManager::copy_types(const TermManager& src, const std::vector<const DataType*>& in,
@@ -104,7 +104,7 @@ void TermManager::copy_types(const TermManager& src, const std::vector<const Dat
   const TermMap none;
   TermCopyCallback callback(*this, src, none);
   const size_t count = in.size();
-  for (size_t i = 0; i < count; i++) out.push_back(callback.copy_type(in[i]));
+  for (size_t i = 0; i < count; ++i) out.push_back(callback.copy_type(in[i]));
 }
 
 }  // namespace quill

@@ -133,7 +133,7 @@ const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
 void TermManager::TermCopyCallback::set_type_and_name(const Symbol* s) {
   const DataType* type = copy_type(s->type);
   destination->scratch_types.clear();
-  for (size_t i = 0; i < type->num_components(); i++) {
+  for (size_t i = 0; i < type->num_components(); ++i) {
     destination->scratch_types.push_back(type->get_component(i));
   }
   destination->name_buffer = s->name;

@@ -49,7 +49,7 @@ const DataType* TermManager::TermCopyCallback::make_nested_type(const DataType* 
   }
   std::vector<const DataType*> components;
   components.reserve(d->num_components());
-  for (size_t i = 0; i < d->num_components(); i++) {
+  for (size_t i = 0; i < d->num_components(); ++i) {
     components.push_back(find_type(d->get_component(i)));
   }
   // Not the makers of the manager: a function type may have Bool arguments.
@@ -78,7 +78,7 @@ const DataType* TermManager::TermCopyCallback::copy_type(const DataType* d) {
       const size_t i = frame.is_array ? count - frame.copied : frame.copied;
       const DataType* component = frame.type->get_component(i);
       if (copy_plain_type(component) == nullptr) nested = component;
-      frame.copied++;
+      ++frame.copied;
     }
     if (nested != nullptr) {
       enter(nested);

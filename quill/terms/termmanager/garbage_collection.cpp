@@ -34,7 +34,7 @@ void gc_insert_tps(const DataType* type, TypeSet& kept_types) {
   while (!work.empty()) {
     const DataType* compound = work.back();
     work.pop_back();
-    for (size_t i = 0; i < compound->num_components(); i++) {
+    for (size_t i = 0; i < compound->num_components(); ++i) {
       const DataType* component = compound->get_component(i);
       if (kept_types.insert(component) && !component->is_simple()) work.push_back(component);
     }
@@ -184,7 +184,7 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
                      memory_before.slabs - memory_after.slabs,
                      memory_before.slab_bytes - memory_after.slab_bytes,
                      memory_before.index_bytes - memory_after.index_bytes};
-  generation++;
+  ++generation;
   heap::release_if_worthwhile(last_collection.slab_bytes +
                               (last_collection.symbols + last_collection.types) *
                                   bytes_of_an_entry);

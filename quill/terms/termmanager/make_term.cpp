@@ -50,7 +50,7 @@ class TermManager::Interception {
   // A nested request leaves the name of the operation as it found it, so that an error of the outer
   // one names the outer one. The outermost one leaves what typechecking left.
   ~Interception() {
-    manager.requests_under_way--;
+    --manager.requests_under_way;
     if (manager.requests_under_way != 0) manager.current_operation = operation_before;
   }
 
@@ -88,7 +88,7 @@ class TermManager::Interception {
     request().operation = operation;  // which may be a text that a nested request changes
     operation_before = manager.current_operation;
     manager.current_operation = request().operation.c_str();
-    manager.requests_under_way++;
+    ++manager.requests_under_way;
   }
 
   Request& request() const { return *manager.requests[position]; }
@@ -178,7 +178,7 @@ inline void TermManager::check_arguments(const Symbol* s, const Term_* const* ar
   if (s->arity != count) reject_arity(s, count);
   // Nearly all arguments have the very type that is asked for.
   const DataType* type = s->type;
-  for (size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     if (args[i]->type() != type->get_component(i + 1)) {
       check_arguments_from(i, s, args, count);
       break;
@@ -198,7 +198,7 @@ void TermManager::check_arguments_from(size_t first, const Symbol* s, const Term
   // A request that comes from no builder is named after its symbol. If it fails the name stays, so
   // it must not be the symbol's own text, which may be freed.
   const bool from_builder = *current_operation != '\0';
-  for (size_t i = first; i < count; i++) {
+  for (size_t i = first; i < count; ++i) {
     const DataType* expected = s->type->get_component(i + 1);
     if (universe->is_subtype(args[i]->type(), expected)) continue;
     if (from_builder) {

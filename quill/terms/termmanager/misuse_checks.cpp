@@ -35,14 +35,14 @@ void require_unused(const TermManager& m, const DataType* t,
   if (std::find(standard.begin(), standard.end(), t) != standard.end()) {
     report_misuse("freeing a standard type");
   }
-  for (size_t i = 0; i < types.size(); i++) {
+  for (size_t i = 0; i < types.size(); ++i) {
     const DataType* user = types.type(i);
-    for (size_t k = 0; k < user->num_components(); k++) {
+    for (size_t k = 0; k < user->num_components(); ++k) {
       if (user->get_component(k) == t) report_misuse("freeing a type that another type uses");
     }
   }
   const Signature& symbols = *m.get_signature();
-  for (size_t i = 0; i < symbols.size(); i++) {
+  for (size_t i = 0; i < symbols.size(); ++i) {
     if (symbols.symbol(i)->type == t) report_misuse("freeing a type that a symbol uses");
   }
 }

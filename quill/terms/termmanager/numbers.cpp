@@ -162,7 +162,7 @@ const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, siz
 const Term_* TermManager::make_fp_rat_number(const QNumber& value, size_t e, size_t m,
                                              const Term_* rounding) {
   require_own(*this, rounding);
-  for (int mode = 0; mode < 4; mode++) {
+  for (int mode = 0; mode < 4; ++mode) {
     if (rounding->symbol != rounding_symbols[mode]) continue;
     const IEEEFloat rounded =
         IEEEFloat::from_number(value, {e, m}, static_cast<IEEEFloat::rounding_mode>(mode));

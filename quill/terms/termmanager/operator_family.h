@@ -156,7 +156,7 @@ constexpr size_t no_family = SIZE_MAX;
 constexpr auto family_positions = [] {
   std::array<size_t, SymbolTag::INT_TO_BV + 1> positions{};
   positions.fill(no_family);
-  for (size_t i = 0; i < num_operator_families; i++) positions[operator_families[i].tag] = i;
+  for (size_t i = 0; i < num_operator_families; ++i) positions[operator_families[i].tag] = i;
   return positions;
 }();
 
@@ -166,7 +166,7 @@ constexpr bool has_family(size_t tag) {
 }
 
 constexpr bool operator_families_complete() {
-  for (size_t tag = 0; tag < family_positions.size(); tag++) {
+  for (size_t tag = 0; tag < family_positions.size(); ++tag) {
     if (has_family(tag) != (tag >= SymbolTag::INT_MODULAR_CONGRUENCE)) return false;
   }
   return num_operator_families == family_positions.size() - SymbolTag::INT_MODULAR_CONGRUENCE;
@@ -188,7 +188,7 @@ constexpr size_t count_families(FamilyKey key) {
 // The position of a family among those with its kind of key.
 constexpr size_t family_slot(SymbolTag::tag tag) {
   size_t slot = 0;
-  for (size_t i = 0; i < family_positions[tag]; i++)
+  for (size_t i = 0; i < family_positions[tag]; ++i)
     slot += operator_families[i].key == operator_family(tag).key;
   return slot;
 }

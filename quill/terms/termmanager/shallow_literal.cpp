@@ -65,7 +65,7 @@ std::string TermManager::to_shallow_str_literal(const Term_* t) const {
         out.write(std::to_string(term->id));
         out.write("> _ _ _");
       } else {
-        for (uint64_t i = 0; i < s->arity && !out.is_full(); i++) {
+        for (uint64_t i = 0; i < s->arity && !out.is_full(); ++i) {
           out.write(" ");
           print(term->args[i], depth + 1);
         }

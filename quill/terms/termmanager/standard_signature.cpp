@@ -69,7 +69,7 @@ void TermManager::initialize_standard_signature() {
 
   const char* const rounding_names[4] = {"fprounding_even", "fprounding_zero",
                                          "fprounding_plus_inf", "fprounding_minus_inf"};
-  for (size_t i = 0; i < 4; i++) {
+  for (size_t i = 0; i < 4; ++i) {
     rounding_symbols[i] =
         add_interpreted_symbol(rounding_names[i], fprounding_type, SymbolTag::NONE);
   }

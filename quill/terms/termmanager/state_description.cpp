@@ -141,7 +141,7 @@ std::string TermManager::describe_state() const {
   std::string out;
   Texts texts;
 
-  for (size_t i = 0; i < universe->size(); i++) {
+  for (size_t i = 0; i < universe->size(); ++i) {
     const DataType* type = universe->type(i);
     texts.add(type, type->to_str());
     out += "type " + std::to_string(i) + ' ' + texts.of(type) + '\n';
@@ -150,7 +150,7 @@ std::string TermManager::describe_state() const {
     out += "subtype " + texts.of(sub) + " of " + texts.of(super) + '\n';
   }
 
-  for (size_t i = 0; i < signature->size(); i++) {
+  for (size_t i = 0; i < signature->size(); ++i) {
     const Symbol* symbol = signature->symbol(i);
     texts.add(symbol, std::string(symbol->name) + '#' + std::to_string(i));
     const auto tag = tags.find(symbol);

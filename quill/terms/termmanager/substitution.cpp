@@ -57,7 +57,7 @@ struct SubstitutionCallback {
     // Each argument has its image by now, given or made earlier in this walk.
     const uint64_t arity = t->symbol->arity;
     args.resize(arity);
-    for (uint64_t i = 0; i < arity; i++) args[i] = image_of(*images, t->args[i]);
+    for (uint64_t i = 0; i < arity; ++i) args[i] = image_of(*images, t->args[i]);
     const Term_* image = require_image(manager->make_term(t->symbol, args));
     require_own(*manager, image);
     add_image(*images, t, image);
@@ -104,7 +104,7 @@ void TermManager::enter_pairs(const std::vector<const Term_*>& from,
   require_own_or_null(*this, from);
   require_own_or_null(*this, to);
   if (from.size() != to.size()) reject_substitution();
-  for (size_t i = 0; i < from.size(); i++) {
+  for (size_t i = 0; i < from.size(); ++i) {
     if (from[i] == nullptr || to[i] == nullptr) reject_substitution();
     if (typecheck_enabled && !is_subtype(to[i]->type(), from[i]->type())) {
       throw error("substitution between terms of incompatible types");

@@ -228,7 +228,7 @@ class TermVisitor {
   bool push_arguments(const Term_* t) {
     const size_t top = stack.size() - 1;
     const uint64_t arity = t->symbol->arity;
-    for (uint64_t i = 0; i < arity; i++) {
+    for (uint64_t i = 0; i < arity; ++i) {
       if (!dag_mode || !is_marked(done_bit(t->args[i]))) stack.push_back(waiting(t->args[i]));
     }
     if (stack.size() == top + 1) return false;

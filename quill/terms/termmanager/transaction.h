@@ -32,7 +32,7 @@ class TermManager::Transaction {
         log_before(owner.undo_log.size()),
         types_before(owner.universe->size()),
         symbols_before(owner.signature->size()) {
-    manager.open_transactions++;
+    ++manager.open_transactions;
   }
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;

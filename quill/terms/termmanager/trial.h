@@ -63,11 +63,11 @@ class TermManager::Trial {
     TypeUniverse& types = *manager.universe;
     if (types.size() == types_before || types.type(types_before) != own_type) return;
     // Only what was made later can use the type.
-    for (size_t i = symbols_before; i < names.size(); i++) {
+    for (size_t i = symbols_before; i < names.size(); ++i) {
       if (names.symbol(i)->type == own_type) return;
     }
-    for (size_t i = types_before + 1; i < types.size(); i++) {
-      for (size_t k = 0; k < types.type(i)->num_components(); k++) {
+    for (size_t i = types_before + 1; i < types.size(); ++i) {
+      for (size_t k = 0; k < types.type(i)->num_components(); ++k) {
         if (types.type(i)->get_component(k) == own_type) return;
       }
     }

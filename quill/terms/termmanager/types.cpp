@@ -141,7 +141,7 @@ bool TermManager::is_function_type(const DataType* t, std::vector<const DataType
   if (count < 3 || t->get_component(0) != universe->get_application_type()) return false;
   if (args != nullptr) {
     args->clear();
-    for (size_t i = 1; i + 1 < count; i++) args->push_back(t->get_component(i));
+    for (size_t i = 1; i + 1 < count; ++i) args->push_back(t->get_component(i));
   }
   if (result != nullptr) *result = t->get_component(count - 1);
   return true;

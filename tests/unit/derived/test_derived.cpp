@@ -195,7 +195,7 @@ TEST_F(Derived, DistinctConjoinsEachPairBeforeTheNext) {
       "(`=_int` i j)",   "(`not` #12)",   "(`=_int` i k)", "(`not` #14)",
       "(`and` #13 #15)", "(`=_int` j k)", "(`not` #17)",   "(`and` #16 #18)",
   };
-  for (unsigned long n = 0; n < 8; n++) {
+  for (unsigned long n = 0; n < 8; ++n) {
     EXPECT_EQ(m.debug_get_term(12 + n)->to_shallow_str(), expected[n]);
   }
 }

@@ -210,13 +210,13 @@ using Builder = std::function<const Term_*(TermManager&, const Term_*, const Ter
 using Meaning = std::function<uint64_t(uint64_t a, uint64_t b, size_t width)>;
 
 void expect_meaning(const Builder& make, const Meaning& meaning) {
-  for (size_t width = 1; width <= 4; width++) {
+  for (size_t width = 1; width <= 4; ++width) {
     TermManager m;
     const Term_* a = m.make_constant(m.make_symbol("a", m.get_bv_type(width)));
     const Term_* b = m.make_constant(m.make_symbol("b", m.get_bv_type(width)));
     const Term_* t = make(m, a, b);
-    for (uint64_t x = 0; x < (uint64_t{1} << width); x++) {
-      for (uint64_t y = 0; y < (uint64_t{1} << width); y++) {
+    for (uint64_t x = 0; x < (uint64_t{1} << width); ++x) {
+      for (uint64_t y = 0; y < (uint64_t{1} << width); ++y) {
         EXPECT_EQ(Evaluation(m, a, x, b, y)(t), meaning(x, y, width))
             << "of " << x << " and " << y << " in " << width << " bits";
       }
@@ -245,12 +245,12 @@ TEST(DerivedBVMeaning, Smod) {
 }
 
 TEST(DerivedBVMeaning, Repeat) {
-  for (size_t n = 1; n <= 9; n++) {
+  for (size_t n = 1; n <= 9; ++n) {
     expect_meaning(
         [n](TermManager& m, const Term_* a, const Term_*) { return make_bv_repeat(m, n, a); },
         [n](uint64_t a, uint64_t, size_t width) {
           uint64_t result = 0;
-          for (size_t i = 0; i < n; i++) result = result << width | a;
+          for (size_t i = 0; i < n; ++i) result = result << width | a;
           return result;
         });
   }

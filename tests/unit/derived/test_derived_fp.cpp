@@ -242,7 +242,7 @@ void check_format(Format format, size_t width) {
   const Term_* undefined = m.make_constant(m.make_symbol("u", m.get_bv_type(width)));
   const Term_* t = make_fp_to_ubv(m, width, rm, f, undefined);
   Evaluator evaluator(m, f, format, undefined);
-  for (uint64_t pattern = 0; pattern >> (format.e + format.m + 1) == 0; pattern++) {
+  for (uint64_t pattern = 0; pattern >> (format.e + format.m + 1) == 0; ++pattern) {
     for (const Mode mode : {EVEN, ZERO, PLUS, MINUS}) {
       evaluator.value = decode(format, pattern);
       evaluator.mode = mode;
@@ -260,8 +260,8 @@ void check_format(Format format, size_t width) {
 }
 
 TEST(DerivedFpMeaning, ToUbvOfEveryValueOfSmallFormats) {
-  for (size_t e = 2; e <= 4; e++) {
-    for (size_t m = 2; m <= 4; m++) {
+  for (size_t e = 2; e <= 4; ++e) {
+    for (size_t m = 2; m <= 4; ++m) {
       // The largest finite values are below 4, 16 and 256.
       for (const int width : {1, 2, 4, 5, 8, 9}) check_format({e, m}, static_cast<size_t>(width));
     }

@@ -212,7 +212,7 @@ class Writer {
   std::vector<Call> write() {
     base_types();
     base_symbols();
-    for (int round = 0; round < 2; round++) {
+    for (int round = 0; round < 2; ++round) {
       core();
       arithmetic();
       const bool first = round == 0;
@@ -647,7 +647,7 @@ class Writer {
 
   void types_and_names() {
     const std::string long_name = "a name that is too long to be kept in place";
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
       add("make_unique_symbol",
           [=, integers = integers](S& x) { return x.m.make_unique_symbol("i", x.type(integers)); });
       add("make_unique_symbol, long",

@@ -23,7 +23,7 @@ using testing::run_on_small_stack;
 
 std::string repeated(const std::string& text, size_t count) {
   std::string result;
-  for (size_t i = 0; i < count; i++) result += text;
+  for (size_t i = 0; i < count; ++i) result += text;
   return result;
 }
 
@@ -37,7 +37,7 @@ struct DeepTerm {
   DeepTerm() {
     p = m.make_constant(m.make_symbol("p", m.get_bool_type()));
     negated = p;
-    for (size_t i = 0; i < depth; i++) negated = m.make_not(negated);
+    for (size_t i = 0; i < depth; ++i) negated = m.make_not(negated);
   }
 
   TermManager m;
@@ -160,9 +160,9 @@ TEST(Depth, OperatorsThatTheStandardLacksAreEncoded) {
     constexpr size_t levels = 100'000;
     TermManager m;
     const Term_* value = m.make_constant(m.make_symbol("x", m.get_fp_type(3, 4)));
-    for (size_t i = 0; i < levels; i++) value = m.make_fp_neg(value);
+    for (size_t i = 0; i < levels; ++i) value = m.make_fp_neg(value);
     const Term_* t = m.make_int_from_sbv(m.make_fp_as_ieeebv(value));
-    for (size_t i = 0; i < levels; i++) t = m.make_plus(t, m.make_times(t, t));
+    for (size_t i = 0; i < levels; ++i) t = m.make_plus(t, m.make_times(t, t));
     BitDefinitions definitions(m);
     Configuration::Printer choices{.dialect = Configuration::Dialect::Standard, .logic = ""};
     SmtLib2TermPrinter printer(&m, &choices, "", "", /*share_by_let=*/true, nullptr);
@@ -184,7 +184,7 @@ constexpr size_t nesting = 100'000;
 // (Array Int (Array Int ... Int)), or with the index nested.
 const DataType* nested(TermManager& m, bool in_index) {
   const DataType* type = m.get_int_type();
-  for (size_t i = 0; i < nesting; i++) {
+  for (size_t i = 0; i < nesting; ++i) {
     type = in_index ? m.get_array_type(type, m.get_int_type())
                     : m.get_array_type(m.get_int_type(), type);
   }
@@ -194,7 +194,7 @@ const DataType* nested(TermManager& m, bool in_index) {
 // 2^levels times Int.
 const DataType* shared(TermManager& m, size_t levels) {
   const DataType* type = m.get_int_type();
-  for (size_t i = 0; i < levels; i++) type = m.get_array_type(type, type);
+  for (size_t i = 0; i < levels; ++i) type = m.get_array_type(type, type);
   return type;
 }
 
@@ -296,8 +296,8 @@ TEST(Depth, TextsOfSharedTypesTellThemApart) {
   std::vector<const DataType*> types{m.get_int_type(), m.get_rat_type()};
   std::set<std::string> texts;
   std::set<const DataType*> distinct;
-  for (size_t i = 0; i < 60; i++) {
-    for (size_t j = 0; j < 60; j++) {
+  for (size_t i = 0; i < 60; ++i) {
+    for (size_t j = 0; j < 60; ++j) {
       if (i >= types.size() || j >= types.size()) continue;
       const DataType* type = m.get_array_type(types[i], types[j]);
       distinct.insert(type);
@@ -306,7 +306,7 @@ TEST(Depth, TextsOfSharedTypesTellThemApart) {
     }
   }
   // The same two large types in any order: (X Y X Y), (X Y Y X) and so on.
-  for (size_t choice = 0; choice < 16; choice++) {
+  for (size_t choice = 0; choice < 16; ++choice) {
     const auto pick = [&](size_t place) { return types[50 + (choice >> place & 1)]; };
     const DataType* type = m.get_function_type({pick(0), pick(1), pick(2)}, pick(3));
     distinct.insert(type);

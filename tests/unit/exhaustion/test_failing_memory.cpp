@@ -122,7 +122,7 @@ class Performance {
  private:
   void forget_all_but(const std::vector<size_t>& kept) {
     const std::set<size_t> stay(kept.begin(), kept.end());
-    for (size_t i = 0; i < state.outcomes.size(); i++) {
+    for (size_t i = 0; i < state.outcomes.size(); ++i) {
       const bool is_object = state.outcomes[i].text.empty() && !state.outcomes[i].answer;
       if (is_object && stay.count(i) == 0) forgotten.insert(i);
     }
@@ -166,8 +166,8 @@ TEST(FailingMemory, EachCallFailsAtEachAllocationAndThenSucceeds) {
         outcome = run.attempt(successes, mode);
         if (outcome) break;
         EXPECT_TRUE(run.failed) << "std::bad_alloc without a reason";
-        failures++;
-        fresh_numbers++;
+        ++failures;
+        ++fresh_numbers;
         if (run.position() != 0) run.expect_unharmed(failures * 7 % run.position());
         if (call.effect != Effect::Several) {
           EXPECT_TRUE(run.sizes().has_terms_of(before));
@@ -225,7 +225,7 @@ void fail_at_allocations(size_t first, size_t step) {
       if (effect != Effect::Several) {
         EXPECT_TRUE(run.sizes().has_terms_of(before));
       }
-      for (size_t i = 0; i < victim; i++) run.expect_unharmed(i);
+      for (size_t i = 0; i < victim; ++i) run.expect_unharmed(i);
     }
     run.expect_consistent();
     // A failed request for a fresh variable leaves its number out, so that all later names differ.
@@ -264,7 +264,7 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
     SmtLib2TermPrinter printer(&m, &choices, "", "", /*share=*/true, &annotations);
     printer.set_definitions(&definitions);
     std::ostringstream out;
-    for (size_t successes = 0;; successes++) {
+    for (size_t successes = 0;; ++successes) {
       out.str(room);  // which is enough, so that the stream allocates nothing
       try {
         const FailingMemory memory(successes, mode);
@@ -296,7 +296,7 @@ size_t insist(const Action& action) {
       action();
       return failures;
     } catch (const std::bad_alloc&) {
-      failures++;
+      ++failures;
     }
   }
 }
@@ -315,7 +315,7 @@ TEST(FailingMemory, LargeTablesOutliveTheFailureOfTheirGrowth) {
   std::vector<const Term_*> args{x, y};
   const Term_* t = x;
   size_t failures = 0;
-  for (size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     const Symbol* s = i % 2 == 0 ? f : g;
     args.assign({t, x});
     args.resize(s->arity);

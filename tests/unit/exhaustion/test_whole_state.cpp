@@ -31,13 +31,13 @@ using Setup = std::function<Request(TermManager&)>;
 // in none. Fills all three stores up to such a bound, so that the next object of each kind makes
 // its store grow.
 void fill_up(TermManager& m) {
-  for (int i = 0; m.get_bank()->size() < 64; i++) {
+  for (int i = 0; m.get_bank()->size() < 64; ++i) {
     m.make_constant(m.make_symbol("padding " + std::to_string(i), m.get_int_type()));
   }
-  for (int i = 0; m.get_signature()->size() < 128; i++) {
+  for (int i = 0; m.get_signature()->size() < 128; ++i) {
     m.make_symbol("more padding " + std::to_string(i), m.get_int_type());
   }
-  for (int i = 0; m.get_universe()->size() < 65; i++) {
+  for (int i = 0; m.get_universe()->size() < 65; ++i) {
     m.get_simple_type("padding " + std::to_string(i), /*only_existing=*/false);
   }
 }
@@ -96,7 +96,7 @@ void fail_everywhere(const std::string& text, const Setup& setup, const Leaves& 
     const StateBefore before(attempt.m);
     attempt.perform_without_memory(successes, mode);
     if (!attempt.failed) break;
-    failures++;
+    ++failures;
     if (!attempt.ran_out) {
       // It could do without.
     } else if (leaves.changes.empty()) {
@@ -171,7 +171,7 @@ TEST(WholeState, AMakerThatFailsPutsBackTheTagThatItOverwrote) {
   const Symbol* add =
       m.add_interpreted_symbol("bvadd_8", m.get_function_type({bv8, bv8}, bv8), SymbolTag::PLUS);
   size_t failures = 0;
-  for (;; failures++) {
+  for (;; ++failures) {
     try {
       const FailingMemory memory(failures, Failures::Once);
       m.make_bv_add_symbol(8);
@@ -524,7 +524,7 @@ TEST(WholeState, AfterAFailureOfManySteps) {
         const Term_* x = constant(m, "x", m.get_int_type());
         const Term_* y = constant(m, "y", m.get_int_type());
         const Term_* t = x;
-        for (int i = 0; i < 10; i++) t = m.make_plus(m.make_times(t, x), t);
+        for (int i = 0; i < 10; ++i) t = m.make_plus(m.make_times(t, x), t);
         return [&m, t, from = Terms{x}, to = Terms{y}] { m.substitute(t, from, to); };
       },
       any_steps);
@@ -565,7 +565,7 @@ TEST(WholeState, AfterAFailedCollection) {
 TEST(WholeState, AfterACollectionThatHasNoMemoryForSmallerTables) {
   fail_once_everywhere("gc of large tables", [](TermManager& m) {
     Terms kept;
-    for (size_t i = 0; i < 950; i++) {  // enough for 2593 buckets
+    for (size_t i = 0; i < 950; ++i) {  // enough for 2593 buckets
       const Term_* number = m.make_number(i);
       m.make_bv_add_symbol(1 + i);
       if (i % 300 == 0) kept.push_back(number);

@@ -29,7 +29,7 @@ class LetPlanTest : public ::testing::Test {
 
   static Bindings bindings(const LetPlan& made) {
     Bindings terms;
-    for (uint32_t number = 1; number <= made.num_bindings(); number++) {
+    for (uint32_t number = 1; number <= made.num_bindings(); ++number) {
       terms.push_back(made.term(LetPlan::Operand::binding(number)));
     }
     return terms;
@@ -37,7 +37,7 @@ class LetPlanTest : public ::testing::Test {
 
   static Operands operands(const LetPlan& made, uint32_t node) {
     Operands all;
-    for (uint32_t i = made.first_operand(node); i < made.end_of_operands(node); i++) {
+    for (uint32_t i = made.first_operand(node); i < made.end_of_operands(node); ++i) {
       all.push_back(made.operand(i));
     }
     return all;
@@ -168,7 +168,7 @@ TEST_F(LetPlanTest, ProductsOfNumeralsAreNotBound) {
   const Term_* six = m.make_times(m.make_number(2), m.make_number(3));
   EXPECT_EQ(bindings(plan(m.make_leq(m.make_times(six, i), m.make_times(six, j)))), Bindings{});
   const Term_* product = m.make_number(2);
-  for (int n = 3; n <= 9; n++) product = m.make_times(product, m.make_number(n));
+  for (int n = 3; n <= 9; ++n) product = m.make_times(product, m.make_number(n));
   EXPECT_EQ(bindings(plan(m.make_leq(m.make_times(product, i), m.make_times(product, j)))),
             Bindings{});
 }
@@ -198,10 +198,10 @@ TEST_F(LetPlanTest, WithoutNamesNothingIsBound) {
 // or a later one.
 TEST_F(LetPlanTest, RandomGraphs) {
   std::mt19937 random(20261122);
-  for (int round = 0; round < 300; round++) {
+  for (int round = 0; round < 300; ++round) {
     std::vector<const Term_*> terms = {i, j};
     const auto pick = [&] { return terms[random() % terms.size()]; };
-    for (size_t n = 2 + random() % 60; n != 0; n--) {
+    for (size_t n = 2 + random() % 60; n != 0; --n) {
       const Term_* a = pick();
       const Term_* t = random() % 2 == 0 ? m.make_plus(a, pick()) : m.make_times(a, pick());
       if (std::find(terms.begin(), terms.end(), t) == terms.end()) terms.push_back(t);
@@ -217,11 +217,11 @@ TEST_F(LetPlanTest, RandomGraphs) {
       if (places[t] == 0) continue;
       if (places[t] > 1) {
         bound.insert(t);
-        depth[t]++;
+        ++depth[t];
       }
       num_groups = std::max(num_groups, depth[t]);
       for (const Term_* arg : {t->args[0], t->args[1]}) {
-        places[arg]++;
+        ++places[arg];
         depth[arg] = std::max(depth[arg], depth[t]);
       }
     }
@@ -236,7 +236,7 @@ TEST_F(LetPlanTest, RandomGraphs) {
     size_t group = 0;
     for (const uint32_t end : made.group_ends()) {
       EXPECT_LE(number, end);
-      for (; number <= end; number++) {
+      for (; number <= end; ++number) {
         EXPECT_EQ(num_groups - depth[found[number - 1]], group);
         std::vector<uint32_t> open{made.bound_node(number)};
         while (!open.empty()) {
@@ -251,7 +251,7 @@ TEST_F(LetPlanTest, RandomGraphs) {
         }
       }
       last_of_earlier = end;
-      group++;
+      ++group;
     }
     EXPECT_EQ(last_of_earlier, made.num_bindings());
   }
@@ -259,7 +259,7 @@ TEST_F(LetPlanTest, RandomGraphs) {
 
 TEST_F(LetPlanTest, LongChainsAndDeepGroups) {
   const Term_* t = ij;
-  for (int n = 0; n < 100000; n++) t = m.make_plus(t, t);
+  for (int n = 0; n < 100000; ++n) t = m.make_plus(t, t);
   const LetPlan deep = plan(t);
   EXPECT_EQ(deep.num_bindings(), 100000U);
   EXPECT_EQ(deep.group_ends().size(), 100000U);

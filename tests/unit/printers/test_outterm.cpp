@@ -47,9 +47,9 @@ TEST_F(Outterm, ShallowAdaptorWritesTheSame) {
 
 TEST_F(Outterm, ShallowAdaptorIsAsDeep) {
   const Term_* t = p;
-  for (int n = 0; n < 100; n++) t = m.make_not(t);
+  for (int n = 0; n < 100; ++n) t = m.make_not(t);
   std::string expected;
-  for (int n = 0; n < 100; n++) expected += "(not ";
+  for (int n = 0; n < 100; ++n) expected += "(not ";
   EXPECT_EQ(text(outshallowterm(&m, t)), expected + "p" + std::string(100, ')'));
 }
 

@@ -19,7 +19,7 @@ using Annotations = SmtLib2TermPrinter::Annotations;
 
 std::string repeat(std::string_view text, size_t times) {
   std::string out;
-  for (size_t n = 0; n < times; n++) out += text;
+  for (size_t n = 0; n < times; ++n) out += text;
   return out;
 }
 
@@ -339,7 +339,7 @@ TEST_F(SmtLib2Printer, SharingAboveAnAnnotationStaysLinear) {
   SmtLib2TermPrinter::Annotations annotations;
   annotations[p] = {{"named", "n"}};
   const Term_* t = m.make_and(p, q);
-  for (int level = 0; level < 40; level++) t = m.make_or(m.make_and(t, q), m.make_not(t));
+  for (int level = 0; level < 40; ++level) t = m.make_or(m.make_and(t, q), m.make_not(t));
   SmtLib2TermPrinter printer(&m, nullptr, "", "", true, &annotations);
   std::ostringstream out;
   printer.print_term(out, t);
@@ -380,9 +380,9 @@ TEST_F(SmtLib2Printer, EveryTermHasLetsOfItsOwn) {
 
 TEST_F(SmtLib2Printer, DoublingGraphIsWrittenInLinearSize) {
   const Term_* t = i;
-  for (int n = 0; n < 100; n++) t = m.make_plus(t, t);
+  for (int n = 0; n < 100; ++n) t = m.make_plus(t, t);
   std::string expected = "(let ((@1 (+ i i))) ";
-  for (int n = 1; n < 99; n++) {
+  for (int n = 1; n < 99; ++n) {
     const std::string before = "@" + std::to_string(n);
     expected += "(let ((@" + std::to_string(n + 1) + " (+ " + before + " " + before + "))) ";
   }
@@ -394,7 +394,7 @@ TEST_F(SmtLib2Printer, ChainOfAMillionIsWritten) {
   constexpr size_t depth = 1000000;
   const Symbol* f = function("f", {int_type}, int_type);
   const Term_* t = i;
-  for (size_t n = 0; n < depth; n++) t = apply(f, {t});
+  for (size_t n = 0; n < depth; ++n) t = apply(f, {t});
   EXPECT_TRUE(text(t) == repeat("(f ", depth) + "i" + std::string(depth, ')'));
 }
 
@@ -407,13 +407,13 @@ TEST_F(SmtLib2Printer, AMillionOperandsAreWrittenInOnePairOfParentheses) {
 TEST_F(SmtLib2Printer, AMillionOperandsToTheRightAreWritten) {
   constexpr size_t count = 1000000;
   const Term_* t = p;
-  for (size_t n = 1; n < count; n++) t = m.make_and(p, t);
+  for (size_t n = 1; n < count; ++n) t = m.make_and(p, t);
   EXPECT_TRUE(text(t) == repeat("(and p ", count - 1) + "p" + std::string(count - 1, ')'));
 }
 
 TEST_F(SmtLib2Printer, AHundredThousandNestedLetsAreWritten) {
   const Term_* t = i;
-  for (int n = 0; n < 100000; n++) t = m.make_plus(t, t);
+  for (int n = 0; n < 100000; ++n) t = m.make_plus(t, t);
   const std::string written = text(t);
   EXPECT_EQ(written.substr(0, 33), "(let ((@1 (+ i i))) (let ((@2 (+ ");
   EXPECT_EQ(written.substr(written.size() - 99999 - 18, 19), " (+ @99999 @99999))");
@@ -423,7 +423,7 @@ TEST_F(SmtLib2Printer, ChainAboveAnAnnotationIsWritten) {
   constexpr size_t depth = 100000;
   const Symbol* f = function("f", {int_type}, int_type);
   const Term_* t = i;
-  for (size_t n = 0; n < depth; n++) t = apply(f, {t});
+  for (size_t n = 0; n < depth; ++n) t = apply(f, {t});
   Annotations annotations;
   annotations[i] = {{"named", "n"}};
   EXPECT_TRUE(annotated(t, annotations) ==
@@ -590,7 +590,7 @@ TEST_F(SmtLib2Printer, TextDoesNotDependOnTheHistoryOfTheManager) {
   const Term_* t = m.make_and(m.make_leq(m.make_times(ij, ji), ji), m.make_leq(ji, ij));
 
   TermManager other;
-  for (int n = 0; n < 100; n++) other.make_number(n);
+  for (int n = 0; n < 100; ++n) other.make_number(n);
   const DataType* type = other.get_int_type();
   const Term_* j2 = other.make_constant(other.make_symbol("j", type));
   const Term_* i2 = other.make_constant(other.make_symbol("i", type));

@@ -225,7 +225,7 @@ TEST_F(SmtLib2Theories, TheDocumentedTableIsWhatIsWritten) {
     const std::string standard = text(t, Configuration::Dialect::Standard);
     EXPECT_EQ(parts[3], standard);
     EXPECT_EQ(parts[4].matched ? parts[4] : parts[3], text(t, Configuration::Dialect::Extensions));
-    tag++;
+    ++tag;
   }
   EXPECT_EQ(tag, 72U);
 }
@@ -307,7 +307,7 @@ TEST_F(SmtLib2Theories, EveryTagHasItsText) {
   const std::vector<const Term_*> terms = terms_by_tag();
   ASSERT_EQ(terms.size(), 71U);
   ASSERT_EQ(expected.size(), 71U);
-  for (size_t n = 0; n < terms.size(); n++) {
+  for (size_t n = 0; n < terms.size(); ++n) {
     EXPECT_EQ(m.get_tag(terms[n]->symbol), static_cast<SymbolTag::tag>(n + 1));
     EXPECT_EQ(text(terms[n]), expected[n]);
   }

@@ -447,7 +447,7 @@ TEST_F(Standard, ThreadsMayPrintAtTheSameTime) {
   std::vector<std::thread> threads;
   for (std::string& written : texts) {
     threads.emplace_back([&] {
-      for (int n = 0; n < 20; n++) written = text(t);
+      for (int n = 0; n < 20; ++n) written = text(t);
     });
   }
   for (std::thread& thread : threads) thread.join();
@@ -456,7 +456,7 @@ TEST_F(Standard, ThreadsMayPrintAtTheSameTime) {
 
 TEST_F(Standard, LongChainsAreRewritten) {
   const Term_* t = i;
-  for (int n = 0; n < 5000; n++) {
+  for (int n = 0; n < 5000; ++n) {
     t = m.make_plus(i, m.make_int_from_sbv(m.make_int_to_bv(2, t)));
   }
   const std::string written = text(t);
@@ -466,7 +466,7 @@ TEST_F(Standard, LongChainsAreRewritten) {
 
 TEST_F(Standard, LongChainsOfBitsAreDefinedInLinearSize) {
   const Term_* t = f;
-  for (int n = 0; n < 2000; n++) t = m.make_fp_from_ieeebv(8, 23, m.make_fp_as_ieeebv(t));
+  for (int n = 0; n < 2000; ++n) t = m.make_fp_from_ieeebv(8, 23, m.make_fp_as_ieeebv(t));
   const std::string written = definitions_of(t);
   EXPECT_LT(written.size(), 2000U * 300);
 }

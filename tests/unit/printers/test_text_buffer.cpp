@@ -55,7 +55,7 @@ TEST(TextBuffer, NumbersLikeThoseOfTheStandardLibrary) {
     buffer << number << ' ';
     expected += std::to_string(number) + ' ';
   };
-  for (uint64_t n = 0; n < 20000; n++) check(n);
+  for (uint64_t n = 0; n < 20000; ++n) check(n);
   for (uint64_t n = 20000; n < 200000000; n += 9973) check(n);
   for (uint64_t power = 1; power < 1000000000; power *= 10) {
     check(power - 1);
@@ -71,7 +71,7 @@ TEST(TextBuffer, TextsOfEveryLengthAcrossFlushes) {
   TextBuffer buffer(out);
   std::string expected;
   std::string text;
-  for (int length = 0; length < 300; length++) {
+  for (int length = 0; length < 300; ++length) {
     buffer.write(std::string_view(text), uint64_t(length), ' ', std::string_view(text));
     expected += text + std::to_string(length) + ' ' + text;
     text += static_cast<char>('a' + length % 26);

@@ -153,7 +153,7 @@ TEST_F(WrittenFormTest, RememberedSymbolsMakeTheSameForms) {
                                      make_div(m, i, QNumber(3)),
                                      m.make_not(p),
                                      m.make_and(p, q)};
-  for (int n = 0; n < 100; n++) {
+  for (int n = 0; n < 100; ++n) {
     const std::string name = "f" + std::to_string(n);
     const DataType* type = n % 3 == 0 ? real_type : int_type;
     const Symbol* f = m.make_symbol(name.c_str(), m.get_function_type({type}, int_type));
@@ -162,7 +162,7 @@ TEST_F(WrittenFormTest, RememberedSymbolsMakeTheSameForms) {
   std::mt19937 random(20261122);
   for (const bool with_abs : {false, true}) {
     WrittenForms forms(m, with_abs);
-    for (int n = 0; n < 20000; n++) {
+    for (int n = 0; n < 20000; ++n) {
       // Mostly some few terms, as in a formula.
       const Term_* t = terms[random() % (random() % 4 == 0 ? terms.size() : 20)];
       const WrittenForm expected(m, t, with_abs);
@@ -181,7 +181,7 @@ TEST_F(WrittenFormTest, WhatMustBeWrittenIsNotHidden) {
   WrittenForms all(m);
   WrittenForms forms(m, /*with_absolute_values=*/false,
                      [&](const Term_* t) { return t == negation; });
-  for (int n = 0; n < 2; n++) {
+  for (int n = 0; n < 2; ++n) {
     EXPECT_EQ(all.of(difference).kind, WrittenForm::Subtraction);
     EXPECT_EQ(forms.of(difference).kind, WrittenForm::Application);
     EXPECT_EQ(forms.of(negation).kind, WrittenForm::Negation);

@@ -40,13 +40,13 @@ TEST(Lexical, ReservedWordsBeginConstructs) {
     bool taken_between_bars;
   };
   const Expected words[] = {
-      {"!", Construct::ANNOTATION, true, true},      {"BINARY", Construct::OTHER, true, false},
-      {"DECIMAL", Construct::OTHER, true, false},    {"HEXADECIMAL", Construct::OTHER, true, false},
-      {"NUMERAL", Construct::OTHER, true, false},    {"STRING", Construct::OTHER, true, false},
-      {"_", Construct::INDEXED, true, false},        {"as", Construct::ASCRIBED, true, false},
-      {"exists", Construct::QUANTIFIER, true, true}, {"forall", Construct::QUANTIFIER, true, true},
-      {"lambda", Construct::LAMBDA, false, true},    {"let", Construct::LET, true, true},
-      {"match", Construct::OTHER, true, true},       {"par", Construct::OTHER, true, false},
+      {"!", Construct::Annotation, true, true},      {"BINARY", Construct::Other, true, false},
+      {"DECIMAL", Construct::Other, true, false},    {"HEXADECIMAL", Construct::Other, true, false},
+      {"NUMERAL", Construct::Other, true, false},    {"STRING", Construct::Other, true, false},
+      {"_", Construct::Indexed, true, false},        {"as", Construct::Ascribed, true, false},
+      {"exists", Construct::Quantifier, true, true}, {"forall", Construct::Quantifier, true, true},
+      {"lambda", Construct::Lambda, false, true},    {"let", Construct::Let, true, true},
+      {"match", Construct::Other, true, true},       {"par", Construct::Other, true, false},
   };
   EXPECT_EQ(std::size(construct_words), std::size(words));
   for (const Expected& expected : words) {

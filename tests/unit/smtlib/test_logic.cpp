@@ -15,23 +15,23 @@ namespace {
 
 TEST(Logic, IsReadAsACombination) {
   const Logic logic("QF_AUFLIRA");
-  EXPECT_TRUE(logic.has(Theory::CORE));
-  EXPECT_TRUE(logic.has(Theory::ARRAYS));
-  EXPECT_TRUE(logic.has(Theory::INTS));
-  EXPECT_TRUE(logic.has(Theory::REALS));
-  EXPECT_TRUE(logic.has(Theory::REALS_INTS));
-  EXPECT_TRUE(logic.has(Theory::ARITHMETIC));
-  EXPECT_FALSE(logic.has(Theory::BIT_VECTORS));
-  EXPECT_FALSE(logic.has(Theory::EXTENSIONS));
-  EXPECT_FALSE(logic.has(Theory::NONE));
+  EXPECT_TRUE(logic.has(Theory::Core));
+  EXPECT_TRUE(logic.has(Theory::Arrays));
+  EXPECT_TRUE(logic.has(Theory::Ints));
+  EXPECT_TRUE(logic.has(Theory::Reals));
+  EXPECT_TRUE(logic.has(Theory::RealsInts));
+  EXPECT_TRUE(logic.has(Theory::Arithmetic));
+  EXPECT_FALSE(logic.has(Theory::BitVectors));
+  EXPECT_FALSE(logic.has(Theory::Extensions));
+  EXPECT_FALSE(logic.has(Theory::NoTheory));
   EXPECT_TRUE(logic.is_linear());
 }
 
 TEST(Logic, OfNoNameAndAllAndUnknownNamesHaveEverything) {
   for (const Logic& logic : {Logic(), Logic("ALL"), Logic("QF_SOMETHING")}) {
-    EXPECT_TRUE(logic.has(Theory::STRINGS));
-    EXPECT_TRUE(logic.has(Theory::EXTENSIONS));
-    EXPECT_FALSE(logic.has(Theory::NONE));
+    EXPECT_TRUE(logic.has(Theory::Strings));
+    EXPECT_TRUE(logic.has(Theory::Extensions));
+    EXPECT_FALSE(logic.has(Theory::NoTheory));
     EXPECT_FALSE(logic.is_linear());
     EXPECT_FALSE(logic.is_nonlinear());
     EXPECT_FALSE(logic.numerals_are_real());
@@ -98,10 +98,10 @@ TEST(Logic, OfFloatsHasBitsButNoBitVectors) {
   bits.bits = true;
   EXPECT_EQ(Logic("QF_FP").extended_by(bits).name(), "QF_FP");
   EXPECT_EQ(Logic("QF_UF").extended_by(bits).name(), "QF_UFBV");
-  EXPECT_TRUE(Logic("QF_FP").has(Theory::BITS));
-  EXPECT_TRUE(Logic("QF_BV").has(Theory::BITS));
-  EXPECT_FALSE(Logic("QF_AUFLIRA").has(Theory::BITS));
-  EXPECT_FALSE(Logic("QF_FP").has(Theory::BIT_VECTORS));
+  EXPECT_TRUE(Logic("QF_FP").has(Theory::Bits));
+  EXPECT_TRUE(Logic("QF_BV").has(Theory::Bits));
+  EXPECT_FALSE(Logic("QF_AUFLIRA").has(Theory::Bits));
+  EXPECT_FALSE(Logic("QF_FP").has(Theory::BitVectors));
 }
 
 TEST(Logic, OfArraysHasSortsButNoFunctions) {

@@ -225,15 +225,15 @@ TEST(NameEscape, PrefixCanBeChosen) {
 // --- Both ways ---
 
 TEST(NameEscape, NamesOfOneByteGoBothWays) {
-  for (int c = 0; c < 256; c++) {
+  for (int c = 0; c < 256; ++c) {
     expect_round_trips(std::string(1, static_cast<char>(c)), symbol);
     expect_round_trips(std::string(1, static_cast<char>(c)), sort);
   }
 }
 
 TEST(NameEscape, NamesOfTwoBytesGoBothWays) {
-  for (int c = 0; c < 256; c++) {
-    for (int d = 0; d < 256; d++) {
+  for (int c = 0; c < 256; ++c) {
+    for (int d = 0; d < 256; ++d) {
       const std::string name{static_cast<char>(c), static_cast<char>(d)};
       expect_round_trips(name, symbol);
       expect_round_trips(name, sort);
@@ -242,7 +242,7 @@ TEST(NameEscape, NamesOfTwoBytesGoBothWays) {
 }
 
 TEST(NameEscape, EscapesOfNamesOfOneByteGoBothWays) {
-  for (int c = 0; c < 256; c++) {
+  for (int c = 0; c < 256; ++c) {
     const std::string hex = {"0123456789abcdef"[c / 16], "0123456789abcdef"[c % 16]};
     for (const std::string& name :
          {"quill!!" + hex, std::string("quill!") + static_cast<char>(c), "quill!quill!21!21" + hex,
@@ -314,10 +314,10 @@ TEST(NameEscape, RandomNamesGoBothWays) {
   const auto below = [&](size_t n) {
     return std::uniform_int_distribution<size_t>(0, n - 1)(random);
   };
-  for (int n = 0; n < 200000; n++) {
+  for (int n = 0; n < 200000; ++n) {
     std::string name;
     const size_t length = below(6);
-    for (size_t i = 0; i < length; i++) {
+    for (size_t i = 0; i < length; ++i) {
       if (below(4) == 0) {
         name += static_cast<char>(below(256));
       } else {
@@ -333,8 +333,8 @@ TEST(NameEscape, RandomNamesGoBothWays) {
 TEST(NameEscape, DifferentNamesStayDifferent) {
   const std::string inside[] = {"quill!7", "quill!quill!217", "and", "quill!and", "x", "quill!x"};
   const std::string outside[] = {"7", "quill!7", "quill!and", "quill!quill!21and", "x", "quill!x"};
-  for (size_t a = 0; a < std::size(inside); a++) {
-    for (size_t b = 0; b < a; b++) {
+  for (size_t a = 0; a < std::size(inside); ++a) {
+    for (size_t b = 0; b < a; ++b) {
       EXPECT_NE(name_to_smtlib(inside[a], symbol), name_to_smtlib(inside[b], symbol));
       EXPECT_NE(name_from_smtlib(outside[a], symbol), name_from_smtlib(outside[b], symbol));
     }

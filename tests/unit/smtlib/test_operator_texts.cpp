@@ -49,7 +49,7 @@ class SmtLib2Operators : public ::testing::Test {
   // The application of a symbol to the first of our constants of the types that it takes.
   const Term_* apply(const Symbol* s) {
     Terms args;
-    for (uint64_t i = 1; i <= s->arity; i++) args.push_back(first_of(s->type->get_component(i)));
+    for (uint64_t i = 1; i <= s->arity; ++i) args.push_back(first_of(s->type->get_component(i)));
     return m.do_make_term(s, args);
   }
   const Term_* first_of(const DataType* type) {
@@ -188,11 +188,11 @@ constexpr size_t num_tags = SymbolTag::INT_TO_BV + 1;
 // Also beyond the last tag, as far as the enumeration goes.
 TEST_F(SmtLib2Operators, EveryTagWithEveryArityIsWritten) {
   m.set_typecheck_enabled(false);
-  for (size_t tag = 0; tag < 128; tag++) {
+  for (size_t tag = 0; tag < 128; ++tag) {
     if (tag == num_tags) tag = 127;
     for (const DataType* operand : {bool_type, int_type, bits, single, array}) {
       for (const DataType* result : {bool_type, int_type, real_type, bits, single, array}) {
-        for (size_t arity = 0; arity <= 4; arity++) {
+        for (size_t arity = 0; arity <= 4; ++arity) {
           const DataType* type =
               arity == 0 ? result : m.get_function_type(Types(arity, operand), result);
           const Term_* t = apply(by_hand(static_cast<SymbolTag::tag>(tag), type));
@@ -233,7 +233,7 @@ TEST_F(SmtLib2Operators, OnlyWhatCouldBeTheOperatorIsWrittenAsIt) {
     const std::string written = text(t);
     if (same != nullptr) {
       EXPECT_EQ(written, text(apply(same))) << tag << ' ' << type->to_str();
-      written_as_operators++;
+      ++written_as_operators;
     } else {
       const char* name = s->arity == 0 ? "|`by hand`|" : "(|`by hand`| ";
       EXPECT_EQ(written.substr(0, std::string(name).size()), name)
@@ -243,7 +243,7 @@ TEST_F(SmtLib2Operators, OnlyWhatCouldBeTheOperatorIsWrittenAsIt) {
   };
   for (const auto& entry : std::vector<std::pair<const DataType*, std::vector<const Symbol*>>>(
            by_type.begin(), by_type.end())) {
-    for (size_t tag = 0; tag < num_tags; tag++) {
+    for (size_t tag = 0; tag < num_tags; ++tag) {
       check(static_cast<SymbolTag::tag>(tag), entry.first);
     }
   }
@@ -251,14 +251,14 @@ TEST_F(SmtLib2Operators, OnlyWhatCouldBeTheOperatorIsWrittenAsIt) {
     const SymbolTag::tag tag = m.get_tag(s);
     EXPECT_EQ(operator_tag(m, s), tag);
     Types components;
-    for (uint64_t i = 1; i <= s->arity; i++) components.push_back(s->type->get_component(i));
+    for (uint64_t i = 1; i <= s->arity; ++i) components.push_back(s->type->get_component(i));
     components.push_back(s->get_output_type());
     const auto check_with = [&](const Types& changed) {
       const Types operands(changed.begin(), changed.end() - 1);
       check(tag, operands.empty() ? changed.back() : m.get_function_type(operands, changed.back()));
     };
     for (const DataType* other : types) {
-      for (size_t i = 0; i < components.size(); i++) {
+      for (size_t i = 0; i < components.size(); ++i) {
         Types changed = components;
         changed[i] = other;
         check_with(changed);

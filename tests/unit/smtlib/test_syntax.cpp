@@ -257,7 +257,7 @@ TEST(SmtLib2Syntax, DeeplyNestedTypesArePrinted) {
   constexpr int depth = 100000;
   const DataType* type = m.get_int_type();
   std::string expected;
-  for (int n = 0; n < depth; n++) {
+  for (int n = 0; n < depth; ++n) {
     type = m.get_array_type(m.get_bv_type(8), type);
     expected += "(Array (_ BitVec 8) ";
   }

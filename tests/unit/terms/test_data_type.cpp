@@ -136,7 +136,7 @@ TEST(DataTypeToStr, FortyLevelsOfSharedArraysStayShort) {
   TypeUniverse u;
   const DataType* array = u.make_type("Array");
   const DataType* t = u.make_type("Int");
-  for (int level = 0; level < 40; level++) t = u.make_type(Types{array, t, t});
+  for (int level = 0; level < 40; ++level) t = u.make_type(Types{array, t, t});
   const std::string text = t->to_str();
   EXPECT_LT(text.size(), 40U * 30U);
   EXPECT_EQ(text.substr(0, 36), "(Array #1=(Array #2=(Array #3=(Array");
@@ -147,7 +147,7 @@ TEST(DataTypeToStr, DeepTypesArePrintedAndFreedWithoutRecursion) {
   TypeUniverse u;
   const DataType* a = u.make_type("a");
   const DataType* t = a;
-  for (int level = 0; level < 1000000; level++) t = u.make_type(Types{a, t});
+  for (int level = 0; level < 1000000; ++level) t = u.make_type(Types{a, t});
   const std::string text = t->to_str();
   EXPECT_EQ(text.size(), 4U * 1000000U + 1U);
   EXPECT_EQ(text.substr(0, 9), "(a (a (a ");
@@ -194,7 +194,7 @@ std::vector<Recipe> random_recipes(unsigned seed, size_t count) {
   while (recipes.size() < count) {
     Recipe recipe;
     const size_t length = random() % 5;
-    for (size_t i = 0; i < length; i++) {
+    for (size_t i = 0; i < length; ++i) {
       // Half of the components are recent, so that types get deep and share much.
       const size_t window =
           random() % 2 == 0 ? recipes.size() : std::min<size_t>(20, recipes.size());
@@ -233,7 +233,7 @@ TEST(DataTypeToStr, DependsOnTheStructureAndNotOnTheOrderOfCreation) {
   TypeUniverse shuffled;
   std::mt19937 random(13);
   Types made_again(recipes.size(), nullptr);
-  for (int n = 0; n < 6000; n++) {
+  for (int n = 0; n < 6000; ++n) {
     std::vector<size_t> work = {random() % recipes.size()};
     while (!work.empty()) {
       const size_t i = work.back();
@@ -250,7 +250,7 @@ TEST(DataTypeToStr, DependsOnTheStructureAndNotOnTheOrderOfCreation) {
     }
     shuffled.make_type("other" + std::to_string(n));
   }
-  for (size_t i = 0; i < recipes.size(); i++) {
+  for (size_t i = 0; i < recipes.size(); ++i) {
     if (made_again[i] == nullptr) made_again[i] = follow(recipes[i], made_again, shuffled);
     ASSERT_EQ(made_again[i]->to_str(), made[i]->to_str()) << "recipe " << i;
   }

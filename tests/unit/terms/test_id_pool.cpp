@@ -26,16 +26,16 @@ void keep_only(IdPool& pool, const std::vector<uint64_t>& ids) {
 TEST(IdPool, GivesTheNumbersFromZero) {
   IdPool pool;
   EXPECT_EQ(pool.bound(), 0U);
-  for (uint64_t id = 0; id < 200; id++) EXPECT_EQ(take(pool), id);
+  for (uint64_t id = 0; id < 200; ++id) EXPECT_EQ(take(pool), id);
   EXPECT_EQ(pool.bound(), 200U);
   EXPECT_EQ(pool.size(), 200U);
 }
 
 TEST(IdPool, FreedIdsAreGivenAgainLowestFirst) {
   IdPool pool;
-  for (int i = 0; i < 300; i++) take(pool);
+  for (int i = 0; i < 300; ++i) take(pool);
   std::vector<uint64_t> kept;
-  for (uint64_t id = 0; id < 300; id++) {
+  for (uint64_t id = 0; id < 300; ++id) {
     if (id != 0 && id != 63 && id != 64 && id != 65 && id != 200) kept.push_back(id);
   }
   keep_only(pool, kept);
@@ -47,7 +47,7 @@ TEST(IdPool, FreedIdsAreGivenAgainLowestFirst) {
 
 TEST(IdPool, TheOrderOfClaimsIsNoMatter) {
   IdPool pool;
-  for (int i = 0; i < 10; i++) take(pool);
+  for (int i = 0; i < 10; ++i) take(pool);
   keep_only(pool, {7, 2, 5});
   EXPECT_EQ(pool.bound(), 8U);
   for (const uint64_t id : std::vector<uint64_t>{0, 1, 3, 4, 6, 8, 9}) EXPECT_EQ(take(pool), id);
@@ -55,16 +55,16 @@ TEST(IdPool, TheOrderOfClaimsIsNoMatter) {
 
 TEST(IdPool, AllIdsCanBeFreed) {
   IdPool pool;
-  for (int i = 0; i < 130; i++) take(pool);
+  for (int i = 0; i < 130; ++i) take(pool);
   pool.free_all();
   EXPECT_EQ(pool.size(), 0U);
   EXPECT_EQ(pool.bound(), 0U);
-  for (uint64_t id = 0; id < 200; id++) EXPECT_EQ(take(pool), id);
+  for (uint64_t id = 0; id < 200; ++id) EXPECT_EQ(take(pool), id);
 }
 
 TEST(IdPool, AFailedReservationChangesNothing) {
   IdPool pool;
-  for (int i = 0; i < 64; i++) take(pool);
+  for (int i = 0; i < 64; ++i) take(pool);
   {
     const testing::FailingAllocation none(0);
     EXPECT_THROW(pool.reserve_one(), std::bad_alloc);
@@ -75,19 +75,19 @@ TEST(IdPool, AFailedReservationChangesNothing) {
 
 TEST(IdPool, FreeingAndClaimingNeedNoMemory) {
   IdPool pool;
-  for (int i = 0; i < 1000; i++) take(pool);
+  for (int i = 0; i < 1000; ++i) take(pool);
   const testing::FailingAllocation none(0);
   pool.free_all();
   for (uint64_t id = 999; id-- > 500;) pool.claim(id);
   EXPECT_EQ(pool.bound(), 999U);
-  for (uint64_t id = 0; id < 500; id++) EXPECT_EQ(take(pool), id);
+  for (uint64_t id = 0; id < 500; ++id) EXPECT_EQ(take(pool), id);
 }
 
 TEST(IdPool, AgreesWithASetOverRandomOperations) {
   std::mt19937 random(99);
   IdPool pool;
   std::set<uint64_t> in_use;
-  for (int step = 0; step < 50000; step++) {
+  for (int step = 0; step < 50000; ++step) {
     if (random() % 500 == 0) {
       const auto percent = random() % 101;
       std::erase_if(in_use, [&](uint64_t) { return random() % 100 >= percent; });
@@ -96,7 +96,7 @@ TEST(IdPool, AgreesWithASetOverRandomOperations) {
       uint64_t lowest = 0;
       for (const uint64_t id : in_use) {
         if (id != lowest) break;
-        lowest++;
+        ++lowest;
       }
       ASSERT_EQ(take(pool), lowest);
       in_use.insert(lowest);

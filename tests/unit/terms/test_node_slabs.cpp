@@ -57,7 +57,7 @@ TEST(NodeSlabs, NodesOfOneArityLieSideBySide) {
 TEST(NodeSlabs, NodesAreAlignedAndDoNotOverlap) {
   NodeSlabs slabs;
   std::map<uintptr_t, uintptr_t> ranges;  // from, to
-  for (int round = 0; round < 300; round++) {
+  for (int round = 0; round < 300; ++round) {
     for (const uint64_t arity : {uint64_t{0}, uint64_t{1}, uint64_t{2}, uint64_t{5}, uint64_t{100},
                                  largest_in_slabs, largest_in_slabs + 1}) {
       const auto from = reinterpret_cast<uintptr_t>(slabs.address(allocate(slabs, arity)));
@@ -75,7 +75,7 @@ TEST(NodeSlabs, NodesAreAlignedAndDoNotOverlap) {
 TEST(NodeSlabs, NodesStayWhereTheyAre) {
   NodeSlabs slabs;
   std::vector<std::pair<uint32_t, void*>> nodes;
-  for (uint64_t i = 0; i < 20000; i++) {
+  for (uint64_t i = 0; i < 20000; ++i) {
     const uint32_t handle = allocate(slabs, i % 4);
     nodes.emplace_back(handle, slabs.address(handle));
   }
@@ -136,7 +136,7 @@ TEST(NodeSlabs, AllNodesOfManySlabsAreVisited) {
   for (const uint64_t arity : {uint64_t{0}, uint64_t{1}, uint64_t{61}, largest_in_slabs}) {
     NodeSlabs slabs;
     Handles handles;
-    for (int i = 0; i < 3000; i++) {
+    for (int i = 0; i < 3000; ++i) {
       handles.push_back(allocate(slabs, arity));
       const size_t n = handles.size();
       if (n >= 140 && n % 500 != 0) continue;
@@ -151,7 +151,7 @@ TEST(NodeSlabs, AFailedRequestChangesNothing) {
     const uint32_t before = allocate(slabs, 7);
     long k = 0;
     uint32_t handle = NodeSlabs::none;
-    for (;; k++) {
+    for (;; ++k) {
       const testing::FailingAllocation after(k);
       try {
         handle = slabs.allocate(arity);
@@ -198,7 +198,7 @@ uint32_t allocate_with_id(NodeSlabs& slabs, uint64_t arity, uint64_t id) {
 TEST(NodeSlabs, ASweepTakesTheNodesThatAreNotMarked) {
   NodeSlabs slabs;
   Handles handles;
-  for (uint64_t id = 0; id < 6; id++) handles.push_back(allocate_with_id(slabs, id % 2, id));
+  for (uint64_t id = 0; id < 6; ++id) handles.push_back(allocate_with_id(slabs, id % 2, id));
   EXPECT_EQ(slabs.sweep({true, false, false, true, true}), 3U);
   EXPECT_EQ(live(slabs), Handles({handles[0], handles[4], handles[3]}));
   EXPECT_EQ(slabs.sweep({true, false, false, true, true}), 0U);
@@ -208,7 +208,7 @@ TEST(NodeSlabs, ASweepTakesTheNodesThatAreNotMarked) {
 TEST(NodeSlabs, SweptNodesAreUsedAgainFromTheLowestOn) {
   NodeSlabs slabs;
   Handles handles;
-  for (uint64_t id = 0; id < 100; id++) handles.push_back(allocate_with_id(slabs, 1, id));
+  for (uint64_t id = 0; id < 100; ++id) handles.push_back(allocate_with_id(slabs, 1, id));
   slabs.free(handles[50]);
   std::vector<bool> seen(100, true);
   for (const size_t id : std::vector<size_t>{10, 70, 20, 90}) seen[id] = false;
@@ -221,7 +221,7 @@ TEST(NodeSlabs, SweptNodesAreUsedAgainFromTheLowestOn) {
 TEST(NodeSlabs, ASweepReleasesSlabsWithoutALiveNode) {
   NodeSlabs slabs;
   Handles handles;
-  for (uint64_t id = 0; id < 64 + 128 + 1; id++) {
+  for (uint64_t id = 0; id < 64 + 128 + 1; ++id) {
     handles.push_back(allocate_with_id(slabs, 0, id));
   }
   EXPECT_EQ(slabs.num_slabs(), 3U);
@@ -235,8 +235,8 @@ TEST(NodeSlabs, ASweepReleasesSlabsWithoutALiveNode) {
   EXPECT_EQ(live(slabs), Handles({handles[63], handles[192]}));
   // First the 63 free nodes of the first slab, then what is left of the last one, then a new slab
   // in the place of the one that was released.
-  for (size_t i = 0; i < 63; i++) EXPECT_EQ(allocate(slabs, 0), handles[i]);
-  for (uint32_t i = 1; i < 256; i++) EXPECT_EQ(allocate(slabs, 0), handles[192] + 2 * i);
+  for (size_t i = 0; i < 63; ++i) EXPECT_EQ(allocate(slabs, 0), handles[i]);
+  for (uint32_t i = 1; i < 256; ++i) EXPECT_EQ(allocate(slabs, 0), handles[192] + 2 * i);
   EXPECT_EQ(slabs.num_slabs(), 2U);
   EXPECT_EQ(allocate(slabs, 0), handles[64]);
   EXPECT_EQ(slabs.num_slabs(), 3U);
@@ -296,7 +296,7 @@ TEST(NodeSlabs, MemoryThatGoesBackIsNoLongerPoisoned) {
   {
     NodeSlabs slabs;
     std::vector<bool> seen;
-    for (uint64_t id = 0; id < 200000; id++) {  // 8 MB, in regions of huge pages but for the first
+    for (uint64_t id = 0; id < 200000; ++id) {  // 8 MB, in regions of huge pages but for the first
       const uint32_t handle = allocate_with_id(slabs, 3, id);
       nodes.push_back(slabs.address(handle));
       seen.push_back(id > 100000 && id % 2 == 0);
@@ -305,7 +305,7 @@ TEST(NodeSlabs, MemoryThatGoesBackIsNoLongerPoisoned) {
     EXPECT_TRUE(is_any_poisoned(nodes[199999], 40));
   }
   size_t poisoned = 0;
-  for (size_t i = 100000; i < nodes.size(); i++) poisoned += is_any_poisoned(nodes[i], 40) ? 1 : 0;
+  for (size_t i = 100000; i < nodes.size(); ++i) poisoned += is_any_poisoned(nodes[i], 40) ? 1 : 0;
   EXPECT_EQ(poisoned, 0U);
 }
 
@@ -318,14 +318,13 @@ TEST(NodeSlabs, AgreeWithAModelOverRandomOperations) {
     char filling;
   };
   std::map<uint32_t, Node> model;
-  for (int step = 0; step < 20000; step++) {
+  for (int step = 0; step < 20000; ++step) {
     const size_t target = step % 4000 < 2000 ? 400 : 10;
     if (model.size() < target && random() % 3 != 0) {
       const Node node = {arities[random() % 7], static_cast<char>('a' + random() % 26)};
       ASSERT_TRUE(model.emplace(allocate(slabs, node.arity, node.filling), node).second);
     } else if (!model.empty()) {
-      const auto victim =
-          std::next(model.begin(), static_cast<std::ptrdiff_t>(random() % model.size()));
+      const auto victim = std::next(model.begin(), static_cast<ptrdiff_t>(random() % model.size()));
       const char* bytes = static_cast<char*>(slabs.address(victim->first));
       const std::vector<char> expected(16 + 8 * victim->second.arity, victim->second.filling);
       ASSERT_EQ(std::memcmp(bytes, expected.data(), expected.size()), 0);

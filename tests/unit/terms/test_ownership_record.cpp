@@ -72,14 +72,14 @@ TEST_F(OwnershipRecordTest, ALaterObjectAtTheSameAddressIsOwned) {
 }
 
 TEST_F(OwnershipRecordTest, NothingIsLostAcrossGrowth) {
-  for (size_t i = 0; i < 900; i++) {
+  for (size_t i = 0; i < 900; ++i) {
     add(&objects[i]);
     if (i % 3 == 0) record.remove(&objects[i]);
   }
-  for (size_t i = 0; i < 900; i++) {
+  for (size_t i = 0; i < 900; ++i) {
     EXPECT_EQ(record.find(&objects[i]), i % 3 == 0 ? Standing::Freed : Standing::Owned) << i;
   }
-  for (size_t i = 900; i < 1000; i++) EXPECT_EQ(record.find(&objects[i]), Standing::Foreign) << i;
+  for (size_t i = 900; i < 1000; ++i) EXPECT_EQ(record.find(&objects[i]), Standing::Foreign) << i;
 }
 
 }  // namespace

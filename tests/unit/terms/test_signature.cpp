@@ -210,7 +210,7 @@ TEST_F(SignatureTest, ACollectionKeepsANamelessRecordNameless) {
 
 TEST_F(SignatureTest, ACollectionNeedsNoMemory) {
   hsh::HashSet<const Symbol*> keep;
-  for (int i = 0; i < 1000; i++) {
+  for (int i = 0; i < 1000; ++i) {
     const Symbol* s = signature.add_symbol(("x" + std::to_string(i)).c_str(), int_type);
     if (i % 7 == 0) keep.insert(s);
   }
@@ -220,7 +220,7 @@ TEST_F(SignatureTest, ACollectionNeedsNoMemory) {
   }
   EXPECT_EQ(signature.size(), 143U);
   EXPECT_TRUE(signature.is_consistent());
-  for (size_t i = 0; i < 143; i++) {
+  for (size_t i = 0; i < 143; ++i) {
     EXPECT_EQ(signature.symbol(i)->name, "x" + std::to_string(7 * i));  // in order of creation
   }
 }
@@ -256,7 +256,7 @@ TEST_F(SignatureTest, TheLowestFreeSuffixSkipsTakenNames) {
 }
 
 TEST_F(SignatureTest, AFreedSuffixInTheMiddleIsTheLowestAgain) {
-  for (int k = 0; k < 20; k++) {
+  for (int k = 0; k < 20; ++k) {
     signature.add_symbol(unique_name("x").c_str(), int_type);
   }
   signature.remove_symbol("x_7");
@@ -284,7 +284,7 @@ TEST_F(SignatureTest, BasesMayHoldUnderscoresAndNumbers) {
 
 TEST_F(SignatureTest, OnlyNamesOfTheRuleCountAsSuffixes) {
   signature.add_symbol("x", int_type);
-  for (int k = 0; k < 5; k++) signature.add_symbol(unique_name("x").c_str(), int_type);
+  for (int k = 0; k < 5; ++k) signature.add_symbol(unique_name("x").c_str(), int_type);
   for (const char* name : {"x_", "x_01", "x_-1", "x_+1", "x_1a", "x_2147483648", "x_4294967296",
                            "x_99999999999999999999", "x"}) {
     signature.add_symbol(name, int_type);
@@ -295,7 +295,7 @@ TEST_F(SignatureTest, OnlyNamesOfTheRuleCountAsSuffixes) {
 
 TEST_F(SignatureTest, ACollectionFreesSuffixes) {
   hsh::HashSet<const Symbol*> keep;
-  for (int k = 0; k < 10; k++) {
+  for (int k = 0; k < 10; ++k) {
     const Symbol* s = signature.add_symbol(unique_name("x").c_str(), int_type);
     if (k != 4) keep.insert(s);
   }
@@ -315,11 +315,11 @@ TEST_F(SignatureTest, AgreesWithAMapOverRandomOperations) {
   const DataType* const types[] = {int_type, bool_type};
   const auto naive_unique_name = [&](const std::string& base) {
     std::string candidate = base;
-    for (int k = 0; names.count(candidate) != 0; k++) candidate = base + "_" + std::to_string(k);
+    for (int k = 0; names.count(candidate) != 0; ++k) candidate = base + "_" + std::to_string(k);
     return candidate;
   };
   const std::string bases[] = {"x", "x_0", "y", "x_1_", "_"};
-  for (int step = 0; step < 50000; step++) {
+  for (int step = 0; step < 50000; ++step) {
     const std::string base = bases[random() % 5];
     const std::string name = random() % 3 == 0 ? base : base + "_" + std::to_string(random() % 60);
     switch (random() % 8) {
@@ -375,7 +375,7 @@ TEST_F(SignatureTest, AgreesWithAMapOverRandomOperations) {
 }
 
 TEST_F(SignatureTest, HoldsAMillionNumberedNames) {
-  for (int i = 0; i < 1000000; i++) {
+  for (int i = 0; i < 1000000; ++i) {
     signature.add_symbol(("x" + std::to_string(i)).c_str(), int_type);
   }
   EXPECT_EQ(signature.size(), 1000000U);
@@ -386,9 +386,9 @@ TEST_F(SignatureTest, HoldsAMillionNumberedNames) {
 
 // 32 entries fill the first index, so the failures include that of its growth.
 TEST_F(SignatureTest, AFailedRegistrationChangesNothing) {
-  for (int i = 0; i < 32; i++) signature.add_symbol(std::to_string(i).c_str(), int_type);
+  for (int i = 0; i < 32; ++i) signature.add_symbol(std::to_string(i).c_str(), int_type);
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     bool failed = false;
     {
       const testing::FailingAllocation after(k);
@@ -405,15 +405,15 @@ TEST_F(SignatureTest, AFailedRegistrationChangesNothing) {
   EXPECT_GE(k, 2);  // the index and the record
   EXPECT_EQ(signature.size(), 33U);
   EXPECT_STREQ(signature.get_symbol("x")->name, "x");
-  for (int i = 0; i < 32; i++) {
+  for (int i = 0; i < 32; ++i) {
     EXPECT_NE(signature.get_symbol(std::to_string(i).c_str()), nullptr);
   }
 }
 
 TEST_F(SignatureTest, AFailedSearchForASuffixKeepsItsPlace) {
   const std::string base = "a base name that is too long to be kept in place";
-  for (int n = 0; n < 10; n++) signature.add_symbol(unique_name(base).c_str(), int_type);
-  for (long k = 0;; k++) {
+  for (int n = 0; n < 10; ++n) signature.add_symbol(unique_name(base).c_str(), int_type);
+  for (long k = 0;; ++k) {
     bool failed = false;
     int32_t suffix = -1;
     {
@@ -439,7 +439,7 @@ uint64_t entries_for(const std::vector<std::string>& names) {
   const uint64_t before = entries_looked_at();
   std::vector<const Symbol*> symbols;
   for (const std::string& name : names) symbols.push_back(signature.add_symbol(name.c_str(), type));
-  for (size_t i = 0; i < names.size(); i++) {
+  for (size_t i = 0; i < names.size(); ++i) {
     EXPECT_EQ(signature.get_symbol(names[i].c_str()), symbols[i]);
     EXPECT_EQ(signature.add_symbol(names[i].c_str(), type), symbols[i]);
   }

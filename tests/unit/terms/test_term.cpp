@@ -74,9 +74,9 @@ TEST_F(TermTest, TheIdIsTheFirstFieldAndTheHash) {
 
 TEST_F(TermTest, TablesOverTermsAreWalkedByIdAndNotByAddress) {
   std::vector<const Term_*> terms;
-  for (int i = 0; i < 20; i++) terms.push_back(constant("c" + std::to_string(i)));
+  for (int i = 0; i < 20; ++i) terms.push_back(constant("c" + std::to_string(i)));
   hsh::HashMap<const Term_*, int> map;
-  for (size_t i = 0; i < 20; i++) map[terms[(7 * i + 3) % 20]] = 1;
+  for (size_t i = 0; i < 20; ++i) map[terms[(7 * i + 3) % 20]] = 1;
   std::vector<uint64_t> order;
   for (const auto& [term, mapped] : map) order.push_back(term->id);
   EXPECT_EQ(order, (std::vector<uint64_t>{0,  1,  2,  3,  4,  5,  6,  7,  8,  9,
@@ -123,7 +123,7 @@ TEST_F(TermTest, ASharedSubtermWithinASharedOneIsPrintedOnce) {
 // As a tree this term has 2^64 - 1 nodes.
 TEST_F(TermTest, TheTextIsLinearInTheNumberOfDistinctSubterms) {
   const Term_* t = constant("a");
-  for (int level = 0; level < 63; level++) t = apply("f", {t, t});
+  for (int level = 0; level < 63; ++level) t = apply("f", {t, t});
   const std::string text = t->to_str();
   EXPECT_LT(text.size(), 63U * 16U);
   EXPECT_EQ(text.substr(0, 29), "(f #62=(f #61=(f #60=(f #59=(");
@@ -133,7 +133,7 @@ TEST_F(TermTest, TheTextIsLinearInTheNumberOfDistinctSubterms) {
 TEST_F(TermTest, AChainOfAMillionIsBuiltPrintedAndFreed) {
   const Symbol* g = function("g", 1);
   const Term_* t = constant("a");
-  for (int level = 0; level < 1000000; level++) t = bank.make_term(g, &t);
+  for (int level = 0; level < 1000000; ++level) t = bank.make_term(g, &t);
   EXPECT_EQ(t->id, 1000000U);
   const std::string text = t->to_str();
   EXPECT_EQ(text.size(), 4U * 1000000U + 1U);

@@ -93,7 +93,7 @@ TEST_F(TermBankTest, TheArgumentArrayIsCopied) {
 // --- Ids ---
 
 TEST_F(TermBankTest, IdsCountFromZeroInTheOrderOfCreation) {
-  for (uint64_t i = 0; i < 1000; i++) {
+  for (uint64_t i = 0; i < 1000; ++i) {
     EXPECT_EQ(constant("c" + std::to_string(i))->id, i);
     EXPECT_EQ(constant("c" + std::to_string(i / 2))->id, i / 2);  // found: takes no id
     EXPECT_EQ(bank.id_bound(), i + 1);
@@ -101,7 +101,7 @@ TEST_F(TermBankTest, IdsCountFromZeroInTheOrderOfCreation) {
 }
 
 TEST_F(TermBankTest, FreedIdsAreGivenAgainLowestFirst) {
-  for (int i = 0; i < 10; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 10; ++i) constant("c" + std::to_string(i));
   bank.remove_unseen({true, false, true, true, false, true, true, false, true, true});
   EXPECT_EQ(bank.id_bound(), 10U);
   EXPECT_EQ(constant("n1")->id, 1U);
@@ -111,7 +111,7 @@ TEST_F(TermBankTest, FreedIdsAreGivenAgainLowestFirst) {
 }
 
 TEST_F(TermBankTest, TheLowestIdComesFirstAfterSeveralRemovals) {
-  for (int i = 0; i < 10; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 10; ++i) constant("c" + std::to_string(i));
   bank.remove_unseen({true, true, true, true, true, true, false, true, true, true});
   bank.remove_unseen({true, true, false, true, true, true, true, true, false, true});
   bank.remove_unseen({true, true, true, true, false, true, true, true, true, true});
@@ -123,7 +123,7 @@ TEST_F(TermBankTest, TheLowestIdComesFirstAfterSeveralRemovals) {
 }
 
 TEST_F(TermBankTest, TheBoundFollowsTheLargestIdInUse) {
-  for (int i = 0; i < 10; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 10; ++i) constant("c" + std::to_string(i));
   bank.remove_unseen({true, false, true, true, false});
   EXPECT_EQ(bank.id_bound(), 4U);
   EXPECT_EQ(constant("n1")->id, 1U);
@@ -191,10 +191,10 @@ TEST_F(TermBankTest, IteratorsArePostfixAndPrefix) {
 TEST_F(TermBankTest, TheOrderOfIterationDoesNotDependOnAddresses) {
   std::vector<Ids> orders;
   std::vector<std::vector<char>> ballast;
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     TermBank own;
     Terms made;
-    for (int i = 0; i < 300; i++) {
+    for (int i = 0; i < 300; ++i) {
       if (round == 1) ballast.emplace_back(static_cast<size_t>(37 * i + 1));
       const size_t arity = static_cast<size_t>(i % 4);
       Terms args(arity, i > 4 ? made[static_cast<size_t>(i / 2)] : nullptr);
@@ -202,7 +202,7 @@ TEST_F(TermBankTest, TheOrderOfIterationDoesNotDependOnAddresses) {
       made.push_back(own.make_term(symbol("s" + std::to_string(i), args.size()), args.data()));
     }
     std::vector<bool> seen;
-    for (int i = 0; i < 300; i++) seen.push_back(i % 3 != 0);
+    for (int i = 0; i < 300; ++i) seen.push_back(i % 3 != 0);
     own.remove_unseen(seen);
     Ids order;
     for (const Term_* t : own) order.push_back(t->id);
@@ -224,7 +224,7 @@ TEST_F(TermBankTest, AllTermsAreFoundAcrossGrowth) {
     chain.push_back(bank.make_term(f, &chain.back()));
     ASSERT_EQ(bank.size(), chain.size());
     if (chain.size() < next_check) continue;
-    for (size_t i = 1; i < chain.size(); i++) {
+    for (size_t i = 1; i < chain.size(); ++i) {
       ASSERT_EQ(bank.make_term(f, &chain[i - 1]), chain[i]) << i << " of " << chain.size();
       ASSERT_EQ(chain[i]->id, i);
     }
@@ -245,9 +245,9 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
   std::vector<std::pair<const Term_*, Key>> by_id;  // null: the id is free
   std::set<uint64_t> free_ids;
   std::vector<const Symbol*> symbols;
-  for (int i = 0; i < 40; i++) symbols.push_back(symbol("c" + std::to_string(i), 0));
-  for (size_t arity = 1; arity <= 5; arity++) {
-    for (int i = 0; i < 4; i++) {
+  for (int i = 0; i < 40; ++i) symbols.push_back(symbol("c" + std::to_string(i), 0));
+  for (size_t arity = 1; arity <= 5; ++arity) {
+    for (int i = 0; i < 4; ++i) {
       symbols.push_back(symbol("f" + std::to_string(arity) + std::to_string(i), arity));
     }
   }
@@ -256,7 +256,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
   Terms live;  // arguments are drawn from these
   uint64_t requests = 0;
   uint64_t removals = 0;
-  for (int step = 0; step < 200000; step++) {
+  for (int step = 0; step < 200000; ++step) {
     // Removal is frequent at first, then rare, so that the bank is also seen large.
     if (random() % (step < 100000 ? 300 : 20000) == 0) {
       // Marks random roots and all that is below them; arguments have been made before, but ids
@@ -275,7 +275,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
         for (const Term_* argument : t->arguments()) work.push_back(argument);
       }
       live.clear();
-      for (uint64_t id = 0; id < by_id.size(); id++) {
+      for (uint64_t id = 0; id < by_id.size(); ++id) {
         if (by_id[id].first == nullptr) continue;
         if (seen[id]) {
           live.push_back(by_id[id].first);
@@ -286,7 +286,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
         }
       }
       bank.remove_unseen(seen);
-      removals++;
+      ++removals;
       Ids expected;
       for (const Term_* t : live) expected.push_back(t->id);
       ASSERT_EQ(ids(), expected);
@@ -302,7 +302,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
     if (random() % 1000 == 0) s = wide;
     if (live.empty()) s = symbols[random() % 40];
     Terms args;
-    for (uint64_t i = 0; i < s->arity; i++) {
+    for (uint64_t i = 0; i < s->arity; ++i) {
       // A narrow choice now and then, so that many requests meet a term that is there.
       const size_t window = random() % 2 == 0 ? std::min<size_t>(live.size(), 6) : live.size();
       args.push_back(live[random() % window]);
@@ -315,7 +315,7 @@ TEST_F(TermBankTest, AgreesWithAModelOverRandomOperations) {
     for (const Term_* arg : args) key.second.push_back(arg->id);
 
     const Term_* t = bank.make_term(s, args.empty() ? nullptr : args.data());
-    requests++;
+    ++requests;
     const auto present = model.find(key);
     if (present != model.end()) {
       ASSERT_EQ(t->id, present->second);
@@ -350,12 +350,12 @@ TEST_F(TermBankTest, AFailedRequestUsesUpNoId) {
     for (const int entries : {1, 32, 64}) {  // an empty table aside: full index, full slab
       TermBank own;
       const Term_* first = own.make_term(symbol("c0", 0), nullptr);
-      for (int i = 1; i < entries; i++) {
+      for (int i = 1; i < entries; ++i) {
         own.make_term(symbol("c" + std::to_string(i), 0), nullptr);
       }
       const Symbol* s = symbol("s" + std::to_string(arity), arity);
       const Terms args(arity, first);
-      for (long k = 0;; k++) {
+      for (long k = 0;; ++k) {
         const Term_* t = nullptr;
         {
           const testing::FailingAllocation after(k);
@@ -379,7 +379,7 @@ TEST_F(TermBankTest, AFailedRequestUsesUpNoId) {
 }
 
 TEST_F(TermBankTest, AFailedRequestKeepsFreedIds) {
-  for (int i = 0; i < 42; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 42; ++i) constant("c" + std::to_string(i));
   std::vector<bool> seen(42, true);
   seen[5] = false;
   bank.remove_unseen(seen);
@@ -397,7 +397,7 @@ TEST_F(TermBankTest, AFailedRequestKeepsFreedIds) {
 }
 
 TEST_F(TermBankTest, RemovalNeedsNoMemory) {
-  for (int i = 0; i < 1000; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 1000; ++i) constant("c" + std::to_string(i));
   const std::vector<bool> seen = {true, false, true};
   {
     const testing::FailingAllocation none(0);
@@ -413,7 +413,7 @@ TEST_F(TermBankTest, RemovalNeedsNoMemory) {
 
 // Nodes without arguments fill slabs of 1, 2, 4, ... 64 KiB; 64 of them fit in a KiB.
 TEST_F(TermBankTest, RemovalGivesMemoryBack) {
-  for (int i = 0; i < 64 + 128 + 256 + 10; i++) constant("c" + std::to_string(i));
+  for (int i = 0; i < 64 + 128 + 256 + 10; ++i) constant("c" + std::to_string(i));
   TermBank::MemoryUse use = bank.memory_use();
   EXPECT_EQ(use.slabs, 4U);
   EXPECT_EQ(use.slab_bytes, 1024U + 2048 + 4096 + 8192);
@@ -438,9 +438,9 @@ TEST_F(TermBankTest, BuildingAndRemovingAgainAndAgainTakesNoMoreMemory) {
   const Symbol* f = symbol("f", 1);
   const Symbol* wide = symbol("wide", 2000);
   size_t most = 0;
-  for (int round = 0; round < 50; round++) {
+  for (int round = 0; round < 50; ++round) {
     const Term_* t = constant("c");
-    for (int i = 0; i < 5000; i++) t = bank.make_term(f, &t);
+    for (int i = 0; i < 5000; ++i) t = bank.make_term(f, &t);
     const Terms args(2000, t);
     bank.make_term(wide, args.data());
     const size_t bytes = bank.memory_use().slab_bytes;

@@ -39,7 +39,7 @@ class TermBankCost : public ::testing::Test {
     return bank.make_term(f, args);
   }
   void add_constants(size_t count) {
-    for (size_t i = 0; i < count; i++) {
+    for (size_t i = 0; i < count; ++i) {
       constants.push_back(bank.make_term(symbol("c" + std::to_string(i), 0), nullptr));
     }
   }
@@ -79,9 +79,9 @@ void protect(const std::vector<void*>& pages, int protection) {
 TEST_F(TermBankCost, ATermThatIsThereIsFoundWithoutAnAllocation) {
   add_constants(100);
   const Symbol* f = symbol("f", 2);
-  for (size_t i = 0; i < 10000; i++) binary(f, i);
+  for (size_t i = 0; i < 10000; ++i) binary(f, i);
   const testing::AllocationCount count;
-  for (size_t i = 0; i < 10000; i++) binary(f, i);
+  for (size_t i = 0; i < 10000; ++i) binary(f, i);
   EXPECT_EQ(count.allocations(), 0U);
 }
 
@@ -111,7 +111,7 @@ TEST_F(TermBankCost, ManyTermsTakeFewAllocations) {
   add_constants(600);
   const Symbol* f = symbol("f", 2);
   const testing::AllocationCount count;
-  for (size_t i = 0; i < 300000; i++) binary(f, i);
+  for (size_t i = 0; i < 300000; ++i) binary(f, i);
   EXPECT_LT(count.allocations(), 600U);
 }
 
@@ -119,7 +119,7 @@ TEST_F(TermBankCost, ManyTermsTakeFewAllocations) {
 TEST_F(TermBankCost, BinaryTermsTakeAFewMoreThan48BytesEach) {
   add_constants(500);
   const Symbol* f = symbol("f", 2);
-  for (size_t i = 0; i < 250000; i++) binary(f, i);
+  for (size_t i = 0; i < 250000; ++i) binary(f, i);
   const TermBank::MemoryUse use = bank.memory_use();
   EXPECT_LE(use.slab_bytes + use.index_bytes, 50 * bank.size());
 }
@@ -137,27 +137,27 @@ TEST_F(TermBankCost, ALookUpReadsOneAndAHalfPlacesWhateverTheShape) {
   const std::pair<const char*, std::function<void()>> shapes[] = {
       {"grid",
        [&] {
-         for (size_t i = 0; i < 250000; i++) binary(f, i);
+         for (size_t i = 0; i < 250000; ++i) binary(f, i);
        }},
       {"left chain",
        [&] {
          const Term_* t = constants[0];
-         for (size_t i = 0; i < 250000; i++) t = two(t, constants[1]);
+         for (size_t i = 0; i < 250000; ++i) t = two(t, constants[1]);
        }},
       {"right chain",
        [&] {
          const Term_* t = constants[0];
-         for (size_t i = 0; i < 250000; i++) t = two(constants[1], t);
+         for (size_t i = 0; i < 250000; ++i) t = two(constants[1], t);
        }},
       {"squares",
        [&] {
          const Term_* t = constants[0];
-         for (size_t i = 0; i < 250000; i++) t = two(t, t);
+         for (size_t i = 0; i < 250000; ++i) t = two(t, t);
        }},
       {"one below each",
        [&] {
          const Term_* t = constants[0];
-         for (size_t i = 0; i < 250000; i++) t = bank.make_term(g, &t);
+         for (size_t i = 0; i < 250000; ++i) t = bank.make_term(g, &t);
        }},
       {"random",
        [&] {
@@ -194,7 +194,7 @@ TEST_F(TermBankCost, TermsThatCollideCostLittleMoreThanOthers) {
         const uint64_t hash = hash_addresses(hash_key(0), f, args, 2);
         if (made == 20000 || (collide && InternIndex::fold(hash) % 65536 >= 1024)) continue;
         EXPECT_EQ(other.make_term(f, args), other.make_term(f, args));
-        made++;
+        ++made;
       }
     }
     EXPECT_EQ(made, 20000U);

@@ -66,11 +66,11 @@ TEST_F(TermTableTest, AFewTermsTakeLittleRoom) {
 TEST_F(TermTableTest, ManyTermsTakeThePlaceOfTheirIds) {
   make_terms(1000);
   TermTable<uint64_t> table(1000);
-  for (size_t i = 0; i < 128; i++) table.insert(terms[i * 6], i + 1);
+  for (size_t i = 0; i < 128; ++i) table.insert(terms[i * 6], i + 1);
   EXPECT_EQ(table.num_bytes(), 256 * 16U);
   table.insert(terms[999], 129);
   EXPECT_EQ(table.num_bytes(), 1000 * 8U);
-  for (size_t i = 0; i < 128; i++) EXPECT_EQ(*table.find(terms[i * 6]), i + 1);
+  for (size_t i = 0; i < 128; ++i) EXPECT_EQ(*table.find(terms[i * 6]), i + 1);
   EXPECT_EQ(*table.find(terms[999]), 129U);
   EXPECT_EQ(table.find(terms[1]), nullptr);
   for (const Term_* t : terms) table.insert(t, 99);
@@ -84,7 +84,7 @@ TEST_F(TermTableTest, FailedGrowthChangesNothing) {
   make_terms(1000);
   for (const size_t filled : {0u, 8u, 16u, 32u, 64u, 128u}) {  // just before the table grows
     TermTable<uint64_t> table(1000);
-    for (size_t i = 0; i < filled; i++) table.insert(terms[i * 7], i + 1);
+    for (size_t i = 0; i < filled; ++i) table.insert(terms[i * 7], i + 1);
     bool failed = false;
     {
       const testing::FailingAllocation none(0);
@@ -97,7 +97,7 @@ TEST_F(TermTableTest, FailedGrowthChangesNothing) {
     EXPECT_TRUE(failed) << filled;
     EXPECT_EQ(table.size(), filled);
     EXPECT_EQ(table.find(terms[999]), nullptr);
-    for (size_t i = 0; i < filled; i++) EXPECT_EQ(*table.find(terms[i * 7]), i + 1);
+    for (size_t i = 0; i < filled; ++i) EXPECT_EQ(*table.find(terms[i * 7]), i + 1);
     EXPECT_EQ(table.insert(terms[999], 5), 5U);
   }
 }
@@ -109,7 +109,7 @@ TEST_F(TermTableTest, DoesWhatAMapDoes) {
   for (const uint64_t bound : {2000u, 6000u, 1000000000u}) {
     TermTable<uint32_t> table(bound);
     std::map<const Term_*, uint32_t> model;
-    for (int i = 0; i < 20000; i++) {
+    for (int i = 0; i < 20000; ++i) {
       const Term_* t = terms[random() % terms.size()];
       const auto value = static_cast<uint32_t>(1 + random() % 1000);
       if (random() % 2 == 0) {

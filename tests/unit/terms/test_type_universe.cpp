@@ -151,11 +151,11 @@ TEST(TypeUniverse, SubtypingDoesNotReachIntoCompounds) {
 TEST(TypeUniverse, ARemovedTypeIsMadeAnewAndTheOthersStay) {
   TypeUniverse u;
   Types types;
-  for (int i = 0; i < 10; i++) types.push_back(u.make_type("t" + std::to_string(i)));
+  for (int i = 0; i < 10; ++i) types.push_back(u.make_type("t" + std::to_string(i)));
   u.remove_type(types[4]);
   u.remove_type(types[9]);
   EXPECT_EQ(u.size(), 9U);
-  for (size_t i = 0; i < 9; i++) {
+  for (size_t i = 0; i < 9; ++i) {
     if (i == 4) continue;
     EXPECT_EQ(u.make_type("t" + std::to_string(i)), types[i]);
   }
@@ -177,7 +177,7 @@ TEST(TypeUniverse, ARemovedCompoundIsForgotten) {
 TEST(TypeUniverse, RemovingATypeRemovesItsSubtypePairs) {
   TypeUniverse u;
   const DataType* super = u.make_type("super");
-  for (int round = 0; round < 100; round++) {
+  for (int round = 0; round < 100; ++round) {
     const DataType* sub = u.make_type("sub" + std::to_string(round));
     EXPECT_FALSE(u.is_subtype(sub, super));
     EXPECT_FALSE(u.is_subtype(super, sub));
@@ -224,7 +224,7 @@ TEST(TypeUniverse, ACollectionDropsSubtypePairsOfFreedTypes) {
   hsh::HashSet<const DataType*> keep;
   keep.insert(u.get_application_type());
   keep.insert(super);
-  for (int round = 0; round < 100; round++) {
+  for (int round = 0; round < 100; ++round) {
     const DataType* sub = u.make_type("sub");
     EXPECT_FALSE(u.is_subtype(sub, super));
     u.set_subtype(sub, super);
@@ -235,7 +235,7 @@ TEST(TypeUniverse, ACollectionDropsSubtypePairsOfFreedTypes) {
 TEST(TypeUniverse, ACollectionNeedsNoMemory) {
   TypeUniverse u;
   hsh::HashSet<const DataType*> keep;
-  for (int i = 0; i < 1000; i++) {
+  for (int i = 0; i < 1000; ++i) {
     const DataType* type = u.make_type("t" + std::to_string(i));
     if (i % 7 == 0) keep.insert(type);
   }
@@ -272,9 +272,9 @@ TEST(TypeUniverse, AgreesWithMapsOverRandomOperations) {
   std::map<std::string, const DataType*> simple;
   std::map<Types, const DataType*> compound;
   const auto any = [&](const auto& map) {
-    return std::next(map.begin(), static_cast<std::ptrdiff_t>(random() % map.size()));
+    return std::next(map.begin(), static_cast<ptrdiff_t>(random() % map.size()));
   };
-  for (int step = 0; step < 30000; step++) {
+  for (int step = 0; step < 30000; ++step) {
     const auto action = random() % 20;
     if (simple.empty() || action < 9) {
       const std::string name = "n" + std::to_string(random() % 400);
@@ -284,7 +284,7 @@ TEST(TypeUniverse, AgreesWithMapsOverRandomOperations) {
       ASSERT_EQ(t->get_name(), name);
     } else if (action < 17) {
       Types list;
-      for (auto n = random() % 4; n > 0; n--) list.push_back(any(simple)->second);
+      for (auto n = random() % 4; n > 0; --n) list.push_back(any(simple)->second);
       const DataType* t = u.make_type(list);
       const auto [it, fresh] = compound.insert({list, t});
       ASSERT_EQ(it->second, t);
@@ -315,7 +315,7 @@ TEST(TypeUniverse, AgreesWithMapsOverRandomOperations) {
 template <class Request>
 void expect_all_or_nothing(TypeUniverse& u, Request request) {
   const size_t before = u.size();
-  for (long k = 0;; k++) {
+  for (long k = 0;; ++k) {
     bool failed = false;
     {
       const testing::FailingAllocation after(k);
@@ -339,10 +339,10 @@ TEST(TypeUniverse, AFailedRequestChangesNothing) {
   TypeUniverse u;
   const std::string name = "a name that is too long to be kept in place";
   Types types;
-  for (int i = 0; i < 32; i++) types.push_back(u.make_type(std::to_string(i)));
+  for (int i = 0; i < 32; ++i) types.push_back(u.make_type(std::to_string(i)));
   expect_all_or_nothing(u, [&] { u.make_type(name); });
   expect_all_or_nothing(u, [&] { u.make_type(types); });
-  for (int i = 0; i < 32; i++) {
+  for (int i = 0; i < 32; ++i) {
     EXPECT_EQ(u.make_type(std::to_string(i)), types[static_cast<size_t>(i)]);
   }
   EXPECT_EQ(u.make_type(name)->get_name(), name);
@@ -350,7 +350,7 @@ TEST(TypeUniverse, AFailedRequestChangesNothing) {
 }
 
 TEST(TypeUniverse, ConstructionThatRunsOutOfMemoryLeaksNothing) {
-  for (long k = 0; k < 100; k++) {
+  for (long k = 0; k < 100; ++k) {
     try {
       const testing::FailingAllocation after(k);
       const TypeUniverse u;
@@ -367,7 +367,7 @@ TEST(TypeUniverseCost, NamesThatCollideCostLittleMoreThanOthers) {
     const uint64_t before = entries_looked_at();
     Types made;
     for (const std::string& name : names) made.push_back(u.make_type(name));
-    for (size_t i = 0; i < names.size(); i++) EXPECT_EQ(u.make_type(names[i]), made[i]);
+    for (size_t i = 0; i < names.size(); ++i) EXPECT_EQ(u.make_type(names[i]), made[i]);
     EXPECT_TRUE(u.is_consistent());
     for (size_t i = 0; i < names.size(); i += 3) u.remove_type(made[i]);
     EXPECT_TRUE(u.is_consistent());
@@ -381,7 +381,7 @@ TEST(TypeUniverseCost, ComponentsThatCollideCostLittleMoreThanOthers) {
   const auto entries = [](bool collide) {
     TypeUniverse u;
     Types parts;
-    for (int i = 0; i < 1500; i++) parts.push_back(u.make_type("T" + std::to_string(i)));
+    for (int i = 0; i < 1500; ++i) parts.push_back(u.make_type("T" + std::to_string(i)));
     const uint64_t before = entries_looked_at();
     size_t made = 0;
     for (const DataType* a : parts) {
@@ -392,7 +392,7 @@ TEST(TypeUniverseCost, ComponentsThatCollideCostLittleMoreThanOthers) {
                                   .result();
         if (made == 20000 || (collide && InternIndex::fold(hash) % 65536 >= 1024)) continue;
         u.make_type({a, b});
-        made++;
+        ++made;
       }
     }
     EXPECT_EQ(made, 20000U);

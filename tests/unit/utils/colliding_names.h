@@ -20,9 +20,9 @@ inline std::vector<std::string> colliding_names(size_t count) {
   const uint64_t key = hash_key(0);
   const uint64_t annihilator = 0x9e3779b97f4a7c15;  // hash_mix makes 0 of it, under each key
   std::vector<std::string> names;
-  for (uint64_t number = 0; names.size() < count; number++) {
+  for (uint64_t number = 0; names.size() < count; ++number) {
     std::string name(16, ' ');
-    for (size_t i = 0; i < 8; i++) name[i] = static_cast<char>('a' + (number >> 4 * i & 15));
+    for (size_t i = 0; i < 8; ++i) name[i] = static_cast<char>('a' + (number >> 4 * i & 15));
     uint64_t word;
     std::memcpy(&word, name.data(), 8);
     word = annihilator ^ hash_mix(hash_mix(16, key) ^ word, key);
@@ -36,7 +36,7 @@ inline std::vector<std::string> colliding_names(size_t count) {
 // As many names of that length that have nothing in common.
 inline std::vector<std::string> ordinary_names(size_t count) {
   std::vector<std::string> names;
-  for (size_t i = 0; i < count; i++) names.push_back("name" + std::to_string(100000000000 + i));
+  for (size_t i = 0; i < count; ++i) names.push_back("name" + std::to_string(100000000000 + i));
   return names;
 }
 

@@ -9,8 +9,8 @@ namespace {
 
 constexpr long never_fails = -1;
 thread_local long successes_left = never_fails;
-thread_local std::size_t all_allocations = 0;
-thread_local std::size_t all_bytes = 0;
+thread_local size_t all_allocations = 0;
+thread_local size_t all_bytes = 0;
 
 }  // namespace
 
@@ -20,13 +20,13 @@ FailingAllocation::FailingAllocation(long successes) { successes_left = successe
 FailingAllocation::~FailingAllocation() { successes_left = never_fails; }
 
 AllocationCount::AllocationCount() : allocations_before(all_allocations), bytes_before(all_bytes) {}
-std::size_t AllocationCount::allocations() const { return all_allocations - allocations_before; }
-std::size_t AllocationCount::bytes() const { return all_bytes - bytes_before; }
+size_t AllocationCount::allocations() const { return all_allocations - allocations_before; }
+size_t AllocationCount::bytes() const { return all_bytes - bytes_before; }
 
 }  // namespace quill::testing
 
-void* operator new(std::size_t size) {
-  all_allocations++;
+void* operator new(size_t size) {
+  ++all_allocations;
   all_bytes += size;
   if (successes_left == 0) throw std::bad_alloc();
   if (successes_left > 0) --successes_left;
@@ -35,7 +35,7 @@ void* operator new(std::size_t size) {
   return memory;
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
   try {
     return operator new(size);
   } catch (const std::bad_alloc&) {
@@ -45,7 +45,7 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t) noexcept { std::free(memory); }
 
 // The address sanitizer otherwise ends the program when malloc is asked for more than there can be.
 extern "C" const char* __asan_default_options();

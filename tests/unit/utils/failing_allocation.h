@@ -22,12 +22,12 @@ class FailingAllocation {
 class AllocationCount {
  public:
   AllocationCount();
-  std::size_t allocations() const;
-  std::size_t bytes() const;
+  size_t allocations() const;
+  size_t bytes() const;
 
  private:
-  std::size_t allocations_before;
-  std::size_t bytes_before;
+  size_t allocations_before;
+  size_t bytes_before;
 };
 
 }  // namespace quill::testing

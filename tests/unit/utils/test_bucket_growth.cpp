@@ -9,13 +9,13 @@ namespace quill::hsh {
 namespace {
 
 TEST(BucketGrowth, StepsThroughThePrimes) {
-  const std::vector<std::uint64_t> expected = {
+  const std::vector<uint64_t> expected = {
       31,       73,        151,       313,       643,        1291,       2593,
       5233,     10501,     21013,     42073,     84181,      168451,     337219,
       674701,   1349473,   2699299,   5398891,   10798093,   21596719,   43193641,
       86387383, 172775299, 345550609, 691101253, 1382202559, 2764405229, 4294867387};
-  std::vector<std::uint64_t> steps;
-  std::uint64_t count = 0;
+  std::vector<uint64_t> steps;
+  uint64_t count = 0;
   while (bucket_count_for(count + 1) > count) {
     count = bucket_count_for(count + 1);
     steps.push_back(count);

@@ -10,7 +10,7 @@
 namespace quill {
 namespace {
 
-QNumber big_target() { return QNumber(std::int64_t{-9223372036854775807} - 1); }
+QNumber big_target() { return QNumber(int64_t{-9223372036854775807} - 1); }
 
 TEST(Pow2, UpTo62IsSmall) {
   QNumber out;
@@ -48,11 +48,11 @@ TEST(Pow2, ReplacesTheWholeNumber) {
 }
 
 TEST(Pow2, ABigTargetStaysBig) {
-  for (const std::uint64_t n : {std::uint64_t{0}, std::uint64_t{61}, std::uint64_t{62}}) {
+  for (const uint64_t n : {uint64_t{0}, uint64_t{61}, uint64_t{62}}) {
     QNumber out = big_target();
     BVNumber::pow2(n, &out);
     EXPECT_TRUE(out.is_big());
-    EXPECT_EQ(out, QNumber(std::int64_t{1} << n));
+    EXPECT_EQ(out, QNumber(int64_t{1} << n));
   }
   QNumber out = big_target();
   BVNumber::pow2(64, &out);
@@ -78,7 +78,7 @@ TEST(Pow2, OfAThousandHasAllItsDigits) {
 TEST(Pow2, BeyondTheLongestIntegerThrowsAndKeepsTheTarget) {
   QNumber out(5);
   EXPECT_THROW(BVNumber::pow2(18446744073709551615U, &out), std::bad_alloc);
-  EXPECT_THROW(BVNumber::pow2(std::uint64_t{1} << 38, &out), std::bad_alloc);
+  EXPECT_THROW(BVNumber::pow2(uint64_t{1} << 38, &out), std::bad_alloc);
   EXPECT_EQ(out, QNumber(5));
 }
 

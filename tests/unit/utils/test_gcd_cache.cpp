@@ -12,7 +12,7 @@
 namespace quill {
 namespace {
 
-std::int64_t& entry(std::uint64_t a, std::uint64_t b) { return gcd_cache[a * 1024 + b]; }
+int64_t& entry(uint64_t a, uint64_t b) { return gcd_cache[a * 1024 + b]; }
 
 // The table belongs to the process; each test starts with an empty one.
 class GcdCache : public ::testing::Test {
@@ -20,9 +20,9 @@ class GcdCache : public ::testing::Test {
   void SetUp() override { std::memset(gcd_cache, 0, sizeof(gcd_cache)); }
   void TearDown() override { std::memset(gcd_cache, 0, sizeof(gcd_cache)); }
 
-  static std::size_t known_entries() {
-    std::size_t known = 0;
-    for (const std::int64_t value : gcd_cache) known += value != 0 ? 1 : 0;
+  static size_t known_entries() {
+    size_t known = 0;
+    for (const int64_t value : gcd_cache) known += value != 0 ? 1 : 0;
     return known;
   }
 };
@@ -90,9 +90,8 @@ TEST_F(GcdCache, WholeWordsAreNumbers) {
 
 TEST_F(GcdCache, IsRightForEverySmallPairEmptyAndFilled) {
   for (int round = 0; round < 2; ++round) {
-    for (std::uint64_t a = 0; a <= 1030; ++a) {
-      for (std::uint64_t b = 1; b <= 1030; ++b)
-        ASSERT_EQ(gcd(a, b), std::gcd(a, b)) << a << " " << b;
+    for (uint64_t a = 0; a <= 1030; ++a) {
+      for (uint64_t b = 1; b <= 1030; ++b) ASSERT_EQ(gcd(a, b), std::gcd(a, b)) << a << " " << b;
     }
   }
 }
@@ -102,8 +101,8 @@ TEST_F(GcdCache, ThreadsMayFillItTogether) {
   std::vector<std::thread> threads;
   for (int& mistakes : wrong) {
     threads.emplace_back([&mistakes] {
-      for (std::uint64_t a = 0; a < 200; ++a) {
-        for (std::uint64_t b = 1; b < 200; ++b) mistakes += gcd(a, b) != std::gcd(a, b) ? 1 : 0;
+      for (uint64_t a = 0; a < 200; ++a) {
+        for (uint64_t b = 1; b < 200; ++b) mistakes += gcd(a, b) != std::gcd(a, b) ? 1 : 0;
       }
     });
   }

@@ -25,10 +25,10 @@ TEST(GrowingArray, IsEmptyAtFirst) {
 
 TEST(GrowingArray, KeepsItsElementsWhenItGrows) {
   GrowingArray<Pair> a;
-  for (uint32_t i = 0; i < 300'000; i++) a.push_back({uint64_t{i} << 32, i});  // 4.8 MB
+  for (uint32_t i = 0; i < 300'000; ++i) a.push_back({uint64_t{i} << 32, i});  // 4.8 MB
   EXPECT_EQ(a.size(), 300'000U);
   EXPECT_FALSE(a.empty());
-  for (uint32_t i = 0; i < 300'000; i++) {
+  for (uint32_t i = 0; i < 300'000; ++i) {
     ASSERT_EQ(a[i].first, uint64_t{i} << 32);
     ASSERT_EQ(a[i].second, i);
   }
@@ -38,11 +38,11 @@ TEST(GrowingArray, KeepsItsElementsWhenItGrows) {
 TEST(GrowingArray, GrowsToFourTimesItsSize) {
   GrowingArray<uint32_t> a;
   const testing::AllocationCount count;
-  for (uint32_t i = 0; i < 8; i++) a.push_back(i);
+  for (uint32_t i = 0; i < 8; ++i) a.push_back(i);
   EXPECT_EQ(count.allocations(), 1U);
   a.push_back(8);
   EXPECT_EQ(count.allocations(), 2U);
-  for (uint32_t i = 9; i < 32; i++) a.push_back(i);
+  for (uint32_t i = 9; i < 32; ++i) a.push_back(i);
   EXPECT_EQ(count.allocations(), 2U);
   a.push_back(32);
   EXPECT_EQ(count.allocations(), 3U);
@@ -52,29 +52,29 @@ TEST(GrowingArray, GrowsToFourTimesItsSize) {
 TEST(GrowingArray, TakesItsOwnElementWhileItGrows) {
   GrowingArray<uint64_t> a;
   a.push_back(17);
-  for (uint32_t i = 1; i < 1000; i++) a.push_back(a[0]);
-  for (uint32_t i = 0; i < 1000; i++) ASSERT_EQ(a[i], 17U);
+  for (uint32_t i = 1; i < 1000; ++i) a.push_back(a[0]);
+  for (uint32_t i = 0; i < 1000; ++i) ASSERT_EQ(a[i], 17U);
 }
 
 TEST(GrowingArray, KeepsItsRoomWhenCleared) {
   GrowingArray<uint32_t> a;
-  for (uint32_t i = 0; i < 100; i++) a.push_back(i);
+  for (uint32_t i = 0; i < 100; ++i) a.push_back(i);
   a.clear();
   EXPECT_TRUE(a.empty());
   const testing::AllocationCount count;
-  for (uint32_t i = 0; i < 100; i++) a.push_back(2 * i);
+  for (uint32_t i = 0; i < 100; ++i) a.push_back(2 * i);
   EXPECT_EQ(count.allocations(), 0U);
   EXPECT_EQ(a[99], 198U);
 }
 
 TEST(GrowingArray, TruncatedKeepsItsFirstElementsAndItsRoom) {
   GrowingArray<int> array;
-  for (int i = 0; i < 100; i++) array.push_back(i);
+  for (int i = 0; i < 100; ++i) array.push_back(i);
   const int* const elements = array.begin();
   array.truncate(3);
   EXPECT_EQ(array.size(), 3U);
   EXPECT_EQ(array[2], 2);
-  for (int i = 0; i < 97; i++) array.push_back(i);
+  for (int i = 0; i < 97; ++i) array.push_back(i);
   EXPECT_EQ(array.begin(), elements);
   array.truncate(100);
   EXPECT_EQ(array.size(), 100U);
@@ -83,7 +83,7 @@ TEST(GrowingArray, TruncatedKeepsItsFirstElementsAndItsRoom) {
 TEST(GrowingArray, SwapsWithAnother) {
   GrowingArray<uint32_t> a;
   GrowingArray<uint32_t> b;
-  for (uint32_t i = 0; i < 10; i++) a.push_back(i);
+  for (uint32_t i = 0; i < 10; ++i) a.push_back(i);
   a.swap(b);
   EXPECT_TRUE(a.empty());
   EXPECT_EQ(b.size(), 10U);
@@ -96,7 +96,7 @@ TEST(GrowingArray, SwapsWithAnother) {
 
 TEST(GrowingArray, IsWhatItWasAfterAFailedGrowth) {
   GrowingArray<uint32_t> a;
-  for (uint32_t i = 0; i < 8; i++) a.push_back(i);
+  for (uint32_t i = 0; i < 8; ++i) a.push_back(i);
   {
     const testing::FailingAllocation none(0);
     EXPECT_THROW(a.push_back(8), std::bad_alloc);
@@ -104,7 +104,7 @@ TEST(GrowingArray, IsWhatItWasAfterAFailedGrowth) {
   EXPECT_EQ(a.size(), 8U);
   EXPECT_EQ(a.back(), 7U);
   a.push_back(8);
-  for (uint32_t i = 0; i < 9; i++) EXPECT_EQ(a[i], i);
+  for (uint32_t i = 0; i < 9; ++i) EXPECT_EQ(a[i], i);
 }
 
 TEST(GrowingArray, ExtendsByManyAtOnce) {
@@ -136,7 +136,7 @@ TEST(GrowingArray, AgreesWithAVectorOverRandomOperations) {
   std::mt19937 random(20'261'121);
   GrowingArray<uint32_t> a;
   std::vector<uint32_t> model;
-  for (uint32_t step = 0; step < 200'000; step++) {
+  for (uint32_t step = 0; step < 200'000; ++step) {
     const auto what = random() % 1000;
     if (what < 600) {
       a.push_back(step);
@@ -144,7 +144,7 @@ TEST(GrowingArray, AgreesWithAVectorOverRandomOperations) {
     } else if (what < 602) {
       const uint32_t added = static_cast<uint32_t>(random() % 100);
       uint32_t* const at = a.extend(added);
-      for (uint32_t i = 0; i < added; i++) {
+      for (uint32_t i = 0; i < added; ++i) {
         at[i] = step + i;
         model.push_back(step + i);
       }

@@ -22,7 +22,7 @@ namespace {
 // The bucket count of a table of that many elements when the last one came.
 uint64_t buckets_for(uint64_t elements) {
   HashSet<unsigned long> table;
-  for (uint64_t i = 0; i < elements; i++) table.insert(i);
+  for (uint64_t i = 0; i < elements; ++i) table.insert(i);
   return table.buckets.size();
 }
 
@@ -53,7 +53,7 @@ struct CollidingNames {
   using Key = std::string;
   static Key key(uint64_t number) {
     std::string name(12, ' ');  // 5 * 'a' + 'a' is 5 * 'b' + '\\'
-    for (size_t i = 0; i < 6; i++) {
+    for (size_t i = 0; i < 6; ++i) {
       const bool bit = (number >> i & 1) != 0;
       name[2 * i] = bit ? 'b' : 'a';
       name[2 * i + 1] = bit ? '\\' : 'a';
@@ -120,18 +120,18 @@ TYPED_TEST(GuardedTableModel, DoesWhatATableWithoutAGuardDoes) {
 
 TEST(GuardedTable, HasNoIndexWhileChainsAreShort) {
   GuardedSet<unsigned long> table;
-  for (uint64_t i = 0; i < 100000; i++) table.insert(i * 1000);
+  for (uint64_t i = 0; i < 100000; ++i) table.insert(i * 1000);
   EXPECT_FALSE(table.is_indexed());
 }
 
 // The sixteenth element of a chain goes over fifteen others, the seventeenth over sixteen.
 TEST(GuardedTable, GetsAnIndexWithTheFirstLongChain) {
   GuardedSet<unsigned long> table;
-  for (uint64_t i = 0; i < 16; i++) table.insert(i * 31);
+  for (uint64_t i = 0; i < 16; ++i) table.insert(i * 31);
   EXPECT_FALSE(table.is_indexed());
   table.insert(16 * 31);
   EXPECT_TRUE(table.is_indexed());
-  for (uint64_t i = 0; i < 40; i++) EXPECT_EQ(table.find(i * 31) != table.end(), i <= 16) << i;
+  for (uint64_t i = 0; i < 40; ++i) EXPECT_EQ(table.find(i * 31) != table.end(), i <= 16) << i;
 }
 
 TEST(GuardedTable, IsNoHashMap) {
@@ -151,7 +151,7 @@ TEST(GuardedTable, AnEmptyTableHashesNoKey) {
 TEST(GuardedTable, SwappingExchangesTheIndexAsWell) {
   GuardedMap<unsigned long, int> one;
   GuardedMap<unsigned long, int> other;
-  for (uint64_t i = 0; i < 30; i++) one[i * 73] = static_cast<int>(i);
+  for (uint64_t i = 0; i < 30; ++i) one[i * 73] = static_cast<int>(i);
   other[5] = 55;
   ASSERT_TRUE(one.is_indexed());
   one.swap(other);
@@ -159,7 +159,7 @@ TEST(GuardedTable, SwappingExchangesTheIndexAsWell) {
   EXPECT_TRUE(other.is_indexed());
   EXPECT_EQ(one.find(5)->second, 55);
   EXPECT_EQ(one.count, 1U);
-  for (uint64_t i = 0; i < 30; i++) EXPECT_EQ(other.find(i * 73)->second, static_cast<int>(i));
+  for (uint64_t i = 0; i < 30; ++i) EXPECT_EQ(other.find(i * 73)->second, static_cast<int>(i));
   EXPECT_EQ(other.find(5), other.end());
   other[31 * 73] = 31;
   EXPECT_EQ(other.count, 31U);
@@ -167,7 +167,7 @@ TEST(GuardedTable, SwappingExchangesTheIndexAsWell) {
 
 TEST(GuardedTable, WithoutMemoryForAnIndexChainsAreWalked) {
   GuardedSet<unsigned long> table;
-  for (uint64_t i = 0; i < 16; i++) table.insert(i * 31);
+  for (uint64_t i = 0; i < 16; ++i) table.insert(i * 31);
   {
     // The pool takes its memory from malloc.
     const testing::FailingAllocation none(0);
@@ -178,13 +178,13 @@ TEST(GuardedTable, WithoutMemoryForAnIndexChainsAreWalked) {
   table.insert(17 * 31);
   EXPECT_TRUE(table.is_indexed());
   EXPECT_EQ(table.count, 18U);
-  for (uint64_t i = 0; i < 18; i++) EXPECT_NE(table.find(i * 31), table.end());
+  for (uint64_t i = 0; i < 18; ++i) EXPECT_NE(table.find(i * 31), table.end());
 }
 
 TEST(GuardedTable, AnInsertionThatCannotExtendTheIndexChangesNothing) {
   GuardedSet<unsigned long> table;
   const uint64_t stride = 31 * 73 * 151;
-  for (uint64_t i = 0; i < 32; i++) table.insert(i * stride);
+  for (uint64_t i = 0; i < 32; ++i) table.insert(i * stride);
   ASSERT_TRUE(table.is_indexed());
   bool failed = false;
   {
@@ -207,13 +207,13 @@ template <class Key>
 uint64_t entries_for(const std::vector<Key>& keys) {
   GuardedMap<Key, uint64_t> table;
   const uint64_t before = entries_looked_at();
-  for (size_t i = 0; i < keys.size(); i++) EXPECT_TRUE(table.insert({keys[i], i}));
-  for (size_t i = 0; i < keys.size(); i++) {
+  for (size_t i = 0; i < keys.size(); ++i) EXPECT_TRUE(table.insert({keys[i], i}));
+  for (size_t i = 0; i < keys.size(); ++i) {
     EXPECT_EQ(table.find(keys[i])->second, i);
     EXPECT_EQ(table[keys[i]], i);
   }
   table.erase_if([](const auto& entry) { return entry.second % 2 == 0; });
-  for (size_t i = 0; i < keys.size(); i++) {
+  for (size_t i = 0; i < keys.size(); ++i) {
     EXPECT_EQ(table.find(keys[i]) != table.end(), i % 2 == 1);
   }
   return entries_looked_at() - before;
@@ -226,12 +226,12 @@ TEST(GuardedTable, KeysThatCollideCostLittleMoreThanOthers) {
   std::vector<unsigned long> multiples;
   std::vector<std::string> ordinary_names;
   std::vector<std::string> colliding_names;
-  for (uint64_t i = 0; i < 20000; i++) {
+  for (uint64_t i = 0; i < 20000; ++i) {
     ordinary.push_back(i * 1000003);
     multiples.push_back(i * buckets * 21013);
     ordinary_names.push_back("name" + std::to_string(i));
     std::string name;
-    for (size_t bit = 0; bit < 15; bit++) name += (i >> bit & 1) != 0 ? "b\\" : "aa";
+    for (size_t bit = 0; bit < 15; ++bit) name += (i >> bit & 1) != 0 ? "b\\" : "aa";
     colliding_names.push_back(name);
   }
   EXPECT_LE(entries_for(multiples), 5 * entries_for(ordinary));

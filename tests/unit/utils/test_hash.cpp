@@ -32,7 +32,7 @@ constexpr bool either_name_will_do =
 
 TEST(Hash, APointerHashesToItsAddress) {
   EXPECT_EQ(hsh::hash<const int*>()(nullptr), 0U);
-  const int* pointer = reinterpret_cast<const int*>(std::uintptr_t{0x7f0012345678});
+  const int* pointer = reinterpret_cast<const int*>(uintptr_t{0x7f0012345678});
   EXPECT_EQ(hsh::hash<const int*>()(pointer), 0x7f0012345678U);
 }
 
@@ -66,9 +66,9 @@ TEST(Hash, AStringIsReadUpToItsFirstNul) {
 TEST(Hash, AFloatingPointFormatHashesToItsTwoHalves) {
   const hsh::hash<IEEEFloat::format> hash;
   EXPECT_EQ(hash({8, 23}), 34359738391U);
-  EXPECT_EQ(hash({std::uint64_t{1} << 32, 5}), 5U);
+  EXPECT_EQ(hash({uint64_t{1} << 32, 5}), 5U);
   // The halves are joined by "or", not added.
-  EXPECT_EQ(hash({1, std::uint64_t{1} << 32}), std::uint64_t{1} << 32);
+  EXPECT_EQ(hash({1, uint64_t{1} << 32}), uint64_t{1} << 32);
 }
 
 TEST(Hash, ATableIsTheSameWhetherItsFunctorIsSpelledOutOrNot) {

@@ -33,15 +33,15 @@ std::vector<unsigned long> keys_in_order(const Set& set) {
 }
 
 template <class Table>
-std::size_t number_of_chunks(const Table& table) {
-  std::size_t chunks = 0;
+size_t number_of_chunks(const Table& table) {
+  size_t chunks = 0;
   for (auto* chunk = table.pool.chunks; chunk != nullptr; chunk = chunk->next) ++chunks;
   return chunks;
 }
 
 template <class Table>
-std::size_t number_of_free_nodes(const Table& table) {
-  std::size_t nodes = 0;
+size_t number_of_free_nodes(const Table& table) {
+  size_t nodes = 0;
   for (auto* node = table.pool.free_list; node != nullptr; node = node->next) ++nodes;
   return nodes;
 }
@@ -94,14 +94,14 @@ TEST(Hashtable, InsertTellsWhetherTheKeyIsNew) {
 
 TEST(Hashtable, InsertionTellsTheBucketAndTheNode) {
   Map map;
-  std::uint64_t index = 99;
+  uint64_t index = 99;
   Map::Bucket* node = nullptr;
   EXPECT_TRUE(map.do_insert({35, 50}, index, node));
   EXPECT_EQ(index, 4U);  // 35 mod 31
   EXPECT_EQ(node, map.find(35).node);
   EXPECT_EQ(node->value, std::pair(35UL, 50));
 
-  std::uint64_t index_again = 99;
+  uint64_t index_again = 99;
   Map::Bucket* present = nullptr;
   EXPECT_FALSE(map.do_insert({35, 51}, index_again, present));
   EXPECT_EQ(index_again, 4U);
@@ -156,7 +156,7 @@ TEST(Hashtable, ValuesStayAtTheirAddressesWhenTheTableGrows) {
 // --- Lookup ---
 
 struct HashNeverCalled {
-  std::uint64_t operator()(const int*) const {
+  uint64_t operator()(const int*) const {
     ADD_FAILURE() << "an empty table hashed a key";
     return 0;
   }
@@ -170,11 +170,11 @@ TEST(Hashtable, FindOnAnEmptyTableDoesNotHash) {
 }
 
 struct Record {
-  std::uint64_t id;
+  uint64_t id;
 };
 
 struct HashById {
-  std::uint64_t operator()(const Record* record) const { return record->id; }
+  uint64_t operator()(const Record* record) const { return record->id; }
 };
 
 TEST(Hashtable, KeysOfOneHashAreToldApartByEquality) {
@@ -372,7 +372,7 @@ TEST_F(HashtableErase, ErasedKeysCanComeBack) {
 TEST(Hashtable, ErasingEverythingKeepsTheBucketsAndTheChunks) {
   Set set;
   for (unsigned long key = 0; key < 1000; ++key) set.insert(key);
-  const std::size_t chunks = number_of_chunks(set);
+  const size_t chunks = number_of_chunks(set);
   EXPECT_EQ(chunks, 6U);  // 16 + 32 + ... + 512 = 1008 nodes
   while (set.count != 0) set.erase(set.begin());
   EXPECT_EQ(set.buckets.size(), 2593U);
@@ -443,7 +443,7 @@ TEST(Hashtable, AFailedGrowthLeavesTheTableAsItWas) {
   Map map;
   for (unsigned long key = 0; key < 22; ++key) map[key * 31 % 100] = static_cast<int>(key);
   const Keys before = keys_in_order(map);
-  const std::size_t free_nodes = number_of_free_nodes(map);
+  const size_t free_nodes = number_of_free_nodes(map);
   {
     testing::FailingAllocation failing(0);
     EXPECT_THROW(map.insert({1000, 1}), std::bad_alloc);
@@ -466,7 +466,7 @@ TEST(Hashtable, AFailedGrowthLeavesTheTableAsItWas) {
 TEST(Hashtable, AFailedChunkLeavesTheTableAsItWas) {
   Set set;
   for (unsigned long key = 0; key < 16; ++key) set.insert(key);
-  set.pool.chunk_elems = std::uint64_t{1} << 57;
+  set.pool.chunk_elems = uint64_t{1} << 57;
   const Keys before = keys_in_order(set);
   EXPECT_THROW(set.insert(16), std::bad_alloc);
   EXPECT_EQ(keys_in_order(set), before);

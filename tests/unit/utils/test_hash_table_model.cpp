@@ -16,21 +16,21 @@
 namespace quill::hsh {
 namespace {
 
-const std::vector<std::uint64_t> model_bucket_counts = {
+const std::vector<uint64_t> model_bucket_counts = {
     31, 73, 151, 313, 643, 1291, 2593, 5233, 10501, 21013, 42073, 84181, 168451, 337219};
 
 template <class Key, class Hash>
 struct Model {
-  using Entry = std::pair<Key, std::uint64_t>;
+  using Entry = std::pair<Key, uint64_t>;
 
   // Where an element stands: the chain, and the place in it counted from the head.
   struct Place {
-    std::size_t chain;
-    std::size_t depth;
+    size_t chain;
+    size_t depth;
   };
 
   std::vector<std::vector<Entry>> chains = std::vector<std::vector<Entry>>(31);
-  std::size_t count = 0;
+  size_t count = 0;
 
   void push_front(std::vector<std::vector<Entry>>& target, const Entry& entry) {
     auto& chain = target[Hash()(entry.first) % target.size()];
@@ -38,8 +38,8 @@ struct Model {
   }
 
   std::optional<Place> find(const Key& key) const {
-    const std::size_t chain = Hash()(key) % chains.size();
-    for (std::size_t depth = 0; depth < chains[chain].size(); ++depth) {
+    const size_t chain = Hash()(key) % chains.size();
+    for (size_t depth = 0; depth < chains[chain].size(); ++depth) {
       if (chains[chain][depth].first == key) return Place{chain, depth};
     }
     return std::nullopt;
@@ -49,7 +49,7 @@ struct Model {
 
   bool insert(const Entry& entry) {
     if (10 * count > 7 * chains.size()) {
-      std::size_t step = 0;
+      size_t step = 0;
       while (model_bucket_counts.at(step) <= chains.size()) ++step;
       std::vector<std::vector<Entry>> grown(model_bucket_counts.at(step));
       for (const auto& chain : chains) {
@@ -63,7 +63,7 @@ struct Model {
     return true;
   }
 
-  std::optional<Place> first_from(std::size_t chain) const {
+  std::optional<Place> first_from(size_t chain) const {
     for (; chain < chains.size(); ++chain) {
       if (!chains[chain].empty()) return Place{chain, 0};
     }
@@ -77,7 +77,7 @@ struct Model {
 
   std::optional<Place> erase(Place place) {
     auto& chain = chains[place.chain];
-    chain.erase(chain.begin() + static_cast<std::ptrdiff_t>(place.depth));
+    chain.erase(chain.begin() + static_cast<ptrdiff_t>(place.depth));
     --count;
     if (place.depth > 0) return Place{place.chain, place.depth - 1};
     return first_from(place.chain);
@@ -87,25 +87,25 @@ struct Model {
 struct Words {
   using Key = unsigned long;
   using Hash = hash<unsigned long>;
-  static Key key(std::uint64_t number) { return number; }
-  static constexpr std::uint64_t keys = 60000;
+  static Key key(uint64_t number) { return number; }
+  static constexpr uint64_t keys = 60000;
 };
 
 // Neighbours by the dozen share a hash, so chains are long and hold different keys of one hash.
 struct CollidingWords {
   using Key = unsigned long;
   struct Hash {
-    std::uint64_t operator()(unsigned long value) const noexcept { return value / 12; }
+    uint64_t operator()(unsigned long value) const noexcept { return value / 12; }
   };
-  static Key key(std::uint64_t number) { return number; }
-  static constexpr std::uint64_t keys = 3000;
+  static Key key(uint64_t number) { return number; }
+  static constexpr uint64_t keys = 3000;
 };
 
 struct Strings {
   using Key = std::string;
   using Hash = hash<std::string>;
-  static Key key(std::uint64_t number) { return "name" + std::to_string(number); }
-  static constexpr std::uint64_t keys = 4000;
+  static Key key(uint64_t number) { return "name" + std::to_string(number); }
+  static constexpr uint64_t keys = 4000;
 };
 
 template <class Kind>
@@ -119,7 +119,7 @@ void expect_same_walk(const Map& map, const Model& model) {
   ASSERT_EQ(map.count, model.count);
   ASSERT_EQ(map.buckets.size(), model.chains.size());
   auto it = map.begin();
-  for (std::size_t chain = 0; chain < model.chains.size(); ++chain) {
+  for (size_t chain = 0; chain < model.chains.size(); ++chain) {
     for (const auto& entry : model.chains[chain]) {
       ASSERT_NE(it, map.end());
       ASSERT_EQ(it.index, chain);
@@ -134,21 +134,21 @@ void expect_same_walk(const Map& map, const Model& model) {
 TYPED_TEST(HashtableModel, AgreesOverAMillionRandomOperations) {
   using Key = typename TypeParam::Key;
   using Hash = typename TypeParam::Hash;
-  HashMap<Key, std::uint64_t, Hash> map;
+  HashMap<Key, uint64_t, Hash> map;
   Model<Key, Hash> model;
   std::mt19937_64 random(20240611);
 
-  std::size_t growths = 0;
-  for (std::uint64_t step = 1; step <= 1'000'000; ++step) {
+  size_t growths = 0;
+  for (uint64_t step = 1; step <= 1'000'000; ++step) {
     const Key key = TypeParam::key(random() % TypeParam::keys);
-    const std::size_t buckets_before = map.buckets.size();
-    const std::uint64_t operation = random() % 10;
+    const size_t buckets_before = map.buckets.size();
+    const uint64_t operation = random() % 10;
     if (operation < 4) {
       ASSERT_EQ(map.insert({key, step}), model.insert({key, step}));
     } else if (operation < 6) {
       model.insert({key, 0});
-      std::uint64_t& expected = model.at(*model.find(key)).second;
-      std::uint64_t& mapped = map[key];
+      uint64_t& expected = model.at(*model.find(key)).second;
+      uint64_t& mapped = map[key];
       ASSERT_EQ(mapped, expected);
       mapped = expected = step;
     } else {
@@ -198,10 +198,10 @@ TYPED_TEST(HashtableModel, AgreesOverAMillionRandomOperations) {
 TYPED_TEST(HashtableModel, AgreesAtEveryStepAroundTheFirstGrowths) {
   using Key = typename TypeParam::Key;
   using Hash = typename TypeParam::Hash;
-  HashMap<Key, std::uint64_t, Hash> map;
+  HashMap<Key, uint64_t, Hash> map;
   Model<Key, Hash> model;
   std::mt19937_64 random(7);
-  for (std::uint64_t step = 0; step < 1500; ++step) {
+  for (uint64_t step = 0; step < 1500; ++step) {
     const Key key = TypeParam::key(random() % TypeParam::keys);
     ASSERT_EQ(map.insert({key, step}), model.insert({key, step}));
     ASSERT_NO_FATAL_FAILURE(expect_same_walk(map, model));

@@ -59,7 +59,7 @@ TEST(HugePages, ABlockThatGoesBackIsNoLongerPoisoned) {
 
 TEST(HugePages, VectorsKeepTheirContentsAcrossTheSizeOfAPage) {
   std::vector<uint64_t, huge_pages::Allocator<uint64_t>> v;
-  for (uint64_t i = 0; i < 600000; i++) v.push_back(i);  // 4.8 MB
+  for (uint64_t i = 0; i < 600000; ++i) v.push_back(i);  // 4.8 MB
   EXPECT_EQ(std::accumulate(v.begin(), v.end(), uint64_t{0}), 179999700000U);
   v.resize(3);
   v.shrink_to_fit();

@@ -31,7 +31,7 @@ constexpr std::array all_modes = {IEEEFloat::ROUND_EVEN, IEEEFloat::ROUND_ZERO,
 QNumber rational(const std::string& text) { return QNumber::from_string(text); }
 
 // (n / d) * 2^exponent
-QNumber scaled(std::int64_t n, std::int64_t exponent, std::int64_t d = 1) {
+QNumber scaled(int64_t n, int64_t exponent, int64_t d = 1) {
   GmpInteger numerator;
   GmpInteger denominator;
   mpz_set_si(numerator, n);
@@ -51,22 +51,21 @@ QNumber in_big_form(const QNumber& number) {
   return result;
 }
 
-std::uint64_t bits_of(const IEEEFloat& value) { return std::stoull(value.get_bits().to_str()); }
+uint64_t bits_of(const IEEEFloat& value) { return std::stoull(value.get_bits().to_str()); }
 
-std::uint64_t rounded(const QNumber& value, Format f, Mode mode) {
+uint64_t rounded(const QNumber& value, Format f, Mode mode) {
   return bits_of(IEEEFloat::from_number(value, f, mode));
 }
 
 // What a positive number rounds to: to nearest, toward zero, toward the infinity of its sign.
 struct Magnitudes {
-  std::uint64_t nearest;
-  std::uint64_t below;
-  std::uint64_t above;
+  uint64_t nearest;
+  uint64_t below;
+  uint64_t above;
 };
 
 // Of (n / d) * 2^exponent and of its negation.
-void expect_rounding(std::int64_t n, std::int64_t exponent, std::int64_t d, Format f,
-                     const Magnitudes& expected) {
+void expect_rounding(int64_t n, int64_t exponent, int64_t d, Format f, const Magnitudes& expected) {
   SCOPED_TRACE(std::to_string(n) + "/" + std::to_string(d) + " * 2^" + std::to_string(exponent));
   const QNumber plus = scaled(n, exponent, d);
   EXPECT_EQ(rounded(plus, f, IEEEFloat::ROUND_EVEN), expected.nearest);
@@ -74,14 +73,14 @@ void expect_rounding(std::int64_t n, std::int64_t exponent, std::int64_t d, Form
   EXPECT_EQ(rounded(plus, f, IEEEFloat::ROUND_PLUS_INF), expected.above);
   EXPECT_EQ(rounded(plus, f, IEEEFloat::ROUND_MINUS_INF), expected.below);
   const QNumber minus = scaled(-n, exponent, d);
-  const std::uint64_t sign = std::uint64_t{1} << (f.e + f.m);
+  const uint64_t sign = uint64_t{1} << (f.e + f.m);
   EXPECT_EQ(rounded(minus, f, IEEEFloat::ROUND_EVEN), sign | expected.nearest);
   EXPECT_EQ(rounded(minus, f, IEEEFloat::ROUND_ZERO), sign | expected.below);
   EXPECT_EQ(rounded(minus, f, IEEEFloat::ROUND_PLUS_INF), sign | expected.below);
   EXPECT_EQ(rounded(minus, f, IEEEFloat::ROUND_MINUS_INF), sign | expected.above);
 }
 
-void expect_exact(std::int64_t n, std::int64_t exponent, Format f, std::uint64_t expected) {
+void expect_exact(int64_t n, int64_t exponent, Format f, uint64_t expected) {
   expect_rounding(n, exponent, 1, f, {expected, expected, expected});
 }
 
@@ -99,8 +98,8 @@ std::string message_of_from_bits(const QNumber& bits, Format f) {
 TEST(IEEEFloat, TheFormatIsAnAggregateOfTwoWords) {
   EXPECT_TRUE(std::is_aggregate_v<Format>);
   const Format f{8, 23};
-  EXPECT_TRUE((std::is_same_v<decltype(f.e), std::uint64_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(f.m), std::uint64_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(f.e), uint64_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(f.m), uint64_t>));
   EXPECT_EQ(f.e, 8U);
   EXPECT_EQ(f.m, 23U);
 }
@@ -205,12 +204,11 @@ TEST(IEEEFloat, CopiesAreIndependent) {
 // --- From bits ---
 
 TEST(IEEEFloatFromBits, KeepsEveryPattern) {
-  for (std::uint64_t bits = 0; bits < 128; ++bits) {
+  for (uint64_t bits = 0; bits < 128; ++bits) {
     EXPECT_EQ(bits_of(IEEEFloat::from_bits(QNumber(bits), {3, 3})), bits);
   }
-  for (const std::uint64_t bits :
-       {std::uint64_t{0x8000000000000000U}, std::uint64_t{0x7ff0000000000001U},
-        std::uint64_t{0xfff7ffffffffffffU}, std::uint64_t{0xffffffffffffffffU}}) {
+  for (const uint64_t bits : {uint64_t{0x8000000000000000U}, uint64_t{0x7ff0000000000001U},
+                              uint64_t{0xfff7ffffffffffffU}, uint64_t{0xffffffffffffffffU}}) {
     EXPECT_EQ(bits_of(IEEEFloat::from_bits(QNumber(bits), binary64)), bits);
   }
 }
@@ -251,9 +249,9 @@ TEST(IEEEFloatFromBits, RefusesWhatIsTooLong) {
 }
 
 TEST(IEEEFloatFromBits, AnythingFitsTheWidestFormats) {
-  constexpr std::uint64_t most = 18446744073709551615U;
+  constexpr uint64_t most = 18446744073709551615U;
   for (const Format f : {Format{most, most}, Format{most, 0}, Format{0, most}, Format{1, most - 1},
-                         Format{std::uint64_t{1} << 63, std::uint64_t{1} << 63}}) {
+                         Format{uint64_t{1} << 63, uint64_t{1} << 63}}) {
     EXPECT_EQ(message_of_from_bits(scaled(1, 1000), f), "no exception");
   }
 }
@@ -426,29 +424,29 @@ TEST(IEEEFloatFromNumber, Format33) {
 
 // All finite values of a small format, decoded one by one, in multiples of the smallest one. After
 // the last comes what would follow if the exponents went on, the place of infinity.
-std::vector<std::int64_t> values_of(Format f) {
-  std::vector<std::int64_t> values;
-  for (std::uint64_t exponent = 0; exponent + 1 < std::uint64_t{1} << f.e; ++exponent) {
-    for (std::uint64_t significand = 0; significand < std::uint64_t{1} << f.m; ++significand) {
-      const std::uint64_t units =
-          exponent == 0 ? significand : ((std::uint64_t{1} << f.m) + significand) << (exponent - 1);
-      values.push_back(static_cast<std::int64_t>(units));
+std::vector<int64_t> values_of(Format f) {
+  std::vector<int64_t> values;
+  for (uint64_t exponent = 0; exponent + 1 < uint64_t{1} << f.e; ++exponent) {
+    for (uint64_t significand = 0; significand < uint64_t{1} << f.m; ++significand) {
+      const uint64_t units =
+          exponent == 0 ? significand : ((uint64_t{1} << f.m) + significand) << (exponent - 1);
+      values.push_back(static_cast<int64_t>(units));
     }
   }
-  values.push_back(std::int64_t{1} << (f.m + (std::uint64_t{1} << f.e) - 2));
+  values.push_back(int64_t{1} << (f.m + (uint64_t{1} << f.e) - 2));
   return values;
 }
 
 // The pattern for n/d of the smallest value, found among `values`.
-std::uint64_t naive_rounding(const std::vector<std::int64_t>& values, Format f, Mode mode,
-                             bool negative, std::int64_t n, std::int64_t d) {
-  const std::uint64_t infinity = values.size() - 1;
-  std::uint64_t below = 0;
+uint64_t naive_rounding(const std::vector<int64_t>& values, Format f, Mode mode, bool negative,
+                        int64_t n, int64_t d) {
+  const uint64_t infinity = values.size() - 1;
+  uint64_t below = 0;
   while (below < infinity - 1 && values[below + 1] * d <= n) ++below;
-  const std::uint64_t above = below + 1;
-  const std::int64_t down = n - values[below] * d;
-  const std::int64_t up = values[above] * d - n;
-  std::uint64_t result = below;
+  const uint64_t above = below + 1;
+  const int64_t down = n - values[below] * d;
+  const int64_t up = values[above] * d - n;
+  uint64_t result = below;
   if (down != 0) {
     if (mode == IEEEFloat::ROUND_EVEN) {
       if (up < down || (up == down && above % 2 == 0)) result = above;
@@ -456,7 +454,7 @@ std::uint64_t naive_rounding(const std::vector<std::int64_t>& values, Format f, 
       result = above;
     }
   }
-  return negative ? result + (std::uint64_t{1} << (f.e + f.m)) : result;
+  return negative ? result + (uint64_t{1} << (f.e + f.m)) : result;
 }
 
 std::string format_name(const testing::TestParamInfo<Format>& test) {
@@ -469,22 +467,21 @@ class SmallFormat : public testing::TestWithParam<Format> {};
 // beyond the largest value.
 TEST_P(SmallFormat, RoundsAsASearchThroughAllValuesDoes) {
   const Format f = GetParam();
-  const std::vector<std::int64_t> values = values_of(f);
-  const std::int64_t unit_exponent =
-      2 - (std::int64_t{1} << (f.e - 1)) - static_cast<std::int64_t>(f.m);
-  constexpr std::int64_t d = 4000;
-  std::vector<std::int64_t> numerators;
-  for (std::size_t i = 0; i + 1 < values.size(); ++i) {
-    const std::int64_t gap = values[i + 1] - values[i];
-    for (std::int64_t quarter = 0; quarter < 4; ++quarter) {
-      const std::int64_t n = values[i] * d + gap * d / 4 * quarter;
+  const std::vector<int64_t> values = values_of(f);
+  const int64_t unit_exponent = 2 - (int64_t{1} << (f.e - 1)) - static_cast<int64_t>(f.m);
+  constexpr int64_t d = 4000;
+  std::vector<int64_t> numerators;
+  for (size_t i = 0; i + 1 < values.size(); ++i) {
+    const int64_t gap = values[i + 1] - values[i];
+    for (int64_t quarter = 0; quarter < 4; ++quarter) {
+      const int64_t n = values[i] * d + gap * d / 4 * quarter;
       numerators.insert(numerators.end(), {n - 1, n, n + 1});
     }
   }
-  for (const std::int64_t factor : {4, 5, 6, 8, 12, 4000}) {
+  for (const int64_t factor : {4, 5, 6, 8, 12, 4000}) {
     numerators.push_back(values.back() * d / 4 * factor);
   }
-  for (const std::int64_t n : numerators) {
+  for (const int64_t n : numerators) {
     if (n <= 0) continue;
     for (const Mode mode : all_modes) {
       EXPECT_EQ(rounded(scaled(n, unit_exponent, d), f, mode),
@@ -576,7 +573,7 @@ TEST(IEEEFloatFromNumber, NoExponentBitsLeaveZero) {
 }
 
 TEST(IEEEFloat, OfMoreThanFourGibibitsThrowsAndKeepsTheValue) {
-  constexpr std::uint64_t most = 18446744073709551615U;
+  constexpr uint64_t most = 18446744073709551615U;
   for (const Format f : {Format{4294967296, 2}, Format{2, 4294967294}, Format{most, 1},
                          Format{1, most}, Format{most, most}}) {
     IEEEFloat value(f, IEEEFloat::ROUND_EVEN);

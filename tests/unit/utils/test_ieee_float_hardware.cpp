@@ -26,13 +26,13 @@ struct Traits;
 
 template <>
 struct Traits<float> {
-  using Bits = std::uint32_t;
+  using Bits = uint32_t;
   static constexpr IEEEFloat::format format{8, 23};
 };
 
 template <>
 struct Traits<double> {
-  using Bits = std::uint64_t;
+  using Bits = uint64_t;
   static constexpr IEEEFloat::format format{11, 52};
 };
 
@@ -99,18 +99,18 @@ class Processor : public testing::Test {
   static constexpr int max_exponent = std::numeric_limits<Float>::max_exponent;
   static constexpr int min_exponent = std::numeric_limits<Float>::min_exponent;
 
-  std::uint64_t below(std::uint64_t bound) { return random() % bound; }
+  uint64_t below(uint64_t bound) { return random() % bound; }
 
   // An integer of at most as many bits as a significand has, of either sign.
   Float integer() {
-    const std::uint64_t bits = 1 + below(static_cast<std::uint64_t>(digits));
-    const std::uint64_t magnitude = 1 + below((std::uint64_t{1} << bits) - 1);
+    const uint64_t bits = 1 + below(static_cast<uint64_t>(digits));
+    const uint64_t magnitude = 1 + below((uint64_t{1} << bits) - 1);
     const auto x = static_cast<Float>(magnitude);
     return below(2) == 0 ? x : -x;
   }
 
   int exponent_between(int low, int high) {
-    return low + static_cast<int>(below(static_cast<std::uint64_t>(high - low + 1)));
+    return low + static_cast<int>(below(static_cast<uint64_t>(high - low + 1)));
   }
 
   std::mt19937_64 random{20190722};

@@ -40,7 +40,7 @@ class Rational {
   mpz_ptr num() { return mpq_numref(value); }
   mpz_ptr den() { return mpq_denref(value); }
 
-  void scale(std::int64_t exponent) {
+  void scale(int64_t exponent) {
     if (exponent >= 0) {
       mpq_mul_2exp(value, value, static_cast<mp_bitcnt_t>(exponent));
     } else {
@@ -54,7 +54,7 @@ class Rational {
 };
 
 // The largest binary exponent of a format.
-std::int64_t bias_of(Format f) { return (std::int64_t{1} << (f.e - 1)) - 1; }
+int64_t bias_of(Format f) { return (int64_t{1} << (f.e - 1)) - 1; }
 
 // MPFR rounds to a format while this lives.
 class MpfrFormat {
@@ -62,9 +62,9 @@ class MpfrFormat {
   explicit MpfrFormat(Format f) : form(f), old_emin(mpfr_get_emin()), old_emax(mpfr_get_emax()) {
     mpfr_init2(x, static_cast<mpfr_prec_t>(f.m + 1));
     // MPFR's significands are less than 1, so that its exponents are larger by 1.
-    const std::int64_t bias = bias_of(f);
+    const int64_t bias = bias_of(f);
     EXPECT_EQ(mpfr_set_emax(bias + 1), 0);
-    EXPECT_EQ(mpfr_set_emin(1 - bias - static_cast<std::int64_t>(f.m) + 1), 0);
+    EXPECT_EQ(mpfr_set_emin(1 - bias - static_cast<int64_t>(f.m) + 1), 0);
   }
   ~MpfrFormat() {
     mpfr_clear(x);
@@ -91,10 +91,10 @@ class MpfrFormat {
       mpz_setbit(field, form.e);
       mpz_sub_ui(field, field, 1);
     } else if (mpfr_zero_p(x) == 0) {
-      const std::int64_t bias = bias_of(form);
-      const std::int64_t exponent = mpfr_get_z_2exp(bits, x);
+      const int64_t bias = bias_of(form);
+      const int64_t exponent = mpfr_get_z_2exp(bits, x);
       mpz_abs(bits, bits);
-      const std::int64_t least = 1 - bias - static_cast<std::int64_t>(form.m);
+      const int64_t least = 1 - bias - static_cast<int64_t>(form.m);
       if (mpfr_get_exp(x) - 1 >= 1 - bias) {
         mpz_set_si(field, mpfr_get_exp(x) - 1 + bias);
         mpz_clrbit(bits, form.m);
@@ -128,12 +128,12 @@ class MpfrOracle : public testing::TestWithParam<Format> {
     }
   }
 
-  std::uint64_t below(std::uint64_t bound) { return random() % bound; }
+  uint64_t below(uint64_t bound) { return random() % bound; }
 
   // Of `bits` bits at most, not 0.
-  void random_integer(mpz_ptr z, std::uint64_t bits) {
+  void random_integer(mpz_ptr z, uint64_t bits) {
     mpz_set_ui(z, 0);
-    for (std::uint64_t i = 0; i < bits; i += 64) {
+    for (uint64_t i = 0; i < bits; i += 64) {
       mpz_mul_2exp(z, z, 64);
       mpz_add_ui(z, z, random());
     }
@@ -164,11 +164,11 @@ class MpfrOracle : public testing::TestWithParam<Format> {
   }
 
   // The range of exponents, as far as numbers of that size are fit to be written down.
-  std::int64_t reach() const { return std::min(bias_of(form), std::int64_t{20000}); }
+  int64_t reach() const { return std::min(bias_of(form), int64_t{20000}); }
 
   // Expects the same for a significand times 2^exponent and for the numbers in eighths of the way
   // to the next significand, exactly there and just beside.
-  void expect_same_from(mpz_srcptr significand, std::int64_t exponent) {
+  void expect_same_from(mpz_srcptr significand, int64_t exponent) {
     for (unsigned eighth = 0; eighth < 8; ++eighth) {
       for (int beside = -1; beside <= 1; ++beside) {
         Rational rational;
@@ -203,9 +203,9 @@ TEST_P(MpfrOracle, RandomQuotients) {
     random_integer(rational.den(), 1 + below(2 * form.m + 10));
     mpq_canonicalize(rational.value);
     // Mostly within the range of normal values, at times beyond it.
-    const auto range = static_cast<std::uint64_t>(reach()) + form.m + 10;
-    const auto exponent = static_cast<std::int64_t>(below(2 * range + 1));
-    rational.scale(exponent - static_cast<std::int64_t>(range));
+    const auto range = static_cast<uint64_t>(reach()) + form.m + 10;
+    const auto exponent = static_cast<int64_t>(below(2 * range + 1));
+    rational.scale(exponent - static_cast<int64_t>(range));
     expect_same(rational);
   }
 }
@@ -214,14 +214,14 @@ TEST_P(MpfrOracle, BetweenNeighbours) {
   for (int i = 0; i < 20; ++i) {
     GmpInteger significand;
     random_significand(significand);
-    const auto range = static_cast<std::uint64_t>(reach());
-    const auto exponent = static_cast<std::int64_t>(below(2 * range + 1));
-    expect_same_from(significand, exponent - static_cast<std::int64_t>(range + form.m));
+    const auto range = static_cast<uint64_t>(reach());
+    const auto exponent = static_cast<int64_t>(below(2 * range + 1));
+    expect_same_from(significand, exponent - static_cast<int64_t>(range + form.m));
   }
 }
 
 TEST_P(MpfrOracleAtBounds, AroundTheLargestValue) {
-  const std::int64_t step = bias_of(form) - static_cast<std::int64_t>(form.m);
+  const int64_t step = bias_of(form) - static_cast<int64_t>(form.m);
   GmpInteger significand;
   mpz_setbit(significand, form.m + 1);
   // The two below 2^(bias+1), that one, and the next.
@@ -233,7 +233,7 @@ TEST_P(MpfrOracleAtBounds, AroundTheLargestValue) {
 }
 
 TEST_P(MpfrOracleAtBounds, AroundTheSmallestNormalValue) {
-  const std::int64_t step = 1 - bias_of(form) - static_cast<std::int64_t>(form.m);
+  const int64_t step = 1 - bias_of(form) - static_cast<int64_t>(form.m);
   GmpInteger significand;
   mpz_setbit(significand, form.m);
   mpz_sub_ui(significand, significand, 2);
@@ -244,7 +244,7 @@ TEST_P(MpfrOracleAtBounds, AroundTheSmallestNormalValue) {
 }
 
 TEST_P(MpfrOracleAtBounds, SubnormalValues) {
-  const std::int64_t step = 1 - bias_of(form) - static_cast<std::int64_t>(form.m);
+  const int64_t step = 1 - bias_of(form) - static_cast<int64_t>(form.m);
   GmpInteger significand;
   for (unsigned i = 1; i < 4; ++i) {
     mpz_set_ui(significand, i);

@@ -85,15 +85,15 @@ TEST(InternIndex, FoldsBothHalvesOfAHash) {
 
 TEST(InternIndex, GrowsWhenMoreThanHalfOfTheSlotsWouldBeTaken) {
   InternIndex index;
-  for (uint32_t i = 0; i < 32; i++) insert(index, i, i);
+  for (uint32_t i = 0; i < 32; ++i) insert(index, i, i);
   EXPECT_EQ(index.capacity(), 64U);
   insert(index, 32, 32);
   EXPECT_EQ(index.capacity(), 128U);
-  for (uint32_t i = 33; i < 64; i++) insert(index, i, i);
+  for (uint32_t i = 33; i < 64; ++i) insert(index, i, i);
   EXPECT_EQ(index.capacity(), 128U);
   insert(index, 64, 64);
   EXPECT_EQ(index.capacity(), 256U);
-  for (uint32_t i = 0; i < 65; i++) EXPECT_EQ(find(index, i, i), i);
+  for (uint32_t i = 0; i < 65; ++i) EXPECT_EQ(find(index, i, i), i);
 }
 
 TEST(InternIndex, TellsHowManySlotsALookUpReads) {
@@ -111,7 +111,7 @@ TEST(InternIndex, TellsHowManySlotsALookUpReads) {
 TEST(InternIndex, JustBeforeItGrowsALookUpReadsOneAndAHalfSlots) {
   InternIndex index;
   uint64_t hash = 1;
-  for (uint32_t i = 0; i < 1 << 17; i++) {
+  for (uint32_t i = 0; i < 1 << 17; ++i) {
     hash = hash * 6364136223846793005 + 1442695040888963407;
     insert(index, static_cast<uint32_t>(hash >> 32), i);
   }
@@ -121,7 +121,7 @@ TEST(InternIndex, JustBeforeItGrowsALookUpReadsOneAndAHalfSlots) {
 
 TEST(InternIndex, ReservingTwiceGrowsOnce) {
   InternIndex index;
-  for (uint32_t i = 0; i < 32; i++) insert(index, i, i);
+  for (uint32_t i = 0; i < 32; ++i) insert(index, i, i);
   index.reserve_one();
   index.reserve_one();
   EXPECT_EQ(index.capacity(), 128U);
@@ -131,12 +131,12 @@ TEST(InternIndex, ReservingTwiceGrowsOnce) {
 TEST(InternIndex, ErasingLeavesTheRestOfTheProbeRunReachable) {
   // Five entries that want slots 60, 60, 61, 60 and 62, and lie in 60 to 63 and, past the end, 0.
   const std::array<uint32_t, 5> hashes = {60, 60 + 64, 61, 60 + 128, 62};
-  for (uint32_t victim = 0; victim < 5; victim++) {
+  for (uint32_t victim = 0; victim < 5; ++victim) {
     InternIndex index;
-    for (uint32_t i = 0; i < 5; i++) insert(index, hashes[i], i);
+    for (uint32_t i = 0; i < 5; ++i) insert(index, hashes[i], i);
     index.erase(hashes[victim], victim);
     EXPECT_EQ(index.size(), 4U);
-    for (uint32_t i = 0; i < 5; i++) {
+    for (uint32_t i = 0; i < 5; ++i) {
       EXPECT_EQ(find(index, hashes[i], i), i == victim ? InternIndex::none : i)
           << "entry " << i << " without " << victim;
     }
@@ -153,7 +153,7 @@ TEST(InternIndex, ErasingDoesNotMoveAnEntryBeforeItsHome) {
 
 TEST(InternIndex, ErasedRoomIsUsedAgain) {
   InternIndex index;
-  for (uint32_t round = 0; round < 1000; round++) {
+  for (uint32_t round = 0; round < 1000; ++round) {
     insert(index, round * 2654435761U, round);
     if (round >= 30) index.erase((round - 30) * 2654435761U, round - 30);
   }
@@ -172,16 +172,16 @@ TEST(InternIndex, RenamingKeepsTheHash) {
 
 TEST(InternIndex, ClearingKeepsTheRoomThatIsNeeded) {
   InternIndex index;
-  for (uint32_t i = 0; i < 60; i++) insert(index, i, i);
+  for (uint32_t i = 0; i < 60; ++i) insert(index, i, i);
   index.clear(60);
   EXPECT_EQ(index.size(), 0U);
   EXPECT_EQ(index.capacity(), 128U);
-  for (uint32_t i = 0; i < 60; i++) EXPECT_EQ(find(index, i, i), InternIndex::none);
+  for (uint32_t i = 0; i < 60; ++i) EXPECT_EQ(find(index, i, i), InternIndex::none);
   {
     const testing::FailingAllocation none(0);
-    for (uint32_t i = 0; i < 60; i++) insert(index, i, i + 100);
+    for (uint32_t i = 0; i < 60; ++i) insert(index, i, i + 100);
   }
-  for (uint32_t i = 0; i < 60; i++) EXPECT_EQ(find(index, i, i + 100), i + 100);
+  for (uint32_t i = 0; i < 60; ++i) EXPECT_EQ(find(index, i, i + 100), i + 100);
 }
 
 // Room for twice the entries that are expected: 64 slots for up to 16, 128 for up to 32.
@@ -190,29 +190,29 @@ TEST(InternIndex, ClearingGivesRoomBack) {
                                                   {128, 512}, {129, 1024}, {500, 1024}};
   for (const auto& [expected, capacity] : capacities) {
     InternIndex index;
-    for (uint32_t i = 0; i < 500; i++) insert(index, i, i);
+    for (uint32_t i = 0; i < 500; ++i) insert(index, i, i);
     EXPECT_EQ(index.num_bytes(), 8 * 1024U);
     index.clear(expected);
     EXPECT_EQ(index.size(), 0U);
     EXPECT_EQ(index.capacity(), capacity) << expected;
     {
       const testing::FailingAllocation none(0);
-      for (uint32_t i = 0; i < expected; i++) index.insert(i, i + 1000);
+      for (uint32_t i = 0; i < expected; ++i) index.insert(i, i + 1000);
     }
-    for (uint32_t i = 0; i < expected; i++) EXPECT_EQ(find(index, i, i + 1000), i + 1000);
+    for (uint32_t i = 0; i < expected; ++i) EXPECT_EQ(find(index, i, i + 1000), i + 1000);
   }
 }
 
 TEST(InternIndex, ShrinkingKeepsTheEntries) {
   InternIndex index;
-  for (uint32_t i = 0; i < 600; i++) insert(index, 7 * i, i);
-  for (uint32_t i = 0; i < 600; i++) {
+  for (uint32_t i = 0; i < 600; ++i) insert(index, 7 * i, i);
+  for (uint32_t i = 0; i < 600; ++i) {
     if (i % 10 != 0) index.erase(7 * i, i);
   }
   index.shrink();
   EXPECT_EQ(index.size(), 60U);
   EXPECT_EQ(index.capacity(), 256U);
-  for (uint32_t i = 0; i < 600; i++) {
+  for (uint32_t i = 0; i < 600; ++i) {
     EXPECT_EQ(find(index, 7 * i, i), i % 10 == 0 ? i : InternIndex::none);
   }
   index.shrink();
@@ -221,8 +221,8 @@ TEST(InternIndex, ShrinkingKeepsTheEntries) {
 
 TEST(InternIndex, WithoutMemoryTheRoomStays) {
   InternIndex index;
-  for (uint32_t i = 0; i < 500; i++) insert(index, i, i);
-  for (uint32_t i = 1; i < 500; i++) index.erase(i, i);
+  for (uint32_t i = 0; i < 500; ++i) insert(index, i, i);
+  for (uint32_t i = 1; i < 500; ++i) index.erase(i, i);
   const testing::FailingAllocation none(0);
   index.shrink();
   EXPECT_EQ(index.capacity(), 1024U);
@@ -236,7 +236,7 @@ TEST(InternIndex, WithoutMemoryTheRoomStays) {
 
 TEST(InternIndex, FailedGrowthChangesNothing) {
   InternIndex index;
-  for (uint32_t i = 0; i < 32; i++) insert(index, 7 * i, i);
+  for (uint32_t i = 0; i < 32; ++i) insert(index, 7 * i, i);
   bool failed = false;
   {
     const testing::FailingAllocation none(0);
@@ -249,7 +249,7 @@ TEST(InternIndex, FailedGrowthChangesNothing) {
   EXPECT_TRUE(failed);
   EXPECT_EQ(index.size(), 32U);
   EXPECT_EQ(index.capacity(), 64U);
-  for (uint32_t i = 0; i < 32; i++) EXPECT_EQ(find(index, 7 * i, i), i);
+  for (uint32_t i = 0; i < 32; ++i) EXPECT_EQ(find(index, 7 * i, i), i);
   insert(index, 7 * 32, 32);
   EXPECT_EQ(find(index, 7 * 32, 32), 32U);
 }
@@ -263,7 +263,7 @@ class Numbers {
   bool add(uint32_t number) {
     const uint32_t hash = hash_of(index.key(), number);
     const uint32_t found = index.find(hash, [&](uint32_t handle) {
-      comparisons++;
+      ++comparisons;
       return held[handle] == number;
     });
     if (found != InternIndex::none) return false;
@@ -271,7 +271,7 @@ class Numbers {
     held.push_back(number);
     index.insert(hash, static_cast<uint32_t>(held.size() - 1),
                  [this](uint64_t key, uint32_t handle) {
-                   hashed++;
+                   ++hashed;
                    return hash_of(key, held[handle]);
                  });
     return true;
@@ -279,7 +279,7 @@ class Numbers {
 
   // The position of the key of the index in the sequence, which is looked for up to ten thousand.
   uint64_t key_number() const {
-    for (uint64_t number = 0; number < 10000; number++) {
+    for (uint64_t number = 0; number < 10000; ++number) {
       if (index.key() == hash_key(number)) return number;
     }
     return UINT64_MAX;
@@ -293,7 +293,7 @@ class Numbers {
  private:
   uint32_t hash_of(uint64_t key, uint32_t number) const {
     if (broken == UINT64_MAX) return 4711;
-    for (uint64_t i = 0; i < broken; i++) {
+    for (uint64_t i = 0; i < broken; ++i) {
       if (key == hash_key(i)) return 4711;
     }
     return InternIndex::fold(KeyedHasher<uint32_t>()(key, number));
@@ -303,7 +303,7 @@ class Numbers {
 
 TEST(InternIndex, ObjectsInGoodOrderKeepTheFirstKey) {
   Numbers numbers(0);
-  for (uint32_t i = 0; i < 1000000; i++) numbers.add(i);
+  for (uint32_t i = 0; i < 1000000; ++i) numbers.add(i);
   EXPECT_EQ(numbers.key_number(), 0U);
   EXPECT_EQ(numbers.hashed, 0U);
 }
@@ -311,12 +311,12 @@ TEST(InternIndex, ObjectsInGoodOrderKeepTheFirstKey) {
 // The 66th object goes past 65 others, the 67th past 66: more than there are.
 TEST(InternIndex, ObjectsThatCollideAreHashedAgainUnderTheNextKey) {
   Numbers numbers(1);
-  for (uint32_t i = 0; i < 66; i++) numbers.add(i);
+  for (uint32_t i = 0; i < 66; ++i) numbers.add(i);
   EXPECT_EQ(numbers.key_number(), 0U);
   numbers.add(66);
   EXPECT_EQ(numbers.key_number(), 1U);
   EXPECT_EQ(numbers.hashed, 67U);
-  for (uint32_t i = 0; i < 20000; i++) EXPECT_EQ(numbers.add(i), i > 66);
+  for (uint32_t i = 0; i < 20000; ++i) EXPECT_EQ(numbers.add(i), i > 66);
   EXPECT_EQ(numbers.key_number(), 1U);
   EXPECT_EQ(numbers.hashed, 67U);
   EXPECT_EQ(numbers.index.size(), 20000U);
@@ -325,8 +325,8 @@ TEST(InternIndex, ObjectsThatCollideAreHashedAgainUnderTheNextKey) {
 TEST(InternIndex, ObjectsThatCollideCostLittleMoreThanOthers) {
   for (const uint64_t broken : {1U, 2U, 5U}) {
     Numbers numbers(broken);
-    for (int round = 0; round < 2; round++) {
-      for (uint32_t i = 0; i < 20000; i++) numbers.add(i);
+    for (int round = 0; round < 2; ++round) {
+      for (uint32_t i = 0; i < 20000; ++i) numbers.add(i);
     }
     EXPECT_EQ(numbers.key_number(), broken);
     // Of ordinary objects those of the second round are compared, with themselves.
@@ -337,10 +337,10 @@ TEST(InternIndex, ObjectsThatCollideCostLittleMoreThanOthers) {
 // Many are there before the first that collides.
 TEST(InternIndex, LateCollisionsAreNoticedBeforeTheyHaveCostMuch) {
   Numbers numbers(0);
-  for (uint32_t i = 0; i < 100000; i++) numbers.add(i);
+  for (uint32_t i = 0; i < 100000; ++i) numbers.add(i);
   const uint32_t far = 1U << 20;
   uint64_t looked_at = 0;
-  for (uint32_t handle = far; numbers.index.key() == hash_key(0); handle++) {
+  for (uint32_t handle = far; numbers.index.key() == hash_key(0); ++handle) {
     numbers.index.reserve_one();
     numbers.index.insert(4711, handle, [&](uint64_t key, uint32_t any) {
       return InternIndex::fold(KeyedHasher<uint32_t>()(key, any));
@@ -348,7 +348,7 @@ TEST(InternIndex, LateCollisionsAreNoticedBeforeTheyHaveCostMuch) {
     looked_at += handle - far;
     ASSERT_LT(looked_at, 110000U);
   }
-  for (uint32_t handle = far; handle < far + 300; handle++) {
+  for (uint32_t handle = far; handle < far + 300; ++handle) {
     const uint32_t hash = InternIndex::fold(KeyedHasher<uint32_t>()(hash_key(1), handle));
     EXPECT_EQ(find(numbers.index, hash, handle), handle);
   }
@@ -359,7 +359,7 @@ TEST(InternIndex, LateCollisionsAreNoticedBeforeTheyHaveCostMuch) {
 TEST(InternIndex, AHashThatCanBeBrokenUnderEveryKeyCostsNoMoreForIt) {
   Numbers numbers(UINT64_MAX);
   const uint32_t count = 1000;
-  for (uint32_t i = 0; i < count; i++) {
+  for (uint32_t i = 0; i < count; ++i) {
     EXPECT_TRUE(numbers.add(i));
     EXPECT_FALSE(numbers.add(i / 2));
   }
@@ -370,7 +370,7 @@ TEST(InternIndex, AHashThatCanBeBrokenUnderEveryKeyCostsNoMoreForIt) {
 TEST(InternIndex, TwoRunsComeToTheSameKey) {
   Numbers one(3);
   Numbers other(3);
-  for (uint32_t i = 0; i < 5000; i++) {
+  for (uint32_t i = 0; i < 5000; ++i) {
     one.add(i * 7);
     other.add(i * 7);
     ASSERT_EQ(one.index.key(), other.index.key());
@@ -379,7 +379,7 @@ TEST(InternIndex, TwoRunsComeToTheSameKey) {
 
 TEST(InternIndex, WithoutMemoryTheKeyStays) {
   Numbers numbers(1);
-  for (uint32_t i = 0; i < 66; i++) numbers.add(i);
+  for (uint32_t i = 0; i < 66; ++i) numbers.add(i);
   numbers.index.reserve_one();
   numbers.held.push_back(66);
   {
@@ -388,13 +388,13 @@ TEST(InternIndex, WithoutMemoryTheKeyStays) {
   }
   EXPECT_EQ(numbers.key_number(), 0U);
   EXPECT_EQ(find(numbers.index, 4711, 66), 66U);
-  for (uint32_t i = 0; i < 200; i++) EXPECT_EQ(numbers.add(i), i > 66);
+  for (uint32_t i = 0; i < 200; ++i) EXPECT_EQ(numbers.add(i), i > 66);
   EXPECT_EQ(numbers.key_number(), 1U);
 }
 
 TEST(InternIndex, ARunRoundTheEndIsMeasuredFromItsHome) {
   InternIndex index;
-  for (uint32_t i = 0; i < 60; i++) {
+  for (uint32_t i = 0; i < 60; ++i) {
     index.reserve_one();
     // From slot 100 of 128 on, past the end.
     index.insert(100, i, [](uint64_t, uint32_t) { return 0U; });
@@ -451,7 +451,7 @@ TEST(InternIndex, AgreesWithAMultimapOverRandomOperations) {
     model.erase(it);
   };
 
-  for (int step = 0; step < 200000; step++) {
+  for (int step = 0; step < 200000; ++step) {
     // The target size swings, so that both growth and nearly empty tables are met.
     const size_t target = step % 20000 < 10000 ? 700 : 5;
     const unsigned action = random() % 8;

@@ -19,7 +19,7 @@ TEST(KeyedHash, TheSequenceOfKeysIsFixed) {
 
 TEST(KeyedHash, KeysAreOddAndDiffer) {
   std::set<uint64_t> keys;
-  for (uint64_t i = 0; i < 1000; i++) {
+  for (uint64_t i = 0; i < 1000; ++i) {
     EXPECT_EQ(hash_key(i) % 2, 1U);
     keys.insert(hash_key(i));
   }
@@ -43,9 +43,9 @@ TEST(KeyedHash, EveryWordOfASequenceCounts) {
 TEST(KeyedHash, NumbersInARowSpreadLikeRandomNumbersUnderEveryKey) {
   for (const uint64_t factor :
        {uint64_t{1}, uint64_t{42073}, uint64_t{1} << 32, uint64_t{1} << 48}) {
-    for (uint64_t number = 0; number < 8; number++) {
+    for (uint64_t number = 0; number < 8; ++number) {
       std::vector<uint64_t> slots;
-      for (uint64_t i = 0; i < 1 << 14; i++) {
+      for (uint64_t i = 0; i < 1 << 14; ++i) {
         const uint64_t hash = KeyedHasher<unsigned long>()(hash_key(number), factor * i);
         slots.push_back((hash ^ hash >> 32) & 0xffff);
       }

@@ -14,18 +14,18 @@ namespace quill {
 namespace {
 
 template <class Pool>
-std::size_t number_of_chunks(const Pool& pool) {
-  std::size_t chunks = 0;
+size_t number_of_chunks(const Pool& pool) {
+  size_t chunks = 0;
   for (auto* chunk = pool.chunks; chunk != nullptr; chunk = chunk->next) ++chunks;
   return chunks;
 }
 
 // How many nodes each of the first `chunks` chunks hands out.
 template <class Pool>
-std::vector<std::size_t> chunk_sizes(Pool& pool, std::size_t chunks) {
-  std::vector<std::size_t> sizes;
-  for (std::size_t i = 0; i < chunks; ++i) {
-    std::size_t nodes = 0;
+std::vector<size_t> chunk_sizes(Pool& pool, size_t chunks) {
+  std::vector<size_t> sizes;
+  for (size_t i = 0; i < chunks; ++i) {
+    size_t nodes = 0;
     do {
       pool.allocate();
       ++nodes;
@@ -42,7 +42,7 @@ TEST(Xmalloc, ZeroBytesYieldABlock) {
 }
 
 TEST(Xmalloc, ExhaustionThrows) {
-  volatile std::size_t too_much = std::numeric_limits<std::size_t>::max() / 2;
+  volatile size_t too_much = std::numeric_limits<size_t>::max() / 2;
   // An optimizer may drop an allocation whose result nobody reads, and its failure with it.
   char* volatile memory = nullptr;
   EXPECT_THROW(memory = xmalloc<char>(too_much), std::bad_alloc);
@@ -67,15 +67,14 @@ TYPED_TEST_SUITE(MemoryPoolOfSize, Pools);
 
 TYPED_TEST(MemoryPoolOfSize, ChunksDoubleUpTo8192Nodes) {
   TypeParam pool;
-  const std::vector<std::size_t> expected = {16,   32,   64,   128,  256, 512,
-                                             1024, 2048, 4096, 8192, 8192};
+  const std::vector<size_t> expected = {16, 32, 64, 128, 256, 512, 1024, 2048, 4096, 8192, 8192};
   EXPECT_EQ(chunk_sizes(pool, 11), expected);
   EXPECT_EQ(number_of_chunks(pool), 11U);
 }
 
 TEST(MemoryPool, SlotsAreHandedOutInAddressOrderBehindTheLink) {
   MemoryPool<40, false> pool;
-  for (std::size_t i = 0; i < 16; ++i) {
+  for (size_t i = 0; i < 16; ++i) {
     char* node = static_cast<char*>(pool.allocate());
     EXPECT_EQ(node, reinterpret_cast<char*>(pool.chunks) + 8 + 40 * i);
   }
@@ -100,7 +99,7 @@ TEST(MemoryPool, LiveNodesAreDistinctAndKeepTheirBytes) {
     std::memset(nodes.back(), i % 251, 32);
   }
   for (int i = 0; i < 1000; ++i) {
-    const unsigned char* node = nodes[static_cast<std::size_t>(i)];
+    const unsigned char* node = nodes[static_cast<size_t>(i)];
     EXPECT_TRUE(std::all_of(node, node + 32, [i](unsigned char c) { return c == i % 251; }));
   }
 }
@@ -152,14 +151,14 @@ TEST(MemoryPool, OtherwiseAUsedNodeKeepsItsBytesBehindTheLink) {
 TEST(MemoryPool, TheGrowthFactorAppliesToEachChunk) {
   MemoryPool<24, false> pool;
   pool.growth = 1.5F;
-  EXPECT_EQ(chunk_sizes(pool, 6), (std::vector<std::size_t>{16, 24, 36, 54, 81, 121}));
+  EXPECT_EQ(chunk_sizes(pool, 6), (std::vector<size_t>{16, 24, 36, 54, 81, 121}));
 }
 
 TEST(MemoryPool, ABoundOfZeroIsNone) {
   MemoryPool<8, false> pool;
   pool.chunk_elems = 8192;
   pool.max_chunk_elems = 0;
-  EXPECT_EQ(chunk_sizes(pool, 3), (std::vector<std::size_t>{8192, 16384, 32768}));
+  EXPECT_EQ(chunk_sizes(pool, 3), (std::vector<size_t>{8192, 16384, 32768}));
 }
 
 TEST(MemoryPool, ChunkSizesAboveTwoToThe63AreConvertedExactly) {
@@ -180,7 +179,7 @@ TEST(MemoryPool, ChunkSizesThatFitNoWordAreTheLargestWord) {
 
 // 2^57 nodes of 24 bytes are more than malloc ever gives, 2^62 are more than a word counts.
 TEST(MemoryPool, AFailedChunkLeavesThePoolAsItWas) {
-  for (const std::uint64_t elems : {std::uint64_t{1} << 57, std::uint64_t{1} << 62}) {
+  for (const uint64_t elems : {uint64_t{1} << 57, uint64_t{1} << 62}) {
     MemoryPool<24, false> pool;
     for (int i = 0; i < 16; ++i) pool.allocate();
     const auto* chunk = pool.chunks;

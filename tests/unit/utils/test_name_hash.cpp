@@ -21,7 +21,7 @@ size_t count_distinct(std::vector<uint64_t> values) {
 TEST(NameHash, DependsOnTheBytesAloneAndNotOnWhereTheyLie) {
   const std::string name = "a name of more than sixteen bytes";
   const uint64_t expected = NameHash()(name);
-  for (size_t shift = 1; shift < 9; shift++) {
+  for (size_t shift = 1; shift < 9; ++shift) {
     const std::string padded = std::string(shift, '#') + name + "#";
     EXPECT_EQ(NameHash()(std::string_view(padded).substr(shift, name.size())), expected);
   }
@@ -38,7 +38,7 @@ TEST(NameHash, CountsBytesBehindANul) {
 TEST(NameHash, TellsRepetitionsOfOneByteApart) {
   for (const char c : {'\0', 'x', '\xff'}) {
     std::vector<uint64_t> hashes;
-    for (size_t length = 0; length <= 24; length++) {
+    for (size_t length = 0; length <= 24; ++length) {
       hashes.push_back(InternIndex::fold(NameHash()(std::string(length, c))));
     }
     EXPECT_EQ(count_distinct(hashes), 25U);
@@ -46,10 +46,10 @@ TEST(NameHash, TellsRepetitionsOfOneByteApart) {
 }
 
 TEST(NameHash, EveryBitOfTheNameCounts) {
-  for (size_t length = 1; length <= 24; length++) {
+  for (size_t length = 1; length <= 24; ++length) {
     const std::string name(length, 'k');
     std::vector<uint64_t> hashes = {InternIndex::fold(NameHash()(name))};
-    for (size_t bit = 0; bit < 8 * length; bit++) {
+    for (size_t bit = 0; bit < 8 * length; ++bit) {
       std::string other = name;
       other[bit / 8] = static_cast<char>(other[bit / 8] ^ (1 << bit % 8));
       hashes.push_back(InternIndex::fold(NameHash()(other)));
@@ -69,7 +69,7 @@ TEST(NameHash, AMillionNumberedNamesSpreadLikeRandomNumbers) {
     std::vector<uint64_t> full;
     std::vector<uint64_t> folded;
     std::vector<uint64_t> slots;
-    for (int i = 0; i < 1000000; i++) {
+    for (int i = 0; i < 1000000; ++i) {
       full.push_back(NameHash()(prefix + std::to_string(i)));
       folded.push_back(InternIndex::fold(full.back()));
       slots.push_back(folded.back() & ((1U << 21) - 1));
@@ -96,7 +96,7 @@ TEST(NameHash, NamesThatCollideUnderOneKeySpreadUnderTheOthers) {
     return count_distinct(folded);
   };
   EXPECT_EQ(count_hashes(0), 1U);
-  for (uint64_t number = 1; number < 6; number++) EXPECT_GT(count_hashes(number), 19990U);
+  for (uint64_t number = 1; number < 6; ++number) EXPECT_GT(count_hashes(number), 19990U);
 }
 
 }  // namespace

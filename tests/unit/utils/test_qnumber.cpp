@@ -19,8 +19,8 @@
 namespace quill {
 namespace {
 
-constexpr std::int64_t min_int64 = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t max_int64 = std::numeric_limits<std::int64_t>::max();
+constexpr int64_t min_int64 = std::numeric_limits<int64_t>::min();
+constexpr int64_t max_int64 = std::numeric_limits<int64_t>::max();
 
 // A GMP integer from its decimal text.
 struct Mpz : GmpInteger {
@@ -82,14 +82,14 @@ TEST(QNumber, IntegersStrictlyBetweenTheBoundsAreSmall) {
   EXPECT_EQ(QNumber(max_int64).num, max_int64);
   EXPECT_EQ(QNumber(max_int64).den, 1);
   EXPECT_EQ(QNumber(-max_int64).num, -max_int64);
-  EXPECT_FALSE(QNumber(std::uint64_t{9223372036854775807U}).is_big());
+  EXPECT_FALSE(QNumber(uint64_t{9223372036854775807U}).is_big());
 }
 
 TEST(QNumber, IntegersOutsideTheBoundsAreBig) {
   EXPECT_TRUE(QNumber(min_int64).is_big());
   EXPECT_EQ(text(QNumber(min_int64)), "-9223372036854775808");
-  EXPECT_TRUE(QNumber(std::uint64_t{9223372036854775808U}).is_big());
-  EXPECT_EQ(text(QNumber(std::uint64_t{18446744073709551615U})), "18446744073709551615");
+  EXPECT_TRUE(QNumber(uint64_t{9223372036854775808U}).is_big());
+  EXPECT_EQ(text(QNumber(uint64_t{18446744073709551615U})), "18446744073709551615");
 }
 
 TEST(QNumber, APairIsKeptAsGiven) {
@@ -107,12 +107,12 @@ TEST(QNumber, APairIsBigWhenEitherPartIsOutsideTheBounds) {
   EXPECT_TRUE(QNumber(min_int64, 6).is_big());
   EXPECT_EQ(text(QNumber(6, min_int64)), "6/-9223372036854775808");
   EXPECT_TRUE(QNumber(6, min_int64).is_big());
-  EXPECT_EQ(text(QNumber(-1, std::uint64_t{18446744073709551615U})), "-1/18446744073709551615");
+  EXPECT_EQ(text(QNumber(-1, uint64_t{18446744073709551615U})), "-1/18446744073709551615");
 }
 
 TEST(QNumber, AZeroDenominatorIsRefused) {
   EXPECT_THROW(QNumber(4, 0), Exception);
-  EXPECT_THROW(QNumber(std::uint64_t{18446744073709551615U}, 0L), Exception);
+  EXPECT_THROW(QNumber(uint64_t{18446744073709551615U}, 0L), Exception);
   EXPECT_THROW(from_mpz("4", "0"), Exception);
   try {
     QNumber number(-4, 0);
@@ -167,7 +167,7 @@ TEST(QNumber, MovingTakesTheBlock) {
   EXPECT_TRUE(std::is_nothrow_move_constructible_v<QNumber>);
   EXPECT_TRUE(std::is_nothrow_move_assignable_v<QNumber>);
   QNumber source = big("5", "3");
-  const std::int64_t block = source.num;
+  const int64_t block = source.num;
   QNumber target(std::move(source));
   EXPECT_EQ(target.num, block);
   EXPECT_EQ(text(target), "5/3");
@@ -189,7 +189,7 @@ TEST(QNumber, AssignmentFollowsTheFormsOfBothSides) {
   EXPECT_NE(grown.num, source.num);
 
   QNumber other = big("1", "9");
-  const std::int64_t block = other.num;
+  const int64_t block = other.num;
   other = source;
   EXPECT_EQ(other.num, block);
   EXPECT_EQ(text(other), "7/5");
@@ -198,7 +198,7 @@ TEST(QNumber, AssignmentFollowsTheFormsOfBothSides) {
 TEST(QNumber, ABigTargetStaysBig) {
   QNumber target = from_mpz("18446744073709551616");
   const QNumber source(-3, 7);
-  const std::int64_t block = target.num;
+  const int64_t block = target.num;
   target = source;
   EXPECT_TRUE(target.is_big());
   EXPECT_EQ(target.num, block);

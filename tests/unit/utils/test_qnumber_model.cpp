@@ -56,9 +56,9 @@ struct Pair {
 
 class Source {
  public:
-  explicit Source(std::uint64_t seed) : random(seed) {}
+  explicit Source(uint64_t seed) : random(seed) {}
 
-  std::uint64_t below(std::uint64_t bound) { return random() % bound; }
+  uint64_t below(uint64_t bound) { return random() % bound; }
 
   // Tiny, around 32 bits, around 64 bits, or longer, so that all bounds are met from both sides.
   void integer(mpz_ptr z) {
@@ -77,7 +77,7 @@ class Source {
         break;
       case 4:
         mpz_set_ui(z, random());
-        for (std::uint64_t i = below(4); i > 0; --i) {
+        for (uint64_t i = below(4); i > 0; --i) {
           mpz_mul_2exp(z, z, 64);
           mpz_add_ui(z, z, random());
         }
@@ -87,16 +87,16 @@ class Source {
   }
 
   // A machine integer, also at both ends of the range.
-  std::int64_t word() {
+  int64_t word() {
     switch (below(4)) {
       case 0:
-        return static_cast<std::int64_t>(below(25)) - 12;
+        return static_cast<int64_t>(below(25)) - 12;
       case 1:
-        return std::numeric_limits<std::int64_t>::min() + static_cast<std::int64_t>(below(4));
+        return std::numeric_limits<int64_t>::min() + static_cast<int64_t>(below(4));
       case 2:
-        return std::numeric_limits<std::int64_t>::max() - static_cast<std::int64_t>(below(4));
+        return std::numeric_limits<int64_t>::max() - static_cast<int64_t>(below(4));
       default:
-        return static_cast<std::int64_t>(random());
+        return static_cast<int64_t>(random());
     }
   }
 
@@ -104,7 +104,7 @@ class Source {
   std::mt19937_64 random;
 };
 
-bool outside(std::int64_t word) { return word == std::numeric_limits<std::int64_t>::min(); }
+bool outside(int64_t word) { return word == std::numeric_limits<int64_t>::min(); }
 
 bool outside(mpz_srcptr z) {
   return mpz_sizeinbase(z, 2) > 63;  // of the magnitude
@@ -126,8 +126,8 @@ TEST(QNumberModel, AgreesWithRationalsOverAMillionRandomOperations) {
   std::array<Pair, 24> pairs;
   GmpInteger n;
   GmpInteger d;
-  std::size_t big_steps = 0;
-  std::size_t equal_pairs = 0;
+  size_t big_steps = 0;
+  size_t equal_pairs = 0;
 
   for (int step = 0; step < 1'000'000; ++step) {
     Pair& a = pairs[source.below(pairs.size())];
@@ -135,7 +135,7 @@ TEST(QNumberModel, AgreesWithRationalsOverAMillionRandomOperations) {
     const Pair* changed = &a;
     switch (source.below(12)) {
       case 0: {  // from one word
-        const std::int64_t word = source.word();
+        const int64_t word = source.word();
         QNumber made(word);
         ASSERT_EQ(made.is_big(), outside(word));
         a.number = made;
@@ -144,8 +144,8 @@ TEST(QNumberModel, AgreesWithRationalsOverAMillionRandomOperations) {
         break;
       }
       case 1: {  // from two words
-        const std::int64_t top = source.word();
-        const std::int64_t bottom = source.word();
+        const int64_t top = source.word();
+        const int64_t bottom = source.word();
         if (bottom == 0) break;
         a.number = QNumber(top, bottom);
         a.big = a.big || outside(top) || outside(bottom);

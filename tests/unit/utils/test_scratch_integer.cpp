@@ -16,8 +16,8 @@
 namespace quill {
 namespace {
 
-std::ptrdiff_t bytes_held = 0;
-std::size_t blocks_asked_for = 0;
+ptrdiff_t bytes_held = 0;
+size_t blocks_asked_for = 0;
 
 // While it lives, counts what GMP allocates. Its functions may free what GMP's own have allocated,
 // and the other way round.
@@ -28,19 +28,18 @@ class GmpMemory {
     blocks_asked_for = 0;
     mp_get_memory_functions(&allocate, &reallocate, &release);
     mp_set_memory_functions(
-        [](std::size_t size) {
-          bytes_held += static_cast<std::ptrdiff_t>(size);
+        [](size_t size) {
+          bytes_held += static_cast<ptrdiff_t>(size);
           ++blocks_asked_for;
           return std::malloc(size);
         },
-        [](void* block, std::size_t size_before, std::size_t size) {
-          bytes_held +=
-              static_cast<std::ptrdiff_t>(size) - static_cast<std::ptrdiff_t>(size_before);
+        [](void* block, size_t size_before, size_t size) {
+          bytes_held += static_cast<ptrdiff_t>(size) - static_cast<ptrdiff_t>(size_before);
           ++blocks_asked_for;
           return std::realloc(block, size);
         },
-        [](void* block, std::size_t size) {
-          bytes_held -= static_cast<std::ptrdiff_t>(size);
+        [](void* block, size_t size) {
+          bytes_held -= static_cast<ptrdiff_t>(size);
           std::free(block);
         });
   }
@@ -49,13 +48,13 @@ class GmpMemory {
   GmpMemory& operator=(const GmpMemory&) = delete;
 
  private:
-  void* (*allocate)(std::size_t);
-  void* (*reallocate)(void*, std::size_t, std::size_t);
-  void (*release)(void*, std::size_t);
+  void* (*allocate)(size_t);
+  void* (*reallocate)(void*, size_t, size_t);
+  void (*release)(void*, size_t);
 };
 
-constexpr std::ptrdiff_t most_kept =
-    ScratchInteger::max_kept_limbs * static_cast<std::ptrdiff_t>(sizeof(mp_limb_t));
+constexpr ptrdiff_t most_kept =
+    ScratchInteger::max_kept_limbs * static_cast<ptrdiff_t>(sizeof(mp_limb_t));
 
 // 2^100 / 2^70, to be reduced.
 void normalize_a_large_number() {
@@ -96,7 +95,7 @@ TEST(ScratchInteger, WhatALargePowerTookGoesBack) {
   const GmpMemory memory;
   {
     QNumber power;
-    BVNumber::pow2(std::uint64_t{1} << 26, &power);
+    BVNumber::pow2(uint64_t{1} << 26, &power);
     EXPECT_GT(bytes_held, (1 << 23) - most_kept);
     EXPECT_LT(bytes_held, (1 << 23) + most_kept);
   }

@@ -13,7 +13,7 @@ namespace {
 
 TEST(TableRoom, ATableThatLostNearlyAllIsReplaced) {
   hsh::HashMap<uint64_t, uint64_t> map;
-  for (uint64_t i = 0; i < 10000; i++) map.insert({i, 2 * i});
+  for (uint64_t i = 0; i < 10000; ++i) map.insert({i, 2 * i});
   map.erase_if([](const auto& entry) { return entry.first % 1000 != 0; });
   EXPECT_EQ(map.num_buckets(), 21013U);
   give_back_room(map);
@@ -27,7 +27,7 @@ TEST(TableRoom, ATableThatLostNearlyAllIsReplaced) {
 
 TEST(TableRoom, ATableWithAnEighthOfItsBucketsTakenStays) {
   hsh::HashSet<uint64_t> set;
-  for (uint64_t i = 0; i < 10000; i++) set.insert(i);
+  for (uint64_t i = 0; i < 10000; ++i) set.insert(i);
   set.erase_if([](uint64_t i) { return i >= 21013 / 8; });
   give_back_room(set);
   EXPECT_EQ(set.num_buckets(), 21013U);
@@ -39,7 +39,7 @@ TEST(TableRoom, ATableWithAnEighthOfItsBucketsTakenStays) {
 
 TEST(TableRoom, SmallTablesStay) {
   hsh::HashSet<uint64_t> set;
-  for (uint64_t i = 0; i < 700; i++) set.insert(i);
+  for (uint64_t i = 0; i < 700; ++i) set.insert(i);
   EXPECT_EQ(set.num_buckets(), 1291U);
   set.erase_if([](uint64_t) { return true; });
   give_back_room(set);
@@ -48,13 +48,13 @@ TEST(TableRoom, SmallTablesStay) {
 
 TEST(TableRoom, AGuardedTableIsReplacedWithItsIndex) {
   hsh::GuardedMap<uint64_t, uint64_t> map;
-  for (uint64_t i = 0; i < 10000; i++) map.insert({i * 21013, i});
+  for (uint64_t i = 0; i < 10000; ++i) map.insert({i * 21013, i});
   EXPECT_TRUE(map.is_indexed());
   map.erase_if([](const auto& entry) { return entry.second >= 5; });
   give_back_room(map);
   EXPECT_FALSE(map.is_indexed());
   EXPECT_EQ(map.num_buckets(), 31U);
-  for (uint64_t i = 0; i < 5; i++) EXPECT_EQ(map.find(i * 21013)->second, i);
+  for (uint64_t i = 0; i < 5; ++i) EXPECT_EQ(map.find(i * 21013)->second, i);
 }
 
 TEST(TableRoom, VectorsGiveBackWhatTheyNoLongerNeed) {

@@ -250,7 +250,7 @@ TEST_F(Command, PrintsTheExamplesAsAFixedPoint) {
   for (const auto& entry :
        std::filesystem::directory_iterator(QUILL_SOURCE_DIR "/examples/benchmarks")) {
     if (entry.path().extension() != ".smt2") continue;
-    files++;
+    ++files;
     run("print '" + entry.path().string() + "'");
     EXPECT_EQ(status, 0) << entry.path();
     EXPECT_NE(output.find("(check-sat)"), std::string::npos) << entry.path();

@@ -70,8 +70,8 @@ const std::vector<Kind> kinds = {
 
 std::string script(const Kind& kind, const Piece& piece) {
   std::string text = kind.beginning;
-  for (size_t i = 0; i < pieces; i++) {
-    for (const char* c = kind.command; *c != '\0'; c++) {
+  for (size_t i = 0; i < pieces; ++i) {
+    for (const char* c = kind.command; *c != '\0'; ++c) {
       if (*c == '$') {
         text += piece(i);
       } else {

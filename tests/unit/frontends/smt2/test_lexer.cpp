@@ -14,7 +14,7 @@ std::vector<std::pair<TokenKind, std::string>> tokens_of(const std::string& text
   std::istringstream input(text);
   Lexer lexer(input);
   std::vector<std::pair<TokenKind, std::string>> tokens;
-  for (lexer.next(); lexer.token.kind != TokenKind::END; lexer.next()) {
+  for (lexer.next(); lexer.token.kind != TokenKind::End; lexer.next()) {
     tokens.emplace_back(lexer.token.kind, lexer.token.text);
   }
   return tokens;
@@ -32,15 +32,15 @@ std::string error_of(const std::string& text) {
 using Tokens = std::vector<std::pair<TokenKind, std::string>>;
 
 TEST(Lexer, SplitsACommand) {
-  EXPECT_EQ(tokens_of("(push 1)"), (Tokens{{TokenKind::OPEN, ""},
-                                           {TokenKind::SYMBOL, "push"},
-                                           {TokenKind::NUMERAL, "1"},
-                                           {TokenKind::CLOSE, ""}}));
+  EXPECT_EQ(tokens_of("(push 1)"), (Tokens{{TokenKind::Open, ""},
+                                           {TokenKind::Symbol, "push"},
+                                           {TokenKind::Numeral, "1"},
+                                           {TokenKind::Close, ""}}));
 }
 
 TEST(Lexer, PassesOverAByteOrderMarkAtTheStart) {
   const std::string mark = "\xEF\xBB\xBF";
-  EXPECT_EQ(tokens_of(mark + "a"), (Tokens{{TokenKind::SYMBOL, "a"}}));
+  EXPECT_EQ(tokens_of(mark + "a"), (Tokens{{TokenKind::Symbol, "a"}}));
   EXPECT_EQ(tokens_of(mark), Tokens());
   EXPECT_EQ(error_of(mark + "'"),
             "1:1: an apostrophe stands outside of |quoted symbols| and strings");
@@ -55,20 +55,20 @@ TEST(Lexer, PassesOverAByteOrderMarkAtTheStart) {
 
 TEST(Lexer, ReadsEveryKindOfToken) {
   EXPECT_EQ(tokens_of("a |b c| :k 0 12 1.50 #b01 #xaF \"s\""),
-            (Tokens{{TokenKind::SYMBOL, "a"},
-                    {TokenKind::SYMBOL, "b c"},
-                    {TokenKind::KEYWORD, "k"},
-                    {TokenKind::NUMERAL, "0"},
-                    {TokenKind::NUMERAL, "12"},
-                    {TokenKind::DECIMAL, "1.50"},
-                    {TokenKind::BINARY, "01"},
-                    {TokenKind::HEXADECIMAL, "aF"},
-                    {TokenKind::STRING, "s"}}));
+            (Tokens{{TokenKind::Symbol, "a"},
+                    {TokenKind::Symbol, "b c"},
+                    {TokenKind::Keyword, "k"},
+                    {TokenKind::Numeral, "0"},
+                    {TokenKind::Numeral, "12"},
+                    {TokenKind::Decimal, "1.50"},
+                    {TokenKind::Binary, "01"},
+                    {TokenKind::Hexadecimal, "aF"},
+                    {TokenKind::String, "s"}}));
 }
 
 TEST(Lexer, ReadsAllCharactersOfSimpleSymbols) {
   EXPECT_EQ(tokens_of("~!@$%^&*_-+=<>.?/aZ9"),
-            (Tokens{{TokenKind::SYMBOL, "~!@$%^&*_-+=<>.?/aZ9"}}));
+            (Tokens{{TokenKind::Symbol, "~!@$%^&*_-+=<>.?/aZ9"}}));
 }
 
 TEST(Lexer, TellsQuotedSymbolsFromSimpleOnes) {
@@ -82,15 +82,15 @@ TEST(Lexer, TellsQuotedSymbolsFromSimpleOnes) {
 }
 
 TEST(Lexer, KeepsNewlinesAndOtherBytesInQuotedSymbols) {
-  EXPECT_EQ(tokens_of("|a\n;\"(\xC3\xA4|"), (Tokens{{TokenKind::SYMBOL, "a\n;\"(\xC3\xA4"}}));
+  EXPECT_EQ(tokens_of("|a\n;\"(\xC3\xA4|"), (Tokens{{TokenKind::Symbol, "a\n;\"(\xC3\xA4"}}));
 }
 
 TEST(Lexer, ReadsTheEmptyQuotedSymbol) {
-  EXPECT_EQ(tokens_of("||"), (Tokens{{TokenKind::SYMBOL, ""}}));
+  EXPECT_EQ(tokens_of("||"), (Tokens{{TokenKind::Symbol, ""}}));
 }
 
 TEST(Lexer, ReadsADoubledQuoteAsOne) {
-  EXPECT_EQ(tokens_of("\"a\"\"b\""), (Tokens{{TokenKind::STRING, "a\"b"}}));
+  EXPECT_EQ(tokens_of("\"a\"\"b\""), (Tokens{{TokenKind::String, "a\"b"}}));
 }
 
 TEST(Lexer, SpellsAStringAsItStood) {
@@ -102,7 +102,7 @@ TEST(Lexer, SpellsAStringAsItStood) {
 
 TEST(Lexer, SkipsComments) {
   EXPECT_EQ(tokens_of("a ; b ( \" |\n c ;"),
-            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::SYMBOL, "c"}}));
+            (Tokens{{TokenKind::Symbol, "a"}, {TokenKind::Symbol, "c"}}));
 }
 
 TEST(Lexer, CountsLinesAndColumnsFromOne) {
@@ -131,7 +131,7 @@ TEST(Lexer, KnowsWhereThePreviousTokenEnded) {
 TEST(Lexer, ReadsTokensLongerThanABlock) {
   const std::string numeral(200000, '7');
   EXPECT_EQ(tokens_of("a " + numeral),
-            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::NUMERAL, numeral}}));
+            (Tokens{{TokenKind::Symbol, "a"}, {TokenKind::Numeral, numeral}}));
 }
 
 // The input is read in blocks of 65536 bytes; each byte of the text comes first in one once.
@@ -160,14 +160,14 @@ TEST(Lexer, CountsColumnsAcrossTheEdgesOfBlocks) {
 
 TEST(Lexer, ReadsCommentsLongerThanABlock) {
   EXPECT_EQ(tokens_of("a;" + std::string(200000, 'x') + "\nb"),
-            (Tokens{{TokenKind::SYMBOL, "a"}, {TokenKind::SYMBOL, "b"}}));
+            (Tokens{{TokenKind::Symbol, "a"}, {TokenKind::Symbol, "b"}}));
 }
 
 TEST(Lexer, EndsForEver) {
   std::istringstream input("a");
   Lexer lexer(input);
   for (int i = 0; i < 3; ++i) lexer.next();
-  EXPECT_EQ(lexer.token.kind, TokenKind::END);
+  EXPECT_EQ(lexer.token.kind, TokenKind::End);
 }
 
 struct Fault {
@@ -242,7 +242,7 @@ std::string error_of_check(const std::string& text, const Check& check) {
 }
 
 TEST(Lexer, TellsWhatIsExpected) {
-  const auto expect_string = [](Lexer& lexer) { lexer.expect(TokenKind::STRING, "a string is"); };
+  const auto expect_string = [](Lexer& lexer) { lexer.expect(TokenKind::String, "a string is"); };
   EXPECT_EQ(error_of_check(" \"x\"", expect_string), "");
   EXPECT_EQ(error_of_check(" x", expect_string), "1:2: a string is expected, not 'x'");
   EXPECT_EQ(error_of_check("\n)", expect_string), "2:1: a string is expected, not ')'");

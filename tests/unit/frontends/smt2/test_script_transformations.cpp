@@ -167,16 +167,16 @@ TEST_F(OnBenchmarks, SubstitutionByFreshNamesAndBackGivesTheSameTerms) {
     }
     substitute(manager, script, there);
     bool changed = false;
-    for (size_t i = 0; i < script.commands.size(); i++) {
-      for (size_t k = 0; k < script.commands[i].terms.size(); k++) {
+    for (size_t i = 0; i < script.commands.size(); ++i) {
+      for (size_t k = 0; k < script.commands[i].terms.size(); ++k) {
         changed |=
             script.commands[i].terms[k].value.term != original.commands[i].terms[k].value.term;
       }
     }
     files_changed += changed;
     substitute(manager, script, back);
-    for (size_t i = 0; i < script.commands.size(); i++) {
-      for (size_t k = 0; k < script.commands[i].terms.size(); k++) {
+    for (size_t i = 0; i < script.commands.size(); ++i) {
+      for (size_t k = 0; k < script.commands[i].terms.size(); ++k) {
         EXPECT_EQ(script.commands[i].terms[k].value.term, original.commands[i].terms[k].value.term)
             << file;
       }

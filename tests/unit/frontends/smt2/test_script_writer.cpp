@@ -168,7 +168,7 @@ TEST(ScriptWriter, PrintsWhatReadsBackToTheSameTerms) {
 
 // A script whose terms were not read, but made by somebody who gives any tag to any symbol.
 TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
-  for (int tag = 0; tag <= SymbolTag::INT_TO_BV; tag++) {
+  for (int tag = 0; tag <= SymbolTag::INT_TO_BV; ++tag) {
     TermManager m;
     Script script;
     Command logic;
@@ -191,7 +191,7 @@ TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
          {i, constant("x", m.get_rat_type()), constant("b", bits), constant("f", single)}) {
       const DataType* argument = operand->symbol->type;
       for (const DataType* result : {m.get_bool_type(), int_type, m.get_rat_type(), bits, single}) {
-        for (size_t arity = 0; arity <= 4; arity++) {
+        for (size_t arity = 0; arity <= 4; ++arity) {
           const std::vector<const DataType*> arguments(arity, argument);
           const DataType* type = arity == 0 ? result : m.get_function_type(arguments, result);
           const Symbol* s = m.add_interpreted_symbol("op", type, static_cast<SymbolTag::tag>(tag));
@@ -218,7 +218,7 @@ TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
       const std::string text = output.str();
       EXPECT_EQ(text.substr(text.size() - 3), "))\n");
       EXPECT_GE(std::count(text.begin(), text.end(), '\n'),
-                static_cast<std::ptrdiff_t>(script.commands.size()));
+                static_cast<ptrdiff_t>(script.commands.size()));
     }
   }
 }

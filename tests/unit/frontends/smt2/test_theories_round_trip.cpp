@@ -29,7 +29,7 @@ class RandomTerms {
     std::vector<const DataType*> types = terms.types();
     types.push_back(m.get_bool_type());
     types.push_back(m.get_int_type());
-    for (size_t i = 0; i < types.size(); i++) {
+    for (size_t i = 0; i < types.size(); ++i) {
       for (const char* name : {"x", "y"}) {
         add(m.make_constant(m.make_symbol(name + std::to_string(i), types[i])));
       }
@@ -65,26 +65,26 @@ std::string text_of(TermManager& m, const Term_* t, Configuration::Dialect diale
 
 TEST(TheoriesRoundTrip, ExtendedTextReadsAsTheSameTerm) {
   std::set<SymbolTag::tag> tags;
-  for (uint32_t seed = 0; seed < 40; seed++) {
+  for (uint32_t seed = 0; seed < 40; ++seed) {
     TermManager manager;
     RandomTerms terms(manager, seed);
-    for (int n = 0; n < 100; n++) {
+    for (int n = 0; n < 100; ++n) {
       const Term_* t = terms.make();
       tags.insert(manager.get_tag(t->symbol));
       const std::string text = text_of(manager, t, Configuration::Dialect::Extensions);
       ASSERT_EQ(read_term(text, manager), t) << "seed " << seed << ": " << text;
     }
   }
-  for (int tag = SymbolTag::BV_CONCAT; tag <= SymbolTag::INT_TO_BV; tag++) {
+  for (int tag = SymbolTag::BV_CONCAT; tag <= SymbolTag::INT_TO_BV; ++tag) {
     EXPECT_EQ(tags.count(static_cast<SymbolTag::tag>(tag)), 1U) << tag;
   }
 }
 
 TEST(TheoriesRoundTrip, StandardTextIsAFixedPoint) {
-  for (uint32_t seed = 0; seed < 20; seed++) {
+  for (uint32_t seed = 0; seed < 20; ++seed) {
     TermManager manager;
     RandomTerms terms(manager, seed);
-    for (int n = 0; n < 100; n++) {
+    for (int n = 0; n < 100; ++n) {
       const Term_* t = terms.make();
       const std::string text = text_of(manager, t, Configuration::Dialect::Standard);
       if (text.find("quill!ieee_bits_") != std::string::npos) continue;

@@ -392,7 +392,7 @@ Model::Outcome Model::call(const Operator& op, const Request& request,
     const size_t made_before = made.size();
     name = request_symbol(op, request, type_argument, t);
     const Symbol& s = made.at(name);
-    for (size_t i = 0; checks && i < t.size(); i++) {
+    for (size_t i = 0; checks && i < t.size(); ++i) {
       const bool fits = t[i].type == s.args[i] || (t[i].type == "Int" && s.args[i] == "Real");
       if (fits) continue;
       const Refusal refusal{"type error. term " + t[i].shallow + " has type " + t[i].type +

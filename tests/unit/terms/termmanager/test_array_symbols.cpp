@@ -40,13 +40,13 @@ TEST_F(ArraySymbolsTest, FindsThePairThatWasEntered) {
 }
 
 TEST_F(ArraySymbolsTest, AnErasedTypeTakesItsPairsAlong) {
-  for (size_t i = 0; i < 5; i++) {
-    for (size_t e = 0; e < 5; e++) family.insert({type(i), type(e)}, symbol(5 * i + e));
+  for (size_t i = 0; i < 5; ++i) {
+    for (size_t e = 0; e < 5; ++e) family.insert({type(i), type(e)}, symbol(5 * i + e));
   }
   family.erase_type(type(3));
   EXPECT_TRUE(family.is_consistent());
-  for (size_t i = 0; i < 5; i++) {
-    for (size_t e = 0; e < 5; e++) {
+  for (size_t i = 0; i < 5; ++i) {
+    for (size_t e = 0; e < 5; ++e) {
       const Symbol* left = i == 3 || e == 3 ? nullptr : symbol(5 * i + e);
       EXPECT_EQ(family.find({type(i), type(e)}), left);
     }
@@ -74,15 +74,15 @@ TEST_F(ArraySymbolsTest, SymbolsThatAreNotKeptAreTakenOut) {
 
 // Both maps grow at the same entry in one round, and one of them in others.
 TEST_F(ArraySymbolsTest, InsertionIsAllOrNothing) {
-  for (size_t i = 0; i < 100; i++) symbol(i), type(i);
+  for (size_t i = 0; i < 100; ++i) symbol(i), type(i);
   for (const size_t pairs : std::vector<size_t>{0, 11, 12, 22, 23}) {
     for (const bool same : {true, false}) {
       ArraySymbols own;
-      for (size_t i = 0; i < pairs; i++) own.insert({type(i), type(i + 1)}, symbol(i));
+      for (size_t i = 0; i < pairs; ++i) own.insert({type(i), type(i + 1)}, symbol(i));
       const ArraySymbols::Types added{type(98), same ? type(98) : type(99)};
       const Symbol* s = symbol(98);
       bool finished = false;
-      for (long k = 0; !finished; k++) {
+      for (long k = 0; !finished; ++k) {
         ASSERT_LT(k, 10);
         try {
           const testing::FailingAllocation after(k);

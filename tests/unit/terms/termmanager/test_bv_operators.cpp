@@ -260,18 +260,18 @@ TEST_F(BvOperators, GeneralMakerThatRunsOutOfMemoryFillsNeitherMap) {
   BySymbol by_symbol;
   ByWidth by_width;
   long failures = 0;
-  for (size_t w = 1; w <= 100; w++) {
+  for (size_t w = 1; w <= 100; ++w) {
     const auto make = [&] {
       return m.make_bv_symbol("mine", SymbolTag::BV_XOR, w, 2, by_symbol, by_width, nullptr);
     };
-    for (long k = 0;; k++) {
+    for (long k = 0;; ++k) {
       const size_t before = m.get_signature()->size();
       try {
         const testing::FailingAllocation after(k);
         make();
         break;
       } catch (const std::bad_alloc&) {
-        failures++;
+        ++failures;
       }
       EXPECT_EQ(by_width.find(w), by_width.end());
       EXPECT_EQ(m.get_signature()->size(), before);
@@ -286,8 +286,8 @@ TEST_F(BvOperators, GeneralMakerThatRunsOutOfMemoryFillsNeitherMap) {
 }
 
 TEST_F(BvOperators, ManyWidthsKeepTheirSymbols) {
-  for (size_t w = 1; w <= 500; w++) m.make_bv_mul_symbol(w);
-  for (size_t w = 1; w <= 500; w++) {
+  for (size_t w = 1; w <= 500; ++w) m.make_bv_mul_symbol(w);
+  for (size_t w = 1; w <= 500; ++w) {
     const Symbol* s = m.make_bv_mul_symbol(w);
     size_t width = 0;
     ASSERT_TRUE(m.is_bv_mul(s, &width));
@@ -316,7 +316,7 @@ TEST_F(BvOperators, AnOperandOfAHandBuiltTypeIsTakenOnceItsWidthIsKnown) {
   const Term_* x = constant("x", m.get_compound_type({head, eight}));
   const std::string refused =
       "type error. term x has type (BitVec 8), but (BitVec 0) was expected. (";
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     for (const Unary builder : unary) {
       EXPECT_EQ(error_of([&] { (m.*builder)(x); }).substr(0, refused.size()), refused);
     }

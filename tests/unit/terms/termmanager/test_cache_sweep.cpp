@@ -46,10 +46,10 @@ TEST(CacheSweep, AMapIsSweptByItsKeysOrByItsValues) {
 
 // Every subset of a chain can be the one that goes.
 TEST(CacheSweep, AnySubsetOfAChainCanGo) {
-  for (unsigned mask = 0; mask < 32; mask++) {
+  for (unsigned mask = 0; mask < 32; ++mask) {
     hsh::HashSet<uint64_t> set;
     std::set<uint64_t> expected;
-    for (unsigned i = 0; i < 5; i++) {
+    for (unsigned i = 0; i < 5; ++i) {
       set.insert(chained[i]);
       if ((mask >> i & 1) != 0) expected.insert(chained[i]);
     }
@@ -68,7 +68,7 @@ TEST(CacheSweep, ErasingReadsNoKey) {
   hsh::HashMap<const uint64_t*, int, Unreadable, Unreadable> map;
   {
     uint64_t keys[40];
-    for (int i = 0; i < 40; i++) {
+    for (int i = 0; i < 40; ++i) {
       keys[i] = static_cast<uint64_t>(i);
       map.insert({&keys[i], i});
     }

@@ -185,13 +185,13 @@ class RoundsOfCalls {
     round = number;
     log = {"not reached", "not reached", "not reached"};
     for (Terms& t : operands) t.clear();
-    for (size_t level = 0; level < 2; level++) {
+    for (size_t level = 0; level < 2; ++level) {
       const std::string tail = std::to_string(round) + "_" + std::to_string(level);
       const DataType* own = m.get_simple_type("T" + tail, false);
       const DataType* array = m.get_array_type(m.get_int_type(), own);
       const std::array<const DataType*, 6> types = {
           m.get_int_type(), m.get_int_type(), own, own, m.get_bool_type(), array};
-      for (size_t i = 0; i < types.size(); i++) {
+      for (size_t i = 0; i < types.size(); ++i) {
         operands[level].push_back(
             m.make_constant(m.make_symbol("c" + std::to_string(i) + "_" + tail, types[i])));
       }
@@ -253,7 +253,7 @@ TEST_P(CallsFromCallbacks, ComeToTheSameAsCallsOneAfterTheOther) {
   RoundsOfCalls nested(outer, inner, true);
   RoundsOfCalls flat(outer, inner, false);
   const std::vector<MemberCall>& calls = testing::member_calls();
-  for (size_t i = 0; i < calls.size(); i++) {
+  for (size_t i = 0; i < calls.size(); ++i) {
     ASSERT_EQ(nested.make(calls[i], i), flat.make(calls[i], i))
         << calls[i].member << ", call " << i;
     if (i % 150 != 149 && i + 1 != calls.size()) continue;
@@ -289,14 +289,14 @@ std::multiset<std::string> public_members() {
   std::multiset<std::string> names;
   std::string declaration;
   int depth = 0;  // of braces
-  for (size_t i = begin; i < end; i++) {
+  for (size_t i = begin; i < end; ++i) {
     const char c = header[i];
     if (c == '/' && header[i + 1] == '/') {
       i = header.find('\n', i);
     } else if (c == '{') {
-      depth++;
+      ++depth;
     } else if (c == '}') {
-      depth--;
+      --depth;
     }
     if (depth > 0) continue;
     if (c != ';' && c != '}') {
@@ -330,7 +330,7 @@ TEST(MemberCalls, AreThereForEachPublicMember) {
   for (const std::string& name : declared) {
     const size_t count = declared.count(name);
     expected.insert(name);
-    for (size_t i = 2; i <= count; i++) expected.insert(name + " " + std::to_string(i));
+    for (size_t i = 2; i <= count; ++i) expected.insert(name + " " + std::to_string(i));
   }
   std::set<std::string> called;
   for (const MemberCall& call : testing::member_calls()) called.insert(call.member);

@@ -43,7 +43,7 @@ std::string ordinary_name(size_t i) { return "an_ordinary_name_" + std::to_strin
 // The string hash of the tables gives one value to all of these: 5 * 'a' + 'a' is 5 * 'b' + '\\'.
 std::string name_for_tables(size_t i) {
   std::string name;
-  for (size_t bit = 0; bit < 15; bit++) name += (i >> bit & 1) != 0 ? "b\\" : "aa";
+  for (size_t bit = 0; bit < 15; ++bit) name += (i >> bit & 1) != 0 ? "b\\" : "aa";
   return name;
 }
 
@@ -51,7 +51,7 @@ std::string name_for_tables(size_t i) {
 uint64_t colliding_bv_value(size_t i) {
   static const std::vector<uint64_t> values = [] {
     std::vector<uint64_t> found;
-    for (uint64_t value = 0; found.size() < requests; value++) {
+    for (uint64_t value = 0; found.size() < requests; ++value) {
       const std::string name = std::to_string(value) + "_32";
       if (InternIndex::fold(NameHash()(name)) % 65536 < 1024) found.push_back(value);
     }
@@ -140,8 +140,8 @@ uint64_t entries_for(const Request& request) {
   request(m, 0);  // what the helpers above make up is made up once
   const uint64_t before = entries_looked_at();
   std::vector<const void*> given;
-  for (size_t i = 0; i < requests; i++) given.push_back(request(m, i));
-  for (size_t i = 0; i < requests; i++) EXPECT_EQ(request(m, i), given[i]);
+  for (size_t i = 0; i < requests; ++i) given.push_back(request(m, i));
+  for (size_t i = 0; i < requests; ++i) EXPECT_EQ(request(m, i), given[i]);
   m.gc({}, {}, {});
   for (size_t i = 0; i < requests; i += 2) request(m, i);
   const uint64_t entries = entries_looked_at() - before;

@@ -27,7 +27,7 @@ class Recording : public TermManager {
   const Term_* make_term(const Symbol* s, const Terms& args) override {
     requests += std::string(requests.empty() ? "" : " ") + s->name;
     if (requests_until_failure == 0) throw std::runtime_error("make_term");
-    requests_until_failure--;
+    --requests_until_failure;
     return TermManager::make_term(s, args);
   }
 
@@ -472,7 +472,7 @@ TEST_F(Copying, TheMarksOfTheManagerAreKeptFromCallToCall) {
   const Term_* t = f(g(x), y);
   const auto allocations = [&](const std::function<void()>& copy) {
     copy();
-    for (long k = 0;; k++) {
+    for (long k = 0;; ++k) {
       const testing::FailingAllocation after(k);
       try {
         copy();
@@ -626,7 +626,7 @@ TEST_F(Copying, CopiesBeforeAFailureHaveBeenAppended) {
 TEST_F(Copying, AfterAFailureAtAnyRequestTheMarksAreClear) {
   const Term_* t = f(f(g(x), y), f(g(y), g(x)));
   for (const bool several : {false, true}) {
-    for (int k = 0; k < 8; k++) {
+    for (int k = 0; k < 8; ++k) {
       Recording c;
       const Term_* cx = constant(c, "x", c.get_int_type());
       c.requests_until_failure = k;
@@ -669,7 +669,7 @@ TEST_F(Copying, AfterAFailedAllocationTheCopyCanBeRepeated) {
   TermManager unharmed;
   unharmed.copy_terms(a, roots, expected, true);
   size_t failures = 0;
-  for (long k = 0;; k++) {
+  for (long k = 0;; ++k) {
     TermManager c;
     Terms out;
     bool failed = false;
@@ -683,12 +683,12 @@ TEST_F(Copying, AfterAFailedAllocationTheCopyCanBeRepeated) {
     }
     EXPECT_EQ(sizes(a), source);
     if (!failed) break;
-    failures++;
+    ++failures;
     EXPECT_EQ(c.check_consistency(), "") << k;
     out.clear();
     c.copy_terms(a, roots, out, true);
     ASSERT_EQ(out.size(), 2U);
-    for (size_t n = 0; n < 2; n++) {
+    for (size_t n = 0; n < 2; ++n) {
       ASSERT_EQ(out[n]->to_str(), expected[n]->to_str()) << k;
       EXPECT_EQ(out[n]->id, expected[n]->id) << k;
     }

@@ -195,7 +195,7 @@ TEST(CopyingFamilies, TheTableHasEveryFamilyOnce) {
   const std::vector<Family> families = all_families();
   EXPECT_EQ(families.size(), 59U);
   EXPECT_EQ(families.size(), num_operator_families);
-  for (size_t i = 0; i < families.size(); i++) {
+  for (size_t i = 0; i < families.size(); ++i) {
     EXPECT_EQ(families[i].tag, static_cast<int>(i) + SymbolTag::INT_MODULAR_CONGRUENCE);
     EXPECT_GE(families[i].members.size(), 3U);
   }
@@ -222,7 +222,7 @@ TEST(CopyingFamilies, ASymbolIsCopiedAsItsMakerMakesIt) {
       // A copy of the copy shows that the copy is recognised.
       c.copy_symbols(b, {copies[0]}, copies);
       TermManager* const owners[] = {&b, &c};
-      for (size_t i = 0; i < 2; i++) {
+      for (size_t i = 0; i < 2; ++i) {
         TermManager& m = *owners[i];
         const Symbol* copy = copies[i];
         EXPECT_STREQ(copy->name, expected->name);
@@ -329,7 +329,7 @@ class RandomTerms {
   const Term_* application() {
     const Symbol* s = symbols[below(symbols.size())];
     Terms args;
-    for (uint64_t i = 0; i < s->arity; i++) {
+    for (uint64_t i = 0; i < s->arity; ++i) {
       const DataType* type = s->type->get_component(i + 1);
       std::vector<const Term_*>& fitting = pool[type->to_str()];
       if (fitting.empty() || below(20) == 0) {
@@ -368,7 +368,7 @@ void expect_same_graph(const TermManager& a, const Term_* s, const TermManager& 
     QNumber of_right;
     ASSERT_EQ(a.is_number(left->symbol, &of_left), b.is_number(right->symbol, &of_right));
     ASSERT_EQ(of_left, of_right);
-    for (uint64_t i = 0; i < left->symbol->arity; i++) {
+    for (uint64_t i = 0; i < left->symbol->arity; ++i) {
       work.emplace_back(left->args[i], right->args[i]);
     }
   }
@@ -392,13 +392,13 @@ std::string printed(const Term_* t) {
 }
 
 TEST(CopyingFamilies, RandomTermsAreTheSameThereAndBack) {
-  for (uint32_t seed = 1; seed <= 5; seed++) {
+  for (uint32_t seed = 1; seed <= 5; ++seed) {
     SCOPED_TRACE(seed);
     TermManager a;
     RandomTerms build(a, seed);
     Terms roots;
     std::set<int> tags;
-    for (int i = 0; i < 3000; i++) {
+    for (int i = 0; i < 3000; ++i) {
       roots.push_back(build.next());
       tags.insert(a.get_tag(roots.back()->symbol));
     }
@@ -413,7 +413,7 @@ TEST(CopyingFamilies, RandomTermsAreTheSameThereAndBack) {
     ASSERT_EQ(all.size(), roots.size());
     const size_t terms = a.get_bank()->size();
     const size_t symbols = a.get_signature()->size();
-    for (size_t i = 0; i < roots.size(); i++) {
+    for (size_t i = 0; i < roots.size(); ++i) {
       if (i % 2 == 0) {
         ASSERT_EQ(a.copy_term(b, copies[i / 2]), roots[i]);
         ASSERT_EQ(c.copy_term(b, copies[i / 2]), all[i]);

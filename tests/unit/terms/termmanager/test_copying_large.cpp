@@ -23,7 +23,7 @@ const Term_* chain(TermManager& m, size_t length) {
   const DataType* integers = m.get_int_type();
   const Symbol* f = m.make_symbol("f", m.get_function_type({integers, integers}, integers));
   const Term_* t = m.make_constant(m.make_symbol("x", integers));
-  for (size_t i = 0; i < length; i++) t = m.make_uninterpreted_function(f, {t, t});
+  for (size_t i = 0; i < length; ++i) t = m.make_uninterpreted_function(f, {t, t});
   return t;
 }
 
@@ -37,7 +37,7 @@ TEST(CopyingLarge, AChainOfAMillionTerms) {
     size_t depth = 0;
     while (copy->symbol->arity == 2 && copy->args[0] == copy->args[1]) {
       copy = copy->args[0];
-      depth++;
+      ++depth;
     }
     EXPECT_EQ(depth, 1000000U);
     EXPECT_STREQ(copy->symbol->name, "x");
@@ -66,14 +66,14 @@ TEST(CopyingLarge, AChainWhoseRootsAreCopiedTogether) {
   for (const Term_* t = chain(a, 300); t->symbol->arity != 0; t = t->args[0]) roots.push_back(t);
   Terms copies;
   b.copy_terms(a, roots, copies, /*use_manager_marks=*/true);
-  for (size_t i = 0; i + 1 < copies.size(); i++) EXPECT_EQ(copies[i]->args[1], copies[i + 1]);
+  for (size_t i = 0; i + 1 < copies.size(); ++i) EXPECT_EQ(copies[i]->args[1], copies[i + 1]);
 }
 
 TEST(CopyingLarge, ArraysOfArraysAHundredThousandDeep) {
   run_on_small_stack([] {
     const auto nest = [](TermManager& m, bool in_index) {
       const DataType* type = m.get_int_type();
-      for (int i = 0; i < 100000; i++) {
+      for (int i = 0; i < 100000; ++i) {
         type = in_index ? m.get_array_type(type, m.get_rat_type())
                         : m.get_array_type(m.get_rat_type(), type);
       }
@@ -92,7 +92,7 @@ TEST(CopyingLarge, SymbolsOverTypesAHundredThousandDeep) {
     TermManager a;
     TermManager b;
     const DataType* type = a.get_int_type();
-    for (int i = 0; i < 100000; i++) type = a.get_array_type(a.get_int_type(), type);
+    for (int i = 0; i < 100000; ++i) type = a.get_array_type(a.get_int_type(), type);
     const Term_* v = a.make_constant(a.make_symbol("v", type));
     const Term_* t = a.make_equal(a.make_array_read(v, a.make_number(0)),
                                   a.make_array_read(v, a.make_number(1)));
@@ -107,7 +107,7 @@ TEST(CopyingLarge, CompoundsAHundredThousandDeep) {
   run_on_small_stack([] {
     const auto nest = [](TermManager& m) {
       const DataType* type = m.get_int_type();
-      for (int i = 0; i < 100000; i++) type = m.get_compound_type({type, m.get_rat_type(), type});
+      for (int i = 0; i < 100000; ++i) type = m.get_compound_type({type, m.get_rat_type(), type});
       return type;
     };
     TermManager a;
@@ -122,7 +122,7 @@ TEST(CopyingLarge, AFunctionTypeOfAMillionComponents) {
   run_on_small_stack([] {
     const auto function_type = [](TermManager& m) {
       Types args;
-      for (size_t i = 0; i < 1000000; i++) args.push_back(m.get_bv_type(i % 1000));
+      for (size_t i = 0; i < 1000000; ++i) args.push_back(m.get_bv_type(i % 1000));
       return m.get_function_type(args, m.get_bool_type());
     };
     TermManager a;
@@ -141,7 +141,7 @@ TEST(CopyingLarge, ATermOfAMillionArguments) {
   const DataType* integers = a.get_int_type();
   const Symbol* f = a.make_symbol("f", a.get_function_type(Types(1000000, integers), integers));
   Terms args;
-  for (int i = 0; i < 1000000; i++) args.push_back(a.make_number(i % 1000));
+  for (int i = 0; i < 1000000; ++i) args.push_back(a.make_number(i % 1000));
   const Term_* t = a.make_uninterpreted_function(f, args);
   const Term_* copy = b.copy_term(a, t);
   EXPECT_EQ(copy->symbol->arity, 1000000U);
@@ -158,7 +158,7 @@ TEST(CopyingLarge, ThreadsCopyFromOneManager) {
   const Term_* x = a.make_constant(a.make_symbol("x", bytes));
   Terms roots;
   const Term_* index = x;
-  for (int i = 0; i < 2000; i++) {
+  for (int i = 0; i < 2000; ++i) {
     index = a.make_bv_add(index, a.make_bv_number(i % 256, 8));
     const Term_* element = a.make_fp_bits_number(i, 5, 10);
     v = a.make_array_write(v, index, element);
@@ -171,7 +171,7 @@ TEST(CopyingLarge, ThreadsCopyFromOneManager) {
   std::vector<TermManager> destinations(num_threads);
   std::vector<Terms> copies(num_threads);
   std::vector<std::thread> threads;
-  for (size_t n = 0; n < num_threads; n++) {
+  for (size_t n = 0; n < num_threads; ++n) {
     threads.emplace_back([&, n] {
       for (const Term_* t : roots) {
         if (t->id % 97 == 0) destinations[n].copy_term(a, t);
@@ -181,7 +181,7 @@ TEST(CopyingLarge, ThreadsCopyFromOneManager) {
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (size_t n = 0; n < num_threads; n++) {
+  for (size_t n = 0; n < num_threads; ++n) {
     EXPECT_EQ(a.copy_term(destinations[n], copies[n][0]), roots.back());
     EXPECT_EQ(a.copy_term(destinations[n], copies[n][1]), roots[7]);
     EXPECT_EQ(a.copy_term(destinations[n], copies[n][2]), roots[100]);

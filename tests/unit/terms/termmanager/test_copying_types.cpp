@@ -178,12 +178,12 @@ TEST_F(CopyingTypes, AFormatThatTheDestinationRefusesIsCopiedWithoutChecks) {
 TEST_F(CopyingTypes, ASharedGraphIsCopiedInItsOwnSize) {
   const auto nest = [](TermManager& m) {
     const DataType* type = m.get_int_type();
-    for (int level = 0; level < 40; level++) type = m.get_array_type(type, type);
+    for (int level = 0; level < 40; ++level) type = m.get_array_type(type, type);
     return type;
   };
   const auto nest_compounds = [](TermManager& m) {
     const DataType* type = m.get_int_type();
-    for (int level = 0; level < 40; level++) type = m.get_compound_type({type, type, type});
+    for (int level = 0; level < 40; ++level) type = m.get_compound_type({type, type, type});
     return type;
   };
   const DataType* arrays = nest(a);

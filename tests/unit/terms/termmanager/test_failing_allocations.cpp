@@ -209,19 +209,19 @@ std::string description(const TermManager& m, const Outcome& outcome, bool fresh
 // the next object of each kind makes its store grow.
 void fill_up(State& s) {
   const DataType* type = s.m.get_int_type();
-  for (int i = 0; s.m.get_bank()->size() < 64; i++) {
+  for (int i = 0; s.m.get_bank()->size() < 64; ++i) {
     s.m.make_constant(s.m.make_symbol("padding " + std::to_string(i), type));
   }
-  for (int i = 0; s.m.get_signature()->size() < 128; i++) {
+  for (int i = 0; s.m.get_signature()->size() < 128; ++i) {
     s.m.make_symbol("more padding " + std::to_string(i), type);
   }
-  for (int i = 0; s.m.get_universe()->size() < 65; i++) {
+  for (int i = 0; s.m.get_universe()->size() < 65; ++i) {
     s.m.get_simple_type("padding " + std::to_string(i), false);
   }
 }
 
 void run_until(State& s, size_t end, bool padded) {
-  for (size_t i = 0; i < end; i++) s.outcomes.push_back(script()[i].run(s));
+  for (size_t i = 0; i < end; ++i) s.outcomes.push_back(script()[i].run(s));
   if (padded) fill_up(s);
 }
 
@@ -245,7 +245,7 @@ struct Line {
 // Runs the rest of the script.
 std::vector<Line> finish(State& s, size_t begin) {
   std::vector<Line> lines;
-  for (size_t i = begin; i < script().size(); i++) {
+  for (size_t i = begin; i < script().size(); ++i) {
     const Call& call = script()[i];
     s.outcomes.push_back(call.run(s));
     lines.push_back({description(s.m, s.outcomes.back(), is_fresh(call)), Sizes(s.m)});
@@ -277,8 +277,8 @@ INSTANTIATE_TEST_SUITE_P(Stores, FailingAllocationsAt, ::testing::Bool(),
                          [](const auto& param) { return param.param ? "Full" : "WithRoom"; });
 
 TEST_P(FailingAllocationsAt, AFailedCallLeavesEverythingAsItWas) {
-  for (size_t victim = 0; victim < script().size(); victim++) {
-    for (long k = 0;; k++) {
+  for (size_t victim = 0; victim < script().size(); ++victim) {
+    for (long k = 0;; ++k) {
       State s;
       run_until(s, victim, GetParam());
       const testing::StateBefore before(s.m);
@@ -296,17 +296,17 @@ TEST_P(FailingAllocationsAt, AFailedCallLeavesEverythingAsItWas) {
 
 TEST_P(FailingAllocationsAt, AfterAFailureAllCallsGiveWhatTheyGiveOnAFreshManager) {
   size_t failures = 0;
-  for (size_t victim = 0; victim < script().size(); victim++) {
+  for (size_t victim = 0; victim < script().size(); ++victim) {
     State unharmed;
     run_until(unharmed, victim, GetParam());
     const std::vector<Line> expected = finish(unharmed, victim);
-    for (long k = 0;; k++) {
+    for (long k = 0;; ++k) {
       State s;
       run_until(s, victim, GetParam());
       if (!fail(s, victim, k)) break;
-      failures++;
+      ++failures;
       const std::vector<Line> actual = finish(s, victim);
-      for (size_t i = 0; i < expected.size(); i++) {
+      for (size_t i = 0; i < expected.size(); ++i) {
         ASSERT_EQ(actual[i].text, expected[i].text)
             << script()[victim + i].text << " after the failure of " << script()[victim].text
             << ", allocation " << k;

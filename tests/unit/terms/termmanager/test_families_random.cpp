@@ -128,7 +128,7 @@ class RandomCalls {
     EXPECT_EQ(m.get_signature()->size(), model.num_symbols) << op.operation;
     EXPECT_EQ(m.get_bank()->size(), model.num_terms) << op.operation;
     if (made != nullptr) {
-      for (size_t i = 0; i < args.size(); i++) EXPECT_EQ(made->args[i], args[i].real);
+      for (size_t i = 0; i < args.size(); ++i) EXPECT_EQ(made->args[i], args[i].real);
       keep(made, outcome, args);
     } else if (before.has_value()) {
       before->expect_unchanged(new_name.has_value() && makes_symbol_first(op), op.operation);
@@ -192,7 +192,7 @@ class RandomCalls {
   size_t below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(random); }
 
   void add(const DataType* type, const std::string& text) {
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
       const std::string name = "c" + std::to_string(pool.size());
       pool.push_back({m.make_constant(m.make_symbol(name, type)), text, name, true});
     }
@@ -232,7 +232,7 @@ class RandomCalls {
     }
     m.add_interpreted_symbol(bare.c_str(), type, SymbolTag::PLUS);
     model.take_name(*name, text);
-    names_taken++;
+    ++names_taken;
   }
 
   // The type of the call's symbol, if it follows from the operands alone.
@@ -292,7 +292,7 @@ class RandomCalls {
     m.make_symbol(name, type);
     model.take_name(name, text);
     numeral_names.push_back(name);
-    names_taken++;
+    ++names_taken;
   }
 
   void give_name_back() {
@@ -301,7 +301,7 @@ class RandomCalls {
     if (!model.is_taken(name)) return;
     m.free_symbol(m.get_signature()->get_symbol(name.c_str()));
     model.free_name(name);
-    names_given_back++;
+    ++names_given_back;
   }
 
   // What the call did if it did not run out of memory it does again when it is repeated.
@@ -311,7 +311,7 @@ class RandomCalls {
       const testing::FailingAllocation after(static_cast<long>(below(6)));
       op.call(m, request);
     } catch (const std::bad_alloc&) {
-      failures++;
+      ++failures;
       before.expect_unchanged(has_new_name && makes_symbol_first(op), op.operation);
     } catch (const Exception&) {
     }
@@ -329,7 +329,7 @@ class RandomCalls {
   // Mostly of this type, if one is found.
   ModelTerm of_type(const std::string& type) {
     if (below(8) == 0) return any();
-    for (int tries = 0; tries < 200; tries++) {
+    for (int tries = 0; tries < 200; ++tries) {
       const ModelTerm& t = any();
       if (t.type == type) return t;
     }
@@ -456,7 +456,7 @@ class RandomCalls {
 
 TEST(FamiliesRandom, CallsGiveWhatTheModelSays) {
   RandomCalls calls(20240611, Compare::Sizes);
-  for (int i = 0; i < 60000; i++) ASSERT_TRUE(calls.step()) << "call " << i;
+  for (int i = 0; i < 60000; ++i) ASSERT_TRUE(calls.step()) << "call " << i;
   EXPECT_EQ(calls.m.check_consistency(), "");
 
   // The calls were worth making: each builder was refused as well as granted, and terms were
@@ -478,9 +478,9 @@ TEST(FamiliesRandom, CallsGiveWhatTheModelSays) {
 TEST(FamiliesRandom, RefusedAndFailedCallsChangeNothing) {
   size_t clashes = 0;
   size_t failures = 0;
-  for (uint32_t seed = 1; seed <= 5; seed++) {
+  for (uint32_t seed = 1; seed <= 5; ++seed) {
     RandomCalls calls(seed, Compare::WholeState);
-    for (int i = 0; i < 300; i++) ASSERT_TRUE(calls.step()) << "seed " << seed << ", call " << i;
+    for (int i = 0; i < 300; ++i) ASSERT_TRUE(calls.step()) << "seed " << seed << ", call " << i;
     clashes += calls.clashes;
     failures += calls.failures;
   }
@@ -490,12 +490,12 @@ TEST(FamiliesRandom, RefusedAndFailedCallsChangeNothing) {
 
 TEST(FamiliesRandom, EverySymbolIsFoundByItsName) {
   RandomCalls calls(7, Compare::Sizes);
-  for (int i = 0; i < 20000; i++) ASSERT_TRUE(calls.step()) << "call " << i;
+  for (int i = 0; i < 20000; ++i) ASSERT_TRUE(calls.step()) << "call " << i;
   for (const auto& [name, symbol] : calls.model.operator_symbols()) {
     const Symbol* s = calls.m.get_signature()->get_symbol(("`" + name + "`").c_str());
     ASSERT_NE(s, nullptr) << name;
     EXPECT_EQ(s->arity, symbol.args.size()) << name;
-    for (size_t i = 0; i < symbol.args.size(); i++) {
+    for (size_t i = 0; i < symbol.args.size(); ++i) {
       EXPECT_EQ(s->type->get_component(i + 1)->to_str(), symbol.args[i]) << name;
     }
     EXPECT_EQ(s->get_output_type()->to_str(), symbol.result) << name;

@@ -159,7 +159,7 @@ TEST_F(FpConversions, FamiliesWithEqualNumbersAreApart) {
   const std::array symbols = {m.make_fp_from_sbv_symbol(8, 8, 8),
                               m.make_fp_from_ubv_symbol(8, 8, 8), m.make_fp_to_bv_symbol(8, 8, 8),
                               m.make_fp_cast_symbol(8, 8, 8, 8)};
-  for (size_t i = 0; i < symbols.size(); i++) {
+  for (size_t i = 0; i < symbols.size(); ++i) {
     EXPECT_EQ(m.is_fp_from_sbv(symbols[i], nullptr, nullptr, nullptr), i == 0);
     EXPECT_EQ(m.is_fp_from_ubv(symbols[i], nullptr, nullptr, nullptr), i == 1);
     EXPECT_EQ(m.is_fp_to_bv(symbols[i], nullptr, nullptr, nullptr), i == 2);

@@ -54,7 +54,7 @@ class FpNumbers : public ::testing::Test {
     const std::array modes = {m.make_fprounding_even(), m.make_fprounding_zero(),
                               m.make_fprounding_plus_inf(), m.make_fprounding_minus_inf()};
     std::array<std::string, 4> patterns;
-    for (size_t i = 0; i < 4; i++)
+    for (size_t i = 0; i < 4; ++i)
       patterns[i] = value_of(m.make_fp_rat_number(value, 8, 23, modes[i]));
     return patterns;
   }
@@ -317,7 +317,7 @@ TEST_F(FpNumbers, OtherSymbolsAreNoNumbers) {
 
 TEST_F(FpNumbers, FailedRequestMakesNoNumeral) {
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     TermManager fresh;
     const Term_* rounding = fresh.make_fprounding_even();
     const size_t symbols = fresh.get_signature()->size();
@@ -344,7 +344,7 @@ TEST_F(FpNumbers, ANumeralOfATooSmallFormatIsRefusedAlsoWhenItIsThere) {
   m.set_typecheck_enabled(false);
   const Term_* t = m.make_fp_bits_number(5, 1, 1);
   EXPECT_STREQ(t->symbol->name, "5_1_1");
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     m.set_typecheck_enabled(true);
     EXPECT_EQ(error_of([&] { m.make_fp_bits_number(5, 1, 1); }), too_small);
     m.set_typecheck_enabled(false);

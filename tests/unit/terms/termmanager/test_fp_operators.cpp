@@ -153,7 +153,7 @@ TEST_F(FpOperators, RoundingModesAreFourConstantsWithoutATag) {
                               m.get_fprounding_plus_inf(), m.get_fprounding_minus_inf()};
   const std::array names = {"`fprounding_even`", "`fprounding_zero`", "`fprounding_plus_inf`",
                             "`fprounding_minus_inf`"};
-  for (size_t i = 0; i < 4; i++) {
+  for (size_t i = 0; i < 4; ++i) {
     EXPECT_STREQ(symbols[i]->name, names[i]);
     EXPECT_EQ(m.get_tag(symbols[i]), 0);
     EXPECT_EQ(symbols[i]->type, m.get_fprounding_type());
@@ -193,7 +193,7 @@ TEST_F(FpOperators, KindOfTheGeneralMakerIsASetOfTwoBits) {
                             "(-> (FP |5:10|) (FP |5:10|) Bool)",
                             "(-> FPRounding (FP |5:10|) (FP |5:10|) (FP |5:10|))",
                             "(-> FPRounding (FP |5:10|) (FP |5:10|) Bool)"};
-  for (int kind = 0; kind < 4; kind++) {
+  for (int kind = 0; kind < 4; ++kind) {
     ByFormat by_format;
     BySymbol by_symbol;
     const std::string base = "mine" + std::to_string(kind);

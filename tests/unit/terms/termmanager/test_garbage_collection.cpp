@@ -40,7 +40,7 @@ class GarbageCollectionTest : public ::testing::Test {
   size_t num_symbols() const { return m.get_signature()->size(); }
   size_t num_types() const { return m.get_universe()->size(); }
   bool holds_type(const DataType* type) const {
-    for (size_t i = 0; i < num_types(); i++) {
+    for (size_t i = 0; i < num_types(); ++i) {
       if (m.get_universe()->type(i) == type) return true;
     }
     return false;
@@ -323,7 +323,7 @@ TEST_F(GarbageCollectionTest, WidthAndFormatTypesAreForgotten) {
   m.get_bv_type(8);
   m.get_fp_type(8, 23);
   collect({});
-  for (int i = 0; i < 20; i++) {
+  for (int i = 0; i < 20; ++i) {
     const DataType* s = m.get_simple_type("S" + std::to_string(i), false);
     EXPECT_EQ(m.get_width_from_type(s), 0U);
   }
@@ -349,7 +349,7 @@ TEST_F(GarbageCollectionTest, NewSymbolsAreNotTakenForFreedOnes) {
   m.make_number(QNumber(5));
   m.make_bv_number(QNumber(5), 8);
   collect({});
-  for (int i = 0; i < 200; i++) {
+  for (int i = 0; i < 200; ++i) {
     const Symbol* s = m.make_symbol("c" + std::to_string(i), m.get_int_type());
     EXPECT_EQ(m.get_tag(s), SymbolTag::NONE);
     EXPECT_FALSE(m.is_number(s, nullptr));
@@ -364,7 +364,7 @@ TEST_F(GarbageCollectionTest, NewSymbolsAreNotTakenForFreedOnes) {
 
 TEST_F(GarbageCollectionTest, NumeralsGoAndAreMadeAnew) {
   const QNumber big = QNumber::from_string("123456789012345678901234567890");
-  for (int round = 0; round < 3; round++) {
+  for (int round = 0; round < 3; ++round) {
     const Terms numerals = {m.make_number(QNumber(5)),  m.make_number(QNumber(1, 3)),
                             m.make_number(big),         m.make_bv_number(QNumber(5), 8),
                             m.make_bv_number(big, 100), m.make_fp_bits_number(QNumber(9), 5, 10),
@@ -376,7 +376,7 @@ TEST_F(GarbageCollectionTest, NumeralsGoAndAreMadeAnew) {
                                  "123456789012345678901234567890_100",
                                  "9_5_10",
                                  "31744_5_10"};
-    for (size_t i = 0; i < numerals.size(); i++) {
+    for (size_t i = 0; i < numerals.size(); ++i) {
       EXPECT_STREQ(numerals[i]->symbol->name, names[i]);
       EXPECT_TRUE(m.is_number(numerals[i]->symbol, nullptr));
       EXPECT_EQ(numerals[i]->id, standard_terms + i);
@@ -442,15 +442,15 @@ TEST_F(GarbageCollectionTest, AUsersSymbolThatBecameANumeralStaysOneWhileItLives
 }
 
 TEST_F(GarbageCollectionTest, ManyNumeralsComeAndGo) {
-  for (int round = 0; round < 3; round++) {
+  for (int round = 0; round < 3; ++round) {
     Terms kept;
-    for (int i = 0; i < 3000; i++) {
+    for (int i = 0; i < 3000; ++i) {
       const Term_* t = m.make_number(QNumber(i, 7));
       if (i % 100 == 0) kept.push_back(t);
     }
     collect(kept);
     ASSERT_EQ(num_terms(), standard_terms + 30);
-    for (size_t i = 0; i < kept.size(); i++) {
+    for (size_t i = 0; i < kept.size(); ++i) {
       ASSERT_EQ(m.make_number(QNumber(static_cast<int>(100 * i), 7)), kept[i]);
     }
   }
@@ -503,7 +503,7 @@ TEST_F(GarbageCollectionTest, AFreedTypeIsNotFreedAgain) {
 }
 
 TEST_F(GarbageCollectionTest, AFreedSuffixIsFoundAgain) {
-  for (int i = 0; i < 5; i++) m.make_unique_symbol("x", m.get_int_type());
+  for (int i = 0; i < 5; ++i) m.make_unique_symbol("x", m.get_int_type());
   collect({}, {named("x"), named("x_3")});
   EXPECT_STREQ(m.make_unique_symbol("x", m.get_int_type())->name, "x_0");
   EXPECT_STREQ(m.make_unique_symbol("x", m.get_int_type())->name, "x_1");
@@ -546,7 +546,7 @@ TEST_F(GarbageCollectionTest, TheGenerationCountsCollections) {
 
 TEST_F(GarbageCollectionTest, SurvivorsKeepTheirPlacesAndIdsAndFreedIdsComeBackInOrder) {
   Terms all;
-  for (int i = 0; i < 8; i++) all.push_back(int_constant("x" + std::to_string(i)));  // 2 ... 9
+  for (int i = 0; i < 8; ++i) all.push_back(int_constant("x" + std::to_string(i)));  // 2 ... 9
   collect({all[1], all[4], all[7]});
   EXPECT_EQ(ids(), Ids({0, 1, 3, 6, 9}));
   EXPECT_STREQ(all[4]->symbol->name, "x4");
@@ -569,7 +569,7 @@ TEST_F(GarbageCollectionTest, OtherWalksFindTheirMarksClear) {
 TEST_F(GarbageCollectionTest, TheStatisticsSayWhatWasFreed) {
   const DataType* s = m.get_simple_type("S", false);
   m.get_array_type(s, s);
-  for (int i = 0; i < 64 + 128; i++) int_constant("x" + std::to_string(i));
+  for (int i = 0; i < 64 + 128; ++i) int_constant("x" + std::to_string(i));
   const TermBank::MemoryUse before = m.get_bank()->memory_use();
   EXPECT_EQ(before.slab_bytes, 1024U + 2048 + 4096);  // 64, 128 and 256 nodes without arguments
   collect({});
@@ -593,7 +593,7 @@ TEST_F(GarbageCollectionTest, TermsAMillionDeepSurviveAndGo) {
   const Term_* x = int_constant("x");
   const Term_* t = x;
   const Term_* middle = nullptr;
-  for (int i = 0; i < 1000000; i++) {
+  for (int i = 0; i < 1000000; ++i) {
     t = m.make_uninterpreted_function(f, {t});
     if (i == 499999) middle = t;
   }
@@ -611,7 +611,7 @@ TEST_F(GarbageCollectionTest, TermsAMillionDeepSurviveAndGo) {
 
 TEST_F(GarbageCollectionTest, TypesAHundredThousandDeepSurviveAndGo) {
   const DataType* type = m.get_int_type();
-  for (int i = 0; i < 100000; i++) type = m.get_array_type(m.get_int_type(), type);
+  for (int i = 0; i < 100000; ++i) type = m.get_array_type(m.get_int_type(), type);
   const Symbol* s = m.make_symbol("deep", type);
   collect({}, {}, {type});
   EXPECT_EQ(num_types(), standard_types + 100000);
@@ -626,7 +626,7 @@ TEST_F(GarbageCollectionTest, TypesAHundredThousandDeepSurviveAndGo) {
 // 2^60 paths lead to the innermost type.
 TEST_F(GarbageCollectionTest, SharedComponentsOfATypeAreGoneIntoOnce) {
   const DataType* type = m.get_int_type();
-  for (int i = 0; i < 60; i++) type = m.get_array_type(type, type);
+  for (int i = 0; i < 60; ++i) type = m.get_array_type(type, type);
   collect({}, {}, {type});
   EXPECT_EQ(num_types(), standard_types + 60);
 }
@@ -634,7 +634,7 @@ TEST_F(GarbageCollectionTest, SharedComponentsOfATypeAreGoneIntoOnce) {
 // 2^60 paths lead to x.
 TEST_F(GarbageCollectionTest, SharedTermsAreWalkedOnce) {
   const Term_* t = int_constant("x");
-  for (int i = 0; i < 60; i++) t = m.make_plus(t, t);
+  for (int i = 0; i < 60; ++i) t = m.make_plus(t, t);
   collect({t, t->args[0]});
   EXPECT_EQ(num_terms(), standard_terms + 61);
 }
@@ -643,7 +643,7 @@ TEST_F(GarbageCollectionTest, TermsOfManyArgumentsSurviveAndGo) {
   const Symbol* wide =
       m.make_symbol("wide", m.get_function_type(Types(3000, m.get_int_type()), m.get_int_type()));
   Terms args;
-  for (int i = 0; i < 3000; i++) args.push_back(int_constant("x" + std::to_string(i)));
+  for (int i = 0; i < 3000; ++i) args.push_back(int_constant("x" + std::to_string(i)));
   const Term_* t = m.make_uninterpreted_function(wide, args);
   collect({t});
   EXPECT_EQ(num_terms(), standard_terms + 3001);
@@ -660,7 +660,7 @@ TEST_F(GarbageCollectionTest, ACollectionThatRunsOutOfMemoryChangesNothing) {
   const DataType* deep = m.get_array_type(m.get_array_type(s, s), m.get_bv_type(8));
   const Symbol* f = m.make_symbol("f", m.get_function_type({deep}, s));
   Terms roots;
-  for (int i = 0; i < 300; i++) {
+  for (int i = 0; i < 300; ++i) {
     const Term_* t = m.make_uninterpreted_function(f, {constant("x" + std::to_string(i), deep)});
     if (i % 2 == 0) roots.push_back(t);
     m.make_number(QNumber(i));
@@ -670,7 +670,7 @@ TEST_F(GarbageCollectionTest, ACollectionThatRunsOutOfMemoryChangesNothing) {
   const size_t symbols = num_symbols();
   const size_t types = num_types();
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     bool failed = false;
     {
       const testing::FailingAllocation after(k);

@@ -38,7 +38,7 @@ class Life {
 
   void round() {
     const size_t steps = 5 + below(15);
-    for (size_t i = 0; i < steps; i++) build();
+    for (size_t i = 0; i < steps; ++i) build();
     if (chance(3)) substitute();
     if (chance(2)) rebuild();
     if (chance(3)) collect();
@@ -335,7 +335,7 @@ class Life {
     const std::string head =
         recipe.arguments.empty() ? text : text.substr(1, head_length(text, recipe.arguments));
     make(head, arguments, recipe.make);
-    rebuilt++;
+    ++rebuilt;
     return live.at(text).term;
   }
   static size_t head_length(const std::string& text, const Texts& arguments) {
@@ -346,7 +346,7 @@ class Life {
 
   void rebuild() {
     if (recipes.empty()) return;
-    const auto it = std::next(recipes.begin(), static_cast<std::ptrdiff_t>(below(recipes.size())));
+    const auto it = std::next(recipes.begin(), static_cast<ptrdiff_t>(below(recipes.size())));
     build_again(it->first);
   }
 
@@ -379,7 +379,7 @@ class Life {
     const Term_* result = m.substitute(t, {from}, {to});
     enter(result, expected);
     EXPECT_EQ(text_of.at(result), expected);
-    substituted++;
+    ++substituted;
   }
 
   // Enters what a substitution made, whose ids must be the lowest free ones together.
@@ -409,7 +409,7 @@ class Life {
   void enter_below(const Term_* t, std::set<uint64_t>& ids) {
     if (text_of.count(t) != 0) return;
     Texts arguments;
-    for (uint64_t i = 0; i < t->symbol->arity; i++) {
+    for (uint64_t i = 0; i < t->symbol->arity; ++i) {
       enter_below(t->args[i], ids);
       arguments.push_back(text_of.at(t->args[i]));
     }
@@ -428,7 +428,7 @@ class Life {
   // The types that a type is made of, itself included.
   static void reach_types(const DataType* type, std::set<const DataType*>& reached) {
     reached.insert(type);
-    for (size_t i = 0; i < type->num_components(); i++) {
+    for (size_t i = 0; i < type->num_components(); ++i) {
       reach_types(type->get_component(i), reached);
     }
   }
@@ -463,7 +463,7 @@ class Life {
     for (const DataType* type : types) reach_types(type, kept_types);
     {
       const TermManager fresh;
-      for (size_t i = 0; i < fresh.get_signature()->size(); i++) {
+      for (size_t i = 0; i < fresh.get_signature()->size(); ++i) {
         const char* name = fresh.get_signature()->symbol(i)->name;
         keep_symbol(m.get_signature()->get_symbol(name));
       }
@@ -472,13 +472,13 @@ class Life {
 
     m.gc(roots, symbols, types);
     ASSERT_EQ(m.check_consistency(), "");
-    collections++;
+    ++collections;
     std::map<std::string, Known> survivors;
     for (const auto& [text, known] : live) {
       if (reached.count(text) != 0) {
         survivors.insert({text, known});
       } else {
-        collected++;
+        ++collected;
         text_of.erase(known.term);
       }
     }
@@ -515,7 +515,7 @@ class Life {
 
 TEST(GarbageCollectionRandom, WhatSurvivesIsWhatReachabilitySays) {
   Life life(20250101);
-  for (int round = 0; round < 2000; round++) {
+  for (int round = 0; round < 2000; ++round) {
     life.round();
     ASSERT_FALSE(::testing::Test::HasFailure()) << "round " << round;
   }

@@ -48,7 +48,7 @@ bool is_measurable() {
 // Something in each table of a manager.
 void fill(TermManager& m) {
   const DataType* bits = m.get_bv_type(64);
-  for (size_t i = 0; i < 12000; i++) {
+  for (size_t i = 0; i < 12000; ++i) {
     const std::string name = "name " + std::to_string(i);
     m.make_number(i);
     m.make_bv_number(i, 64);

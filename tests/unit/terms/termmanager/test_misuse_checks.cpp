@@ -570,7 +570,7 @@ TEST(MisuseDeathTest, AForeignOrFreedTermThatAnOverriddenMakeTermReturns) {
       [](TermManager& m, const Term_* p) { m.substitute(p, {m.make_true()}, {p}); },
       [&](TermManager& m, const Term_*) { m.copy_term(source, copied); },
   };
-  for (size_t i = 0; i < calls.size(); i++) {
+  for (size_t i = 0; i < calls.size(); ++i) {
     SCOPED_TRACE(i);
     Overriding m;
     const Term_* p = m.make_constant(m.make_symbol("p", m.get_bool_type()));

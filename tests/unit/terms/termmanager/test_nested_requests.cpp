@@ -19,10 +19,10 @@ class DecliningDelegate : public TermFactory {
  public:
   const Term_* make_term(const Symbol*, const std::vector<const Term_*>&) override {
     if (depth == most) return nullptr;
-    depth++;
+    ++depth;
     callback();
-    depth--;
-    calls++;
+    --depth;
+    ++calls;
     return nullptr;
   }
 
@@ -36,11 +36,11 @@ class DecliningDelegate : public TermFactory {
 class CallingManager : public TermManager {
  public:
   const Term_* make_term(const Symbol* s, const std::vector<const Term_*>& args) override {
-    calls++;
+    ++calls;
     if (depth < most) {
-      depth++;
+      ++depth;
       callback();
-      depth--;
+      --depth;
     }
     if (refuse) throw error("refused");
     const std::vector<const Term_*> own_args = args;
@@ -133,7 +133,7 @@ struct Constants {
 };
 
 std::string with_prefix(std::string text, char prefix) {
-  for (size_t at = 0; at < text.size(); at++) {
+  for (size_t at = 0; at < text.size(); ++at) {
     const bool starts = at == 0 || text[at - 1] == ' ' || text[at - 1] == '(';
     if (text[at] == 'P' && starts) text[at] = prefix;
   }

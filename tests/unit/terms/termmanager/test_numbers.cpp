@@ -15,7 +15,7 @@
 namespace quill {
 namespace {
 
-constexpr std::int64_t max_int64 = std::numeric_limits<std::int64_t>::max();
+constexpr int64_t max_int64 = std::numeric_limits<int64_t>::max();
 
 // An unnormalised number in the big form.
 QNumber big_pair(const char* n, const char* d) {
@@ -392,7 +392,7 @@ TEST_F(Numbers, ValueMayBeLeftOut) {
 
 TEST_F(Numbers, ValuesStayWhenManyNumeralsFollow) {
   const Term_* first = m.make_number(QNumber(1, 3));
-  for (int n = 0; n < 10000; n++) m.make_number(n);
+  for (int n = 0; n < 10000; ++n) m.make_number(n);
   EXPECT_EQ(value_of(first), "1/3");
   EXPECT_EQ(m.make_number(QNumber(1, 3)), first);
   EXPECT_EQ(value_of(m.make_number(1234)), "1234");
@@ -416,7 +416,7 @@ TEST_F(Numbers, ABitVectorOfTooManyBitsIsRefusedAlsoWhenItIsThere) {
   m.set_typecheck_enabled(false);
   const Term_* large = m.make_bv_number(256, 8);
   const Term_* negative = m.make_bv_number(-1, 8);
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     m.set_typecheck_enabled(true);
     EXPECT_EQ(error_of([&] { m.make_bv_number(-1, 8); }),
               "can't make a bv number from a negative number: -1");

@@ -31,7 +31,7 @@ class OperationCost : public ::testing::Test {
   const Term_* shared_graph(size_t count) {
     std::mt19937 random(1);
     Terms terms = {bits("x"), bits("y")};
-    for (size_t i = 0; i < count; i++) {
+    for (size_t i = 0; i < count; ++i) {
       terms.push_back(m.make_bv_add(terms.back(), terms[random() % terms.size()]));
     }
     return terms.back();
@@ -65,7 +65,7 @@ class RequestCount : public TermFactory {
   RequestCount& operator=(const RequestCount&) = delete;
 
   const Term_* make_term(const Symbol*, const Terms&) override {
-    requests++;
+    ++requests;
     return nullptr;
   }
 
@@ -149,7 +149,7 @@ TEST_F(OperationCost, ParametricOperatorsFindTheirTermsWithoutAnAllocation) {
       },
   };
   const Terms operands = {a, i, f, rm, array};
-  for (size_t k = 0; k < builders.size(); k++) {
+  for (size_t k = 0; k < builders.size(); ++k) {
     const Term_* first = builders[k](m, operands);
     const AllocationCount count;
     EXPECT_EQ(builders[k](m, operands), first);
@@ -227,9 +227,9 @@ TEST_F(OperationCost, CopyingThreeTermsAgainAllocatesLittleHoweverManyTermsThere
 template <class Make>
 size_t allocations_for_a_thousand(size_t before, Make make) {
   TermManager m;
-  for (size_t i = 0; i < before; i++) make(m, i);
+  for (size_t i = 0; i < before; ++i) make(m, i);
   const AllocationCount count;
-  for (size_t i = before; i < before + 1000; i++) make(m, i);
+  for (size_t i = before; i < before + 1000; ++i) make(m, i);
   return count.allocations();
 }
 

@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Operators, OperatorFamilyTable, ::testing::ValuesIn(tab
 
 TEST(OperatorFamilies, EveryTagFrom13To71HasOneRow) {
   ASSERT_EQ(table().size(), 59U);
-  for (size_t i = 0; i < 59; i++) EXPECT_EQ(table()[i].tag, static_cast<int>(13 + i));
+  for (size_t i = 0; i < 59; ++i) EXPECT_EQ(table()[i].tag, static_cast<int>(13 + i));
 }
 
 TEST(OperatorFamilies, AManagerStartsWithoutSymbolsOfFamilies) {
@@ -101,7 +101,7 @@ TEST_P(OperatorFamilyTable, BuilderAppliesTheSymbolToItsArguments) {
   const Term_* t = row.build(bench.m, args);
   EXPECT_EQ(t->symbol, row.make_symbol(bench.m));
   const size_t first = args.size() - row.arity;
-  for (size_t i = 0; i < row.arity; i++) EXPECT_EQ(t->args[i], args[first + i]);
+  for (size_t i = 0; i < row.arity; ++i) EXPECT_EQ(t->args[i], args[first + i]);
   EXPECT_EQ(t->type(), t->symbol->type->get_component(row.arity + 1));
 }
 
@@ -151,7 +151,7 @@ TEST_P(OperatorFamilyTable, EveryArgumentIsLookedAt) {
   const Row& row = GetParam();
   std::vector<bool> refused(row.args.size(), false);
   for (const Failure& failure : row.failures) {
-    for (size_t i = 0; i < row.args.size(); i++) {
+    for (size_t i = 0; i < row.args.size(); ++i) {
       if (failure.args[i] != row.args[i]) refused[i] = true;
     }
   }
@@ -200,10 +200,10 @@ TEST_P(OperatorFamilyTable, RecogniserFillsExactlyTheOutputsThatAreGiven) {
   TermManager m;
   const Symbol* s = row.make_symbol(m);
   ASSERT_EQ(row.recognise.outputs, row.outputs.size());
-  for (unsigned mask = 0; mask < 1U << row.outputs.size(); mask++) {
+  for (unsigned mask = 0; mask < 1U << row.outputs.size(); ++mask) {
     Names texts;
     EXPECT_TRUE(row.recognise.ask(m, s, mask, texts));
-    for (size_t i = 0; i < row.outputs.size(); i++) {
+    for (size_t i = 0; i < row.outputs.size(); ++i) {
       const bool asked = (mask >> i & 1U) != 0;
       EXPECT_EQ(texts[i], asked ? row.outputs[i] : not_asked) << "mask " << mask;
     }
@@ -211,10 +211,10 @@ TEST_P(OperatorFamilyTable, RecogniserFillsExactlyTheOutputsThatAreGiven) {
 }
 
 void expect_not_recognised(const TermManager& m, const Row& row, const Symbol* s) {
-  for (unsigned mask = 0; mask < 1U << row.outputs.size(); mask++) {
+  for (unsigned mask = 0; mask < 1U << row.outputs.size(); ++mask) {
     Names texts;
     EXPECT_FALSE(row.recognise.ask(m, s, mask, texts)) << s->name;
-    for (size_t i = 0; i < row.outputs.size(); i++) {
+    for (size_t i = 0; i < row.outputs.size(); ++i) {
       const bool asked = (mask >> i & 1U) != 0;
       EXPECT_EQ(texts[i], asked ? untouched : not_asked) << s->name << ", mask " << mask;
     }
@@ -226,7 +226,7 @@ TEST_P(OperatorFamilyTable, SymbolsOfOtherFamiliesAreNotRecognised) {
   TermManager m;
   std::vector<const Symbol*> symbols;
   for (const Row& other : table()) symbols.push_back(other.make_symbol(m));
-  for (size_t i = 0; i < symbols.size(); i++) {
+  for (size_t i = 0; i < symbols.size(); ++i) {
     if (table()[i].tag != row.tag) expect_not_recognised(m, row, symbols[i]);
   }
   EXPECT_EQ(m.get_signature()->size(), 19U + 59U);
@@ -306,7 +306,7 @@ TEST_P(OperatorFamilyTableDeathTest, OperandOfAnotherManager) {
   const Row& row = GetParam();
   Bench bench;
   Bench other;
-  for (size_t i = row.args.size() - row.arity; i < row.args.size(); i++) {
+  for (size_t i = row.args.size() - row.arity; i < row.args.size(); ++i) {
     Terms args = bench.terms(row.args);
     args[i] = other.terms(row.args)[i];
     EXPECT_DEATH(row.build(bench.m, args), "quill: misuse: a term of another manager") << i;
@@ -315,7 +315,7 @@ TEST_P(OperatorFamilyTableDeathTest, OperandOfAnotherManager) {
 
 TEST_P(OperatorFamilyTableDeathTest, FreedOperand) {
   const Row& row = GetParam();
-  for (size_t i = row.args.size() - row.arity; i < row.args.size(); i++) {
+  for (size_t i = row.args.size() - row.arity; i < row.args.size(); ++i) {
     Bench bench;
     Terms args = bench.terms(row.args);
     const Term_* freed = bench.m.make_fresh_variable(args[i]->type());
@@ -363,7 +363,7 @@ TEST_P(OperatorFamilyTable, MakerThatRanOutOfMemoryMadeNoSymbolAndWorksAgain) {
   TermManager unharmed;
   row.make_symbol(unharmed);
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     TermManager m;
     if (!runs_out(k, [&] { row.make_symbol(m); })) break;
     EXPECT_EQ(m.get_signature()->size(), 19U) << "allocation " << k;
@@ -380,7 +380,7 @@ TEST_P(OperatorFamilyTable, BuilderThatRanOutOfMemoryMadeNoTermAndWorksAgain) {
   Bench unharmed;
   row.build(unharmed.m, unharmed.terms(row.args));
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     Bench bench;
     const Terms args = bench.terms(row.args);
     const auto before = sizes(bench.m);
@@ -406,10 +406,10 @@ TEST(OperatorFamilies, PairIsEnteredInBothMapsOrInNone) {
     insert_in_both(family.by_symbol, family.by_key, key, s);
   };
   long failures = 0;
-  for (size_t key = 0; key < 200; key++) {
+  for (size_t key = 0; key < 200; ++key) {
     const Symbol* s = m.make_symbol("s" + std::to_string(key), m.get_int_type());
-    for (long k = 0; runs_out(k, [&] { enter(key, s); }); k++) {
-      failures++;
+    for (long k = 0; runs_out(k, [&] { enter(key, s); }); ++k) {
+      ++failures;
       EXPECT_EQ(family.by_symbol.find(s), family.by_symbol.end());
       EXPECT_EQ(family.by_key.find(key), family.by_key.end());
     }

@@ -50,10 +50,10 @@ TEST_F(Recognisers, ATagMakesNoOperatorOfASymbol) {
   const std::vector<const DataType*> types = {m.get_bool_type(), m.get_int_type(), m.get_bv_type(8),
                                               m.get_fp_type(8, 23),
                                               m.get_array_type(m.get_int_type(), m.get_int_type())};
-  for (int tag = 0; tag <= num_tags; tag++) {
+  for (int tag = 0; tag <= num_tags; ++tag) {
     for (const DataType* operand : types) {
       for (const DataType* result : types) {
-        for (size_t arity = 0; arity <= 4; arity++) {
+        for (size_t arity = 0; arity <= 4; ++arity) {
           const std::vector<const DataType*> operands(arity, operand);
           const DataType* type = arity == 0 ? result : m.get_function_type(operands, result);
           const Symbol* s = by_hand(tag == num_tags ? 127 : tag, type);
@@ -80,7 +80,7 @@ TEST_F(Recognisers, TheTypeOfAnOperatorMakesNoOperatorOfASymbol) {
   for (const Row& row : operator_rows()) {
     const Symbol* genuine = row.make_symbol(m);
     EXPECT_EQ(families_of(genuine), Names{row.operation});
-    for (int tag = 0; tag < num_tags; tag++) {
+    for (int tag = 0; tag < num_tags; ++tag) {
       const bool is_array =
           tag == row.tag && tag >= SymbolTag::ARRAY_READ && tag <= SymbolTag::ARRAY_CONST;
       EXPECT_EQ(families_of(by_hand(tag, genuine->type)), is_array ? Names{row.operation} : Names{})

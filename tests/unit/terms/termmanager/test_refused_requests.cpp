@@ -181,7 +181,7 @@ TEST(RefusedRequests, OfEqualitiesAndIfThenElse) {
   const std::string no_equality = "error: Equality arguments can't be Boolean";
   const std::string no_ite = "error: Term-ITE arguments can't be Boolean";
 
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(refusal(m, [&] { m.make_equality_symbol(m.get_bool_type()); }), no_equality);
     EXPECT_EQ(refusal(m, [&] { m.make_equal(p, p); }), no_equality);
     EXPECT_EQ(refusal(m, [&] { m.make_equal(p, x); }), no_equality);

@@ -15,7 +15,7 @@ class ShallowLiteral : public ::testing::Test {
     return m.make_constant(m.make_symbol(name, type));
   }
   const Term_* apply(const Symbol* s, const Term_* t, int times) {
-    for (int n = 0; n < times; n++) t = m.make_uninterpreted_function(s, {t});
+    for (int n = 0; n < times; ++n) t = m.make_uninterpreted_function(s, {t});
     return t;
   }
 
@@ -100,7 +100,7 @@ TEST_F(ShallowLiteral, HugeTermsStayShort) {
 
 TEST_F(ShallowLiteral, LongTextsAreCutAfter16KiB) {
   const Term_* t = i;
-  for (int n = 0; n < 100; n++) t = m.make_plus(t, t);
+  for (int n = 0; n < 100; ++n) t = m.make_plus(t, t);
   const std::string text = m.to_shallow_str_literal(t);  // would have 28661 bytes
   EXPECT_EQ(text.size(), 16387U);
   EXPECT_EQ(text.substr(0, 24), "(`+_int` (`+_int` (`+_in");
@@ -131,7 +131,7 @@ TEST_F(ShallowLiteral, WideSharedTermsTakeNoMoreThanTheirTexts) {
   const Symbol* g =
       m.make_symbol("g", m.get_function_type(std::vector<const DataType*>(6, int_type), int_type));
   const Term_* t = i;
-  for (int n = 0; n < 14; n++) {
+  for (int n = 0; n < 14; ++n) {
     t = m.make_uninterpreted_function(g, std::vector<const Term_*>(6, t));
   }
   const testing::AllocationCount count;

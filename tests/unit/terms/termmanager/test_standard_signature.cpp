@@ -207,7 +207,7 @@ TEST(AddInterpretedSymbol, AFailedRegistrationLeavesNoSymbol) {
     m.add_interpreted_symbol(name, m.get_int_type(), SymbolTag::BV_ADD);
   }
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     try {
       const testing::FailingAllocation after(k);
       m.add_interpreted_symbol("d", m.get_int_type(), SymbolTag::BV_SUB);
@@ -241,7 +241,7 @@ TEST(TermManagerError, IsAnExceptionThatKeepsItsClassWhenStreamedInto) {
 
 TEST(Construction, ThatRunsOutOfMemoryLeaksNothing) {
   long k = 0;
-  for (;; k++) {
+  for (;; ++k) {
     const testing::FailingAllocation after(k);
     try {
       const TermManager m;

@@ -42,7 +42,7 @@ using Changes = std::vector<std::string>;
 
 TEST(StateDescription, OfEqualHistoriesIsEqual) {
   const auto live = [](TermManager& m) {
-    for (size_t w = 1; w < 40; w++) {
+    for (size_t w = 1; w < 40; ++w) {
       const Term_* x = m.make_fresh_variable(m.get_bv_type(w));
       m.make_equal(m.make_bv_add(x, x), m.make_bv_number(1, w));
       m.make_array_read_symbol(m.get_bv_type(w), m.get_int_type());

@@ -26,7 +26,7 @@ class Recording : public TermManager {
       requests += std::string(requests.empty() ? "" : " ") + s->name;
       checked = get_typecheck_enabled();
       if (requests_until_failure == 0) throw std::runtime_error("make_term");
-      requests_until_failure--;
+      --requests_until_failure;
     }
     return TermManager::make_term(s, args);
   }
@@ -437,7 +437,7 @@ TEST_F(SubstitutionTest, TheMarksAreClearOnReturn) {
 
 TEST_F(SubstitutionTest, TheManagersOwnMarksServeManyCalls) {
   const Term_* t = f(g(x), g(y));
-  for (int round = 0; round < 3; round++) {
+  for (int round = 0; round < 3; ++round) {
     EXPECT_EQ(m.substitute(t, {x}, {z}), f(g(z), g(y)));
     m.recording = true;
     m.requests_until_failure = 1;
@@ -450,9 +450,9 @@ TEST_F(SubstitutionTest, TheManagersOwnMarksServeManyCalls) {
 // Whatever allocation fails, the next substitution with the same marks is right.
 TEST_F(SubstitutionTest, ExhaustedMemoryLeavesMarksAndSwitchAsTheyWere) {
   const Term_* t = x;
-  for (int i = 0; i < 12; i++) t = f(t, g(t));
+  for (int i = 0; i < 12; ++i) t = f(t, g(t));
   long k = 0;
-  for (bool finished = false; !finished; k++) {
+  for (bool finished = false; !finished; ++k) {
     ASSERT_LT(k, 1000);
     std::vector<bool> own_marks;
     TermMap subst;
@@ -468,7 +468,7 @@ TEST_F(SubstitutionTest, ExhaustedMemoryLeavesMarksAndSwitchAsTheyWere) {
   }
   EXPECT_GT(k, 5);
   const Term_* expected = y;
-  for (int i = 0; i < 12; i++) expected = f(expected, g(expected));
+  for (int i = 0; i < 12; ++i) expected = f(expected, g(expected));
   EXPECT_EQ(m.substitute(t, {x}, {y}), expected);
 }
 
@@ -504,7 +504,7 @@ using Form = const Term_* (*)(TermManager& m, const Term_* t, const Terms& from,
 const Term_* by_map(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
                     std::vector<bool>& marks) {
   TermMap subst;
-  for (size_t i = 0; i < from.size(); i++) subst[from[i]] = to[i];
+  for (size_t i = 0; i < from.size(); ++i) subst[from[i]] = to[i];
   return m.substitute(t, subst, marks, true);
 }
 const Term_* by_vectors(TermManager& m, const Term_* t, const Terms& from, const Terms& to,
@@ -621,7 +621,7 @@ TEST_F(SubstitutionTest, NestedWalksKeepTheLargerMarks) {
   m.set_delegate(&delegate);
   m.set_delegate_enabled(true);
   const Term_* last = y;
-  for (int i = 0; i < 1000; i++) last = g(last);
+  for (int i = 0; i < 1000; ++i) last = g(last);
   by_vectors(m, last, {}, {}, marks);
   EXPECT_GE(marks.size(), 2 * last->id + 2);
   EXPECT_TRUE(all_clear(marks));
@@ -634,7 +634,7 @@ const Term_* naive_substitute(TermManager& m, const Term_* t,
   const auto found = pairs.find(t);
   if (found != pairs.end()) return found->second;
   Terms args;
-  for (uint64_t i = 0; i < t->symbol->arity; i++) {
+  for (uint64_t i = 0; i < t->symbol->arity; ++i) {
     args.push_back(naive_substitute(m, t->args[i], pairs));
   }
   return m.make_term(t->symbol, args);
@@ -642,9 +642,9 @@ const Term_* naive_substitute(TermManager& m, const Term_* t,
 
 TEST_F(SubstitutionTest, AgreesWithRecursionOnRandomTerms) {
   std::mt19937 random(8);
-  for (int round = 0; round < 500; round++) {
+  for (int round = 0; round < 500; ++round) {
     Terms nodes = {x, y, z};
-    for (int i = 0; i < 25; i++) {
+    for (int i = 0; i < 25; ++i) {
       const size_t n = nodes.size();
       nodes.push_back(random() % 3 == 0
                           ? g(nodes[random() % n])
@@ -653,7 +653,7 @@ TEST_F(SubstitutionTest, AgreesWithRecursionOnRandomTerms) {
     Terms from;
     Terms to;
     std::map<const Term_*, const Term_*> pairs;
-    for (auto n = random() % 5; n > 0; n--) {
+    for (auto n = random() % 5; n > 0; --n) {
       from.push_back(nodes[random() % nodes.size()]);
       to.push_back(nodes[random() % nodes.size()]);
       pairs[from.back()] = to.back();
@@ -667,7 +667,7 @@ TEST_F(SubstitutionTest, AgreesWithRecursionOnRandomTerms) {
 
 TEST_F(SubstitutionTest, AChainOfAMillionIsRebuilt) {
   const Term_* t = x;
-  for (int level = 0; level < 1000000; level++) t = m.do_make_term(unary, {t});
+  for (int level = 0; level < 1000000; ++level) t = m.do_make_term(unary, {t});
   const Term_* image = m.substitute(t, {x}, {y});
   EXPECT_NE(image, t);
   EXPECT_EQ(image->id, t->id + 1000000);
@@ -676,7 +676,7 @@ TEST_F(SubstitutionTest, AChainOfAMillionIsRebuilt) {
 
 TEST_F(SubstitutionTest, SharedTermsAreRebuiltOnce) {
   const Term_* t = x;
-  for (int level = 0; level < 60; level++) t = f(t, t);
+  for (int level = 0; level < 60; ++level) t = f(t, t);
   const size_t before = m.get_bank()->size();
   m.substitute(t, {x}, {y});
   EXPECT_EQ(m.get_bank()->size(), before + 60);

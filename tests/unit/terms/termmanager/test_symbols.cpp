@@ -136,7 +136,7 @@ TEST_F(SymbolsTest, TakenNumberedNamesAreSkipped) {
 }
 
 TEST_F(SymbolsTest, FreedNamesAreUsedAgainLowestFirst) {
-  for (int i = 0; i < 10; i++) unique("x");  // x, x_0 ... x_8
+  for (int i = 0; i < 10; ++i) unique("x");  // x, x_0 ... x_8
   m.free_symbol(m.get_signature()->get_symbol("x_6"));
   m.free_symbol(m.get_signature()->get_symbol("x_2"));
   EXPECT_EQ(unique("x"), "x_2");
@@ -157,15 +157,15 @@ TEST_F(SymbolsTest, AUniqueNameIsCheckedLikeAnyOther) {
 // Probing from the start each time would take five thousand million look-ups.
 TEST_F(SymbolsTest, ManyUniqueNamesOnOneBaseAreFeasible) {
   EXPECT_EQ(unique("x"), "x");
-  for (int k = 0; k < 100000; k++) {
+  for (int k = 0; k < 100000; ++k) {
     ASSERT_STREQ(m.make_unique_symbol("x", int_type)->name, ("x_" + std::to_string(k)).c_str());
   }
 }
 
 // Going again through all names behind the freed one would take a thousand million look-ups.
 TEST_F(SymbolsTest, FreeingAndTakingUniqueNamesInTurnsIsFeasible) {
-  for (int n = 0; n < 50001; n++) unique("x");  // x, x_0 ... x_49999
-  for (int k = 0; k < 20000; k++) {
+  for (int n = 0; n < 50001; ++n) unique("x");  // x, x_0 ... x_49999
+  for (int k = 0; k < 20000; ++k) {
     const std::string name = "x_" + std::to_string((7919 * k) % 50000);
     m.free_symbol(m.get_signature()->get_symbol(name.c_str()));
     ASSERT_EQ(unique("x"), name);
@@ -268,7 +268,7 @@ TEST_F(SymbolsTest, ErrorsOfAnApplicationNameItsBuilder) {
 class Counting : public TermManager {
  public:
   const Term_* make_term(const Symbol* s, const Terms& args) override {
-    requests++;
+    ++requests;
     return TermManager::make_term(s, args);
   }
   int requests = 0;

@@ -228,7 +228,7 @@ TEST_F(TermVisitorTest, ATreeWalkLeavesNoMarksOnFinishedTerms) {
 
 TEST_F(TermVisitorTest, TheMarksGrowToHoldATermOfALargeId) {
   const Term_* last = nullptr;
-  for (int i = 0; i < 5000; i++) last = g.make("c" + std::to_string(i));
+  for (int i = 0; i < 5000; ++i) last = g.make("c" + std::to_string(i));
   EXPECT_EQ(last->id, 5001U);
   Recorder recorder;
   std::vector<bool> marks(10);
@@ -322,10 +322,10 @@ struct Silent {
 // The stack, the marks and the list of visited terms all grow during the walk.
 TEST_F(TermVisitorTest, ExhaustedMemoryClearsTheMarks) {
   const Term_* root = a;
-  for (int i = 0; i < 12; i++) root = g.make("f", {root, root, b});
+  for (int i = 0; i < 12; ++i) root = g.make("f", {root, root, b});
   for (const bool clean_start : {true, false}) {
     long k = 0;
-    for (bool finished = false; !finished; k++) {
+    for (bool finished = false; !finished; ++k) {
       ASSERT_LT(k, 1000);
       std::vector<bool> marks;
       if (!clean_start) marks.resize(1000);
@@ -472,7 +472,7 @@ TEST_F(WalksWithinWalks, WithMarksOfTheirOwnAreIndependent) {
 // Each walk has as many terms on its stack as make it grow several times.
 TEST_F(WalksWithinWalks, TheStackOfTheOuterOneIsKeptWhileItsStorageMoves) {
   Terms many;
-  for (int i = 0; i < 5000; i++) many.push_back(g.make("c" + std::to_string(i)));
+  for (int i = 0; i < 5000; ++i) many.push_back(g.make("c" + std::to_string(i)));
   const Term_* wide = g.make("wide", many);
   const Term_* root = g.make("root", {a, b, wide, h});
   struct Counter {
@@ -504,7 +504,7 @@ TEST_F(WalksWithinWalks, TheStackOfTheOuterOneIsKeptWhileItsStorageMoves) {
 TEST_F(WalksWithinWalks, ThatClearCostNoMoreThanTheyReach) {
   struct Clearing {
     int visit(const Term_* t, bool) {
-      calls++;
+      ++calls;
       if (t != leaf) visitor->visit(leaf, true);
       return 2;
     }
@@ -514,7 +514,7 @@ TEST_F(WalksWithinWalks, ThatClearCostNoMoreThanTheyReach) {
   };
   const Term_* t = a;
   const Symbol* s = h->symbol;
-  for (int level = 0; level < 200000; level++) t = g.bank.make_term(s, &t);
+  for (int level = 0; level < 200000; ++level) t = g.bank.make_term(s, &t);
   Clearing callback;
   callback.leaf = b;
   TermVisitor<Clearing> visitor(&callback, as_dag);
@@ -532,9 +532,9 @@ TEST_F(WalksWithinWalks, AnExceptionThatLeavesOnlyTheInnerOneEndsOnlyThat) {
       calls += (preorder ? " +" : " -") + std::string(t->symbol->name);
       if (preorder && t == victim && depth == 1) throw std::runtime_error("callback");
       if (preorder && t == trigger && depth == 0) {
-        depth++;
+        ++depth;
         EXPECT_THROW(visitor->visit(inner, clear_marks), std::runtime_error);
-        depth--;
+        --depth;
         calls += " !";
       }
       return 2;
@@ -651,7 +651,7 @@ class NaiveVisitor {
       entered.insert(t);
       if (answer == 0) return false;
       Terms pushed;
-      for (uint64_t i = 0; answer != 1 && i < t->symbol->arity; i++) {
+      for (uint64_t i = 0; answer != 1 && i < t->symbol->arity; ++i) {
         if (!is_finished(t->args[i])) pushed.push_back(t->args[i]);
       }
       for (size_t i = pushed.size(); i-- > 0;) {
@@ -677,10 +677,10 @@ void for_all_graphs(size_t n, size_t max_arity, Graph& g, Terms& nodes,
                     const std::function<void(const Terms&)>& action) {
   if (nodes.size() == n) return action(nodes);
   const std::string name = "n" + std::to_string(nodes.size()) + "_";
-  for (size_t arity = 0; arity <= (nodes.empty() ? 0 : max_arity); arity++) {
+  for (size_t arity = 0; arity <= (nodes.empty() ? 0 : max_arity); ++arity) {
     size_t lists = 1;
-    for (size_t i = 0; i < arity; i++) lists *= nodes.size();
-    for (size_t list = 0; list < lists; list++) {
+    for (size_t i = 0; i < arity; ++i) lists *= nodes.size();
+    for (size_t list = 0; list < lists; ++list) {
       Terms args;
       for (size_t i = 0, rest = list; i < arity; i++, rest /= nodes.size()) {
         args.push_back(nodes[rest % nodes.size()]);
@@ -721,11 +721,11 @@ void compare(const Terms& nodes, const std::vector<int>& answers, bool dag_mode)
 TEST(TermVisitorAgainstRecursion, AllGraphsOfFourNodesWithUpToThreeArguments) {
   Graph g;
   size_t graphs = 0;
-  for (size_t n = 1; n <= 4; n++) {
+  for (size_t n = 1; n <= 4; ++n) {
     Terms nodes;
     const std::vector<int> answers(2 * n, 2);
     for_all_graphs(n, 3, g, nodes, [&](const Terms& graph) {
-      graphs++;
+      ++graphs;
       compare(graph, answers, as_dag);
       compare(graph, answers, as_tree);
     });
@@ -741,10 +741,10 @@ TEST(TermVisitorAgainstRecursion, AllGraphsOfFiveNodesWithUpToTwoArguments) {
   Terms nodes;
   const std::vector<int> go_on(10, 2);
   for_all_graphs(5, 2, g, nodes, [&](const Terms& graph) {
-    graphs++;
+    ++graphs;
     for (const bool dag_mode : {as_dag, as_tree}) {
       compare(graph, go_on, dag_mode);
-      for (int round = 0; round < 8; round++) {
+      for (int round = 0; round < 8; ++round) {
         std::vector<int> answers = go_on;
         for (int& answer : answers) {
           if (random() % 4 == 0) answer = static_cast<int>(random() % 3);
@@ -760,19 +760,19 @@ TEST(TermVisitorAgainstRecursion, AllGraphsOfFiveNodesWithUpToTwoArguments) {
 TEST(TermVisitorAgainstRecursion, AllGraphsOfThreeNodesWithAllAnswers) {
   Graph g;
   size_t walks = 0;
-  for (size_t n = 1; n <= 3; n++) {
+  for (size_t n = 1; n <= 3; ++n) {
     Terms nodes;
     size_t tables = 1;
-    for (size_t i = 0; i < 2 * n; i++) tables *= 3;
+    for (size_t i = 0; i < 2 * n; ++i) tables *= 3;
     for_all_graphs(n, 2, g, nodes, [&](const Terms& graph) {
-      for (size_t table = 0; table < tables; table++) {
+      for (size_t table = 0; table < tables; ++table) {
         std::vector<int> answers;
         for (size_t i = 0, rest = table; i < 2 * n; i++, rest /= 3) {
           answers.push_back(static_cast<int>(rest % 3));
         }
         compare(graph, answers, as_dag);
         compare(graph, answers, as_tree);
-        walks++;
+        ++walks;
       }
     });
   }
@@ -784,7 +784,7 @@ TEST(TermVisitorAgainstRecursion, AllGraphsOfFourNodesWithRandomAnswers) {
   std::mt19937 random(5);
   Terms nodes;
   for_all_graphs(4, 2, g, nodes, [&](const Terms& graph) {
-    for (int round = 0; round < 60; round++) {
+    for (int round = 0; round < 60; ++round) {
       std::vector<int> answers(8, 2);
       for (int& answer : answers) {
         if (random() % 4 == 0) answer = static_cast<int>(random() % 3);
@@ -809,15 +809,15 @@ struct Script {
 TEST(TermVisitorAgainstRecursion, RandomGraphsRootsAndAnswersOverSeveralWalks) {
   std::mt19937 random(6);
   size_t calls = 0;
-  for (int round = 0; round < 1500; round++) {
+  for (int round = 0; round < 1500; ++round) {
     Graph g;
     Terms nodes;
     const size_t size = 2 + random() % 40;
     const bool dag_mode = random() % 3 != 0;
-    for (size_t i = 0; i < size; i++) {
+    for (size_t i = 0; i < size; ++i) {
       Terms args;
       const size_t arity = nodes.empty() ? 0 : random() % 4;
-      for (size_t k = 0; k < arity; k++) {
+      for (size_t k = 0; k < arity; ++k) {
         // Trees are kept small: their nodes take their arguments from further below.
         const size_t limit = dag_mode ? nodes.size() : (nodes.size() + 1) / 2;
         args.push_back(nodes[random() % limit]);
@@ -825,7 +825,7 @@ TEST(TermVisitorAgainstRecursion, RandomGraphsRootsAndAnswersOverSeveralWalks) {
       nodes.push_back(g.make("n" + std::to_string(i), args));
     }
     Script actual;
-    for (int i = 0; i < 97; i++) {
+    for (int i = 0; i < 97; ++i) {
       const auto draw = random() % 40;
       actual.answers.push_back(draw == 0 ? 0 : draw < 6 ? 1 : 2);
     }
@@ -834,7 +834,7 @@ TEST(TermVisitorAgainstRecursion, RandomGraphsRootsAndAnswersOverSeveralWalks) {
     TermVisitor<Script> visitor(&actual, dag_mode);
     visitor.set_marks(&marks);
     NaiveVisitor<Script> naive(&expected, dag_mode);
-    for (int n = 0; n < 12; n++) {
+    for (int n = 0; n < 12; ++n) {
       const Term_* root = nodes[random() % nodes.size()];
       const bool clear = random() % 3 == 0;
       visitor.visit(root, clear);
@@ -865,13 +865,13 @@ struct NestingScript {
     calls.emplace_back(t->id, preorder);
     const Step& step = (*steps)[calls.size() % steps->size()];
     if (step.inner != nullptr && depth < 3 && calls.size() < longest) {
-      depth++;
+      ++depth;
       try {
         visitor->visit(step.inner, step.clear_marks);
       } catch (const std::runtime_error&) {
         calls.emplace_back(UINT64_MAX, false);
       }
-      depth--;
+      --depth;
     }
     if (step.fails) throw std::runtime_error("callback");
     return step.answer;
@@ -889,15 +889,15 @@ TEST(TermVisitorAgainstRecursion, RandomWalksWithinWalks) {
   using Actual = NestingScript<TermVisitor>;
   using Expected = NestingScript<NaiveVisitor>;
   size_t inner_walks = 0;
-  for (int round = 0; round < 3000; round++) {
+  for (int round = 0; round < 3000; ++round) {
     Graph g;
     Terms nodes;
     const size_t size = 2 + random() % 15;
     const bool dag_mode = random() % 3 != 0;
-    for (size_t i = 0; i < size; i++) {
+    for (size_t i = 0; i < size; ++i) {
       Terms args;
       const size_t arity = nodes.empty() ? 0 : random() % 4;
-      for (size_t k = 0; k < arity; k++) {
+      for (size_t k = 0; k < arity; ++k) {
         const size_t limit = dag_mode ? nodes.size() : (nodes.size() + 1) / 2;
         args.push_back(nodes[random() % limit]);
       }
@@ -905,7 +905,7 @@ TEST(TermVisitorAgainstRecursion, RandomWalksWithinWalks) {
     }
     std::vector<Actual::Step> steps(41);
     std::vector<Expected::Step> expected_steps(41);
-    for (size_t i = 0; i < steps.size(); i++) {
+    for (size_t i = 0; i < steps.size(); ++i) {
       const auto draw = random() % 40;
       steps[i].answer = draw == 0 ? 0 : draw < 4 ? 1 : 2;
       if (random() % 4 == 0) steps[i].inner = nodes[random() % nodes.size()];
@@ -921,7 +921,7 @@ TEST(TermVisitorAgainstRecursion, RandomWalksWithinWalks) {
     NaiveVisitor<Expected> naive(&expected, dag_mode);
     actual.visitor = &visitor;
     expected.visitor = &naive;
-    for (int n = 0; n < 4; n++) {
+    for (int n = 0; n < 4; ++n) {
       const Term_* root = nodes[random() % nodes.size()];
       const bool clear = random() % 2 == 0;
       bool failed = false;
@@ -963,7 +963,7 @@ TEST(TermVisitorOnDeepTerms, AChainOfAMillionIsWalked) {
   Graph g;
   const Term_* t = g.make("a");
   const Symbol* f = g.make("f", {t})->symbol;
-  for (int level = 0; level < 1000000; level++) t = g.bank.make_term(f, &t);
+  for (int level = 0; level < 1000000; ++level) t = g.bank.make_term(f, &t);
   for (const bool dag_mode : {as_dag, as_tree}) {
     Counter counter;
     TermVisitor<Counter> visitor(&counter, dag_mode);
@@ -977,7 +977,7 @@ TEST(TermVisitorOnDeepTerms, AChainOfAMillionIsWalked) {
 TEST(TermVisitorOnDeepTerms, SharedTermsAreWalkedOnceInADag) {
   Graph g;
   const Term_* t = g.make("a");
-  for (int level = 0; level < 60; level++) t = g.make("f", {t, t});
+  for (int level = 0; level < 60; ++level) t = g.make("f", {t, t});
   Script script{{2}, {}};
   TermVisitor<Script> visitor(&script, as_dag);
   visitor.visit(t, true);

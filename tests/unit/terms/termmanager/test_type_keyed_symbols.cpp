@@ -23,11 +23,11 @@ class TypeKeyedSymbolsTest : public ::testing::Test {
 };
 
 TEST_F(TypeKeyedSymbolsTest, AnErasedTypeIsForgottenOnBothSides) {
-  for (size_t i = 0; i < 30; i++) table.insert(type(i), symbol(i));
+  for (size_t i = 0; i < 30; ++i) table.insert(type(i), symbol(i));
   table.erase_type(type(7));
   table.erase_type(type(99));
   EXPECT_EQ(table.size(), 29U);
-  for (size_t i = 0; i < 30; i++) {
+  for (size_t i = 0; i < 30; ++i) {
     EXPECT_EQ(table.find(type(i)), i == 7 ? nullptr : symbol(i));
     EXPECT_EQ(table.contains(symbol(i)), i != 7);
   }

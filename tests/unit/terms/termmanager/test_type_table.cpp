@@ -50,11 +50,11 @@ TEST_F(TypeTableTest, ATypeStandsForTheParameterThatItWasEnteredWithLast) {
 }
 
 TEST_F(TypeTableTest, AnErasedTypeIsGoneFromBothSides) {
-  for (size_t i = 0; i < 100; i++) table.insert(i, type(i));
+  for (size_t i = 0; i < 100; ++i) table.insert(i, type(i));
   table.erase_type(type(7));
   table.erase_type(type(100));
   EXPECT_EQ(table.size(), 99U);
-  for (size_t i = 0; i < 100; i++) {
+  for (size_t i = 0; i < 100; ++i) {
     EXPECT_EQ(table.find(i), i == 7 ? nullptr : type(i));
     EXPECT_EQ(table.find_key(type(i)) == nullptr, i == 7);
   }
@@ -68,7 +68,7 @@ struct Counted {
   size_t value = 0;
   static inline size_t steps = 0;
   bool operator==(const Counted& other) const {
-    steps++;
+    ++steps;
     return value == other.value;
   }
 };
@@ -98,9 +98,9 @@ TEST_F(TypeTableTest, ErasingATypeCostsTheSameHoweverManyThereAre) {
   size_t* cost = steps;
   for (const size_t pairs : std::vector<size_t>{10, 10000}) {
     TypeTable<Counted> own;
-    for (size_t i = 0; i < pairs; i++) own.insert(Counted{i}, type(i));
+    for (size_t i = 0; i < pairs; ++i) own.insert(Counted{i}, type(i));
     Counted::steps = 0;
-    for (size_t i = 0; i < 10; i++) own.erase_type(type(i));
+    for (size_t i = 0; i < 10; ++i) own.erase_type(type(i));
     *cost++ = Counted::steps;
   }
   EXPECT_EQ(steps[0], steps[1]);
@@ -120,7 +120,7 @@ TEST_F(TypeTableTest, AnErasedPairIsGoneFromBothSides) {
 }
 
 TEST_F(TypeTableTest, TypesAreTakenOutOfBothSidesTogether) {
-  for (size_t i = 0; i < 100; i++) table.insert(i, type(i));
+  for (size_t i = 0; i < 100; ++i) table.insert(i, type(i));
   table.erase_types([&](const DataType* t) { return t != type(7) && t != type(50); });
   EXPECT_EQ(table.size(), 2U);
   std::vector<size_t> left;
@@ -136,10 +136,10 @@ TEST_F(TypeTableTest, TypesAreTakenOutOfBothSidesTogether) {
 // 22 pairs fit in the first bucket array of either map; the next one makes both grow.
 TEST_F(TypeTableTest, InsertionIsAllOrNothing) {
   std::vector<const DataType*> types;
-  for (size_t i = 0; i < 23; i++) types.push_back(type(i));
-  for (long k = 0; k < 2; k++) {
+  for (size_t i = 0; i < 23; ++i) types.push_back(type(i));
+  for (long k = 0; k < 2; ++k) {
     TypeTable<size_t> own;
-    for (size_t i = 0; i < 22; i++) own.insert(i, types[i]);
+    for (size_t i = 0; i < 22; ++i) own.insert(i, types[i]);
     bool failed = false;
     try {
       const testing::FailingAllocation after(k);
@@ -151,7 +151,7 @@ TEST_F(TypeTableTest, InsertionIsAllOrNothing) {
     EXPECT_EQ(own.find(22), nullptr);
     EXPECT_EQ(own.find_key(types[22]), nullptr);
     own.insert(22, types[22]);
-    for (size_t i = 0; i < 23; i++) {
+    for (size_t i = 0; i < 23; ++i) {
       EXPECT_EQ(own.find(i), types[i]);
       EXPECT_EQ(*own.find_key(types[i]), i);
     }

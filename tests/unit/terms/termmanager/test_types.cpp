@@ -212,7 +212,7 @@ TEST_F(TypesTest, ArraysOfFunctionsAreRefused) {
 
 TEST_F(TypesTest, ArraysNest) {
   const DataType* t = int_type;
-  for (int level = 0; level < 40; level++) t = m.get_array_type(t, t);
+  for (int level = 0; level < 40; ++level) t = m.get_array_type(t, t);
   EXPECT_LT(t->to_str().size(), 1200U);
   EXPECT_EQ(m.get_universe()->size(), 16U + 40U);
 }
@@ -424,7 +424,7 @@ TEST_F(TypesTest, ATypeThatTheTableOfNamesDoesNotKnowCanBeFreed) {
 
 TEST_F(TypesTest, WhatWasMadeAndFreedLeavesNothing) {
   const std::string before = m.describe_state();
-  for (int round = 0; round < 2; round++) {
+  for (int round = 0; round < 2; ++round) {
     const DataType* s = simple("S");
     const DataType* bits = m.get_bv_type(77);
     const DataType* single = m.get_fp_type(8, 23);
@@ -461,13 +461,13 @@ TEST_F(TypesTest, ATypeThatIsFreedTakesNothingElseAlong) {
 }
 
 bool is_used(const TermManager& m, const DataType* t) {
-  for (size_t i = 0; i < m.get_universe()->size(); i++) {
+  for (size_t i = 0; i < m.get_universe()->size(); ++i) {
     const DataType* user = m.get_universe()->type(i);
-    for (size_t k = 0; k < user->num_components(); k++) {
+    for (size_t k = 0; k < user->num_components(); ++k) {
       if (user->get_component(k) == t) return true;
     }
   }
-  for (size_t i = 0; i < m.get_signature()->size(); i++) {
+  for (size_t i = 0; i < m.get_signature()->size(); ++i) {
     if (m.get_signature()->symbol(i)->type == t) return true;
   }
   return false;
@@ -484,7 +484,7 @@ TEST_F(TypesTest, FreeingAtRandomLeavesTheTablesConsistent) {
                  : m.get_universe()->type(standard + i - 3);
   };
   int freed = 0;
-  for (int step = 0; step < 20000; step++) {
+  for (int step = 0; step < 20000; ++step) {
     const DataType* t = any();
     try {
       switch (below(12)) {
@@ -527,13 +527,13 @@ TEST_F(TypesTest, FreeingAtRandomLeavesTheTablesConsistent) {
     t = any();
     if (t == int_type || t == rat_type || t == m.get_fprounding_type() || is_used(m, t)) continue;
     m.free_type(t);
-    freed++;
+    ++freed;
     if (step % 50 == 0) {
       ASSERT_EQ(m.check_consistency(), "") << "step " << step;
     }
   }
   EXPECT_GT(freed, 1000);
-  for (size_t w = 0; w < 6; w++) {
+  for (size_t w = 0; w < 6; ++w) {
     size_t width = 99;
     EXPECT_TRUE(m.is_bv_type(m.get_bv_type(w), &width));
     EXPECT_EQ(width, w);
@@ -549,7 +549,7 @@ class AFreedTypeInUse : public TypesTest {
  protected:
   // A new type at the address of `freed`, or null when the memory is not given again.
   const DataType* make_at(const DataType* freed) {
-    for (int i = 0; i < 1000; i++) {
+    for (int i = 0; i < 1000; ++i) {
       const DataType* t = simple(("new" + std::to_string(i)).c_str());
       if (t == freed) return t;
     }
@@ -601,7 +601,7 @@ TEST_F(AFreedTypeInUse, IsForgottenByTheLatestRequestForBitVectors) {
   const Term_* x = m.make_constant(m.make_symbol("x", old));
   m.make_bv_add(x, x);
   m.free_type(old);
-  for (size_t w = 9; w < 1000; w++) {
+  for (size_t w = 9; w < 1000; ++w) {
     const DataType* t = m.get_bv_type(w);
     if (t != old) continue;
     const Term_* y = m.make_constant(m.make_symbol("y", t));
