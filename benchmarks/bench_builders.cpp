@@ -39,9 +39,7 @@ class Builders {
 
   const Term_* bv_add(size_t i) { return manager.make_bv_add(bits[i / side], bits[i % side]); }
   const Term_* bv_ult(size_t i) { return manager.make_bv_ult(bits[i / side], bits[i % side]); }
-  const Term_* plus(size_t i) {
-    return manager.make_plus(integers[i / side], integers[i % side]);
-  }
+  const Term_* plus(size_t i) { return manager.make_plus(integers[i / side], integers[i % side]); }
   const Term_* conjunction(size_t i) {
     return manager.make_and(propositions[i / side], propositions[i % side]);
   }

@@ -38,8 +38,7 @@ void shared_graph(benchmark::State& state) {
 void chain(benchmark::State& state) {
   TermManager source;
   Terms terms = quill::bench::make_constants(source, "x", 1, 32);
-  quill::bench::add_shape(source, Shape::LeftChain, terms,
-                          static_cast<size_t>(state.range(0)));
+  quill::bench::add_shape(source, Shape::LeftChain, terms, static_cast<size_t>(state.range(0)));
   copy_whole(state, source, terms.back());
 }
 
@@ -48,8 +47,7 @@ void chain(benchmark::State& state) {
 void three_terms(benchmark::State& state, bool to_new_manager) {
   TermManager source;
   Terms terms = quill::bench::make_constants(source, "x", 1, 32);
-  quill::bench::add_shape(source, Shape::LeftChain, terms,
-                          static_cast<size_t>(state.range(0)));
+  quill::bench::add_shape(source, Shape::LeftChain, terms, static_cast<size_t>(state.range(0)));
   const Term_* last = quill::bench::make_constants(source, "last", 1, 32)[0];
   const Term_* root = source.make_bv_not(source.make_bv_neg(last));
   std::optional<TermManager> target(std::in_place);

@@ -26,8 +26,7 @@ void print(benchmark::State& state, TermManager& manager, const Term_* root) {
     out << quill::outterm(&manager, root);
     bytes = text.bytes();
   }
-  state.SetItemsProcessed(state.iterations() *
-                          static_cast<int64_t>(manager.get_bank()->size()));
+  state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(manager.get_bank()->size()));
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 

@@ -72,8 +72,7 @@ class SingleNodes {
 class HashSlots {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&,
-                     size_t* found) {
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&, size_t* found) {
     const uint32_t handle = index.find(hash, equal);
     if (handle != InternIndex::none) {
       *found = handle;
@@ -92,8 +91,8 @@ class HashSlots {
 class BareSlots {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal,
-                     const HashOf& hash_of, size_t* found) {
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf& hash_of,
+                     size_t* found) {
     if (2 * (taken + 1) > slots.size()) grow(hash_of);
     size_t i = hash & (slots.size() - 1);
     for (; slots[i] != none; i = (i + 1) & (slots.size() - 1)) {
@@ -131,8 +130,7 @@ class BareSlots {
 class Chains {
  public:
   template <class Equal, class HashOf>
-  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&,
-                     size_t* found) {
+  bool insert_if_new(uint32_t hash, size_t next, const Equal& equal, const HashOf&, size_t* found) {
     if (links.size() == buckets.size()) grow();
     uint32_t& bucket = buckets[hash & (buckets.size() - 1)];
     for (uint32_t i = bucket; i != none; i = links[i].next) {

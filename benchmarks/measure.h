@@ -28,8 +28,7 @@ inline double cpu_nanoseconds() {
 
 // Runs a stage and reports what it takes for each of `items` as the counter `name`, in nanoseconds.
 template <class Stage>
-void time_stage(benchmark::State& state, const std::string& name, int64_t items,
-                Stage&& stage) {
+void time_stage(benchmark::State& state, const std::string& name, int64_t items, Stage&& stage) {
   const double start = cpu_nanoseconds();
   stage();
   state.counters[name] = (cpu_nanoseconds() - start) / static_cast<double>(items);

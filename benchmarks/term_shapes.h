@@ -28,9 +28,7 @@ class Random {
   }
 
   // Below bound, which is below 2^32.
-  size_t below(size_t bound) {
-    return static_cast<size_t>(((next() >> 32) * bound) >> 32);
-  }
+  size_t below(size_t bound) { return static_cast<size_t>(((next() >> 32) * bound) >> 32); }
 
  private:
   uint64_t state;
@@ -65,8 +63,7 @@ inline const Term_* make_some_operator(TermManager& manager, uint64_t choice, co
 }
 
 // Each term takes two of those before it: appends `count` terms to a list that holds constants.
-inline void add_random_graph(TermManager& manager, Terms& terms, size_t count,
-                             uint64_t seed) {
+inline void add_random_graph(TermManager& manager, Terms& terms, size_t count, uint64_t seed) {
   Random random(seed);
   for (size_t i = 0; i < count; ++i) {
     const uint64_t choice = random.next() >> 8;
@@ -76,8 +73,7 @@ inline void add_random_graph(TermManager& manager, Terms& terms, size_t count,
 }
 
 // A graph whose root reaches most of `count` terms; each takes two of the last hundred.
-inline const Term_* make_connected_graph(TermManager& manager, size_t count,
-                                         uint64_t seed) {
+inline const Term_* make_connected_graph(TermManager& manager, size_t count, uint64_t seed) {
   Terms terms = make_constants(manager, "x", 100, 32);
   Random random(seed);
   for (size_t i = 0; i < count; ++i) {

@@ -7,6 +7,7 @@
 #include "quill/derived/derived.h"
 #include "quill/derived/derived_bv.h"
 #include "quill/derived/derived_fp.h"
+#include "quill/printers/annotations.h"
 #include "quill/printers/bit_definitions.h"
 #include "quill/printers/configuration.h"
 #include "quill/printers/outterm.h"

@@ -33,13 +33,10 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
+#include "quill/printers/annotations.h"
 #include "quill/printers/bit_definitions.h"
 #include "quill/printers/smtlib_term_printer.h"
-#include "quill/utils/hash_map.h"
-#include "quill/utils/hash_set.h"
 
 namespace quill {
 
@@ -47,9 +44,8 @@ class SmtLib2TermWriter;
 
 class SmtLib2TermPrinter : public SmtLibTermPrinter {
  public:
-  // Pairs of key and value for each annotated term; the key with or without its colon.
-  using Annotations = hsh::HashMap<const Term_*, std::vector<std::pair<std::string, std::string>>>;
-  using TermSet = hsh::HashSet<const Term_*>;
+  using Annotations = TermAnnotations;
+  using TermSet = quill::TermSet;
 
   // `let_names` is the prefix of the names that let binds, `renamed` that of symbols which SMT-LIB
   // can't name; empty for the defaults. Annotations may be null; they must outlive the printer, and

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/utils/scope_guard.h"
@@ -88,10 +87,11 @@ void SmtLib2TermWriter::print_copy(std::ostream& out, StandardEncoding& encoding
   Configuration::Printer choices = configuration;
   choices.dialect = Configuration::Dialect::Extensions;
   const bool as_real = expected == manager.get_rat_type();
-  SmtLib2TermPrinter printer(&encoding.manager(), &choices, let_prefix, rename_prefix, share,
-                             &of_copies);
-  if (annotated_in_texts != nullptr) printer.set_annotated(&annotated_copies);
-  printer.print_term(out, copy, as_real ? encoding.manager().get_rat_type() : nullptr);
+  SmtLib2TermWriter writer({encoding.manager(), choices, logic, let_prefix, rename_prefix}, share,
+                           &of_copies);
+  if (annotated_in_texts != nullptr) writer.set_annotated(&annotated_copies);
+  writer.print_term(out, copy, as_real ? encoding.manager().get_rat_type() : nullptr,
+                    /*with_annotations=*/true);
   if (annotated_in_texts == nullptr) return;
   for (const Term_* t : annotated) {
     if (annotated_copies.find(encoding.copy_of(t)) != annotated_copies.end()) {

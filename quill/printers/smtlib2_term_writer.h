@@ -14,21 +14,23 @@
 #include <string>
 #include <vector>
 
+#include "quill/printers/annotations.h"
 #include "quill/printers/bit_definitions.h"
+#include "quill/printers/configuration.h"
 #include "quill/printers/let_plan.h"
-#include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
 #include "quill/printers/symbol_texts.h"
 #include "quill/printers/text_buffer.h"
 #include "quill/printers/written_form.h"
+#include "quill/smtlib/logic.h"
+#include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/growing_array.h"
 
 namespace quill {
 
 class SmtLib2TermWriter {
  public:
-  using Annotations = SmtLib2TermPrinter::Annotations;
-  using TermSet = SmtLib2TermPrinter::TermSet;
+  using Annotations = TermAnnotations;
 
   // What a printer has of its base class; it outlives the writer.
   struct Context {

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "quill/terms/shallow_text.h"
 #include "quill/utils/hash_map.h"
 
 namespace quill {
@@ -77,12 +76,6 @@ std::string Term_::to_str() const {
     out += ' ';
     print(frame.term->args[frame.next++]);
   }
-  return out;
-}
-
-std::string Term_::to_shallow_str() const {
-  std::string out;
-  write_shallow_text(*this, [&](std::string_view piece) { out += piece; });
   return out;
 }
 

@@ -17,7 +17,7 @@
 #ifndef QUILL_FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H
 #define QUILL_FRONTENDS_SMT2_ARITHMETIC_OPERATORS_H
 
-#include "quill/frontends/smt2/operators.h"
+#include "quill/frontends/smt2/application.h"
 #include "quill/frontends/smt2/term_builder.h"
 
 namespace quill::smt2 {

@@ -11,7 +11,7 @@
 
 #include <functional>
 
-#include "quill/frontends/smt2/operators.h"
+#include "quill/frontends/smt2/application.h"
 #include "quill/frontends/smt2/term_builder.h"
 
 namespace quill::smt2 {

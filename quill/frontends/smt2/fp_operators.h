@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "quill/derived/derived.h"
-#include "quill/frontends/smt2/operators.h"
+#include "quill/frontends/smt2/application.h"
 #include "quill/frontends/smt2/term_builder.h"
 #include "quill/utils/ieee_float.h"
 

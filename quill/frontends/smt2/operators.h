@@ -5,41 +5,12 @@
 #ifndef QUILL_FRONTENDS_SMT2_OPERATORS_H
 #define QUILL_FRONTENDS_SMT2_OPERATORS_H
 
-#include <cstddef>
 #include <span>
-#include <string>
 
-#include "quill/frontends/smt2/parse_error.h"
+#include "quill/frontends/smt2/application.h"
 #include "quill/frontends/smt2/value.h"
 
 namespace quill::smt2 {
-
-class TermBuilder;
-struct Operator;
-
-// One use of an operator in an input.
-struct Application {
-  const Operator& op;
-  Position position;
-  std::span<const std::string> indices;
-  std::span<const Value> args;
-  const DataType* sort = nullptr;  // that (as name sort) gives the application; null without
-};
-
-inline constexpr size_t any_number = ~size_t{0};
-
-struct Operator {
-  const char* name;
-  size_t num_indices;  // of (_ name index ...); 0 for a plain name
-  size_t min_args;
-  size_t max_args;
-  Value (*build)(TermBuilder&, const Application&);
-  // Whether it is part of how constants of sort Real are spelled, as in (- 0.1) and (/ 1 3). Logics
-  // of floating-point numbers have these for to_fp, also where they have no arithmetic.
-  bool spells_constants = false;
-
-  bool is_constant() const { return max_args == 0; }
-};
 
 // In ascending order of names, each once.
 std::span<const Operator> operators();

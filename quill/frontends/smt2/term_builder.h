@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "quill/frontends/smt2/application.h"
 #include "quill/frontends/smt2/expansion_budget.h"
 #include "quill/frontends/smt2/lexer.h"
-#include "quill/frontends/smt2/operators.h"
 #include "quill/frontends/smt2/scopes.h"
 #include "quill/frontends/smt2/theory_sorts.h"
 #include "quill/frontends/smt2/undefined_functions.h"
