@@ -64,7 +64,8 @@ inline const Term_* make_some_operator(TermManager& manager, std::uint64_t choic
   }
 }
 
-// Each term takes two of those before it: appends `count` terms to a list that holds constants.
+// Appends `count` terms to a list that holds constants; the arguments of each are two terms before
+// it.
 inline void add_random_graph(TermManager& manager, Terms& terms, std::size_t count,
                              std::uint64_t seed) {
   Random random(seed);
@@ -75,7 +76,8 @@ inline void add_random_graph(TermManager& manager, Terms& terms, std::size_t cou
   }
 }
 
-// A graph whose root reaches most of `count` terms; each takes two of the last hundred.
+// A graph whose root reaches most of `count` terms; the arguments of each are two of the last
+// hundred terms before it.
 inline const Term_* make_connected_graph(TermManager& manager, std::size_t count,
                                          std::uint64_t seed) {
   Terms terms = make_constants(manager, "x", 100, 32);
