@@ -1,5 +1,4 @@
-// The expansions of derived.h. They stand with the term manager because they build through it; the
-// header only names it.
+// The expansions of derived.h.
 
 #include "quill/derived/derived.h"
 
@@ -22,7 +21,7 @@ const Term_* fold(TermManager& m, TermSpan terms, Builder builder, const Term_* 
   return result;
 }
 
-// An operator of arithmetic over Int or Real, whatever the types of the arguments would choose.
+// The symbol of an arithmetic operator over the given type, whatever types its arguments have.
 const Symbol* operator_over(const TermManager& m, const DataType* type, const char* base) {
   const char* over = type == m.get_int_type() ? "_int`" : "_rat`";
   return m.get_signature()->get_symbol((std::string("`") + base + over).c_str());
@@ -33,7 +32,8 @@ std::string text_without_sign(const QNumber& number) {
   return text[0] == '-' ? text.substr(1) : text;
 }
 
-// Through the text, so that a number of either form gives the form by which numerals are keyed.
+// Goes through the text, so that a number of either form yields the form by which numerals are
+// keyed.
 QNumber absolute(const QNumber& number) { return QNumber::from_string(text_without_sign(number)); }
 
 QNumber reciprocal(const QNumber& number) {
@@ -44,7 +44,7 @@ QNumber reciprocal(const QNumber& number) {
   return QNumber::from_string((number.is_negative() ? "-" : "") + denominator + "/" + numerator);
 }
 
-// The operands of div and mod.
+// Checks the operands of div and mod.
 void require_ints(const TermManager& m, const Term_* a, const QNumber& c, const char* where) {
   if (!c.is_integer()) {
     throw TermManager::error("the divisor must be an integer: ") << c << " (" << where << ")";
@@ -63,8 +63,8 @@ bool is_bool(const TermManager& m, const Term_* t) {
 
 }  // namespace
 
-// Operands are built in statements of their own throughout: the order in which terms come into
-// being fixes their ids.
+// Throughout, operands are built in statements of their own: the order in which terms are made
+// determines their ids.
 
 const Term_* make_implies(TermManager& m, const Term_* a, const Term_* b) {
   require_own(m, {a, b});
