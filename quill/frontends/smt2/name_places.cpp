@@ -16,8 +16,8 @@ NamePlace place_of(const TermManager& manager, const Command& command, const Nam
     if (is_definition && sort == command.terms[0].value.sort) return NamePlace::WHOLE;
     if (!is_definition) return named.is_label ? NamePlace::WHOLE : NamePlace::APART;
   }
-  // A term is annotated where it is written with the sort of its type: to_real stands around the
-  // annotation. Only where there is one sort of numbers, numerals are of that sort in any place.
+  // A term is annotated where it is written with the sort of its type: to_real goes around the
+  // annotation. Numerals have their sort in any place only if there is just one sort of numbers.
   if (sort == type) return NamePlace::INSIDE;
   const bool has_one_sort = !logic.has(Theory::INTS) || !logic.has(Theory::REALS);
   const bool is_numeral = manager.is_number(named.term->symbol, nullptr);

@@ -33,7 +33,7 @@ void load_denominator(mpz_ptr target, const QNumber& q) {
   load(target, q.is_big() ? q.big_den() : nullptr, q.den, q.is_big());
 }
 
-// In bits.
+// The length of a number in bits.
 size_t length(const QNumber& q) {
   if (!q.is_big()) return 64;
   return std::max(mpz_sizeinbase(q.big_num(), 2), mpz_sizeinbase(q.big_den(), 2));
@@ -42,14 +42,14 @@ size_t length(const QNumber& q) {
 QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator) {
   QNumber result(numerator, denominator);
   result.normalize();
-  // Through the text, because a number does not become small by itself.
+  // Goes through the text, because a number does not become small by itself.
   return QNumber::from_string(result.to_str());
 }
 
 constexpr size_t longest_computed = size_t{1} << 16;
 
-// Terms are shared: without a bound, n lets of a few bytes could square a number n times. What is
-// written out may have any length.
+// Terms are shared: without a bound, n lets of a few bytes could square a number n times. A number
+// that the input spells out may have any length.
 QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator, const QNumber& a, const QNumber& b) {
   const QNumber result = fraction(numerator, denominator);
   const size_t longest = std::max(longest_computed, 64 + std::max(length(a), length(b)));
@@ -62,7 +62,7 @@ QNumber fraction(mpz_srcptr numerator, mpz_srcptr denominator, const QNumber& a,
 
 __extension__ using int128 = __int128;
 
-// Whether the parts, which need not be reduced, fit into words; if so, result becomes the fraction.
+// Whether the parts, which need not be reduced, fit into words. If so, sets result to the fraction.
 bool small_fraction(int128 numerator, int128 denominator, QNumber& result) {
   constexpr int128 largest = INT64_MAX;
   if (numerator < -largest || numerator > largest || denominator < -largest ||
@@ -76,7 +76,7 @@ bool small_fraction(int128 numerator, int128 denominator, QNumber& result) {
 
 constexpr unsigned largest_constant = 64;  // in terms
 
-// The recursion is as deep as the budget is large, at most.
+// The recursion depth is bounded by the budget.
 bool evaluate(const TermManager& manager, const Term_* t, QNumber& value, unsigned& budget) {
   if (budget == 0) return false;
   budget--;

@@ -136,7 +136,7 @@ const Term_* TermBuilder::from_held(const Term_* t, const DataType* sort) {
 
 Value TermBuilder::number(const Token& token) {
   const bool decimal = token.kind == TokenKind::DECIMAL;
-  // Floating-point numbers are made from constants of sort Real, in logics without reals, too.
+  // Floating-point numbers are made from constants of sort Real, even in logics without reals.
   if (!logic.has(decimal ? Theory::REALS : Theory::ARITHMETIC) &&
       !logic.has(Theory::FLOATING_POINT)) {
     throw ParseError(token.position,
