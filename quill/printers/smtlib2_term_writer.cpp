@@ -267,7 +267,8 @@ bool SmtLib2TermWriter::is_of_place(const Term_* t, const DataType* expected) co
          logic.has(Theory::INTS) && logic.has(Theory::REALS);
 }
 
-// Begins an annotation. If the term was written before, writes its name instead and returns false.
+// Begins an annotation. If the term was written before and has a name, writes the name instead and
+// returns false.
 bool SmtLib2TermWriter::print_annotation_start(TextBuffer& out, const Term_* t,
                                                TermSet& named) const {
   if (named.find(t) != named.end()) {

@@ -120,7 +120,7 @@ Value build_int_to_bv(TermBuilder& b, const Application& a) {
   return {b.manager.make_int_to_bv(width, a.args[0].term), sort};
 }
 
-// Numbers of at most 64 bits are free: the text of their sign is no longer than what spells them.
+// Up to 64 bits are free: the text of the sign is no longer than the text that spells the number.
 Value build_sbv_to_int(TermBuilder& b, const Application& a) {
   constexpr uint64_t few = 64;
   const uint64_t width = b.expect_bit_vector(a, 0);

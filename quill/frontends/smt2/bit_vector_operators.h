@@ -26,7 +26,7 @@ Value build_bv_unary(TermBuilder& b, const Application& a) {
   return value_of_bits(std::invoke(make, b.manager, a.args[0].term));
 }
 
-// Builds from two arguments; from more, from the left.
+// Builds from two arguments, or from more, grouped from the left.
 template <auto make>
 Value build_bv_binary(TermBuilder& b, const Application& a) {
   expect_one_width(b, a);

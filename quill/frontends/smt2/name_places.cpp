@@ -17,7 +17,7 @@ NamePlace place_of(const TermManager& manager, const Command& command, const Nam
     if (!is_definition) return named.is_label ? NamePlace::WHOLE : NamePlace::APART;
   }
   // A term is annotated where it is written with the sort of its type: to_real goes around the
-  // annotation. Numerals have their sort in any place only if there is just one sort of numbers.
+  // annotation. Only if there is just one sort of numbers, numerals have that sort in any place.
   if (sort == type) return NamePlace::INSIDE;
   const bool has_one_sort = !logic.has(Theory::INTS) || !logic.has(Theory::REALS);
   const bool is_numeral = manager.is_number(named.term->symbol, nullptr);

@@ -26,9 +26,9 @@ using quill::CommandKind;
 // A term that a command lists, with its sort as a type of the manager.
 struct ScriptTerm {
   Value value;
-  // The name by which the script gives the term, if :named gave it to an earlier term or a
-  // definition that is kept has it: the stored_name there. Names that an assertion gives to the
-  // whole term do not count. Otherwise empty.
+  // Not empty if the script gives the term by a name: the stored_name of that name, which :named
+  // gave to an earlier term or which a definition that is kept has. Names that an assertion gives
+  // to the whole term do not count.
   std::string spelled_name;
 };
 
@@ -42,9 +42,9 @@ struct Command {
 
   uint64_t count = 0;              // Push, Pop: levels; DeclareSort: arity
   const Symbol* symbol = nullptr;  // DeclareConst, DeclareFun
-  // DeclareFun: for a function that stands for values that the standard leaves undefined, the name
-  // that the function was to have; its own name differs if the script uses that name. Otherwise
-  // empty.
+  // DeclareFun: not empty for a function that stands for values which the standard leaves
+  // undefined. It is then the name that the function was to have; the function's own name differs
+  // if the script uses that name.
   std::string undefined_name;
   const DataType* sort = nullptr;  // DeclareSort: the sort, or its head if it has an arity
 

@@ -32,7 +32,7 @@ Script ScriptReader::read() {
     throw;
   } catch (const InputError&) {
     throw;
-  } catch (const Exception& refusal) {  // by the manager
+  } catch (const Exception& refusal) {  // thrown by the manager
     throw ParseError(lexer.token.position, refusal.what());
   }
   forget.dismiss();

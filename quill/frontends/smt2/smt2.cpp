@@ -78,7 +78,7 @@ const Term_* read_one_term(std::string_view text, TermManager& manager, const Sc
     return value.term;
   } catch (const ParseError&) {
     throw;
-  } catch (const Exception& refusal) {  // by the manager
+  } catch (const Exception& refusal) {  // thrown by the manager
     throw ParseError(lexer.token.position, refusal.what());
   }
 }

@@ -27,9 +27,9 @@
 namespace quill::smt2 {
 
 // Reads a script up to its end or to (exit). Symbols that are still declared at that point stay
-// declared in the manager. Functions with Bool arguments are allowed during the call. Throws
-// ParseError for a fault of the script, and then leaves no name that the script declared in the
-// manager, and InputError if the stream cannot be read.
+// declared in the manager. Functions with Bool arguments are allowed during the call.
+// Throws ParseError for a fault of the script (no name that it declared is then left in the
+// manager) and InputError if the stream cannot be read.
 Script read(std::istream& input, TermManager& manager, const ReadOptions& options = {});
 
 // Reads one term over the symbols in the manager's signature, with the names of all supported
