@@ -14,7 +14,7 @@
 
 namespace {
 
-// Not earlier than the tests begin: GoogleTest names some of them by numbers.
+// Sets the locale only when the tests begin: before that, GoogleTest names some of them by numbers.
 class Environment : public testing::Environment {
  public:
   void SetUp() override {
