@@ -1,5 +1,5 @@
-// Measures the builders of the manager, one of each shape. `hit` asks for terms that are there,
-// `miss` for new ones, in a manager that grows.
+// Measures the builders of the manager, one of each shape. `hit` asks for existing terms, `miss`
+// for new ones, in a manager that grows.
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,7 @@ using quill::Term_;
 using quill::TermManager;
 using quill::bench::Terms;
 
-// A manager with what the requests below are made of. A request is a number; numbers below the
+// A manager with the operands of the requests below. A request is a number; numbers below the
 // square of `side` are distinct requests.
 class Builders {
  public:

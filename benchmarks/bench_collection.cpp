@@ -1,5 +1,6 @@
-// Measures gc on a grid of terms that do not keep each other, of which one in a hundred is kept:
-// the oldest ones, or ones strewn about; and on a graph that is kept whole, where it only walks.
+// Measures gc on a grid of terms that do not refer to each other, of which one in a hundred is
+// kept: the oldest terms, or terms scattered over the grid; and on a graph that is kept whole,
+// where gc only walks.
 
 #include <benchmark/benchmark.h>
 

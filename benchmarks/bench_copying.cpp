@@ -1,5 +1,5 @@
-// Measures copying between managers: a whole graph, and three terms out of a manager with very
-// many.
+// Measures copying between managers: a whole graph, and three terms of a manager with very many
+// terms.
 
 #include <benchmark/benchmark.h>
 
@@ -42,8 +42,8 @@ void chain(benchmark::State& state) {
   copy_whole(state, source, terms.back());
 }
 
-// The three have the largest ids of all. The target has their copies from the first call on, or is
-// a new manager each time.
+// The three terms have the largest ids. The target has their copies from the first call on, or is a
+// new manager each time.
 void three_terms(benchmark::State& state, bool to_new_manager) {
   TermManager source;
   Terms terms = quill::bench::make_constants(source, "x", 1, 32);

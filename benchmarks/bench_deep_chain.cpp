@@ -1,4 +1,4 @@
-// Measures what is done with a chain of nested terms, stage by stage, in nanoseconds for each term
+// Measures the operations on a chain of nested terms, stage by stage, in nanoseconds for each term
 // of the chain. No stage recurses over terms: run it with a stack of 256 KiB (ulimit -s 256).
 
 #include <benchmark/benchmark.h>

@@ -26,7 +26,7 @@ void fill(Map& map, const std::vector<uint64_t>& keys) {
   for (const uint64_t key : keys) map.insert(std::make_pair(key, key));
 }
 
-// Filling an empty map, growth and the release of the nodes included.
+// Filling an empty map, including growth and the release of the nodes.
 void insert(benchmark::State& state) {
   const std::vector<uint64_t> keys = make_keys(state);
   for (auto _ : state) {

@@ -40,7 +40,7 @@ void find_present(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-// A key goes and a new one comes.
+// One key is erased and a new one is inserted.
 void replace(benchmark::State& state) {
   const std::vector<uint64_t> keys = make_keys(state);
   Set set;

@@ -62,7 +62,7 @@ void find_absent(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-// An entry goes and comes back.
+// An entry is erased and inserted again.
 void erase_and_insert(benchmark::State& state) {
   const std::vector<uint32_t> hashes = make_hashes(state);
   InternIndex index;

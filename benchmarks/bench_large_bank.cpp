@@ -1,5 +1,5 @@
-// Measures managers that hold very many binary terms: what a term takes, how the time for one grows
-// with their number, and what a collection gives back to the system.
+// Measures managers that hold very many binary terms: how much memory a term takes, how the time
+// for a term grows with their number, and how much memory a collection gives back to the system.
 
 #include <benchmark/benchmark.h>
 
@@ -20,8 +20,8 @@ using quill::bench::Shape;
 using quill::bench::Terms;
 using quill::bench::time_stage;
 
-// A random graph, built, and asked for again. The figures include how the program picks arguments
-// at random from its list of terms; its list is not part of the memory for each term.
+// A random graph, built, and asked for again. The times include the picking of arguments at random
+// from the program's list of terms; the list is not part of the memory for each term.
 void grow(benchmark::State& state) {
   const size_t count = static_cast<size_t>(state.range(0));
   for (auto _ : state) {
@@ -44,7 +44,7 @@ void grow(benchmark::State& state) {
 
 enum class Kept { Oldest, Contiguous, Strewn };
 
-// Collects all but one term of a hundred out of a grid, whose terms do not keep each other.
+// Collects a grid, whose terms do not refer to each other, and keeps one term in a hundred.
 void collect(benchmark::State& state, Kept kept) {
   const size_t count = static_cast<size_t>(state.range(0));
   for (auto _ : state) {
@@ -76,7 +76,7 @@ void collect(benchmark::State& state, Kept kept) {
     state.counters["megabytes_after"] = (left - empty) / 1e6;
     state.counters["percent_returned"] = 100 * (full - left) / (full - empty);
 
-    // What was freed is used again.
+    // Freed memory is reused.
     time_stage(state, "again", state.range(0), [&] {
       terms.resize(leaves);
       quill::bench::add_shape(manager, Shape::Grid, terms, count);

@@ -1,4 +1,4 @@
-// Measures what a manager costs by itself, and the destruction of a full one.
+// Measures what an empty manager costs, and the destruction of a full one.
 
 #include <benchmark/benchmark.h>
 
@@ -32,7 +32,7 @@ void destroy(benchmark::State& state) {
     quill::bench::add_shape(*manager, shape, terms, count);
     state.ResumeTiming();
     manager.reset();
-    state.PauseTiming();  // the list goes apart
+    state.PauseTiming();  // the destruction of the list is not measured
     terms = Terms();
     state.ResumeTiming();
   }

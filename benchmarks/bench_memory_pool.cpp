@@ -1,4 +1,4 @@
-// Measures MemoryPool: nodes of a new pool, and nodes given back and taken again.
+// Measures MemoryPool: nodes of a new pool, and nodes that are given back and taken again.
 
 #include <benchmark/benchmark.h>
 
@@ -12,7 +12,7 @@ namespace {
 using Pool = quill::MemoryPool<32, false>;
 using ZeroPool = quill::MemoryPool<32, true>;
 
-// Growth and the release of the chunks included.
+// Including growth and the release of the chunks.
 template <class AnyPool>
 void fill(benchmark::State& state) {
   for (auto _ : state) {

@@ -24,7 +24,7 @@ void make_from_word_big(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(QNumber(value++));
 }
 
-// By the table of greatest common divisors, and beyond it.
+// With operands within the table of greatest common divisors, and beyond it.
 void normalize(benchmark::State& state) {
   long part = 6 * state.range(0);
   for (auto _ : state) {

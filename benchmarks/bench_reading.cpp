@@ -1,5 +1,5 @@
-// Measures the front end on scripts that it wrote itself: a graph with shared terms, a chain, and
-// declarations. The time is for each byte read, the manager's included.
+// Measures the front end on scripts that the benchmark has written: a graph with shared terms, a
+// chain, and declarations. The time is for each byte read and includes the manager's.
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
-// Measures designs for a store of terms against each other, bare of types and symbols: how a
-// request is hashed, where nodes live, and how a node is found. docs/performance.md tells what came
-// of it. The first design is that of the term bank.
+// Compares designs for a store of terms, without types and symbols: how a request is hashed, where
+// nodes live, and how a node is found. docs/performance.md has the results. The first design is
+// that of the term bank.
 
 #include <benchmark/benchmark.h>
 
@@ -30,7 +30,7 @@ struct Node {
   const Node* args[2];
 };
 
-// What of an argument is hashed.
+// Which property of an argument is hashed.
 struct HashAddresses {
   static uint64_t key(const Node* n) { return reinterpret_cast<std::uintptr_t>(n); }
 };
@@ -66,7 +66,7 @@ class SingleNodes {
   std::vector<std::unique_ptr<Node>> nodes;
 };
 
-// How a node is found. Each calls hash_of(node) only when growth has to know.
+// How a node is found. Each index calls hash_of(node) only when growth needs the hash.
 //
 // Slots of 32 bits of hash and a number: growth reads no node.
 class HashSlots {
@@ -87,7 +87,7 @@ class HashSlots {
   InternIndex index;
 };
 
-// Slots of a number alone, 4 bytes: every probe reads a node, and growth all of them.
+// Slots that hold only a number, 4 bytes: every probe reads a node, and growth reads all nodes.
 class BareSlots {
  public:
   template <class Equal, class HashOf>
@@ -125,8 +125,8 @@ class BareSlots {
   size_t taken = 0;
 };
 
-// Chains from buckets, one for each node on average; the hash stands in the link, so that growth
-// reads links only.
+// Chains from buckets, one bucket for each node on average; the hash is in the link, so that growth
+// reads only links.
 class Chains {
  public:
   template <class Equal, class HashOf>

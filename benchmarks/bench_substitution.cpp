@@ -16,8 +16,8 @@ using quill::Term_;
 using quill::TermManager;
 using quill::bench::Terms;
 
-// Each call replaces by constants of its own, so that all images are new. The images of the call
-// before are collected while no time is taken.
+// Each call uses different constants as replacements, so that all images are new. The images of the
+// previous call are collected while the clock is stopped.
 void substitute(benchmark::State& state, TermManager& manager, const Term_* root,
                 const Terms& from) {
   int64_t round = 0;

@@ -1,5 +1,5 @@
-// Measures making symbols: named ones, unique ones on one base, fresh variables; and the signature
-// below the manager.
+// Measures how symbols are made: named ones, unique ones on one base, fresh variables; and the
+// signature without the manager.
 
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,4 @@
-// Measures TermBank below the manager: nothing is checked and no operator is looked up.
+// Measures TermBank without the manager: nothing is checked and no operator is looked up.
 
 #include <benchmark/benchmark.h>
 
@@ -25,8 +25,8 @@ struct Requests {
   std::vector<const Term_*> arguments;  // arity for each request
 };
 
-// A bank with constants, and distinct requests over them: the arguments of request i spell i to the
-// base of the number of constants.
+// A bank with constants, and distinct requests over them: the arguments of request i are the digits
+// of i in the base of the number of constants.
 class BankBenchmark : public benchmark::Fixture {
  public:
   void SetUp(benchmark::State& state) override {
@@ -75,7 +75,7 @@ class BankBenchmark : public benchmark::Fixture {
   Requests requests;
 };
 
-// Terms that are there.
+// Existing terms.
 BENCHMARK_DEFINE_F(BankBenchmark, hit)(benchmark::State& state) {
   make_all();
   for (auto _ : state) make_all();
@@ -94,7 +94,7 @@ BENCHMARK_DEFINE_F(BankBenchmark, miss)(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(1));
 }
 
-// New terms in a bank that was as large before: freed nodes and ids are used again.
+// New terms in a bank that was as large before: freed nodes and ids are reused.
 BENCHMARK_DEFINE_F(BankBenchmark, miss_after_removal)(benchmark::State& state) {
   make_all();
   const std::vector<bool> constants_only(constants.size(), true);

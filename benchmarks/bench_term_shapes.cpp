@@ -1,5 +1,5 @@
-// Measures how the shape of the graph bears on the time that a term takes: `build` when it is new,
-// `again` when it is there. A good index and its hash make no shape much dearer than the random
+// Measures how the shape of the graph affects the time that a term takes: `build` if the term is
+// new, `again` if it exists. With a good index and hash, no shape costs much more than the random
 // graph.
 
 #include <benchmark/benchmark.h>

@@ -23,7 +23,7 @@ struct Count {
   }
 };
 
-// With marks that are kept from walk to walk, as a user with many walks has them.
+// With marks that are kept from walk to walk, as a user with many walks keeps them.
 void walk(benchmark::State& state, const Term_* root, bool once) {
   std::vector<bool> marks;
   Count count;

@@ -3,10 +3,10 @@
 
 Usage: compare_reading.py --quill-smt2 COMMAND [--mebibytes N] [--rounds N] [--folder FOLDER]
 
-For each kind of script that generate_scripts.py knows: `quill-smt2 stats`, which reads the script and
-measures its terms; z3 on the same file, which reads it and finds no check-sat; and `cvc5 --parse-only`,
-which keeps nothing.  The programs take turns.  Shown are the medians of user and system time, the largest
-resident memory, and how much of what the others take quill-smt2 needs.
+For each kind of script that generate_scripts.py knows, this runs `quill-smt2 stats`, which reads the script
+and measures its terms; z3 on the same file, which reads it and finds no check-sat; and `cvc5 --parse-only`,
+which keeps nothing.  The programs take turns.  The table shows the medians of user and system time, the
+largest resident memory, and the ratios of quill-smt2's figures to those of the others.
 """
 
 import argparse

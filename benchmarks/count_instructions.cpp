@@ -95,8 +95,8 @@ void hit_fp_cast(TermManager& m, size_t count) {
   measured([&](size_t) { m.make_fp_cast(11, 52, rm, x); }, count);
 }
 
-// The names of the symbols asked for do not depend on COUNT: the first thousand of them, and those
-// behind a hundred thousand others.
+// The names of the symbols asked for do not depend on COUNT: they are the first thousand, or those
+// after a hundred thousand others.
 void unique_symbols(TermManager& m, size_t before, size_t count) {
   const quill::DataType* type = m.get_int_type();
   for (size_t i = 0; i < before; ++i) m.make_unique_symbol("base", type);

@@ -8,7 +8,7 @@ Usage: generate_scripts.py KIND FILE [--mebibytes N] [--seed N]
   nesting      QF_BV: assertions of 2000 nested applications each, without let
 
 The same arguments give the same bytes on every machine: all choices come from one seeded generator.
-No script has a check-sat, so that a solver that is given one does nothing but read it.
+No script has a check-sat, so that a solver only reads it.
 """
 
 import argparse

@@ -19,7 +19,7 @@
 
 namespace quill::bench {
 
-// The processor time of this thread, in nanoseconds: what other programs do does not count.
+// The processor time of this thread, in nanoseconds, which excludes that of other programs.
 inline double cpu_nanoseconds() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -34,7 +34,7 @@ void time_stage(benchmark::State& state, const std::string& name, int64_t items,
   state.counters[name] = (cpu_nanoseconds() - start) / static_cast<double>(items);
 }
 
-// The resident memory of the process, in bytes; 0 where the system does not tell.
+// The resident memory of the process, in bytes; 0 if the system does not report it.
 inline double resident_bytes() {
   std::ifstream statm("/proc/self/statm");
   double all = 0;
@@ -43,8 +43,8 @@ inline double resident_bytes() {
   return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-// The same without what the allocator keeps of memory that was freed before, where it can be told
-// to let go.
+// The same without freed memory that the allocator keeps, where the allocator can be asked to give
+// it back.
 inline double resident_bytes_in_use() {
 #ifdef __GLIBC__
   malloc_trim(0);
@@ -52,7 +52,7 @@ inline double resident_bytes_in_use() {
   return resident_bytes();
 }
 
-// The buffer of a stream that counts what is written and keeps nothing.
+// A stream buffer that counts the characters written and keeps none.
 class CountingBuffer : public std::streambuf {
  public:
   CountingBuffer() { setp(buffer, end()); }

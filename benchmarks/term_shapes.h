@@ -62,7 +62,8 @@ inline const Term_* make_some_operator(TermManager& manager, uint64_t choice, co
   }
 }
 
-// Each term takes two of those before it: appends `count` terms to a list that holds constants.
+// Appends `count` terms to a list that holds constants; the arguments of each are two terms before
+// it.
 inline void add_random_graph(TermManager& manager, Terms& terms, size_t count, uint64_t seed) {
   Random random(seed);
   for (size_t i = 0; i < count; ++i) {
@@ -72,7 +73,8 @@ inline void add_random_graph(TermManager& manager, Terms& terms, size_t count, u
   }
 }
 
-// A graph whose root reaches most of `count` terms; each takes two of the last hundred.
+// A graph whose root reaches most of `count` terms; the arguments of each are two of the last
+// hundred terms before it.
 inline const Term_* make_connected_graph(TermManager& manager, size_t count, uint64_t seed) {
   Terms terms = make_constants(manager, "x", 100, 32);
   Random random(seed);

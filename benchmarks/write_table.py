@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Makes a table (markdown) of the files that the benchmarks write with --benchmark_out_format=json.
+"""Makes a table (markdown) from the files that the benchmarks write with --benchmark_out_format=json.
 
 Usage: write_table.py FILE...
 
 Times are processor time in nanoseconds: for each item or byte where a benchmark counts them, otherwise for
-each round. What else a benchmark reports follows by name.
+each round. Other values that a benchmark reports follow by name.
 """
 
 import json
 import pathlib
 import sys
 
-# What stands in every report, whatever is measured.
+# The fields of every report, whatever is measured.
 COMMON = {
     "name", "family_index", "per_family_instance_index", "run_name", "run_type", "repetitions",
     "repetition_index", "threads", "iterations", "real_time", "cpu_time", "time_unit", "label",
@@ -21,7 +21,7 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def short(number):
-    """Three digits, at least all before the point."""
+    """A number with three digits, or with all digits before the point if there are more."""
     if abs(number) >= 100:
         return f"{number:,.0f}"
     return f"{number:.3g}"

@@ -1,8 +1,8 @@
-// Builds the claim that four pigeons fit into three holes, no two of them into one, and prints it
-// as a script that any SMT-LIB solver reads: pigeonhole | z3 -in
+// Builds the claim that four pigeons fit into three holes, no two of them into the same one, and
+// prints it as a script that any SMT-LIB solver reads: pigeonhole | z3 -in
 //
-// Shows how a formula is built step by step, and that the manager shares what is built twice: there
-// is one term for each "pigeon p sits in hole h", however often it is asked for.
+// Shows how a formula is built step by step, and that the manager shares terms that are built
+// twice: there is one term for each "pigeon p sits in hole h", however often it is asked for.
 
 #include <cstddef>
 #include <iostream>

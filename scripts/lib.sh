@@ -1,4 +1,4 @@
-# Helpers of the scripts, to be sourced.  The caller has done `set -euo pipefail`.
+# Helpers of the scripts, to be sourced by a script that has run `set -euo pipefail`.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -9,7 +9,7 @@ die() {
   exit 1
 }
 
-# quietly COMMAND...: runs a command and shows what it wrote only if it fails, then ends the script.
+# quietly COMMAND...: runs a command.  If the command fails, shows what it wrote and ends the script.
 quietly() {
   local log status=0
   log=$(mktemp)
@@ -30,8 +30,8 @@ is_there() {
   esac
 }
 
-# ensure PACKAGE=NEED...: installs the Debian packages whose NEED is not there; without the right or the
-# means to do so, prints the line that does it and ends the script.
+# ensure PACKAGE=NEED...: installs the Debian packages whose NEED is missing.  If it may not or cannot do so,
+# prints what to install and ends the script.
 ensure() {
   local pair missing=()
   for pair in "$@"; do
@@ -60,7 +60,7 @@ ensure() {
   done
 }
 
-# What ensure() is to install, by what is to be done.
+# The packages that ensure() has to install for each kind of work.
 # shellcheck disable=SC2034 # for the scripts
 {
   to_build=(cmake=cmake make=make g++=g++ libgmp-dev=gmp.h libcli11-dev=CLI/CLI.hpp)
@@ -85,7 +85,8 @@ build_target() {
   quietly cmake --build "$folder" --target "$target" --parallel "$jobs"
 }
 
-# run_tests FOLDER [CTEST ARGUMENT...]: the tests of build/FOLDER; prints what fails and the summary.
+# run_tests FOLDER [CTEST ARGUMENT...]: runs the tests of build/FOLDER; prints the summary, or the whole log if
+# a test fails.
 run_tests() {
   local folder=$root/build/$1 log status=0
   shift

@@ -25,7 +25,7 @@ namespace {
 
 std::string describe_errno(int code) { return std::generic_category().message(code); }
 
-// With a line of progress, if somebody is there to see it. A size of 0 is not known.
+// Shows a progress line if standard error is a terminal. A size of 0 means that it is not known.
 Script read_watched(std::istream& input, uint64_t size, TermManager& manager,
                     const ReadOptions& options) {
   if (isatty(STDERR_FILENO) == 0) return read(input, manager, options);
@@ -36,14 +36,14 @@ Script read_watched(std::istream& input, uint64_t size, TermManager& manager,
 
 Script read_file(const std::string& file, TermManager& manager, const ReadOptions& options) {
   if (file == "-") return read_watched(std::cin, 0, manager, options);
-  std::error_code ignored;  // what cannot be looked at cannot be opened either
+  std::error_code ignored;  // a file that cannot be examined cannot be opened either
   if (std::filesystem::is_directory(file, ignored)) throw Exception("is a directory");
   errno = 0;
   std::ifstream input(file, std::ios::binary);
   if (!input) {
     throw Exception("cannot be opened" + (errno == 0 ? "" : ": " + describe_errno(errno)));
   }
-  std::error_code no_file;  // but a pipe or a device
+  std::error_code no_file;  // set for a pipe or a device, which has no size
   const uintmax_t size = std::filesystem::file_size(file, no_file);
   return read_watched(input, no_file ? 0 : size, manager, options);
 }
@@ -61,7 +61,7 @@ std::string written(TermManager& manager, const Script& script, Configuration::D
   return std::move(text).str();
 }
 
-// What counts in a script that is to be written in the dialect.
+// The limits for a script that is to be written in the dialect.
 ReadOptions options_for(uint64_t max_expansion, Configuration::Dialect dialect) {
   ReadOptions options;
   options.max_pairs = max_expansion;

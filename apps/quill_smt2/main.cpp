@@ -1,8 +1,9 @@
 // The command quill-smt2: reads an SMT-LIB 2.6 script into shared terms, and writes it back or
 // measures it.
 //
-// Exit status 0 on success. Otherwise one line on standard error, nothing (or not everything) on
-// standard output, and status 1; a reader of the output that goes away early gets no message.
+// The exit status is 0 on success. On a failure it is 1, with one line on standard error and
+// nothing (or not everything) on standard output. If the reader of the output goes away early, the
+// status is 1 and there is no message.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -37,7 +38,7 @@ struct Options {
 };
 
 int fail(const std::string& file, const std::string& separator, const std::string& why) {
-  // The stream is unbuffered, and a message that cannot be written is no further failure.
+  // The stream is unbuffered. A message that cannot be written is not a second failure.
   std::cerr << (file == "-" ? "<stdin>" : file) << separator << why << '\n';
   return 1;
 }
@@ -63,7 +64,7 @@ int run(const Options& options, const std::function<std::string()>& subcommand) 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A closed pipe is then an error of a write, like a full disk.
+  // With this, a closed pipe is an error of a write, like a full disk.
   std::signal(SIGPIPE, SIG_IGN);
   // Without this, errors of reading standard input would look like its end.
   std::ios::sync_with_stdio(false);

@@ -1,8 +1,9 @@
-// A stream buffer that reads another one and shows on one line how far it has come.
+// A stream buffer that reads another one and shows on one line how much it has read.
 //
-// Nothing is shown before 16 MiB are read, or at all for inputs known to be no larger. From then on
-// the line, "read 23 of 50 MiB" or "read 23 MiB", changes with each MiB; the destructor erases it.
-// It goes to the stream given as it comes, so that stream is best unbuffered, and a terminal.
+// It shows nothing before 16 MiB are read, and nothing at all for inputs known to be no larger.
+// From then on the line, "read 23 of 50 MiB" or "read 23 MiB", changes with each MiB; the
+// destructor erases it. The line goes to the given stream at once; that stream is best unbuffered,
+// and a terminal.
 
 #ifndef APPS_QUILL_SMT2_PROGRESS_H
 #define APPS_QUILL_SMT2_PROGRESS_H

@@ -41,7 +41,7 @@ void simplify(quill::TermManager& manager, Script& script) {
   manager.set_delegate(nullptr);
 }
 
-// The declarations of the scripts, and the assertion that some pair of their assertions differs.
+// The declarations of both scripts, and the assertion that some pair of their assertions differs.
 Script difference(quill::TermManager& manager, const Script& plain, const Script& simplified) {
   Script script;
   std::set<std::pair<const quill::Symbol*, const quill::DataType*>> declared;

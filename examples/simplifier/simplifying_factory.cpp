@@ -83,7 +83,7 @@ SimplifyingFactory::Term SimplifyingFactory::simplify_iff(Term a, Term b) {
   return nullptr;
 }
 
-// Different numerals are different values, but for floating-point ones: two of them may be NaN.
+// Different numerals are different values, except in floating point, where both may be NaN.
 SimplifyingFactory::Term SimplifyingFactory::simplify_equality(Term a, Term b) {
   if (a == b) return manager.make_true();
   if (!manager.is_number(a->symbol, nullptr) || !manager.is_number(b->symbol, nullptr)) {

@@ -12,12 +12,12 @@
 //
 // - `args` may be the manager's own scratch vector, which the builders overwrite. Operands are
 //   therefore copied out of it before a builder is called.
-// - Builders called here come back here: that is how simplifications cascade, and why every rule
-//   must lead to a smaller term.
-// - A term that needs no simplification is left to the manager by returning null. Who wants the
-//   plain term itself has to ask TermManager::do_make_term for it; make_term would come back here.
-// - The type of the result is not checked by the manager: a term of another type, even a subtype,
-//   is not returned here.
+// - Builders that are called here call the delegate again: this is how simplifications cascade, and
+//   why every rule must lead to a smaller term.
+// - If a term needs no simplification, the delegate returns null and leaves it to the manager. To
+//   get the plain term, call TermManager::do_make_term; make_term would call the delegate again.
+// - The manager does not check the type of the result, so the delegate never returns a term of
+//   another type, not even of a subtype.
 
 #ifndef EXAMPLES_SIMPLIFIER_SIMPLIFYING_FACTORY_H
 #define EXAMPLES_SIMPLIFIER_SIMPLIFYING_FACTORY_H
@@ -33,7 +33,7 @@ class SimplifyingFactory : public quill::TermFactory {
 
   explicit SimplifyingFactory(quill::TermManager& owner) : manager(owner) {}
 
-  // The simplified term, or null where no rule applies.
+  // The simplified term, or null if no rule applies.
   Term make_term(const quill::Symbol* symbol, const std::vector<Term>& args) override;
 
  private:

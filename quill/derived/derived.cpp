@@ -1,5 +1,4 @@
-// The expansions of derived.h. They stand with the term manager because they build through it; the
-// header only names it.
+// The expansions of derived.h.
 
 #include "quill/derived/derived.h"
 
@@ -23,13 +22,13 @@ const Term_* fold(TermManager& m, TermSpan terms, Builder builder, const Term_* 
   return result;
 }
 
-// An operator of arithmetic over Int or Real, whatever the types of the arguments would choose.
+// The symbol of an arithmetic operator over the given type, whatever types its arguments have.
 const Symbol* operator_over(const TermManager& m, const DataType* type, const char* base) {
   const char* over = type == m.get_int_type() ? "_int`" : "_rat`";
   return m.get_signature()->get_symbol((std::string("`") + base + over).c_str());
 }
 
-// The operands of div and mod.
+// Checks the operands of div and mod.
 void require_ints(const TermManager& m, const Term_* a, const QNumber& c, const char* where) {
   if (!c.is_integer()) {
     throw TermManager::error("the divisor must be an integer: ") << c << " (" << where << ")";
@@ -48,8 +47,8 @@ bool is_bool(const TermManager& m, const Term_* t) {
 
 }  // namespace
 
-// Operands are built in statements of their own throughout: the order in which terms come into
-// being fixes their ids.
+// Throughout, operands are built in statements of their own: the order in which terms are made
+// determines their ids.
 
 const Term_* make_implies(TermManager& m, const Term_* a, const Term_* b) {
   require_own(m, {a, b});

@@ -32,7 +32,7 @@ const Term_* is_negative(TermManager& m, const Term_* a) {
   return m.make_bv_slt(a, zero_like(m, a));
 }
 
-// The width, when that many bits n times are a width, too.
+// The width of a, after checking that n times that many bits are a width, too.
 size_t multipliable_width(const TermManager& m, const Term_* a, size_t n) {
   const size_t width = width_of(m, a);
   if (n == 0) throw TermManager::error("a bit-vector cannot be repeated no times");

@@ -37,7 +37,7 @@ size_t width_of(const TermManager& m, const Term_* t, const char* where) {
   return width;
 }
 
-// As wide as floating-point values may be, see ieee_float.h.
+// The largest width of floating-point values, see ieee_float.h.
 constexpr uint64_t max_bits = uint64_t{1} << 32;
 
 // bits becomes bits * 2^width + number.
@@ -50,8 +50,8 @@ void append(mpz_ptr bits, const QNumber& number, size_t width) {
   }
 }
 
-// The bits of 2^w, or of the largest finite value of a format that does not reach it. The exponent
-// field of 2^w is w more than the bias, 2^(e-1) - 1.
+// The bits of 2^w, or of the largest finite value if the format does not reach 2^w. The exponent
+// field of 2^w exceeds the bias, 2^(e-1) - 1, by w.
 QNumber limit_bits(IEEEFloat::format format, size_t w) {
   GmpInteger bias;
   mpz_setbit(bias, format.e - 1);
@@ -122,8 +122,8 @@ const Term_* make_fp_to_ubv(TermManager& m, size_t w, const Term_* rm, const Ter
         << w << " (" << where << ")";
   }
   if (m.get_typecheck_enabled()) m.typecheck(undefined, m.get_bv_type(w), where);
-  // Exact in any mode: -1 is a value of every format. Refuses formats that are too wide for
-  // limit_bits, too.
+  // Exact in any mode: -1 is a value of every format. This call also throws for formats that are
+  // too wide for limit_bits.
   const Term_* even = m.make_fprounding_even();
   const Term_* minus_one = m.make_fp_rat_number(QNumber(-1), format.e, format.m, even);
   const Term_* limit = m.make_fp_bits_number(limit_bits(format, w), format.e, format.m);

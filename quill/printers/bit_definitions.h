@@ -1,12 +1,12 @@
-// Constants that stand for the bits of floating-point values, in text that has no function for them
+// Constants that represent the bits of floating-point values, in text that has no function for them
 // (see standard_encoding.h).
 //
 // A definition names the constant that holds the bits of one value. Which bits a NaN has is open,
-// but all have the same: for each format there is one more constant, which holds those. The names,
-// quill!ieee_bits_1 and quill!ieee_nan_1 and so on, are given once only.
+// but all NaNs of a format have the same: for each format one more constant holds them. The names,
+// quill!ieee_bits_1 and quill!ieee_nan_1 and so on, are given only once.
 //
-// Definitions belong to scopes, as the commands of a script do: pop() forgets those that were made
-// since the push() that it undoes.
+// Definitions belong to scopes, like the commands of a script: pop() forgets the definitions that
+// were made since the push() that it undoes.
 
 #ifndef QUILL_PRINTERS_BIT_DEFINITIONS_H
 #define QUILL_PRINTERS_BIT_DEFINITIONS_H
@@ -33,23 +33,23 @@ class BitDefinitions {
     const Term_* value;  // null: the constant holds the bits of NaN
   };
 
-  // The names of symbols of the manager are not given; it must outlive the definitions.
+  // Definitions avoid the names of the manager's symbols. The manager must outlive the definitions.
   explicit BitDefinitions(const TermManager& owner) : manager(owner) {}
 
-  // Nor is this one.
+  // Definitions avoid this name, too.
   void reserve(const std::string& name) { reserved.insert(name); }
 
-  // The definition of the bits of a floating-point value, and that of the bits of NaN; null where
-  // there is none. They are valid until the next change.
+  // The definition of the bits of a floating-point value, and that of the bits of NaN; null if
+  // there is none. The pointers are valid until the next change.
   const Definition* find(const Term_* value) const;
   const Definition* find_nan(IEEEFloat::format format) const;
 
-  // Makes the definition for a value that has none, after that of NaN in its format if there is
-  // none either. Returns the former number of definitions. All or nothing.
+  // Makes the definition of a value that has none; if NaN in its format has none either, makes that
+  // one first. Returns the former number of definitions. All or nothing.
   size_t define(const Term_* value);
 
-  // Takes the latest definitions of the current scope back, with their names, which are given
-  // again: for a text that could not be written.
+  // Removes the latest definitions of the current scope and frees their names for later
+  // definitions. Used when a text could not be written.
   struct Mark {
     size_t count;
     uint64_t next_bits;
@@ -58,7 +58,7 @@ class BitDefinitions {
   Mark mark() const { return {definitions.size(), next_bits, next_nan}; }
   void take_back_to(const Mark& before) noexcept;
 
-  // Of all scopes, in the order in which they were made.
+  // The definitions of all scopes, in the order in which they were made.
   const std::vector<Definition>& all() const { return definitions; }
 
   void push(uint64_t levels) { depth += levels; }
@@ -73,10 +73,10 @@ class BitDefinitions {
   const TermManager& manager;
   hsh::GuardedSet<std::string, NameHash> reserved;
   std::vector<Definition> definitions;
-  std::vector<uint64_t> depths;  // of their scopes, ascending
+  std::vector<uint64_t> depths;  // of the scopes of the definitions, ascending
   uint64_t depth = 0;
   hsh::HashMap<const Term_*, size_t> by_value;  // positions in definitions
-  // Of the latest definition for NaN in each format. It may have been forgotten since.
+  // The position of the latest definition of NaN for each format. It may have been forgotten since.
   hsh::GuardedMap<IEEEFloat::format, size_t> nans;
   uint64_t next_bits = 1;  // numbers of the next names
   uint64_t next_nan = 1;

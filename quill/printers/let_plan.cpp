@@ -10,8 +10,8 @@ namespace quill {
 
 namespace {
 
-// Whether a name for the term would be no shorter than it is, as for one operator with one constant
-// after it, such as (not p) and (- x), or the term is a product of numerals.
+// Whether a name for the term would be no shorter than the term. This holds for one operator with
+// one constant after it, such as (not p) and (- x), and for a product of numerals.
 bool is_tiny(const TermManager& manager, const WrittenForm& form) {
   if (form.num_operands() == 1 && form.operand(0).term->symbol->arity == 0) {
     switch (form.kind) {
@@ -46,12 +46,12 @@ LetPlan::LetPlan(const TermManager& manager, const Term_* root, WrittenForms& fo
   }
 }
 
-// Numbers the subterms, level by level, and counts the places of each.
+// Numbers the subterms level by level and counts the places of each.
 void LetPlan::collect(const TermManager& manager, const Term_* root, WrittenForms& forms) {
   constexpr size_t max_places = constant_bit - 2;
   constexpr size_t look_ahead = 16;
-  GrowingArray<const Term_*> places;  // what stands in the places of operands on this level
-  GrowingArray<const Term_*> lower;   // and on the next
+  GrowingArray<const Term_*> places;  // the terms in the operands' places on this level
+  GrowingArray<const Term_*> lower;   // the same on the next level
   size_t num_places = 0;              // on all levels
   TermTable<uint32_t> met(manager.get_bank()->id_bound());  // by term, as in operands, plus one
   const auto enter = [&](const Term_* t) {
@@ -93,12 +93,12 @@ void LetPlan::collect(const TermManager& manager, const Term_* root, WrittenForm
   nodes.push_back(Node(nodes[0], static_cast<uint32_t>(num_places)));
 }
 
-// A walk from the root down that comes to a node when it has been to all of its places: a node then
-// belongs into the group before the earliest one with a place of it. What is not bound is written
-// in its only place, and belongs to the group of that.
+// Walks down from the root and comes to a node after it has been to all places of the node. A node
+// therefore belongs to the group before the earliest group that has a place of it. A node that is
+// not bound is written in its only place and belongs to the group of that place.
 void LetPlan::bind() {
   constexpr size_t look_ahead = 4;
-  GrowingArray<uint32_t> group;  // the bound nodes of a group, and what is written in them
+  GrowingArray<uint32_t> group;  // the bound nodes of a group, and the nodes written inside them
   GrowingArray<uint32_t> earlier;
   states[0] = NotBound;
   earlier.push_back(0);
@@ -116,7 +116,7 @@ void LetPlan::bind() {
         if (below >= constant_bit) continue;
         uint32_t& state = states[below];
         switch (state) {
-          case NotBound:  // tiny, as all below it
+          case NotBound:  // tiny, and so is all below it
             break;
           case OnePlace:
             state = NotBound;
@@ -134,7 +134,8 @@ void LetPlan::bind() {
     }
     if (!earlier.empty()) ends.push_back(num_bindings());
   }
-  // Until here the number of the first binding of each group, counted from the last one back.
+  // So far `ends` holds the number of the first binding of each group, counted from the last one
+  // back.
   uint32_t later = 0;
   for (uint32_t& end : ends) {
     const uint32_t here = end;

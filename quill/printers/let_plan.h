@@ -1,19 +1,20 @@
 // Which subterms of a printed term are bound by let, and in which order.
 //
 // A subterm is bound when it occurs more than once, unless it is tiny: a constant, one operator
-// without indices and one constant after it, such as (not p), or a product of a few numerals.
-// Bindings are put into groups, one let for each: the last group is referred to by none of them,
-// the one before by the last alone, and so on, so that the lets nest no deeper than they must. The
-// order within a group depends on the term alone.
+// without indices followed by one constant, such as (not p), or a product of a few numerals.
+// Bindings form groups, one let for each: no binding refers to the last group, only the last group
+// refers to the one before, and so on, so that lets nest no deeper than they must. The order within
+// a group depends only on the term.
 //
-// Representation: the subterms that are no constants are nodes, numbered from the root at 0 on,
-// level by level; constants have numbers of their own. Nodes and operands lie in two arrays, and an
-// array by node holds the number of its binding. They are small, because most reads of them are at
-// random, and hold all that writing needs of a node: terms lie anywhere in memory, and are read
-// once, when they are met.
+// Representation: the subterms that are not constants are nodes, numbered level by level, the root
+// being 0; constants have numbers of their own. Nodes and operands are in two arrays, and an array
+// by node holds the number of its binding. The arrays are small, because most reads of them are at
+// random, and they hold all that writing needs of a node: terms are anywhere in memory, so they are
+// read only once, when the plan first meets them.
 //
-// Cost: time and memory linear in the number of distinct subterms and their arguments. No walk
-// waits for memory: it is known early which terms and nodes will be read, and they are fetched.
+// Cost: time and memory linear in the number of distinct subterms and their arguments. Walks
+// prefetch the terms and nodes that they will read, which are known early, so that they need not
+// wait for memory.
 
 #ifndef QUILL_PRINTERS_LET_PLAN_H
 #define QUILL_PRINTERS_LET_PLAN_H
@@ -31,7 +32,7 @@ namespace quill {
 
 class LetPlan {
  public:
-  // What is written for an operand.
+  // What to write for an operand.
   class Operand {
    public:
     static constexpr Operand constant(uint32_t number) { return {Constant, number}; }
@@ -51,18 +52,18 @@ class LetPlan {
     uint32_t value;
   };
 
-  // Without names nothing is bound.
+  // Binds nothing if with_names is false.
   LetPlan(const TermManager& manager, const Term_* root, WrittenForms& forms,
           bool with_names = true);
 
-  // Bindings are numbered from 1 on, group by group.
+  // Bindings are numbered from 1, group by group.
   uint32_t num_bindings() const { return static_cast<uint32_t>(bound.size()); }
   uint32_t bound_node(uint32_t number) const { return bound[bound.size() - number]; }
 
   // The number of the last binding of each group.
   const std::vector<uint32_t>& group_ends() const { return ends; }
 
-  // Whether some operator in the text is none of the standard.
+  // Whether the text has an operator that is not in the standard.
   bool has_extensions() const { return extensions; }
 
   // The whole term: node 0 or constant 0.
@@ -83,13 +84,13 @@ class LetPlan {
     return back == 0 ? Operand::node(below) : Operand::binding(num_bindings() + 1 - back);
   }
 
-  // The term that an operand stands for.
+  // The term that an operand represents.
   const Term_* term(Operand what) const {
     if (what.is_constant()) return constant(what.number());
     return form(what.is_node() ? what.number() : bound_node(what.number())).term;
   }
 
-  // While a binding is written: fetches what those a little later will need.
+  // Called while a binding is written; prefetches what the bindings a little later will need.
   void prefetch_binding(uint32_t number) const {
     constexpr uint32_t look_ahead = 6;
     if (number + 2 * look_ahead > bound.size()) return;
@@ -100,12 +101,12 @@ class LetPlan {
  private:
   static constexpr uint32_t constant_bit = uint32_t{1} << 31;
 
-  // What is known of a node until its places are counted, and while they are counted down; then the
-  // number of its binding, from the last one back, or 0.
+  // Until the places of a node have been counted, and while they are counted down, one of these
+  // states. After that the number of the node's binding, counted from the last one back, or 0.
   enum State : uint32_t {
     NotBound = 0,
     OnePlace = 1,
-    LastOfMany = 2,  // and one more for every further place
+    LastOfMany = 2,  // each further place adds one
   };
 
   struct Node : WrittenForm {
@@ -117,8 +118,8 @@ class LetPlan {
   void collect(const TermManager& manager, const Term_* root, WrittenForms& forms);
   void bind();
 
-  GrowingArray<Node> nodes;         // and one after the last, for the end of its operands
-  GrowingArray<uint32_t> operands;  // nodes, or constants with the bit set
+  GrowingArray<Node> nodes;         // and one more, for the end of the last operands
+  GrowingArray<uint32_t> operands;  // nodes, or constants with constant_bit set
   GrowingArray<uint32_t> states;    // by node
   GrowingArray<const Term_*> constants;
   GrowingArray<uint32_t> bound;  // the nodes to bind, from the last binding back

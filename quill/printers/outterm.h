@@ -1,16 +1,15 @@
 // Stream adaptors for terms:
 //
 //   out << outterm(&manager, t);                  in SMT-LIB, shared subterms bound by let
-//   out << outshallowterm(&manager, t);           the same: the shallow form is for messages,
+//   out << outshallowterm(&manager, t);           the same: the shallow form is only for messages,
 //                                                 see TermManager::to_shallow_str_literal
 //   out << outtermlist(&manager, &terms);         [ t1 t2 t3 ]
 //
-// The term stands alone, so that nothing can be defined before it: operators that SMT-LIB 2.6 does
-// not have are written as functions that some readers have, (fp.to_ieee_bv f), (sbv_to_int b) and
-// ((_ int2bv 8) i). For text of the standard alone see Configuration.
+// The term is written on its own, so nothing can be defined before it: operators that SMT-LIB 2.6
+// does not have are written as functions that some readers have, (fp.to_ieee_bv f), (sbv_to_int b)
+// and ((_ int2bv 8) i). For text that uses only the standard see Configuration.
 //
-// The adaptors hold the pointers that they were given and nothing else; each output makes a printer
-// of its own.
+// The adaptors hold only the pointers that they were given; each output makes a printer of its own.
 
 #ifndef QUILL_PRINTERS_OUTTERM_H
 #define QUILL_PRINTERS_OUTTERM_H

@@ -19,15 +19,15 @@ SmtLib2TermWriter::SmtLib2TermWriter(const Context& context, bool share_by_let,
       logic(context.logic),
       let_prefix(context.let_prefix),
       rename_prefix(context.rename_prefix),
-      // The standard has them over Int: strict readers do not know the name in logics of reals.
+      // The standard has abs over Int; strict readers do not know the name in logics of reals.
       with_abs(logic.is_nonlinear() && (configuration.abs_of_reals || logic.has(Theory::Ints))),
       share(share_by_let),
       annotations(annotations_of_terms) {
   require_own_annotations();
 }
 
-// In debug builds. A script may print many terms with many names: they are looked through again
-// only when there are others or something was freed.
+// Debug builds only. A script may print many terms with many names: the annotations are checked
+// again only if their number has changed or something was freed.
 void SmtLib2TermWriter::require_own_annotations() {
 #ifndef NDEBUG
   if (annotations == nullptr) return;
@@ -58,9 +58,9 @@ void SmtLib2TermWriter::print_term(std::ostream& out, const Term_* t, const Data
 }
 
 //---------------------------------------------------------------------------------------------
-// What the standard has no operator for
+// Operators that the standard does not have
 
-// False, and nothing is written, when the term can be written as it is.
+// Returns false, and writes nothing, if the term can be written as it is.
 bool SmtLib2TermWriter::print_encoded(std::ostream& out, const Term_* t, const DataType* expected,
                                       bool with_annotations) {
   if (configuration.dialect == Configuration::Dialect::Extensions) return false;
@@ -75,7 +75,7 @@ bool SmtLib2TermWriter::print_encoded(std::ostream& out, const Term_* t, const D
   return true;
 }
 
-// Writes a term of the encoding's manager, annotated like the terms that it is a copy of.
+// Writes a term of the encoding's manager, annotated like the originals of its subterms.
 void SmtLib2TermWriter::print_copy(std::ostream& out, StandardEncoding& encoding, const Term_* copy,
                                    const DataType* expected, bool with_annotations) const {
   Annotations of_copies;
@@ -100,10 +100,10 @@ void SmtLib2TermWriter::print_copy(std::ostream& out, StandardEncoding& encoding
   }
 }
 
-// Gives the copies the annotations of their originals, which are returned, and enters the copies of
-// those that were annotated in an earlier text. Where texts continue each other, each copy is
-// annotated like one original, so that it can be told which of them were annotated; an original
-// that was annotated before comes before the others, because its name is known already.
+// Gives the copies the annotations of their originals, returns these originals, and enters the
+// copies of originals that an earlier text annotated. If texts continue each other, each copy is
+// annotated like only one original, so that the caller can tell which originals were annotated; an
+// original that was annotated before takes precedence, because its name is known already.
 std::vector<const Term_*> SmtLib2TermWriter::annotate_copies(const StandardEncoding& encoding,
                                                              Annotations& of_copies,
                                                              TermSet& annotated_copies) const {
@@ -137,11 +137,11 @@ void SmtLib2TermWriter::print_definitions(std::ostream& out, const Term_* t) {
   const StandardEncoding::Need need = StandardEncoding::need_of(manager, t);
   if (need.bit_values.empty()) return;
 
-  // A value that was defined before is defined again when names are to be given inside it.
+  // A value that was defined before is defined again if names are to be given inside it.
   TermSet with_annotations;
   find_terms_with_annotations(need.terms, with_annotations);
   std::vector<const Term_*> to_assert;
-  // Definitions that were not written to their end must not count as written.
+  // Definitions that were not written completely must not count as written.
   ScopeGuard undo([this, before = definitions->mark()] { definitions->take_back_to(before); });
   for (const Term_* value : need.bit_values) {
     const bool is_new = definitions->find(value) == nullptr;
@@ -179,8 +179,8 @@ void SmtLib2TermWriter::print_definitions(std::ostream& out, const Term_* t) {
   undo.dismiss();
 }
 
-// Of some terms and everything below them, operands before operators: those in whose text something
-// is annotated. Values whose bits are taken do not appear there.
+// Given some terms and everything below them, operands before operators, finds those whose text has
+// annotations in it. Values whose bits are taken do not appear in the text.
 void SmtLib2TermWriter::find_terms_with_annotations(const std::vector<const Term_*>& post_order,
                                                     TermSet& with_annotations) const {
   if (annotations == nullptr || annotations->count == 0) return;
@@ -199,7 +199,7 @@ void SmtLib2TermWriter::find_terms_with_annotations(const std::vector<const Term
 // Annotations
 //
 // The terms above an annotated one are written without let, operator by operator; everything else
-// below them, and what is inside an annotation, is written with lets of its own.
+// below those terms, and the inside of an annotation, is written with lets of its own.
 
 void SmtLib2TermWriter::print_annotated(TextBuffer& out, const Term_* root,
                                         const DataType* expected) {
@@ -220,8 +220,8 @@ void SmtLib2TermWriter::print_annotated(TextBuffer& out, const Term_* root,
   }
 }
 
-// For each node below which, strictly, there is an annotated one: how many such nodes are written
-// when it is written as a tree, annotated ones included, as far as 64 bits can count.
+// For each node that has an annotated node strictly below it: how many such nodes are written when
+// it is written as a tree, annotated nodes included, saturating at 64 bits.
 SmtLib2TermWriter::Weights SmtLib2TermWriter::weigh_terms_above_annotated(
     const LetPlan& plan) const {
   Weights above(plan.num_nodes(), 0);
@@ -252,22 +252,23 @@ SmtLib2TermWriter::Weights SmtLib2TermWriter::weigh_terms_above_annotated(
   return above;
 }
 
-// The name of a numeral has the sort of the place in which it was written first, so that the
-// numeral itself is written elsewhere.
+// The name of a numeral has the sort of the place where it was written first, so elsewhere the
+// numeral itself is written.
 bool SmtLib2TermWriter::is_repeated_numeral(const Term_* t, const TermSet& named) const {
   return named.find(t) != named.end() && manager.is_number(t->symbol, nullptr);
 }
 
-// Whether an Int numeral is written as a Real because of its place, where readers tell the two.
-// Texts that continue each other do not annotate it there: its name would be one of a Real.
+// Whether an Int numeral is written as a Real because of its place, in a logic whose readers tell
+// the two apart. Texts that continue each other do not annotate it there, because its name would be
+// that of a Real.
 bool SmtLib2TermWriter::is_of_place(const Term_* t, const DataType* expected) const {
   return annotated_in_texts != nullptr && expected == manager.get_rat_type() &&
          t->type() == manager.get_int_type() && manager.is_number(t->symbol, nullptr) &&
          logic.has(Theory::Ints) && logic.has(Theory::Reals);
 }
 
-// Begins an annotation. False when the term was written before: then it has been written again, by
-// its name.
+// Begins an annotation. If the term was written before and has a name, writes the name instead and
+// returns false.
 bool SmtLib2TermWriter::print_annotation_start(TextBuffer& out, const Term_* t,
                                                TermSet& named) const {
   if (named.find(t) != named.end()) {
@@ -296,7 +297,7 @@ void SmtLib2TermWriter::print_annotation_end(TextBuffer& out, const Term_* t) co
 void SmtLib2TermWriter::print_unannotated(TextBuffer& out, const Term_* root,
                                           const DataType* expected) {
   const LetPlan plan(manager, root, *forms, share);
-  // The plan knows at no cost whether there is anything to encode.
+  // The plan knows at no extra cost whether there is anything to encode.
   if (plan.has_extensions() &&
       print_encoded(out.flush(), root, expected, /*with_annotations=*/false)) {
     return;
@@ -304,7 +305,7 @@ void SmtLib2TermWriter::print_unannotated(TextBuffer& out, const Term_* root,
   print_with_lets(out, expected, {plan, nullptr, nullptr});
 }
 
-// With a set of named terms the annotations are written, too.
+// Writes the annotations as well if `named` is given.
 void SmtLib2TermWriter::print_with_lets(TextBuffer& out, const DataType* expected,
                                         const Choices& choices) {
   const LetPlan& plan = choices.plan;
@@ -325,8 +326,8 @@ void SmtLib2TermWriter::print_with_lets(TextBuffer& out, const DataType* expecte
   for (size_t i = 0; i < plan.group_ends().size(); ++i) out << ')';
 }
 
-// Writes the root itself, whether it is bound or not, and what is below it as chosen. Needs an
-// empty stack.
+// Writes the root itself, whether it is bound or not, and everything below it as `choices` says.
+// Needs an empty stack.
 void SmtLib2TermWriter::print_tree(TextBuffer& out, OpenTerms& open, LetPlan::Operand root,
                                    const DataType* expected, const Choices& choices) {
   const LetPlan& plan = choices.plan;
@@ -368,7 +369,7 @@ void SmtLib2TermWriter::print_tree(TextBuffer& out, OpenTerms& open, LetPlan::Op
   }
 }
 
-// Writes a term up to its first operand, or the whole of a term that has none or is bound.
+// Writes a term up to its first operand; writes all of a term that has none or is bound.
 void SmtLib2TermWriter::begin(TextBuffer& out, OpenTerms& open, LetPlan::Operand operand,
                               const DataType* expected, const Choices& choices, bool as_value) {
   const Term_* t = choices.plan.term(operand);
@@ -412,7 +413,7 @@ void SmtLib2TermWriter::finish(TextBuffer& out, const Term_* t, bool annotated,
   if (to_real) out << ')';
 }
 
-// Writes an application up to its first operand, and opens first operands that may be written in
+// Writes an application up to its first operand, and opens first operands that can be written in
 // the same parentheses.
 inline void SmtLib2TermWriter::open_applications(TextBuffer& out, OpenTerms& open, uint32_t node,
                                                  const Choices& choices) {
@@ -481,7 +482,7 @@ void SmtLib2TermWriter::print_operator_of_other_form(TextBuffer& out, const Writ
   }
 }
 
-// What ends an application.
+// Writes the end of an application.
 void SmtLib2TermWriter::print_closing(TextBuffer& out, const WrittenForm& form) const {
   const bool is_residue = form.kind == WrittenForm::Residue;
   if (form.kind == WrittenForm::IntegerDivision || is_residue || form.has_modulus()) {
@@ -492,19 +493,19 @@ void SmtLib2TermWriter::print_closing(TextBuffer& out, const WrittenForm& form) 
   out << ')';
 }
 
-// The number after an operand of div or mod, and the parenthesis.
+// Writes the number after an operand of div or mod, and the parenthesis.
 void SmtLib2TermWriter::print_divisor(TextBuffer& out, const WrittenForm& form) const {
   out << ' ' << form.divisor(manager).to_str() << ')';
 }
 
-// Whether a first operand may be opened up, as far as annotations go.
+// Whether annotations allow a first operand to be opened up.
 bool SmtLib2TermWriter::may_join(const Term_* operand, bool with_annotations) {
   if (!with_annotations) return true;
   return !is_annotated(operand) && annotated_forms->of(operand).kind == forms->of(operand).kind;
 }
 
-// Whether an Int term stands where Real is asked for. Integers are written with a point there
-// instead.
+// Whether an Int term is in a place of type Real and needs to_real. Integer numerals get a point
+// there instead.
 bool SmtLib2TermWriter::needs_to_real(const Term_* t, const DataType* expected) const {
   QNumber value;
   return expected == manager.get_rat_type() && t->type() == manager.get_int_type() &&

@@ -1,9 +1,9 @@
-// What SmtLib2TermPrinter does its work with; see there for what is written.
+// The implementation of SmtLib2TermPrinter; see there for what is written.
 //
-// A text is written in three steps. A plan of the term (see let_plan.h) says which subterms are
-// bound by let; forms (see written_form.h) say as which operator and operands each application is
-// written; and one walk with a stack writes them, with the texts of the symbols (see
-// symbol_texts.h), which are worked out once a text.
+// A text is written in three steps. A plan of the term (see let_plan.h) determines which subterms
+// let binds; forms (see written_form.h) determine the operator and the operands by which each
+// application is written; and one walk with a stack writes them, with the texts of the symbols (see
+// symbol_texts.h), each of which is composed once per text.
 
 #ifndef QUILL_PRINTERS_SMTLIB2_TERM_WRITER_H
 #define QUILL_PRINTERS_SMTLIB2_TERM_WRITER_H
@@ -32,7 +32,7 @@ class SmtLib2TermWriter {
  public:
   using Annotations = TermAnnotations;
 
-  // What a printer has of its base class; it outlives the writer.
+  // The parts of its base class that a printer hands to the writer, which they outlive.
   struct Context {
     const TermManager& manager;
     const Configuration::Printer& configuration;
@@ -56,8 +56,8 @@ class SmtLib2TermWriter {
     uint32_t node;  // in the plan
     uint32_t next;  // the operand to write next
     uint32_t end;
-    bool is_plain;   // operands are nothing but written, and nothing but a parenthesis follows them
-    bool is_joined;  // in the parentheses of the application below, as its first operand
+    bool is_plain;   // operands are just written, and only a parenthesis follows them
+    bool is_joined;  // in the parentheses of the application above it, as its first operand
     bool is_annotated;
     bool is_real;  // within to_real
   };
@@ -68,8 +68,8 @@ class SmtLib2TermWriter {
   // How the terms of a plan are written; `above` and `named` may be null.
   struct Choices {
     const LetPlan& plan;   // bound terms are written by their names
-    const Weights* above;  // the nodes without weight are written with lets of their own
-    TermSet* named;  // annotations are written, and terms that have been given a name are here
+    const Weights* above;  // nodes of weight 0 are written with lets of their own
+    TermSet* named;  // if given, annotations are written; holds the terms that already have a name
 
     bool have_exceptions() const { return above != nullptr || named != nullptr; }
   };
@@ -123,18 +123,18 @@ class SmtLib2TermWriter {
   BitDefinitions* definitions = nullptr;
   TermSet* annotated_in_texts = nullptr;
   TermSet annotated_before;  // by print_definitions()
-  // When it was checked that the manager owns what is annotated: with so many annotated terms, and
-  // after so many collections.
+  // The state in which the writer last checked that the manager owns the annotated terms: their
+  // number and the number of collections.
   struct Checked {
     size_t count = 0;
     uint64_t generation = 0;
     friend bool operator==(const Checked&, const Checked&) = default;
   } annotations_checked;
 
-  // Of the text that is being printed.
+  // For the text that is being printed.
   std::optional<SymbolTexts> texts;
   std::optional<WrittenForms> forms;
-  std::optional<WrittenForms> annotated_forms;  // in which annotated terms are not hidden
+  std::optional<WrittenForms> annotated_forms;  // the same with annotated terms not hidden
 };
 
 }  // namespace quill

@@ -1,5 +1,4 @@
-// What the printers of SMT-LIB notations share: the manager, the choices, and how symbols are
-// named.
+// What the printers of SMT-LIB notations share: the manager, the choices, and the names of symbols.
 
 #ifndef QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
 #define QUILL_PRINTERS_SMTLIB_TERM_PRINTER_H
@@ -16,11 +15,11 @@ namespace quill {
 
 class SmtLibTermPrinter : public TermPrinter {
  public:
-  // Writes one term. See the printer for what the flag turns on.
+  // Writes one term. The printer defines what the flag turns on.
   virtual void print_atom(std::ostream& out, const Term_* t, bool flag) = 0;
 
  protected:
-  // Null choices and empty texts stand for the defaults. The manager is only read.
+  // Null choices and empty texts mean the defaults. The printer only reads the manager.
   SmtLibTermPrinter(const TermManager* owner, const Configuration::Printer* choices,
                     const std::string& names_of_lets, const std::string& names_of_renamed);
 
@@ -28,7 +27,7 @@ class SmtLibTermPrinter : public TermPrinter {
   const Configuration::Printer configuration;
   const Logic logic;                // the configured one
   const std::string let_prefix;     // of the names that let binds
-  const std::string rename_prefix;  // of symbols that SMT-LIB can't name (see name_escape.h)
+  const std::string rename_prefix;  // of symbols that SMT-LIB cannot name (see name_escape.h)
 };
 
 }  // namespace quill

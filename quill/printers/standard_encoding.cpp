@@ -9,8 +9,8 @@ namespace quill {
 
 namespace {
 
-// Lists the distinct terms below root that are not in `reached` yet, and root itself, operands
-// before operators; leaves out what is below the terms that `is_leaf` says.
+// Lists root and the distinct terms below it that are not in `reached` yet, operands before
+// operators. Does not go below the terms for which `is_leaf` holds.
 template <class Reached, class IsLeaf>
 std::vector<const Term_*> post_order(const Term_* root, Reached& reached, const IsLeaf& is_leaf) {
   struct Frame {
@@ -40,7 +40,7 @@ bool is_encoded_width(size_t width) {
   return width != 0 && width <= StandardEncoding::max_encoded_width;
 }
 
-// Whether the one operand of a term is of the type that its symbol takes.
+// Whether the only operand of a term has the type that its symbol takes.
 bool has_operand_of_its_type(const Term_* t) {
   return t->args[0]->type() == t->symbol->type->get_component(1);
 }
@@ -85,7 +85,7 @@ StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, con
   return need;
 }
 
-// Terms are copied as they are, whether or not they would pass the checks.
+// Terms are copied as they are, whether or not they would pass the checks of a manager.
 StandardEncoding::StandardEncoding(const TermManager& owner, const BitDefinitions& definitions)
     : source(owner), bits(definitions) {
   target.set_typecheck_enabled(false);
@@ -94,7 +94,7 @@ StandardEncoding::StandardEncoding(const TermManager& owner, const BitDefinition
 
 const Term_* StandardEncoding::encode(const Term_* root) {
   require_own(source, root);
-  // Inserts each term once, with a copy to be made below.
+  // Enters each term once; the copies are made below.
   struct NewCopies {
     TermManager::TermMap& copies;
     bool insert(const Term_* t) { return copies.insert({t, nullptr}); }
@@ -126,7 +126,7 @@ const Term_* StandardEncoding::encode(const Term_* root) {
   return copy_of(root);
 }
 
-// Types are copied all at once, because they share components.
+// Copies all types at once, because they share components.
 void StandardEncoding::copy_new_symbols(const Symbols& new_symbols) {
   std::vector<const DataType*> new_types;
   for (const Symbol* s : new_symbols) new_types.push_back(s->type);
@@ -153,9 +153,9 @@ void StandardEncoding::copy_new_symbols(const Symbols& new_symbols) {
   copy_operators(operators);
 }
 
-// Copies symbols of the theories, of which the target has none of the same name and kind. If one
-// can't be copied, all are registered by hand. That happens to no symbol whose text needs its
-// family: those are copied apart from the others.
+// Copies theory symbols, none of which shares name and kind with a symbol in the target. If one
+// cannot be copied, registers all of them by hand. This happens to no symbol whose text depends on
+// its family: such symbols are copied apart from the others.
 void StandardEncoding::copy_operators(const Symbols& operators) {
   for (const Symbol* s : operators) free_name(s->name);
   Symbols copied;
@@ -182,7 +182,8 @@ const Symbol* StandardEncoding::copy_by_hand(const Symbol* s) {
   return copy;
 }
 
-// An Int whose name spells a fraction is a numeral for its manager, and is written by its name.
+// An Int symbol whose name spells a fraction is a numeral for its manager, and is written by its
+// name.
 const Symbol* StandardEncoding::copy_numeral(const Symbol* s, const QNumber& value) {
   const DataType* type = types.find(s->type)->second;
   if (type == target.get_int_type() && !value.is_integer()) return make_nameless(s->name, type);
@@ -192,7 +193,7 @@ const Symbol* StandardEncoding::copy_numeral(const Symbol* s, const QNumber& val
   return copied[0];
 }
 
-// A symbol of the user's, which gives its name back at once.
+// Makes a user symbol, which gives up its name at once.
 const Symbol* StandardEncoding::make_nameless(const std::string& name, const DataType* type) {
   free_name(name.c_str());
   const Symbol* s = target.make_symbol(name, type);
@@ -200,7 +201,7 @@ const Symbol* StandardEncoding::make_nameless(const std::string& name, const Dat
   return s;
 }
 
-// The symbol of the target that has the name and the text of an interpreted one, or null.
+// The target's symbol with the name and the text of an interpreted symbol, or null.
 const Symbol* StandardEncoding::find_same(const Symbol* s) const {
   const Symbol* present = target.get_signature()->get_symbol(s->name);
   return present != nullptr && is_same(present, s) ? present : nullptr;
@@ -249,7 +250,7 @@ const Term_* StandardEncoding::signed_value(const Term_* b, size_t width) {
   return make_minus(target, value, excess);
 }
 
-// The bit-vector of this width that is congruent to the value of another one.
+// The bit-vector of this width that is congruent to the value of another bit-vector.
 const Term_* StandardEncoding::resized(const Term_* value, size_t width) {
   const Term_* b = copy_of(value->args[0]);
   size_t former = 0;

@@ -37,7 +37,7 @@ const std::string& SymbolTexts::of_value(const Symbol* s, bool as_real) {
   return values[as_real][s] = write_value(s, as_real) ? text.str() : of(s, as_real);
 }
 
-// False, and nothing is written, when values are written as they are elsewhere.
+// Returns false, and writes nothing, if the value is written as in other places.
 bool SymbolTexts::write_value(const Symbol* s, bool as_real) {
   QNumber value;
   size_t e = 0;
@@ -116,9 +116,9 @@ void SymbolTexts::write_constant(const Symbol* s, bool as_real) {
   }
 }
 
-// False for a symbol that is no numeral, and for a numeral whose type does not have the value.
-// Managers that check nothing can make them; and a user's Int whose name spells a fraction is one,
-// once the fraction has been asked for.
+// Returns false for a symbol that is not a numeral, and for a numeral whose type does not contain
+// the value. Managers that check nothing can make such numerals, and a user's Int whose name spells
+// a fraction becomes one when somebody requests the fraction.
 bool SymbolTexts::write_numeral(const Symbol* s, bool as_real) {
   QNumber value;
   size_t width = 0;

@@ -1,7 +1,7 @@
-// How symbols are written in SMT-LIB 2.6: at the head of an application, and as constants.
+// The SMT-LIB 2.6 texts of symbols: at the head of an application, and as constants.
 //
-// A text is made when it is first asked for, and kept: a printed term has far fewer symbols than
-// applications. Texts of symbols that are freed must not be asked for again.
+// A text is made on the first request and kept: a printed term has far fewer symbols than
+// applications. Texts of freed symbols must not be requested.
 
 #ifndef QUILL_PRINTERS_SYMBOL_TEXTS_H
 #define QUILL_PRINTERS_SYMBOL_TEXTS_H
@@ -20,16 +20,16 @@ namespace quill {
 
 class SymbolTexts {
  public:
-  // `renamed` is the prefix of symbols that SMT-LIB can't name. All three must outlive the texts.
+  // `renamed` is the prefix for symbols that SMT-LIB cannot name. All three must outlive the texts.
   SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names);
 
-  // The text of a symbol; that of an integer where a Real is expected has a point.
+  // The text of a symbol; an integer has a point if as_real is true.
   const std::string& of(const Symbol* s, bool as_real = false);
 
-  // The same for the value of a constant array. Some readers ask for a value there, not for a term,
-  // and take neither a negation nor a quotient of decimals nor the parts of a float for one: a
-  // rational is written as 0.5, (/ 1 3) or (/ (- 1) 2), and infinities, zeros and the NaN of the
-  // manager by their names.
+  // The same for the value of a constant array. Some readers expect a value there, not a term, and
+  // accept neither a negation nor a quotient of decimals nor the parts of a float: a rational is
+  // written as 0.5, (/ 1 3) or (/ (- 1) 2), and infinities, zeros and the manager's NaN by their
+  // names.
   const std::string& of_value(const Symbol* s, bool as_real);
 
  private:
@@ -44,16 +44,16 @@ class SymbolTexts {
   const TermManager& manager;
   const std::string& rename_prefix;
   const Logic& logic;
-  // What was asked for last, and often is again at once.
+  // The last request, which often comes again at once.
   struct Latest {
     const Symbol* symbol = nullptr;
     const std::string* text = nullptr;
   };
 
-  std::array<Texts, 2> texts;   // the second one where Real is expected
+  std::array<Texts, 2> texts;   // the second one is for places of type Real
   std::array<Texts, 2> values;  // the same in constant arrays
   std::array<Latest, 2> latest;
-  TextStream text;  // of the symbol at hand
+  TextStream text;  // of the current symbol
 };
 
 }  // namespace quill

@@ -1,4 +1,4 @@
-// The base of everything that writes terms: hooks around what is written.
+// The base of everything that writes terms: hooks before and after the text.
 
 #ifndef QUILL_PRINTERS_TERM_PRINTER_H
 #define QUILL_PRINTERS_TERM_PRINTER_H
@@ -11,7 +11,8 @@ class TermPrinter {
  public:
   virtual ~TermPrinter() = default;
 
-  // Around a whole output, and around its definitions. They write nothing unless overridden.
+  // Called before and after a whole output and its definitions. They write nothing unless
+  // overridden.
   virtual void print_start(std::ostream&) {}
   virtual void print_end(std::ostream&) {}
   virtual void print_define_section_start(std::ostream&) {}

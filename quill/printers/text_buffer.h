@@ -1,7 +1,7 @@
-// Text on its way to a stream: collected, and handed over in large pieces.
+// Collects text and hands it to a stream in large pieces.
 //
-// A formatted insertion into a stream costs as much as a dozen of the short texts that terms are
-// made of. What is not flushed is lost when the buffer goes.
+// A formatted insertion into a stream costs as much as a dozen of the short texts that terms
+// consist of. Text that was not flushed is lost when the buffer is destroyed.
 
 #ifndef QUILL_PRINTERS_TEXT_BUFFER_H
 #define QUILL_PRINTERS_TEXT_BUFFER_H
@@ -25,8 +25,8 @@ class TextBuffer {
   // Each piece is a text, a character or a number.
   template <class... Pieces>
   TextBuffer& write(const Pieces&... pieces) {
-    // With one check of the room for all of them, and the place in a register: what is stored as
-    // characters could be anything, the place included.
+    // Checks the room for all pieces at once and keeps the position in a register: stores of
+    // characters may alias anything, including the position in memory.
     if ((max_size(pieces) + ...) <= room()) {
       char* at = next;
       ((at = put(at, pieces)), ...);
@@ -41,7 +41,7 @@ class TextBuffer {
     return write(piece);
   }
 
-  // Hands everything over; the stream is then in step with the text, and may be written to.
+  // Hands all text over. The stream is then up to date, and others may write to it.
   std::ostream& flush() {
     out.write(text, next - text);
     next = text;
@@ -62,7 +62,8 @@ class TextBuffer {
     return at + 1;
   }
 
-  // Most texts are short: the first and the last word of one, which may overlap, are all of it.
+  // Most texts are short: the first and the last word of a text, which may overlap, cover all of
+  // it.
   static char* put(char* at, std::string_view piece) {
     const char* const from = piece.data();
     const size_t size = piece.size();
@@ -89,9 +90,9 @@ class TextBuffer {
     std::memcpy(at + size - sizeof last, &last, sizeof last);
   }
 
-  // Up to eight digits at once, halving the number in the lanes of a word: 4 digits a lane, then 2,
-  // then 1, the first one in the lowest byte. Divisions are multiplications by rounded reciprocals,
-  // exact for such small numbers.
+  // Converts up to eight digits at once by halving the number in the lanes of a word: 4 digits per
+  // lane, then 2, then 1, the first one in the lowest byte. Divisions are multiplications by
+  // rounded reciprocals, which are exact for such small numbers.
   static char* put(char* at, uint64_t number) {
     if (number >= 100000000) return std::to_chars(at, at + max_size(number), number).ptr;
     const uint64_t fours = number / 10000 | number % 10000 << 32;

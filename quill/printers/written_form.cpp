@@ -8,7 +8,7 @@ namespace quill {
 
 namespace {
 
-// Whether t is a numeral of arithmetic. Numerals of other types may have any value where nothing is
+// Whether t is an arithmetic numeral. Numerals of other types may have any value if nothing is
 // checked.
 bool is_arithmetic_number(const TermManager& manager, const Term_* t, QNumber* value) {
   const DataType* type = t->type();
@@ -25,8 +25,8 @@ bool is_minus_one(const TermManager& manager, const Term_* t) {
   return is_arithmetic_number(manager, t, &value) && value == QNumber(-1);
 }
 
-// Whether t is (-1) * b for any b, as the second operand of a subtraction. Most products fail
-// earlier than at their types, which take longest to compare.
+// Whether t is (-1) * b for any b, like the second operand of a subtraction. Most products fail
+// before the comparison of types, which takes longest.
 bool is_subtrahend(const TermManager& manager, const Term_* t) {
   return manager.get_tag(t->symbol) == SymbolTag::TIMES && t->symbol->arity == 2 &&
          is_minus_one(manager, t->args[0]) && is_product(manager, t);
@@ -55,7 +55,7 @@ bool is_congruence_to_numeral(const TermManager& manager, const Term_* t) {
   return is_arithmetic_number(manager, t->args[1], &value) && value.is_integer();
 }
 
-// Whether t is ite(0 <= a, a, (-1) * a), with all operators over its type.
+// Whether t is ite(0 <= a, a, (-1) * a) with all operators over the type of a.
 bool is_absolute_value(const TermManager& manager, const Term_* t) {
   const DataType* type = t->type();
   if (type != manager.get_int_type() && type != manager.get_rat_type()) return false;
@@ -82,7 +82,7 @@ WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_a
   find_kind(manager, with_abs);
 }
 
-// Whether the kind depends on the arguments at all, besides finding it.
+// Finds the kind. Returns whether the kind depends on the arguments at all.
 bool WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
   switch (tag) {
     case SymbolTag::TIMES:

@@ -1,22 +1,22 @@
-// How an application is written: its operator and the operands that stand after it.
+// How an application is written: its operator and the operands after it.
 //
-// Mostly the symbol and its arguments. Subtraction and negation, which have no symbols, are written
-// as such:
+// Usually these are the symbol and its arguments. Subtraction and negation, which have no symbols,
+// are written as such:
 //
 //   a + (-1) * b     (- a b)
 //   (-1) * b         (- b)      unless b is a numeral, because (- 3) reads as the numeral -3
 //
-// so that difference constraints keep the shape that readers of difference logic ask for. The same
-// holds for the division of integers, which readers of linear logics over Int know:
+// so that difference constraints keep the shape that readers of difference logic expect. Likewise
+// integer division, which readers of linear logics over Int know:
 //
 //   floor((1/c) * i)     (div i c)     for an Int i and a positive integer c
 //
-// and for absolute values, in logics where readers know them and reason with them:
+// and absolute values, in logics whose readers know them and reason with them:
 //
 //   ite(0 <= a, a, (-1) * a)     (abs a)
 //
-// Congruence modulo n is written with the remainders of its operands, or with the number r in [0,
-// n) if the second one is a numeral:
+// Congruence modulo n is written with the remainders of its operands; if the second operand is a
+// numeral, with its remainder r in [0, n):
 //
 //   a = b modulo n     (= (mod a n) (mod b n)), which counts as an application
 //   a = 17 modulo n    (= (mod a n) r)
@@ -48,7 +48,7 @@ struct WrittenForm {
 
   struct Operand {
     const Term_* term;
-    const DataType* expected;  // what its place asks for; the term's own type may be a subtype
+    const DataType* expected;  // the type of the place; the term's own type may be a subtype
   };
 
   WrittenForm(const TermManager& manager, const Term_* t, bool with_abs = false);
@@ -57,7 +57,8 @@ struct WrittenForm {
     return kind == Application ? term->symbol->arity : kind == Subtraction ? 2 : 1;
   }
 
-  // The terms below this one that are not written, though operands below them are; null for none.
+  // The terms below this one that are not written, although operands below them are; otherwise
+  // null.
   std::array<const Term_*, 4> hidden_terms() const {
     const auto first = [](const Term_* t) { return t->args[0]; };
     switch (kind) {
@@ -77,10 +78,10 @@ struct WrittenForm {
     return {};
   }
 
-  // What the form writes beside its operands. IntegerDivision: the divisor. Applications of
-  // congruence, and Residue: the modulus.
+  // The number that the form writes beside its operands: the divisor of an IntegerDivision, the
+  // modulus of a Residue and of an application of congruence.
   QNumber divisor(const TermManager& manager) const;
-  // Residue: the number that the remainder is compared with.
+  // For Residue: the number with which the remainder is compared.
   QNumber residue(const TermManager& manager) const;
 
   Operand operand(uint64_t i) const {
@@ -88,21 +89,21 @@ struct WrittenForm {
     return {term->args[i], term->symbol->type->get_component(i + 1)};
   }
 
-  // Whether it is written by the texts of its symbol and its operands alone, whatever these are.
+  // Whether it is written only by the texts of its symbol and its operands, whatever these are.
   bool is_plain() const {
     return kind == Application && !takes_reals && tag != SymbolTag::INT_MODULAR_CONGRUENCE;
   }
 
-  // Whether its operand, if it is a constant, has to be spelled such that readers see a value.
+  // Whether a constant as its operand must be spelled such that readers see a value.
   bool asks_for_value() const { return tag == SymbolTag::ARRAY_CONST; }
 
-  // Whether it is a congruence with every operand under its own mod.
+  // Whether it is a congruence that has each operand under its own mod.
   bool has_modulus() const {
     return kind == Application && op() != nullptr && op()->head == SmtLib2Head::Modulus;
   }
 
-  // Whether the first operand, written in the same form, can be opened up: (op (op a b) c) as (op a
-  // b c).
+  // Whether the first operand, written in the form `first`, can be opened up: (op (op a b) c)
+  // becomes (op a b c).
   bool joins_with(const WrittenForm& first) const {
     return first.tag == tag && first.kind == kind &&
            (kind == Subtraction ||
@@ -111,7 +112,7 @@ struct WrittenForm {
            (tag == SymbolTag::BV_CONCAT || first.term->symbol == term->symbol);
   }
 
-  // The operator, or null: written by the name of the symbol.
+  // The operator, or null if the symbol is written by its name.
   const SmtLib2Operator* op() const {
     return find_smtlib2_operator(static_cast<SymbolTag::tag>(tag));
   }
@@ -119,7 +120,7 @@ struct WrittenForm {
   const Term_* term;
   uint8_t tag;  // of the operator that its symbol is written as
   Kind kind = Application;
-  bool takes_reals = false;  // whether some place, or the whole, is of type Real or holds a value
+  bool takes_reals = false;  // whether some place, or the result, is Real or must hold a value
 
  private:
   friend class WrittenForms;
@@ -132,14 +133,14 @@ struct WrittenForm {
   Operand operand_of_other_form(uint64_t i) const;
 };
 
-// Makes the forms of many terms of one manager, which have few symbols among them: what depends on
-// the symbol alone is found once and remembered. Not for use after a symbol was freed.
+// Makes the forms of many terms of one manager, which have few symbols: finds once what depends
+// only on the symbol, and remembers it. Must not be used after a symbol was freed.
 class WrittenForms {
  public:
   using Condition = std::function<bool(const Term_*)>;
 
-  // Terms that meet the condition, if there is one, must not be hidden: a form that does not write
-  // such a term is replaced by that of an application.
+  // If there is a condition, terms that meet it must not be hidden: instead of a form that does not
+  // write such a term, an application is written.
   explicit WrittenForms(const TermManager& owner, bool with_absolute_values = false,
                         Condition to_be_written = nullptr);
 
@@ -171,12 +172,13 @@ class WrittenForms {
   const TermManager& manager;
   const bool with_abs;
   const Condition must_be_written;
-  // Each symbol in its place or next to it, where it goes when another one needs the place.
+  // Each symbol is in its place or next to it; it moves there when another symbol needs its place.
   std::array<Entry, size_t{1} << log2_entries> entries;
 };
 
 // Whether t is a numeral or a product of a few numerals, (* (* 2 3) 5). Readers of linear logics
-// want to see that a factor is constant: such a product joins the one that it is a factor of.
+// must see that a factor is constant, so such a product is joined with the product that it is a
+// factor of.
 bool is_numeral_product(const TermManager& manager, const Term_* t);
 
 }  // namespace quill

@@ -1,5 +1,5 @@
-// The commands of SMT-LIB 2.6, one row each, for those who read and those who write them; and the
-// names of commands that only other readers have.
+// The commands of SMT-LIB 2.6, one row each, for the code that reads and the code that writes them,
+// and the names of commands that only other readers have.
 
 #ifndef QUILL_SMTLIB_COMMANDS_H
 #define QUILL_SMTLIB_COMMANDS_H
@@ -39,7 +39,7 @@ enum class CommandKind : uint8_t {
   SetLogic,
   SetOption,
 
-  // Former spellings. A system's <termios.h> makes a macro of ECHO.
+  // Former spellings. <termios.h> of some systems defines ECHO as a macro.
   ASSERT = Assert,
   CHECK_SAT = CheckSat,
   CHECK_SAT_ASSUMING = CheckSatAssuming,
@@ -76,10 +76,10 @@ enum class CommandShape : uint8_t {
   Nothing,
   Term,
   Terms,            // in parentheses
-  Levels,           // a number, which scripts leave out for 1
+  Levels,           // a number; scripts may omit it when it is 1
   String,           // "text"
   Keyword,          // :key
-  KeywordAndValue,  // :key, and an s-expression or nothing
+  KeywordAndValue,  // :key, then an s-expression or nothing
   LogicName,
   ConstDeclaration,  // name sort
   FunDeclaration,    // name (sort ...) sort
@@ -92,9 +92,9 @@ enum class CommandShape : uint8_t {
 
 struct CommandRow {
   std::string_view name;
-  CommandKind kind;  // of an unsupported command: what it is most like
+  CommandKind kind;  // of an unsupported command: the kind most like it
   CommandShape shape;
-  bool leaves_answer;  // of a check-sat before it as it is
+  bool leaves_answer;  // whether the answer of the check-sat before it stays valid
 };
 
 // clang-format off
@@ -133,10 +133,10 @@ inline constexpr CommandRow standard_commands[] = {
 };
 // clang-format on
 
-// The row of a name, or null.
+// The row of a name, or null if there is none.
 const CommandRow* find_command(std::string_view name);
 
-// The row of a kind, the supported one.
+// The supported row of a kind.
 constexpr const CommandRow& command_row(CommandKind kind) {
   const CommandRow* row = standard_commands;
   while (row->kind != kind || row->shape == CommandShape::Unsupported) ++row;
@@ -156,10 +156,10 @@ constexpr bool commands_complete() {
 static_assert(commands_complete(),
               "the rows ascend by name, and so do the kinds: one row for each");
 
-// Whether it is a command of some reader that the standard does not have.
+// Whether the name is that of a command that some readers have and the standard does not.
 bool is_foreign_command(std::string_view name);
 
-// Whether it is any command.
+// Whether the name is that of any command.
 bool is_command_name(std::string_view name);
 
 }  // namespace quill

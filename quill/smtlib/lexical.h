@@ -1,8 +1,9 @@
-// The characters and the reserved words of SMT-LIB 2.6, for those who read and those who write it.
+// The characters and the reserved words of SMT-LIB 2.6, for the code that reads and the code that
+// writes it.
 //
-// Command names are reserved by the standard, too (see commands.h). Scripts use them as symbols all
-// the same, and nothing becomes ambiguous by that, so readers of scripts accept them; writers put
-// them between bars.
+// The standard reserves command names, too (see commands.h). Scripts use them as symbols all the
+// same, which makes nothing ambiguous, so readers of scripts accept them; writers put them between
+// bars.
 
 #ifndef QUILL_SMTLIB_LEXICAL_H
 #define QUILL_SMTLIB_LEXICAL_H
@@ -32,32 +33,33 @@ constexpr std::array<bool, 256> make_symbol_characters() {
   return table;
 }
 
-// By byte: whether it may be part of a symbol that is not quoted. Digits may, except in front.
+// By byte: whether it may occur in a symbol without bars. A digit may, but not as the first byte.
 inline constexpr std::array<bool, 256> symbol_characters = make_symbol_characters();
 
-// The byte may be negative, for the end of an input, which is no symbol character.
+// The byte may be negative, for the end of the input; that is not a symbol character.
 constexpr bool is_symbol_character(int byte) {
   return byte >= 0 && symbol_characters[static_cast<size_t>(byte)];
 }
 
 // ----- words ------------------------------------------------------------------------------------
 
-// What a word begins when it follows a parenthesis.
+// What a word begins when it follows an opening parenthesis.
 enum class Construct : uint8_t {
-  NoConstruct,  // of other words
+  NoConstruct,  // other words
   Let,
   Annotation,
   Indexed,
   Ascribed,
   Quantifier,
-  Lambda,  // a quantifier elsewhere; the word is not reserved
-  Other,   // that is not supported
+  Lambda,  // a quantifier to other readers; the word is not reserved
+  Other,   // not supported
 };
 
 struct ConstructWord {
   std::string_view text;
   Construct construct;
-  // Whether some readers take it for the word also between bars, at the head of an application.
+  // Whether some readers also take the word between bars for this construct, at the head of an
+  // application.
   bool taken_between_bars = false;
 };
 
@@ -93,7 +95,7 @@ constexpr bool is_reserved(Construct construct) {
   return construct != Construct::NoConstruct && construct != Construct::Lambda;
 }
 
-// Whether it is never a symbol of a term or a sort, unless between bars.
+// Whether the text cannot be a symbol of a term or a sort unless it is between bars.
 constexpr bool is_reserved_word(std::string_view text) {
   const ConstructWord* word = find_construct_word(text);
   return word != nullptr && is_reserved(word->construct);

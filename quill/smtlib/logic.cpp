@@ -19,7 +19,7 @@ struct Piece {
   char order;  // of arithmetic: D, L or N; blank for other pieces
 };
 
-// The first piece that fits is taken, so a piece stands before its own prefixes.
+// The first piece that matches is taken, so a piece comes before its own prefixes.
 // clang-format off
 constexpr Piece pieces[] = {
     {"UF",   0,                           ' '},
@@ -39,7 +39,8 @@ constexpr Piece pieces[] = {
 };
 // clang-format on
 
-// Combinations that readers know which go by a list of names, as z3 does. QF_UFLIRA is not one.
+// The combinations known to readers that have a fixed list of names, such as z3. QF_UFLIRA is not
+// one.
 constexpr std::string_view known[] = {
     "QF_UF",    "QF_IDL",    "QF_RDL",     "QF_LIA",    "QF_LRA",     "QF_LIRA",
     "QF_NIA",   "QF_NRA",    "QF_NIRA",    "QF_UFIDL",  "QF_UFRDL",   "QF_UFLIA",
@@ -95,9 +96,9 @@ Logic::Logic(std::string_view given_name) : logic_name(given_name) {
         std::find_if(std::begin(pieces), std::end(pieces), [&](const Piece& candidate) {
           return rest.substr(0, candidate.name.size()) == candidate.name;
         });
-    if (piece == std::end(pieces)) return;  // no combination: everything
+    if (piece == std::end(pieces)) return;  // not a combination: provides everything
     found |= piece->theories;
-    // Arrays come with sorts of their own where they come alone.
+    // AX, arrays on their own, comes with uninterpreted sorts.
     if (piece->name == "UF" || piece->name == "AX") found_free_sorts = true;
     if (piece->name == "UF") found_free_functions = true;
     if (piece->order == 'D') found_order = Order::Difference;

@@ -2,8 +2,8 @@
 // that it admits.
 //
 // A logic's name is read as a combination of pieces: QF_AUFLIRA has arrays, uninterpreted functions
-// and linear arithmetic over integers and reals. ALL, no logic and names that are no such
-// combination provide everything.
+// and linear arithmetic over integers and reals. ALL, the absence of a logic, and names that are
+// not such a combination provide everything.
 
 #ifndef QUILL_SMTLIB_LOGIC_H
 #define QUILL_SMTLIB_LOGIC_H
@@ -15,18 +15,18 @@
 namespace quill {
 
 enum class Theory : uint8_t {
-  NoTheory,  // which no logic has
+  NoTheory,  // no logic has it
   Core,
   Ints,
   Reals,
   Arithmetic,  // what Ints and Reals have in common
-  RealsInts,   // what takes both, such as to_real
+  RealsInts,   // what needs both, such as to_real
   Arrays,
   BitVectors,
   FloatingPoint,
   Bits,  // what bit-vectors and floating-point numbers have in common: sorts and literals
   Strings,
-  Extensions,  // theories beyond the standard, which readers have where they have everything
+  Extensions,  // theories beyond the standard, which readers have in logics that provide everything
 
   // Former spellings.
   NONE = NoTheory,
@@ -52,19 +52,19 @@ struct LogicNeeds {
   bool reals = false;
   bool both = false;            // to_real, to_int
   bool free_functions = false;  // uninterpreted functions with arguments
-  bool linear = false;          // more than differences: products with numbers, division by them
+  bool linear = false;          // more than differences: products with numbers, division by numbers
   bool nonlinear = false;       // products of terms
   bool free_sorts = false;      // uninterpreted sorts
   bool arrays = false;
-  bool bits = false;         // terms of bit-vectors that do not name their sort
+  bool bits = false;         // bit-vector terms that do not name their sort
   bool bit_vectors = false;  // the sort by name, or operators
   bool floating_point = false;
-  bool everything = false;  // what readers have only where they have all
+  bool everything = false;  // what readers have only in logics that provide everything
 };
 
 class Logic {
  public:
-  // No logic: everything.
+  // No logic: provides everything.
   Logic() = default;
   explicit Logic(std::string_view logic_name);
 
@@ -73,8 +73,8 @@ class Logic {
 
   bool has(Theory theory) const { return (theories & bits_of(theory)) != 0; }
 
-  // Whether readers reserve names where they have the theory, so that no symbol can be written by
-  // them. Readers that do not know a combination have everything.
+  // Whether readers reserve a name that they give to the theory `readers`, so that no symbol can be
+  // written by it. In a combination that they do not know, readers have everything.
   bool is_taken(Theory readers) const {
     return has(readers) || (!widely_known && readers != Theory::NoTheory);
   }
@@ -82,19 +82,19 @@ class Logic {
   // Whether products must have a constant factor.
   bool is_linear() const { return order == Order::Difference || order == Order::Linear; }
 
-  // Whether the name says that terms may be multiplied: an N logic, but not ALL.
+  // Whether the name says that terms may be multiplied: true for N logics, false for ALL.
   bool is_nonlinear() const { return order == Order::Any && !has(Theory::Extensions); }
 
-  // Numerals are reals where the logic has reals and no integers, or makes floating-point numbers
-  // from them.
+  // Numerals are reals if the logic has no integers, and has reals or makes floating-point numbers
+  // from numerals.
   bool numerals_are_real() const {
     return !has(Theory::Ints) && (has(Theory::Reals) || has(Theory::FloatingPoint));
   }
 
   bool covers(const LogicNeeds& needs) const;
 
-  // The logic itself if it covers the needs; otherwise the smallest combination of it with what is
-  // needed that readers know by name, or ALL.
+  // This logic if it covers the needs; otherwise the smallest combination of this logic and the
+  // needs that readers know by name, or ALL.
   Logic extended_by(const LogicNeeds& needs) const;
 
  private:
@@ -112,7 +112,7 @@ class Logic {
   uint32_t theories = ~0u;
   bool free_sorts = true;
   bool free_functions = true;
-  bool widely_known = true;  // whether readers that know names of logics only know this one
+  bool widely_known = true;  // whether readers with a fixed list of logics know this one
   Order order = Order::Any;  // of the products in arithmetic
 };
 

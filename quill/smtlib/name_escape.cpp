@@ -34,7 +34,7 @@ std::string escape(std::string_view name, std::string_view prefix) {
   return out;
 }
 
-// Takes one layer of escape off; false when the name is not exactly what escape() writes.
+// Removes one layer of escape; false when the name is not exactly what escape() writes.
 bool unescape(std::string_view name, std::string_view prefix, std::string& out) {
   if (name.substr(0, prefix.size()) != prefix) return false;
   out.clear();
@@ -55,7 +55,7 @@ bool unescape(std::string_view name, std::string_view prefix, std::string& out) 
   return true;
 }
 
-// Reads digits from the front of the text; false when there are none.
+// Removes digits from the front of the text; false when there are none.
 bool take_digits(std::string_view& text) {
   size_t n = 0;
   while (n < text.size() && is_digit(text[n])) n++;
@@ -104,14 +104,14 @@ bool is_writable(std::string_view name, NameKind kind, const Logic& logic) {
     const bool blank = byte == '\t' || byte == '\n' || byte == '\r';
     if (c == '|' || c == '\\' || (byte < 32 && !blank) || byte == 127) return false;
   }
-  // Some readers refuse a sort that is named like one of their operators.
+  // Some readers reject a sort that has the name of one of their operators.
   const TheoryName* row = find_theory_symbol(name);
   if (row != nullptr && logic.is_taken(row->readers)) return false;
   row = kind == NameKind::Sort ? find_theory_sort(name) : nullptr;
   return row == nullptr || !logic.is_taken(row->readers);
 }
 
-// A name as layers of escape around a core that is no escape.
+// A name as layers of escape around a core that is not an escape.
 struct Layers {
   std::string core;
   unsigned depth = 0;
@@ -127,7 +127,7 @@ Layers peel(std::string_view name, std::string_view prefix) {
   return layers;
 }
 
-// Every layer makes the name at least as long again as the prefix, so there are few.
+// Every layer adds at least the length of the prefix, so there are few.
 std::string wrap(const Layers& layers, unsigned depth, std::string_view prefix) {
   std::string name = layers.core;
   for (unsigned i = 0; i < depth; ++i) name = escape(name, prefix);
@@ -135,8 +135,8 @@ std::string wrap(const Layers& layers, unsigned depth, std::string_view prefix) 
 }
 
 struct Sides {
-  bool managers_own;  // one kind of name to escape,
-  bool unwritable;    // and the other
+  bool managers_own;  // one kind of name to escape
+  bool unwritable;    // the other kind
 };
 
 Sides classify(const std::string& core, NameKind kind, const Logic& logic) {

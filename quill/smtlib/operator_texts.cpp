@@ -65,7 +65,7 @@ bool has_types(const TermManager& manager, const Symbol* s, std::string_view typ
 }
 
 // Whether the symbol is in the family of its tag, for operators that have indices or whose result
-// has a width of its own; nothing for all others, whose types say everything.
+// has a width of its own; nullopt for all others, whose types tell everything.
 std::optional<bool> is_in_family(const TermManager& manager, const Symbol* s, SymbolTag::tag tag) {
   switch (tag) {
     case SymbolTag::INT_MODULAR_CONGRUENCE:
@@ -91,7 +91,7 @@ std::optional<bool> is_in_family(const TermManager& manager, const Symbol* s, Sy
   }
 }
 
-// Tags may be numbers that no operator has.
+// A tag may be a number that no operator has.
 bool is_written_as(const TermManager& manager, const Symbol* s, SymbolTag::tag tag) {
   const auto row = static_cast<size_t>(tag);
   return tag != SymbolTag::NONE && row < std::size(smtlib2_operators) &&

@@ -1,10 +1,10 @@
 // How the symbols of the theories are written in SMT-LIB 2.6, by tag.
 //
-// A tag says what a symbol is for, and not that it can be that: whoever registers a symbol with
+// A tag says what a symbol is meant for, not that the symbol is fit for it: the caller of
 // add_interpreted_symbol chooses any tag for any type. A symbol is written as an operator only if
-// it takes and gives what the operator does and, where its type does not tell all of that, belongs
-// to the operator's family; any other symbol is written by its name. What reads the arguments of a
-// term by the tag of its symbol asks operator_tag() for it.
+// its argument and result types are those of the operator and, where the types do not tell
+// everything, it belongs to the operator's family; any other symbol is written by its name. Code
+// that reads the arguments of a term by the tag of its symbol must call operator_tag() for the tag.
 
 #ifndef QUILL_SMTLIB_OPERATOR_TEXTS_H
 #define QUILL_SMTLIB_OPERATOR_TEXTS_H
@@ -19,7 +19,7 @@
 
 namespace quill {
 
-// What stands at the head of an application, besides the text.
+// What is written at the head of an application, besides the text.
 enum class SmtLib2Head : uint8_t {
   Name,     // text
   Range,    // (_ text msb lsb)
@@ -27,7 +27,7 @@ enum class SmtLib2Head : uint8_t {
   Width,    // (_ text w), the width of the result
   Format,   // (_ text e s), the format of the result; s counts the hidden bit
   Sort,     // (as text S), the sort of the result
-  Modulus,  // text, and every operand a is written (mod a n)
+  Modulus,  // text, and every operand a is written as (mod a n)
 
   // Former spellings.
   NAME = Name,
@@ -42,18 +42,19 @@ enum class SmtLib2Head : uint8_t {
 struct SmtLib2Operator {
   SymbolTag::tag tag;
   std::string_view text;
-  std::string_view types;  // of the operands and of the result, a letter each, see below
+  std::string_view types;  // of the operands and of the result, one letter each, see below
   SmtLib2Head head;
   bool left_associative;  // (op (op a b) c) may be written (op a b c)
-  bool standard;          // whether the standard has the operator; readers may, in any case
+  bool standard;          // whether the standard has the operator; some readers have it in any case
 };
 
 // The letters of types:
 //
-//   B  Bool           M  rounding mode          and, the same type in all places of one operator,
-//   I  Int            V  a bit-vector           n  Int or Real      f  a floating-point type
-//   R  Real           1  of width 1             v  a bit-vector     t  any but Bool
-//                     F  a floating-point type  a  an array with indices x and elements e
+//   B  Bool           M  rounding mode            The small letters are the same type in all places
+//   I  Int            V  a bit-vector             of one operator:
+//   R  Real           1  a bit-vector of width 1  n  Int or Real      f  a floating-point type
+//                     F  a floating-point type    v  a bit-vector     t  any type except Bool
+//                                                 a  an array with indices x and elements e
 
 // clang-format off
 constexpr SmtLib2Operator smtlib2_operators[] = {
@@ -163,12 +164,12 @@ const RoundingModeText* find_rounding_mode(const TermManager& manager, const Sym
 // The tag of a symbol that is written as the operator of its tag; NONE for any other symbol.
 SymbolTag::tag operator_tag(const TermManager& manager, const Symbol* s);
 
-// Whether the symbol is written as the operator of this tag: the same, and faster where most
-// symbols have other tags.
+// Whether the symbol is written as the operator of this tag. Same as comparing operator_tag(), but
+// faster where most symbols have other tags.
 bool is_operator(const TermManager& manager, const Symbol* s, SymbolTag::tag tag);
 
-// Whether the symbol is written as an operator, and the manager knows what its type does not tell,
-// such as indices.
+// Whether the symbol is written as an operator whose type does not tell everything, such as
+// indices, so that the manager's families must know it.
 bool is_operator_by_family(const TermManager& manager, const Symbol* s);
 
 }  // namespace quill

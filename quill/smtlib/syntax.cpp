@@ -61,8 +61,8 @@ void print_symbol(std::ostream& out, std::string_view manager_name, std::string_
 
 namespace {
 
-// How many names a type is written with, as far as 64 bits can count: types are shared graphs,
-// sorts are trees.
+// The number of names in the text of a type, saturating at 64 bits. Types are shared graphs,
+// whereas sorts are trees.
 uint64_t count_names(const DataType* root) {
   hsh::HashMap<const DataType*, uint64_t> counts;
   struct Frame {
@@ -94,7 +94,7 @@ uint64_t count_names(const DataType* root) {
   }
 }
 
-// Whether nothing in the type is nested more than twice, so that it is no larger than its graph.
+// Whether nothing in the type is nested more than twice; its text is then no larger than its graph.
 bool is_flat(const DataType* type) {
   for (size_t i = 0; i < type->num_components(); ++i) {
     const DataType* component = type->get_component(i);
@@ -153,7 +153,7 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
     }
     if (frame.next != 0) out << ' ';
     const DataType* component = frame.type->get_component(frame.next);
-    // The head of an array type is a name of the standard, not of the user's.
+    // The head of an array type is a name of the standard, not a name of the user.
     if (frame.next++ == 0 && manager.is_array_type(frame.type, nullptr, nullptr)) {
       out << "Array";
     } else {
@@ -164,8 +164,8 @@ void print_type(std::ostream& out, const TermManager& manager, const DataType* t
 
 namespace {
 
-// How many bits a number has in the binary system; 0 has none. False for what has no bits: a
-// negative number and a fraction.
+// The number of binary digits of a number, 0 for the number 0. Returns false for a negative number
+// and for a fraction, which have no bits.
 bool count_bits(const QNumber& value, size_t& bits) {
   if (!value.is_integer() || value.is_negative()) return false;
   bits = numbers::bit_length(value);
@@ -184,7 +184,7 @@ bool print_bv_value(std::ostream& out, const QNumber& value, size_t width) {
 bool print_fp_bits(std::ostream& out, const QNumber& bits, size_t e, size_t m) {
   size_t significant = 0;
   if (e == 0 || m == 0 || !count_bits(bits, significant)) return false;
-  // The digits are composed in memory, one byte each.
+  // The digits are composed in memory, one byte each, so the width is bounded.
   constexpr size_t max_width = size_t{1} << 32;
   if (e > max_width || m > max_width - e) throw std::bad_alloc();
   const size_t width = 1 + e + m;
@@ -220,7 +220,7 @@ bool print_fp_special(std::ostream& out, const QNumber& bits, size_t e, size_t m
   size_t significant = 0;
   if (!count_bits(bits, significant)) return false;
   if (significant == 0) return print("+zero");
-  // An infinity or a NaN has ones for the bits of its exponent, a zero its sign alone.
+  // In an infinity or a NaN all exponent bits are one; in a negative zero only the sign is.
   if (significant < e + m || significant > e + m + 1) return false;
   QNumber sign;
   BVNumber::pow2(e + m, &sign);
@@ -236,7 +236,7 @@ bool print_fp_special(std::ostream& out, const QNumber& bits, size_t e, size_t m
 
 namespace {
 
-// The digits after the point of the fraction, if there is an end to them.
+// Computes the number of digits after the decimal point; false if the digits do not end.
 bool has_last_digit(mpz_srcptr denominator, mp_bitcnt_t& digits) {
   GmpInteger rest;
   GmpInteger five;
@@ -247,7 +247,7 @@ bool has_last_digit(mpz_srcptr denominator, mp_bitcnt_t& digits) {
   return mpz_cmp_ui(static_cast<mpz_srcptr>(rest), 1) == 0;
 }
 
-// A fraction that is not negative, as 0.5.
+// A fraction that is not negative, written as in 0.5.
 std::string decimal_text(mpz_srcptr numerator, mpz_srcptr denominator, mp_bitcnt_t digits) {
   GmpInteger scaled;
   mpz_ui_pow_ui(scaled, 10, digits);

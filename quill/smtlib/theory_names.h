@@ -1,8 +1,8 @@
 // The names that theories give a meaning in SMT-LIB 2.6: one table for symbols, one for sorts.
 //
 // A name is reserved where the logic has its theory: a script cannot declare it there. Readers
-// reserve some names beyond that, for operators of their own or in logics that have less; a symbol
-// of such a name can be read, but has to be written under another name.
+// reserve more names, for operators of their own or in logics with fewer theories; a symbol with
+// such a name can be read, but has to be written by another name.
 
 #ifndef QUILL_SMTLIB_THEORY_NAMES_H
 #define QUILL_SMTLIB_THEORY_NAMES_H
@@ -17,14 +17,14 @@ namespace quill {
 
 struct TheoryName {
   std::string_view name;
-  Theory theory;   // that has the name; NoTheory for a name that only readers reserve
-  Theory readers;  // where readers reserve it
-  // Whether it is an operator with indices only, as in (_ extract 7 0): without them the name is
-  // the user's, whatever the logic is.
+  Theory theory;   // whose name it is; NONE for a name that only readers reserve
+  Theory readers;  // where readers reserve the name
+  // Whether it is an operator only with indices, as in (_ extract 7 0): without them the user may
+  // declare the name, whatever the logic is.
   bool indexed = false;
 };
 
-// Both ascend by name.
+// Both tables ascend by name.
 // clang-format off
 inline constexpr TheoryName theory_symbols[] = {
     {"*",                       Theory::Arithmetic,    Theory::Arithmetic},
@@ -333,8 +333,8 @@ constexpr const TheoryName* find_by_name(const TheoryName (&table)[count], std::
   return first != count && table[first].name == name ? &table[first] : nullptr;
 }
 
-// Whether the table has the name, with indices or without; for checks of other tables when they are
-// compiled.
+// Whether the table has the name as an operator with or without indices, as `indexed` says. For
+// compile-time checks of other tables.
 template <size_t count>
 constexpr bool has_row(const TheoryName (&table)[count], std::string_view name, bool indexed) {
   for (size_t i = 0; i < count; ++i) {
@@ -343,8 +343,9 @@ constexpr bool has_row(const TheoryName (&table)[count], std::string_view name, 
   return false;
 }
 
-// Whether a theory of the standard has the name; for checks of other tables when they are compiled.
-// By index: with sanitizers g++ takes no comparison with a null pointer for constant.
+// Whether a theory of the standard has the name. For compile-time checks of other tables. It
+// searches by index, because with sanitizers g++ does not accept a comparison with a null pointer
+// as constant.
 template <size_t count>
 constexpr bool has_theory(const TheoryName (&table)[count], std::string_view name) {
   for (size_t i = 0; i < count; ++i) {

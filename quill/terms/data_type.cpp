@@ -53,8 +53,7 @@ struct Occurrence {
 };
 using OccurrenceMap = hsh::HashMap<const DataType*, Occurrence>;
 
-// Finds the compounds worth a label below the root that occur more than once, looking into each of
-// them once.
+// Finds the compounds worth a label that occur more than once below the root. Looks into each once.
 void find_repeated(const DataType* root, OccurrenceMap& occurrences) {
   std::vector<const DataType*> work{root};
   while (!work.empty()) {

@@ -2,9 +2,8 @@
 // component types.
 //
 // Representation: one allocation that holds the header and the components. Types are unique within
-// their universe (see type_universe.h, which makes and frees them), so that two types are equal
-// exactly when their addresses are. Types form shared graphs: nothing here recurses over
-// components.
+// their universe (see type_universe.h, which makes and frees them), so two types are equal exactly
+// when their addresses are. Types form shared graphs: nothing here recurses over components.
 
 #ifndef QUILL_TERMS_DATA_TYPE_H
 #define QUILL_TERMS_DATA_TYPE_H
@@ -25,8 +24,8 @@ class DataType {
   // 0 for a simple type.
   size_t num_components() const { return count; }
 
-  // The i-th component of a compound type; component 0 is its head (the application type of a
-  // function type, the heads named "Array", "BitVec" and "FP" of the parametric types).
+  // The i-th component of a compound type. Component 0 is its head: the application type for
+  // function types, or the simple type named "Array", "BitVec" or "FP" for the parametric types.
   const DataType* get_component(size_t i) const {
     assert(i < count && "a type has no such component");
     return components[i];
@@ -35,18 +34,18 @@ class DataType {
   // The name of a simple type; the empty string for a compound one.
   const std::string& get_name() const;
 
-  // The printed form. It depends on the structure of the type alone, and different types of one
+  // The printed form. It depends only on the structure of the type, and different types of one
   // universe print differently:
   //
-  //   simple      its name, when that is made of letters and digits only and is neither "rat" nor
+  //   simple      its name, if that consists of letters and digits only and is neither "rat" nor
   //               "int" (which stand for Real and Int in names of symbols); any other name between
   //               bars, with \ before a bar or a backslash and \0 for the NUL byte
   //   application the arrow ->
   //   compound    its components between parentheses, separated by one space: (BitVec 8)
   //
-  // A compound that occurs again is printed once, as #1=(...), and as #1# from then on, unless it
-  // is made of at most three simple types. The text is therefore linear in the size of the graph of
-  // types below.
+  // A compound type that occurs again is printed once, as #1=(...), and as #1# from then on, unless
+  // it consists of at most three simple types. The text is therefore linear in the size of the
+  // type's graph.
   std::string to_str() const;
 
  private:
@@ -55,7 +54,7 @@ class DataType {
   DataType(const std::string* simple_name, size_t length) : name(simple_name), count(length) {}
   ~DataType() = default;
 
-  // The name of the application type, told from a user's type of the same name by its address.
+  // The name of the application type. Its address, not its text, tells it from a user's type "->".
   static const std::string& application_name();
 
   const std::string* name;  // owned, except the application type's; null marks a compound type

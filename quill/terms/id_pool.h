@@ -1,17 +1,18 @@
 // Ids for the terms of a bank: dense numbers from 0, the lowest free one first.
 //
-// Representation: a bound above every id in use, and one bit for each id, which tells the free ones
-// below the bound while there are any:
+// Representation: a bound above every id in use, and one bit for each id. While some ids below the
+// bound are free, the bits tell which:
 //
 //   in_use == next                ids 0 ... next - 1 are in use; the bits mean nothing
-//   in_use <  next                a free id below next has its bit set, one in use has not; no bit
-//                                 before word `first` is set
+//   in_use <  next                a free id below next has its bit set, an id in use does not;
+//                                 no bit before word `first` is set
 //
-// Ids become free in sweeps only, so that the search for the lowest one goes forward between two
-// sweeps. Which ids a sweep leaves and which are given next does not depend on the order in which
-// it came upon them.
+// Ids become free only in sweeps, so the search for the lowest free id only moves forward between
+// two sweeps. The order in which a sweep visits ids affects neither which ids it frees nor which
+// ids are taken next.
 //
-// Cost: taking an id is constant time on average; a sweep needs no memory and writes a bit an id.
+// Cost: taking an id takes constant time on average; a sweep needs no memory and writes a bit per
+// id.
 
 #ifndef QUILL_TERMS_ID_POOL_H
 #define QUILL_TERMS_ID_POOL_H
@@ -27,12 +28,13 @@ namespace quill {
 
 class IdPool {
  public:
-  // Makes room for the next id; the only operation that allocates. Fails without a change.
+  // Makes room for the next id. The only operation that allocates; if it throws, nothing has
+  // changed.
   void reserve_one() {
     if (in_use == next && next / 64 == free_bits.size()) free_bits.push_back(0);
   }
 
-  // The lowest free id; needs a reserve_one() since the last one.
+  // Takes the lowest free id; each call needs a reserve_one() before it.
   uint64_t take() noexcept {
     assert(in_use < next || next / 64 < free_bits.size());
     if (in_use++ == next) return next++;
@@ -42,8 +44,7 @@ class IdPool {
     return id;
   }
 
-  // Frees all ids. Those that are to stay in use are claimed again, each once, before the next one
-  // is taken.
+  // Frees all ids. The caller then claims each id that stays in use, once, before it takes another.
   void free_all() noexcept {
     std::fill(free_bits.begin(), free_bits.end(), ~uint64_t{0});
     next = 0;

@@ -7,7 +7,8 @@
 
 namespace quill {
 
-// The last handles mean none. A test builds this file with a lower limit.
+// The largest slab number is not used, because its last handle is none. A test builds this file
+// with a lower limit.
 #ifndef QUILL_MAX_SLABS
 #define QUILL_MAX_SLABS ((size_t{1} << 19) - 1)
 #endif
@@ -16,7 +17,7 @@ namespace {
 
 constexpr size_t max_slabs = QUILL_MAX_SLABS;
 
-// The fields of nodes that may be free, and then poisoned.
+// Accesses to fields of nodes that may be free and therefore poisoned.
 [[gnu::no_sanitize_address]] bool is_live(const Term_* node) { return node->symbol != nullptr; }
 [[gnu::no_sanitize_address]] uint32_t next_free(const Term_* node) {
   return static_cast<uint32_t>(node->id);
@@ -69,7 +70,7 @@ void NodeSlabs::release(uint32_t slab) noexcept {
   vacant = slab;
 }
 
-// A node in a slab of its own.
+// Returns a node in a slab of its own.
 uint32_t NodeSlabs::allocate_large(uint64_t arity) {
   if (arity > std::min<uint64_t>(UINT32_MAX, (SIZE_MAX - sizeof(Term_)) / word))
     throw std::bad_alloc();
@@ -78,7 +79,7 @@ uint32_t NodeSlabs::allocate_large(uint64_t arity) {
   return slab << offset_bits;
 }
 
-// A node from the free list, or from a new slab if the current one is full.
+// Returns a node from the free list, or from a new slab if the current one is full.
 uint32_t NodeSlabs::allocate_elsewhere(uint64_t arity) {
   if (arity > max_slab_arity) return allocate_large(arity);
   if (arity >= classes.size()) classes.resize(arity + 1);
@@ -112,7 +113,7 @@ void NodeSlabs::free(uint32_t handle) noexcept {
   }
 }
 
-// All lists are made anew, from the highest handle down, so that each begins with the lowest one.
+// Rebuilds all lists from the highest handle down, so that each begins with its lowest handle.
 size_t NodeSlabs::sweep(const std::vector<bool>& seen) noexcept {
   for (SizeClass& size_class : classes) size_class.free_list = none;
   vacant = none;

@@ -1,23 +1,23 @@
 // Memory for term nodes: slabs of nodes of one size, addressed by 32-bit handles.
 //
-// Representation: a slab is one allocation that serves nodes of one arity, filled from its start; a
-// directory lists the slabs, each in the first place that is free. The handle of a node is
+// Representation: a slab is one allocation for nodes of one arity, filled from its start. A
+// directory lists the slabs, each in the first free place. The handle of a node is
 //
 //   handle := slab number << 13 | offset within the slab in words of 8 bytes
 //
-// so that a handle is turned into an address by one look at the directory, and memory is bounded by
-// 2^19 slabs (32 GiB of nodes in full slabs, or half a million large nodes). The slabs of one arity
-// double in size up to 64 KiB; a slab that is given back halves the size of the next one. A large
-// node, of more than max_slab_arity arguments, has a slab of its own. Once there are some megabytes
-// of nodes, slabs of 64 KiB lie in huge pages (slab_regions.h).
+// so that one look at the directory turns a handle into an address, and memory is bounded by 2^19 -
+// 1 slabs (32 GiB of nodes in full slabs, or half a million large nodes). The slabs of one arity
+// double in size up to 64 KiB; each slab given back halves the size of the next one. A large node,
+// of more than max_slab_arity arguments, has a slab of its own. Once there are some megabytes of
+// nodes, slabs of 64 KiB are in huge pages (slab_regions.h).
 //
 // Free nodes keep their place: their symbol is null and their id field is the handle of the next
-// free node of the same arity. Under AddressSanitizer they are poisoned, so that the use of a freed
-// term is reported.
+// free node of the same arity. Under AddressSanitizer they are poisoned, so that the sanitizer
+// reports the use of a freed term.
 //
-// sweep() gives slabs back to the system that hold no live node any more; so does the release of a
-// large node. Their places in the directory are taken by later slabs. Nothing depends on addresses:
-// which node and which place come next follows from the handles and the order of calls.
+// sweep() returns slabs that no longer hold a live node to the system; freeing a large node returns
+// its slab. Later slabs take their places in the directory. Nothing depends on addresses: the
+// handles and the order of calls determine which node and which place come next.
 
 #ifndef QUILL_TERMS_NODE_SLABS_H
 #define QUILL_TERMS_NODE_SLABS_H
@@ -40,9 +40,9 @@ class NodeSlabs {
   NodeSlabs(const NodeSlabs&) = delete;
   NodeSlabs& operator=(const NodeSlabs&) = delete;
 
-  // A node of this arity, its fields not set. Throws std::bad_alloc without a change.
+  // Returns a node of this arity with unset fields. Throws std::bad_alloc and then changes nothing.
   uint32_t allocate(uint64_t arity) {
-    // Mostly the next one of the slab that is being filled.
+    // Usually the next node of the slab that is being filled.
     if (arity < classes.size() && classes[arity].free_list == none &&
         classes[arity].current != none) {
       const uint32_t current = classes[arity].current;
@@ -57,7 +57,7 @@ class NodeSlabs {
     return allocate_elsewhere(arity);
   }
 
-  // Takes a node back.
+  // Frees a node.
   void free(uint32_t handle) noexcept;
 
   Term_* node(uint32_t handle) const { return reinterpret_cast<Term_*>(address(handle)); }
@@ -65,20 +65,20 @@ class NodeSlabs {
     return directory[handle >> offset_bits].memory + size_t{handle & offset_mask} * word;
   }
 
-  // Takes back every live node whose id is not marked; an id beyond the vector is not marked. The
-  // nodes and places that are free afterwards are used again from the lowest handle on. Returns how
-  // many nodes it took. Reads each slab once, in order.
+  // Frees every live node whose id is not marked; an id beyond the vector is not marked. Later
+  // nodes and slabs take the free nodes and places again from the lowest handle on. Returns how
+  // many nodes it freed. Reads each slab once, in order.
   size_t sweep(const std::vector<bool>& seen) noexcept;
 
   // The slabs held and the bytes in them.
   size_t num_slabs() const { return slabs_held; }
   size_t num_bytes() const { return bytes_held; }
 
-  // The first live node at or after this handle in the order of slabs and offsets, or none. Start
-  // with 0.
+  // The first live node at or after this handle in the order of slabs and offsets, or none. A walk
+  // starts with 0.
   uint32_t first_live(uint32_t handle) const;
 
-  // The handle to go on with after a live one.
+  // The handle at which a walk goes on after a live node.
   uint32_t next(uint32_t handle) const;
 
  private:
@@ -96,8 +96,8 @@ class NodeSlabs {
     uint32_t arity;
     uint32_t used;      // words handed out so far, free nodes included
     uint32_t capacity;  // words in all
-    uint32_t region;    // of the memory, none if it is not in a region
-    // The slab of a large node counts as one word. A place without a slab has no memory, and its
+    uint32_t region;    // that holds the memory; none if it is not in a region
+    // The slab of a large node counts as one word. In a place without a slab, memory is null and
     // capacity is the next such place.
   };
   struct SizeClass {

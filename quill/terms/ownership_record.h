@@ -1,14 +1,15 @@
-// Which objects a store owns and which of its objects it has freed, by their addresses alone: each
-// store keeps one in debug builds, so that the manager can say what is wrong with a pointer that it
-// is given. In release builds it stays empty, and keeping it costs nothing; it is a member all the
-// same, so that the layout of the stores does not depend on how who includes this is built.
+// Records the addresses of the objects that a store owns and of those that it has freed. In debug
+// builds each store keeps such a record, so that the manager can say what is wrong with a pointer
+// that a caller passes. In release builds it stays empty and costs no time; it is a member all the
+// same, so that the layout of the stores does not depend on how the including code is built.
 //
 // Representation: open addressing with linear probing over a power of two of places, at most half
-// of them taken. A place holds an address, which is even, with the lowest bit set once the object
-// there has been freed. Addresses stay for good, so that a pointer to a freed object is told from
-// one to somebody else's; a later object at the same address makes it live again.
+// of which are taken. A place holds an address, which is even; its lowest bit is set once the
+// object there has been freed. Addresses are never removed, so that a pointer to a freed object can
+// be told from a pointer to somebody else's object; a later object at the same address makes it
+// live again.
 //
-// No object is ever looked into: what an address leads to may be gone.
+// The record never reads an object: the memory at an address may be gone.
 
 #ifndef QUILL_TERMS_OWNERSHIP_RECORD_H
 #define QUILL_TERMS_OWNERSHIP_RECORD_H
@@ -24,14 +25,15 @@ class OwnershipRecord {
  public:
   enum class Standing { Owned, Freed, Foreign };
 
-  // Makes room for one more object; the only operation that allocates. Fails without a change.
+  // Makes room for one more object. The only operation that allocates; if it throws, nothing has
+  // changed.
   void reserve_one() {
 #ifndef NDEBUG
     if (taken == limit) grow();
 #endif
   }
 
-  // Enters an object that the store has made; needs a reserve_one() since the last one.
+  // Enters an object that the store has made; each call needs a reserve_one() before it.
   void add([[maybe_unused]] const void* object) noexcept {
 #ifndef NDEBUG
     assert(taken < limit);
@@ -41,7 +43,7 @@ class OwnershipRecord {
 #endif
   }
 
-  // Notes that an object which was entered is about to be freed.
+  // Notes that an object in the record is about to be freed.
   void remove([[maybe_unused]] const void* object) noexcept {
 #ifndef NDEBUG
     uintptr_t* place = place_of(address_of(object));
@@ -62,8 +64,8 @@ class OwnershipRecord {
 
   static uintptr_t address_of(const void* object) { return reinterpret_cast<uintptr_t>(object); }
 
-  // The place that holds the address, or the free one where it belongs. It takes no detour through
-  // the standard library: builds without optimisation come here several times for each term.
+  // The place that holds the address, or the free place where it belongs. It avoids the standard
+  // library, because builds without optimisation come here several times for each term.
   uintptr_t* place_of(uintptr_t address) const {
     const uint64_t h = address * 0x9e3779b97f4a7c15;
     const size_t mask = 2 * limit - 1;
@@ -85,7 +87,7 @@ class OwnershipRecord {
   }
 
   std::unique_ptr<uintptr_t[]> places;  // twice the limit
-  size_t limit = 0;                     // of the addresses that are held; a power of two, or 0
+  size_t limit = 0;                     // how many addresses fit; a power of two, or 0
   [[maybe_unused]] size_t taken = 0;    // at most the limit
 };
 

@@ -1,6 +1,6 @@
-// One level of a term as text: arguments that are constants by name, others as #ID; after eight
-// arguments three dots. Written piece by piece, so that whoever wants only the beginning need not
-// have the rest composed.
+// One level of a term as text: arguments that are constants by name, others as #ID; three dots
+// after eight arguments. The text is written piece by piece, so that a caller that wants only its
+// beginning need not compose the rest.
 
 #ifndef QUILL_TERMS_SHALLOW_TEXT_H
 #define QUILL_TERMS_SHALLOW_TEXT_H
@@ -15,7 +15,7 @@ namespace quill {
 
 constexpr uint64_t max_shallow_arguments = 8;
 
-// The action is called with each piece, a std::string_view.
+// Calls `write` with each piece, a std::string_view.
 template <class Action>
 void write_shallow_text(const Term_& t, Action write) {
   const Symbol& head = *t.symbol;

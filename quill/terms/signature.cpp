@@ -105,12 +105,12 @@ int32_t Signature::lowest_free_suffix(const std::string& base) {
   return next;
 }
 
-// A name base_k becomes free: the search on its base must find it.
+// After a name base_k has become free, the search with its base must find it.
 void Signature::free_suffix(std::string_view name) {
   const size_t bar = name.rfind('_');
   if (bar == std::string_view::npos || suffixes.count == 0) return;
   const std::string_view digits = name.substr(bar + 1);
-  // Only what lowest_free_suffix composes: no empty text, no leading zero, an int32_t.
+  // Only suffixes that lowest_free_suffix composes count: not empty, no leading zero, an int32_t.
   if (digits.empty() || digits.size() > 10 || (digits[0] == '0' && digits.size() > 1)) return;
   int64_t k = 0;
   for (const char c : digits) {
@@ -122,8 +122,8 @@ void Signature::free_suffix(std::string_view name) {
   if (found == suffixes.end() || k >= found->second.next) return;
   auto& [next, freed] = found->second;
   if (freed.size() >= static_cast<size_t>(next)) {
-    // More entries than suffixes: the same name was freed again and again. Searching afresh costs
-    // no more.
+    // There would be more entries than suffixes, because the same name was freed again and again.
+    // Searching afresh costs no more.
     next = 0;
     freed.clear();
     return;
@@ -132,16 +132,16 @@ void Signature::free_suffix(std::string_view name) {
   std::push_heap(freed.begin(), freed.end(), std::greater<>());
 }
 
-// Whether the record at this position holds its name, whose hash is given.
+// Whether the record at this position still holds its name, which has the given hash.
 bool Signature::is_named(uint32_t hash, size_t position) const {
   return index.find(hash, [&](uint32_t handle) { return handle == position; }) != InternIndex::none;
 }
 
-// The index leads to positions. Those of the records gone over are new ones, all below `used`, and
-// those of the others are old ones, not below `i`, so that no position stands for two records. The
-// index is changed by hashes and positions alone: it reads no record.
+// The index leads to positions. For records that the loop has passed these are the new positions,
+// all below `used`; for the others they are the old ones, not below `i`. So no position means two
+// records. The index needs only hashes and positions for these changes and reads no record.
 void Signature::gc(const hsh::HashSet<const Symbol*>& keep) noexcept {
-  // Suffixes may become free that a search on its base would not look at again.
+  // Suffixes may become free that the search with their base would not look at again.
   suffixes.erase_if([](const auto&) { return true; });
   size_t used = 0;
   for (size_t i = 0; i < symbols.size(); ++i) {

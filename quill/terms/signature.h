@@ -1,11 +1,12 @@
 // Maps names to symbols, and owns the symbols of one term manager.
 //
 // Representation: the records in order of creation, and an index over them by name. Names are byte
-// strings without a NUL. A name can be taken away from its symbol (remove_symbol); the record then
-// lives on without a name in the index, because terms may still use it, until a collection or
-// destruction.
+// strings without a NUL. remove_symbol() takes the name from a symbol; terms may still use the
+// symbol, so its record stays, without a name in the index, until a collection or destruction frees
+// it.
 //
-// Costs: one hash look-up a call; the hash spreads numbered names (x0, x1, ...) as well as any.
+// Costs: one hash look-up per call. The hash spreads numbered names (x0, x1, ...) as well as
+// others.
 
 #ifndef QUILL_TERMS_SIGNATURE_H
 #define QUILL_TERMS_SIGNATURE_H
@@ -34,19 +35,19 @@ class Signature {
   Signature(const Signature&) = delete;
   Signature& operator=(const Signature&) = delete;
 
-  // The symbol of this name and type, made if the name is free. Its arity is the number of argument
-  // types of a function type (application type, arguments ..., result), 0 for any other type.
-  // Throws Exception, and changes nothing, when the name belongs to a symbol of another type.
+  // The symbol of this name and type; makes it if the name is free. Its arity is the number of
+  // argument types of a function type (application type, arguments ..., result) and 0 for any other
+  // type. Throws Exception, and changes nothing, when a symbol of another type has the name.
   const Symbol* add_symbol(const char* name, const DataType* type);
 
   // The symbol registered under exactly this name, or null.
   const Symbol* get_symbol(const char* name) const;
 
-  // Takes the name away from its symbol, so that it can be given again. Ignores an unknown name.
+  // Takes the name from its symbol, so that it can be used again. Ignores an unknown name.
   void remove_symbol(const char* name);
 
-  // The least k for which no symbol is named base_k. Remembered from call to call, so that asking
-  // for many unique names on one base costs the same each time.
+  // The least k for which no symbol is named base_k. The signature remembers it from call to call,
+  // so that asking for many unique names with one base costs the same each time.
   int32_t lowest_free_suffix(const std::string& base);
 
   // Frees every symbol that is not in keep, named or not. Needs no memory.
@@ -62,11 +63,11 @@ class Signature {
   // Whether every name leads to a symbol of this name. Linear; for debugging.
   bool is_consistent() const;
 
-  // Frees every symbol made since size() was what is given, provided that none was freed in
-  // between. For undoing a request that failed half-way.
+  // Frees every symbol made since size() was `former_size`, provided that none was freed in
+  // between. Undoes a request that failed half-way.
   void rollback(size_t former_size) noexcept;
 
-  // Frees the symbol at this position; those after it move down by one. Linear in their number.
+  // Frees the symbol at this position; later symbols move down by one. Linear in their number.
   void remove_at(size_t position) noexcept;
 
  private:
@@ -82,7 +83,7 @@ class Signature {
   InternIndex index;
   OwnershipRecord record;
 
-  // Of base_0 ... base_(next - 1) all are taken except some of those in `freed`, a heap with the
+  // All of base_0 ... base_(next - 1) are taken, except some of those in `freed`, a heap with the
   // least suffix on top.
   struct Suffixes {
     int32_t next = 0;

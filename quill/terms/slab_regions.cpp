@@ -46,7 +46,7 @@ void SlabRegions::give_back() noexcept {
       region = {nullptr, all_pieces, 0};
     }
     while (region.stale != 0) {
-      // The lowest run of pieces goes at once.
+      // Returns the lowest run of pieces at once.
       const int from = std::countr_zero(region.stale);
       const int length = std::countr_one(region.stale >> from);
       huge_pages::discard(region.memory + static_cast<size_t>(from) * piece_bytes,

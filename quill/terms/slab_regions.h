@@ -1,12 +1,12 @@
 // Memory for full-sized slabs: pieces of 64 KiB, cut from regions of one huge page each.
 //
-// Representation: a list of regions, each with a bit for every piece that is free; the places of
-// regions given back are used again. A free piece is handed out from the lowest place and the
-// lowest bit, so that regions fill up one after the other. Free pieces keep their memory until
-// give_back(), so that those of one region go together.
+// Representation: a list of regions, each with a bit for every free piece. Later regions take the
+// places of regions given back. allocate() takes the lowest bit in the lowest place, so that
+// regions fill up one after the other. Free pieces keep their memory until give_back(), so that
+// those of one region are returned together.
 //
-// Cost: constant time a piece, except for the search for the lowest region with a free one, which
-// goes forward between two calls of free().
+// Cost: constant time per piece, except for the search for the lowest region with a free piece,
+// which only moves forward between two calls of free().
 
 #ifndef QUILL_TERMS_SLAB_REGIONS_H
 #define QUILL_TERMS_SLAB_REGIONS_H
@@ -31,7 +31,7 @@ class SlabRegions {
   SlabRegions(const SlabRegions&) = delete;
   SlabRegions& operator=(const SlabRegions&) = delete;
 
-  // Throws std::bad_alloc without a change.
+  // Throws std::bad_alloc and then changes nothing.
   Piece allocate();
   void free(Piece piece) noexcept;
 

@@ -1,8 +1,8 @@
 // A symbol: a named constant or function symbol with its type.
 //
-// Representation: one allocation that holds the record and a copy of the name. Symbols are made and
-// freed by the signature (see signature.h) and never change. Interpreted symbols have a backquote
-// before and after their name, fresh variables an apostrophe before it.
+// Representation: one allocation that holds the record and a copy of the name. The signature (see
+// signature.h) makes and frees symbols; they never change. The names of interpreted symbols have a
+// backquote at both ends, those of fresh variables an apostrophe at the front.
 
 #ifndef QUILL_TERMS_SYMBOL_H
 #define QUILL_TERMS_SYMBOL_H
@@ -27,8 +27,8 @@ class Symbol {
   // The number of arguments of the terms that the symbol heads; 0 for constants.
   const uint64_t arity;
 
-  // For a constant its own type, for a function symbol the compound type (application type,
-  // arguments ..., result).
+  // The constant's own type; for a function symbol the compound type (application type, arguments
+  // ..., result).
   const DataType* const type;
 
   // The type of the terms that the symbol heads.

@@ -14,7 +14,7 @@ struct Occurrence {
 };
 using OccurrenceMap = hsh::HashMap<const Term_*, Occurrence>;
 
-// Finds the non-constant subterms that occur more than once, looking into each of them once.
+// Finds the non-constant subterms that occur more than once. Looks into each of them once.
 void find_repeated(const Term_* root, OccurrenceMap& occurrences) {
   std::vector<const Term_*> work{root};
   while (!work.empty()) {

@@ -1,8 +1,8 @@
 // A term: one node of the shared graph, a symbol applied to argument terms.
 //
 // Representation: one allocation that holds the header and the arguments. Terms are unique within
-// their bank (see term_bank.h, which makes and frees them) and never change, so that two terms are
-// equal exactly when their addresses are.
+// their bank (see term_bank.h, which makes and frees them) and never change, so two terms are equal
+// exactly when their addresses are.
 
 #ifndef QUILL_TERMS_TERM_H
 #define QUILL_TERMS_TERM_H
@@ -21,8 +21,7 @@ class Term_ {
   Term_(const Term_&) = delete;
   Term_& operator=(const Term_&) = delete;
 
-  // Unique among the live terms of one bank, dense from 0, and the same for as long as the term
-  // lives.
+  // Unique among the live terms of one bank, dense from 0, and constant while the term lives.
   uint64_t id;
 
   const Symbol* symbol;
@@ -37,18 +36,18 @@ class Term_ {
 #pragma clang diagnostic pop
 #endif
 
-  // The type of the term: the result of its symbol.
+  // The type of the term: the output type of its symbol.
   const DataType* type() const { return symbol->get_output_type(); }
 
   std::span<const Term_* const> arguments() const { return {args, symbol->arity}; }
 
-  // The whole term in prefix notation with the names of its symbols as they are stored; a constant
+  // The whole term in prefix notation, with the names of its symbols as they are stored; a constant
   // prints its name. A non-constant subterm that occurs again is printed once, as #ID=(...), and as
-  // #ID from then on: the text is linear in the number of distinct subterms and their arguments.
+  // #ID from then on, so the text is linear in the number of distinct subterms and their arguments.
   std::string to_str() const;
 
-  // One level: arguments that are constants by name, others as #ID; after eight arguments three
-  // dots.
+  // One level: arguments that are constants by name, others as #ID; three dots after eight
+  // arguments.
   std::string to_shallow_str() const;
 
  private:

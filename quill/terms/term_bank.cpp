@@ -6,7 +6,7 @@
 namespace quill {
 
 // The functions of one request are inlined into make_term, once for each usual arity, so that their
-// loops vanish: this is what a solver does most.
+// loops disappear: a solver makes terms more often than anything else.
 
 // Hashes addresses: reading the ids of the arguments would touch a cache line for each. The values
 // decide only where the index looks first.
@@ -77,8 +77,8 @@ void TermBank::remove_unseen(const std::vector<bool>& seen) noexcept {
 #endif
   const size_t freed = nodes.sweep(seen);
   if (freed == 0) return;
-  // The index leads to freed nodes now. Made anew from those that are left, it costs nothing for
-  // the others, and may be smaller.
+  // The index now leads to freed nodes. Rebuilding it from the terms that are left takes no work
+  // for the others and may make it smaller.
   index.clear(index.size() - freed);
   ids.free_all();
   for (uint32_t handle = nodes.first_live(0); handle != NodeSlabs::none;

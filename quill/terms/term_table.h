@@ -1,15 +1,15 @@
 // A map keyed by the terms of one manager, for walks over the graph.
 //
 // Representation: at first open addressing with linear probing over a power of two of slots, at
-// most half of them taken; a slot holds the id of the term and its value side by side, so that a
-// look-up reads one cache line. Terms hash by their ids: blocks of neighbouring ids are spread over
-// the table, and stay side by side within their block, because walks meet neighbours together. As
-// soon as an array of values indexed by id takes no more memory than the slots, it takes their
-// place: a walk over much of a manager gets by with one load a look-up and the least memory, and
-// one over a few terms never pays for all the others. There is no removal, and values move when the
-// table grows.
+// most half of which are taken; a slot holds the id of the term and its value side by side, so that
+// a look-up reads one cache line. Terms hash by their ids: blocks of neighbouring ids are spread
+// over the table, and ids stay side by side within their block, because walks meet neighbours
+// together. As soon as an array of values indexed by id takes no more memory than the slots, it
+// replaces them. A walk over much of a manager thus needs one load per look-up and the least
+// memory, and a walk over a few terms never pays for all the others. There is no removal, and
+// values move when the table grows.
 //
-// Value{} stands for no value, and can't be entered.
+// Value{} means no value and cannot be entered.
 
 #ifndef QUILL_TERMS_TERM_TABLE_H
 #define QUILL_TERMS_TERM_TABLE_H
@@ -28,7 +28,7 @@ namespace quill {
 template <class Value>
 class TermTable {
  public:
-  // For terms with ids below the bound.
+  // For terms with ids below id_bound.
   explicit TermTable(uint64_t id_bound) : bound(id_bound) {}
 
   // The value of a term, or null. Valid until the next insertion.
@@ -42,7 +42,7 @@ class TermTable {
     return slot.key != free ? &slot.value : nullptr;
   }
 
-  // The value of a term, which gets the one given if it has none. Fails without a change.
+  // The value of a term; a term without one gets `value`. If this throws, nothing has changed.
   Value& insert(const Term_* t, const Value& value) {
     assert(t->id < bound && value != Value{});
     if (taken >= most_in_slots) grow();
@@ -78,7 +78,7 @@ class TermTable {
   static constexpr int log2_block = 4;
   static constexpr size_t fewest_slots = 16;
 
-  // The id plus one: a bank has fewer than 2^32 - 1 terms.
+  // The id plus one. It fits, because a bank has fewer than 2^32 - 1 terms.
   static uint32_t key_of(const Term_* t) { return static_cast<uint32_t>(t->id) + 1; }
 
   // The slot of the key, or the free slot where it belongs.
@@ -115,7 +115,7 @@ class TermTable {
   using Values = std::vector<Value, huge_pages::WalkAllocator<Value>>;
 
   uint64_t bound;
-  Slots slots;  // a power of two, or none at all
+  Slots slots;  // a power of two of them, or none
   size_t mask = 0;
   int shift = 0;  // from 63 bits of a product to the number of a block of slots
   size_t most_in_slots = 0;

@@ -17,7 +17,7 @@ uint32_t hash_name(uint64_t key, const std::string& name) {
   return InternIndex::fold(NameHash()(key, name));
 }
 
-// Addresses of components decide only where the index looks first; no order depends on them.
+// The addresses of components decide only where the index looks first; no order depends on them.
 uint32_t hash_components(uint64_t key, const DataType* const* components, size_t count) {
   KeyedWordHash h(key);
   for (size_t i = 0; i < count; ++i) h.add(reinterpret_cast<uintptr_t>(components[i]));
@@ -62,7 +62,7 @@ uint32_t TypeUniverse::hash_of(uint64_t key, const DataType* type) {
                            : hash_components(key, type->components, type->count);
 }
 
-// Takes the type over once nothing can fail any more.
+// Takes ownership of the type once nothing can fail any more, and frees it otherwise.
 const DataType* TypeUniverse::add(uint32_t hash, DataType* type) {
   ScopeGuard undo([&] { release(type); });
   index.reserve_one();
@@ -149,7 +149,7 @@ void TypeUniverse::gc(const hsh::HashSet<const DataType*>& keep) noexcept {
   }
   types.resize(used);
   give_back_room(types);
-  // The index leads to the former positions, and to freed types.
+  // The index still leads to the former positions and to freed types.
   index.clear(used - 1);
   for (size_t i = 0; i < used; ++i) {
     if (types[i] != application_type) index.insert(hash_of(types[i]), static_cast<uint32_t>(i));

@@ -1,11 +1,11 @@
-// Makes and owns the types of one term manager, each once, and keeps the subtype relation.
+// Makes each type of one term manager once, owns the types, and keeps the subtype relation.
 //
 // Representation: the types in order of creation, and an index over them by name (simple types) or
-// by component list (compound types). Types are found by hashing the request, so nothing is built
-// for a type that exists. Freeing a type moves the last one into its place.
+// by component list (compound types). A request is hashed to find its type, so nothing is built for
+// a type that exists. remove_type() moves the last type into the place of the one that it frees.
 //
-// The universe checks nothing: which shapes make sense is the manager's business. It frees what it
-// is told to free; that nothing refers to a freed type is the caller's promise.
+// The universe checks nothing: the manager decides which shapes make sense. The universe frees the
+// types that it is told to free; the caller guarantees that nothing refers to them.
 
 #ifndef QUILL_TERMS_TYPE_UNIVERSE_H
 #define QUILL_TERMS_TYPE_UNIVERSE_H
@@ -30,7 +30,7 @@ class TypeUniverse {
   TypeUniverse(const TypeUniverse&) = delete;
   TypeUniverse& operator=(const TypeUniverse&) = delete;
 
-  // The simple type of a name, made on the first request.
+  // The simple type with this name, made on the first request.
   const DataType* make_type(const std::string& name);
 
   // The compound type of exactly these components in this order, made on the first request.
@@ -39,8 +39,8 @@ class TypeUniverse {
     return make_type(std::vector<const DataType*>(components));
   }
 
-  // The type that heads every function type: (application type, arguments ..., result). No name
-  // yields it.
+  // The head of every function type: (application type, arguments ..., result). It cannot be made
+  // from a name.
   const DataType* get_application_type() const { return application_type; }
 
   // Whether a equals b or was declared a subtype of b. Not transitive.
@@ -54,12 +54,12 @@ class TypeUniverse {
     return subtypes;
   }
 
-  // Forgets and frees one type, with the subtype pairs that mention it. Not for the application
-  // type, nor for a type that another type or a symbol still uses.
+  // Frees one type and forgets the subtype pairs that mention it. Must not be called for the
+  // application type, nor for a type that another type or a symbol still uses.
   void remove_type(const DataType* type);
 
-  // Frees every type that is not in keep, except the application type. The caller sees to it that
-  // keep holds all components of its types. Needs no memory.
+  // Frees every type that is not in keep, except the application type. The caller ensures that keep
+  // holds all components of its types. Needs no memory.
   void gc(const hsh::HashSet<const DataType*>& keep) noexcept;
 
   // The types held.
@@ -72,12 +72,12 @@ class TypeUniverse {
   // Whether requests find every type held. Linear; for debugging.
   bool is_consistent() const;
 
-  // Frees every type made since size() was what is given, provided that none was freed in between.
-  // For undoing a request that failed half-way.
+  // Frees every type made since size() was `former_size`, provided that none was freed in between.
+  // Undoes a request that failed half-way.
   void rollback(size_t former_size) noexcept;
 
-  // Frees the type at this position, which nothing uses; those after it move down by one. Linear in
-  // their number. Not for the application type.
+  // Frees the type at this position, which nothing uses; later types move down by one. Linear in
+  // their number. Must not be called for the application type.
   void remove_at(size_t position) noexcept;
 
  private:

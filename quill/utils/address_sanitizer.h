@@ -1,12 +1,12 @@
-// Marks memory that must not be used for now, so that the address sanitizer reports its use. In
-// builds without it nothing happens.
+// Marks memory that must not be used for now, so that the address sanitizer reports any use of it.
+// Builds without the sanitizer do nothing here.
 
 #ifndef QUILL_UTILS_ADDRESS_SANITIZER_H
 #define QUILL_UTILS_ADDRESS_SANITIZER_H
 
 #include <cstddef>
 
-// g++ tells by a macro, clang++ by a feature.
+// g++ announces the sanitizer by a macro, clang++ by a feature test.
 #if defined(__SANITIZE_ADDRESS__)
 #define QUILL_HAS_ADDRESS_SANITIZER
 #elif defined(__has_feature)

@@ -21,15 +21,15 @@ inline constexpr std::array<uint64_t, 28> bucket_counts = {
 
 static_assert(std::is_sorted(bucket_counts.begin(), bucket_counts.end()));
 
-// The smallest bucket count that is not less than `wanted`, or the largest one when all are.
+// The smallest bucket count that is not less than `wanted`, or the largest one if all are less.
 constexpr uint64_t bucket_count_for(uint64_t wanted) {
   const auto* found = std::lower_bound(bucket_counts.begin(), bucket_counts.end(), wanted);
   return found == bucket_counts.end() ? bucket_counts.back() : *found;
 }
 
-// Whether a table of `count` elements in `bucket_count` buckets is to grow before it takes another
-// one. The load is a quotient in single precision: from some ten million buckets on it differs from
-// the exact one.
+// Whether a table with `count` elements in `bucket_count` buckets must grow before it takes another
+// element. The load is computed in single precision: above some ten million buckets it differs from
+// the exact quotient.
 inline bool load_exceeded(uint64_t count, uint64_t bucket_count) {
   const float load = static_cast<float>(count) / static_cast<float>(bucket_count);
   return static_cast<double>(load) > 0.7;

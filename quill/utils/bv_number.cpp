@@ -11,7 +11,7 @@ namespace quill {
 
 namespace {
 
-// GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
+// GMP ends the process when it cannot allocate, so it is never asked for more than 512 MiB.
 constexpr uint64_t max_exponent = uint64_t{1} << 32;
 
 }  // namespace

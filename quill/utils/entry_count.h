@@ -1,7 +1,7 @@
-// How many entries of tables this thread has looked at so far, for tests of what look-ups cost.
+// Counts the table entries that this thread has looked at, for tests of what look-ups cost.
 //
-// Each slot of an index and each node of a chain that a look-up or an insertion comes to counts.
-// Debug builds alone count; in others the number stays 0.
+// Each index slot and each chain node that a look-up, an insertion or a removal visits counts. Only
+// debug builds count; in other builds the number stays 0.
 
 #ifndef QUILL_UTILS_ENTRY_COUNT_H
 #define QUILL_UTILS_ENTRY_COUNT_H

@@ -16,7 +16,7 @@ Exception::Buffer::int_type Exception::Buffer::overflow(int_type c) {
 
 Exception::Exception() : stream(&buffer) {
   stream.imbue(std::locale::classic());
-  // What the buffer throws, the stream would keep to itself otherwise.
+  // Otherwise the stream would swallow what the buffer throws.
   stream.exceptions(std::ios_base::badbit);
 }
 
@@ -25,7 +25,7 @@ Exception::Exception(const std::string& message) : Exception() {
   dump_msg_and_raise_assertion(message);
 }
 
-// There is nothing in the base to be copied, nor in the stream.
+// Neither the base nor the stream has anything to copy.
 Exception::Exception(const Exception& other) : Exception() { buffer.text = other.buffer.text; }
 
 Exception& Exception::operator=(const Exception& other) {

@@ -1,13 +1,13 @@
 // The base of every error that the library throws.
 //
-// An Exception is a message under construction: further pieces may be streamed into it while it is
-// being thrown, and the expression keeps its own class, so that a handler of a derived class still
-// catches it:
+// An Exception is a message under construction: a throw expression can stream more pieces into it.
+// The expression keeps its own class, so that a handler for a derived class still catches it:
 //
 //   throw TermManager::error("unrelated types: ") << a->to_str() << " and " << b->to_str();
 //
-// Pieces are written as they are in the classic locale, whatever the global one is. A piece that
-// can't be written to its end is left out, and what it threw is thrown on: no message is cut off.
+// Pieces are written in the classic locale, whatever the global locale is. When writing a piece
+// throws, append() removes the part already written and passes the exception on, so no piece is cut
+// off.
 //
 // Copies are independent. what() returns the text itself, which stays valid until the exception is
 // changed or destroyed. Any number of threads may read an exception that nobody changes, such as
@@ -36,9 +36,9 @@ class Exception : public std::exception {
 
   const char* what() const noexcept override;
 
-  // Called once for every exception that is made from a message, and not for copies. Does nothing:
-  // it is a place for a debugger's breakpoint, before the stack unwinds. No build leaves the call
-  // out.
+  // Called once for every exception that is made from a message, but not for copies. Does nothing:
+  // it is a place for a debugger's breakpoint, before the stack unwinds. No build optimises the
+  // call away.
   static void dump_msg_and_raise_assertion(const std::string& message = {});
 
   template <class T>
@@ -53,7 +53,7 @@ class Exception : public std::exception {
   }
 
  private:
-  // Writes at the end of the text.
+  // Appends to the text.
   class Buffer : public std::streambuf {
    public:
     std::string text;
@@ -69,8 +69,7 @@ class Exception : public std::exception {
   std::ostream stream;  // formats pieces into the buffer
 };
 
-// Appends to the message and hands the very same exception on, with its own type and value
-// category.
+// Appends to the message and returns the same exception, with its own type and value category.
 template <class Error, class T>
 requires std::derived_from<std::remove_cvref_t<Error>, Exception> Error && operator<<(
     Error&& error, const T& piece) {

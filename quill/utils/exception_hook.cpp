@@ -1,7 +1,8 @@
 // The place for a breakpoint on every error.
 //
-// In a file of its own, so that the compiler cannot see where it is called that nothing happens
-// here, and drop the call. The empty statement keeps builds that look across files from seeing it.
+// The function has a file of its own, so that the compiler cannot see at the calls that nothing
+// happens here and drop them. The empty statement hides this from builds that optimise across
+// files.
 
 #include "quill/utils/exception.h"
 

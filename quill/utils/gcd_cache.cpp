@@ -1,4 +1,4 @@
-// Euclid's algorithm, which ends early at the first pair that the table knows.
+// Euclid's algorithm, which stops at the first pair that the table knows.
 
 #include "quill/utils/gcd_cache.h"
 
@@ -27,7 +27,7 @@ uint64_t gcd(uint64_t a, uint64_t b) {
       const auto found = static_cast<int64_t>(std::gcd(a, b));
       entry(a, b).store(found, std::memory_order_relaxed);
       entry(b, a).store(found, std::memory_order_relaxed);
-      // Going on although the result is at hand fills the entries of the pairs that follow as well.
+      // The loop goes on although it has the result, to fill the entries of the pairs that follow.
     }
     const uint64_t remainder = a % b;
     if (remainder == 0) return b;

@@ -1,4 +1,4 @@
-// A GMP integer that initialises and clears itself. It passes wherever GMP takes an mpz_t.
+// A GMP integer that initialises and clears itself. It can be passed wherever GMP takes an mpz_t.
 
 #ifndef QUILL_UTILS_GMP_INTEGER_H
 #define QUILL_UTILS_GMP_INTEGER_H
@@ -17,7 +17,7 @@ class GmpInteger {
   operator mpz_ptr() noexcept { return value; }
   operator mpz_srcptr() const noexcept { return value; }
 
-  // For those of GMP's functions that are macros, such as mpz_sgn.
+  // For the GMP functions that are macros, such as mpz_sgn.
   mpz_ptr operator->() noexcept { return value; }
   mpz_srcptr operator->() const noexcept { return value; }
 

@@ -1,11 +1,11 @@
-// An array that grows at its end, for plain data of which there may be very much.
+// An array that grows at its end, for plain data in large amounts.
 //
-// Each growth takes room for four times as many elements. Room costs addresses alone until it is
-// used, while every growth copies what is there into memory that the system has to hand out first,
-// which costs more than anything that is then done with the elements.
+// Each growth makes room for four times as many elements. Unused room costs only addresses, whereas
+// every growth copies all elements into memory that the system must first hand out, which costs
+// more than anything that is later done with the elements.
 //
-// Not for elements that need constructors or destructors. push_back and extend throw std::bad_alloc
-// without a change.
+// Elements must not need constructors or destructors. push_back and extend throw std::bad_alloc and
+// then leave the array unchanged.
 
 #ifndef QUILL_UTILS_GROWING_ARRAY_H
 #define QUILL_UTILS_GROWING_ARRAY_H
@@ -39,7 +39,7 @@ class GrowingArray {
       new (elements + count++) T(element);
     }
   }
-  // Adds elements of unknown contents, and returns the place of the first of them.
+  // Adds elements with unspecified contents and returns the address of the first of them.
   T* extend(size_t num_elements) {
     if (num_elements > room - count) grow(num_elements);
     count += num_elements;
@@ -49,7 +49,7 @@ class GrowingArray {
     assert(count != 0);
     --count;
   }
-  // Drops all elements but the first num_elements, and keeps the room.
+  // Drops all elements after the first num_elements and keeps the room.
   void truncate(size_t num_elements) {
     assert(num_elements <= count);
     count = num_elements;
@@ -88,7 +88,7 @@ class GrowingArray {
     move_to(huge_pages::WalkAllocator<T>().allocate(larger), larger);
   }
 
-  // The element may be one of the array.
+  // `element` may refer to an element of this array.
   [[gnu::noinline]] void grow_and_push_back(const T& element) {
     const size_t larger = larger_room(1);
     T* const block = huge_pages::WalkAllocator<T>().allocate(larger);

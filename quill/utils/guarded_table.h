@@ -1,31 +1,31 @@
 // Chained tables for keys that somebody may have chosen so that they share a bucket.
 //
-// The hashes of the chained tables (hash_table.h) are fixed and cheap, and so are the keys that
-// collide under them: widths that are multiples of the bucket count, names, numerals. A GuardedMap
-// or GuardedSet is such a table, with the same elements in the same order, that does not become
-// slow by that: the insertion that goes over longest_chain nodes of one chain makes an index over
-// the whole table, from a keyed hash (keyed_hash.h) to the nodes, and from then on the index finds
-// keys, and new ones are linked without a look at the chain.
+// The hashes of the chained tables (hash_table.h) are fixed and cheap, and keys that collide under
+// them are easy to find: widths that are multiples of the bucket count, names, numerals. A
+// GuardedMap or GuardedSet is a chained table, with the same elements in the same order, that such
+// keys do not slow down. An insertion that passes longest_chain nodes of one chain builds an index
+// over the whole table, from a keyed hash (keyed_hash.h) to the nodes. From then on the index finds
+// keys, and new nodes are linked without a walk along the chain.
 //
 //   index == null      chains are walked; none of them was longer than longest_chain when its last
 //                      node was linked, unless there was no memory for an index
-//   index != null      leads to each node
+//   index != null      the index leads to every node
 //
-// Tables over keys that collide by accident alone never get there: of a thousand million tables one
-// has a chain of that length. They take no more memory, and one more comparison of an operation,
-// than tables without a guard.
+// Tables whose keys collide only by accident practically never get there: one table in a thousand
+// million has a chain of that length. They take no more memory than tables without a guard, and one
+// more comparison per operation.
 //
-// Cost: constant time for any keys, except for an index whose hash somebody has broken under all
-// keys, and except for erase(), which looks for the node before the one that goes and so may walk
-// its chain; to erase many, use erase_if().
+// Cost: constant time for any keys, with two exceptions: an index whose hash somebody has broken
+// under all keys, and erase(), which looks for the node before the one that it removes and may
+// therefore walk the chain. To erase many elements, use erase_if().
 //
-// For tables keyed by addresses or by ids of terms there is no need of a guard: n of them share a
-// chain of a table with p buckets only if the largest differs from the least by (n - 1) * p, so
-// that memory for as many bytes, or as many terms, had to be filled for them. As p is about n,
-// these are more than the n * n / 2 nodes that insertions go over.
+// Tables keyed by addresses or by term ids need no guard: n such keys share a chain of a table with
+// p buckets only if the largest exceeds the smallest by at least (n - 1) * p, so that many bytes of
+// memory, or that many terms, must have been filled for them. As p is about n, these are more than
+// the n * n / 2 nodes that the insertions visit.
 //
-// Errors are those of the chained tables. A GuardedMap is not a HashMap, so that nobody changes the
-// table behind the back of its index.
+// Errors are those of the chained tables. A GuardedMap is not a HashMap, so that nobody can change
+// the table without its index.
 
 #ifndef QUILL_UTILS_GUARDED_TABLE_H
 #define QUILL_UTILS_GUARDED_TABLE_H
@@ -62,7 +62,7 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
   Iter find(const Key& key) { return lookup<Iter>(key); }
   ConstIter find(const Key& key) const { return lookup<ConstIter>(key); }
 
-  // The element of this key, or null: find() for those who need no iterator.
+  // The element with this key, or null. For callers that need no iterator.
   const Value* get(const Key& key) const {
     uint64_t at;
     const Bucket* node = find_node(key, at);
@@ -91,7 +91,7 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
     return true;
   }
 
-  // Hashes what is left if there is an index, and nothing otherwise.
+  // If there is an index, hashes the remaining elements again; otherwise hashes nothing.
   template <class Doomed>
   void erase_if(Doomed doomed) {
     const uint64_t before = count;
@@ -114,8 +114,8 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
   bool is_indexed() const { return index != nullptr; }
 
  protected:
-  // The node of `key`, found or made from `arguments`, which make a value of that key. Returns
-  // whether it was made.
+  // Sets `node` to the node of `key`. If there is none, makes one from `arguments`, which must
+  // construct a value with that key. Returns whether it made a node.
   template <class... Arguments>
   bool emplace(const Key& key, Bucket*& node, Arguments&&... arguments) {
     this->make_room();
@@ -146,8 +146,8 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
     });
   }
 
-  // The first node of the chain is looked at before it is asked whether there is an index: mostly
-  // it is the one.
+  // Looks at the first node of the chain before it checks for an index, because that node is
+  // usually the one sought.
   Bucket* find_node(const Key& key, uint64_t& at) const {
     if (count == 0) return nullptr;
     at = this->bucket_of(key);
@@ -184,7 +184,7 @@ class GuardedTable : private Hashtable<Value, GetKey, Key, Hash, Equal> {
     return true;
   }
 
-  // Without memory for an index the chains stay as long as they are.
+  // Without memory for an index the chains stay as they are.
   [[gnu::noinline, gnu::cold]] void make_index() noexcept {
     try {
       auto made = std::make_unique<Index>();
@@ -208,7 +208,7 @@ template <class Key, class Mapped, class Hash = Hasher<Key>,
 class GuardedMap
     : public GuardedTable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal, Keyed> {
  public:
-  // As that of HashMap.
+  // Like HashMap::operator[].
   Mapped& operator[](const Key& key) {
     typename Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash, Equal>::Bucket* node;
     this->emplace(key, node, std::piecewise_construct, std::forward_as_tuple(key), std::tuple<>());

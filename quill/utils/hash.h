@@ -1,18 +1,18 @@
 // Hash functors of the chained tables.
 //
-// A table takes Hasher<Key> unless told otherwise; hsh::hash<Key> is another name of the same type.
-// The keys whose hash is fixed here are pointers, unsigned words and strings; any other key type
-// brings a specialisation of Hasher beside its own definition. The general Hasher hashes nothing: a
-// table over a key type whose hash is not visible fails to compile, with a message that says so.
+// A table uses Hasher<Key> unless told otherwise; hsh::hash<Key> is another name for the same type.
+// This file defines the hashes of pointers, unsigned words and strings; any other key type
+// specialises Hasher beside its own definition. The general Hasher hashes nothing: a table over a
+// key type without a visible hash fails to compile, with a message that says so.
 //
-// Two keys are equal when std::equal_to says so, unless their type brings a specialisation of
-// hsh::KeyEquality.
+// Keys are compared with std::equal_to, unless their type specialises hsh::KeyEquality.
 //
 // The hashes are cheap and often the identity; the prime bucket counts of the tables spread them.
-// They decide the order in which tables are walked and must not change. Pointers hash to their
-// address: a table over them is walked in an order that differs from run to run.
+// They determine the order in which tables are walked and must not change. Pointers hash to their
+// address, so a table over pointers is walked in an order that differs from run to run.
 //
-// A hash functor throws nothing: a table that grows hashes keys while their chains are taken apart.
+// A hash functor must not throw: a table that grows hashes keys after it has taken their chains
+// apart.
 
 #ifndef QUILL_UTILS_HASH_H
 #define QUILL_UTILS_HASH_H
@@ -41,7 +41,7 @@ struct Hasher<unsigned long> {
   uint64_t operator()(unsigned long value) const noexcept { return value; }
 };
 
-// Reads the text up to its first NUL only; what stands after a NUL is left to the comparison.
+// Hashes the text up to its first NUL only; the comparison tells apart what differs after it.
 template <>
 struct Hasher<std::string> {
   uint64_t operator()(const std::string& text) const noexcept {
@@ -59,7 +59,7 @@ namespace hsh {
 template <class Key>
 using hash = Hasher<Key>;
 
-// The equality that a table over `Key` takes unless told otherwise.
+// The equality that a table over `Key` uses unless told otherwise.
 template <class Key>
 struct KeyEquality {
   using type = std::equal_to<Key>;

@@ -6,8 +6,8 @@
 //   if (it != symbols.end()) use(it->second);
 //   for (const auto& [key, value] : symbols) ...
 //
-// insert({key, value}) leaves a value that is there untouched. Cost, iterators, order and errors:
-// see Hashtable.
+// insert({key, value}) does not change the value of a key that is present. For cost, iterators,
+// order and errors, see Hashtable.
 
 #ifndef QUILL_UTILS_HASH_MAP_H
 #define QUILL_UTILS_HASH_MAP_H
@@ -29,8 +29,8 @@ class HashMap : public Hashtable<std::pair<Key, Mapped>, GetKey_pair, Key, Hash,
  public:
   using Table::Table;
 
-  // The value of `key`. A key that is missing is added first, with null, zero or a
-  // default-constructed value.
+  // The value of `key`. A missing key is first added with null, zero or a default-constructed
+  // value.
   Mapped& operator[](const Key& key) {
     uint64_t index;
     typename Table::Bucket* node;

@@ -4,7 +4,7 @@
 //   if (kept.insert(symbol)) ...  // it is new
 //   if (kept.find(symbol) != kept.end()) ...
 //
-// Cost, iterators, order and errors: see Hashtable.
+// For cost, iterators, order and errors, see Hashtable.
 
 #ifndef QUILL_UTILS_HASH_SET_H
 #define QUILL_UTILS_HASH_SET_H

@@ -7,24 +7,24 @@
 //                 [1] -> {next, value} -> {next, value} -> null
 //     count     stored elements
 //
-// A node holds its link, then the value. It is made when its key is inserted, stays at its address
-// until it is erased, and is then the first one to be used again. Nothing shrinks.
+// A node holds its link, then the value. It is made when its key is inserted and stays at its
+// address until it is erased; the next insertion uses it again. Nothing shrinks.
 //
-// Use. insert adds a value unless its key is there; find gives an iterator or end(). An iterator
-// stays usable until the table grows (any insert or operator[] may do that, even of a present key)
-// or its element is erased; pointers and references to values outlive growth. Hash and Equal throw
-// nothing.
+// Use. insert adds a value unless its key is present; find returns an iterator to the element, or
+// end(). An iterator stays valid until the table grows (any insert or operator[] may grow it, even
+// for a key that is present) or its element is erased; pointers and references to values survive
+// growth. Hash and Equal must not throw.
 //
 // Order. A walk visits the buckets in index order and each chain from its most recently linked
-// node. Growth pops each old chain from its head and pushes onto the new ones, which reverses nodes
-// that stay together. The order is part of the behaviour: it depends on the hashes and the history
-// of insert, operator[] and erase, and on nothing else.
+// node. Growth pops the nodes of each old chain from its head and pushes them onto the new chains,
+// which reverses nodes that stay together. The order is part of the behaviour: it depends on the
+// hashes and the history of insert, operator[] and erase, and on nothing else.
 //
-// Cost. All operations are expected constant time; a walk takes time in the number of buckets as
-// well.
+// Cost. All operations take expected constant time; a walk takes time in the number of buckets as
+// well as of elements.
 //
-// Errors. insert may throw std::bad_alloc, std::length_error or what copying the value throws. The
-// table then holds what it held; it may have grown, unless growing is what failed.
+// Errors. insert may throw std::bad_alloc, std::length_error or whatever copying the value throws.
+// The elements are then unchanged; the table may have grown, unless growing is what failed.
 
 #ifndef QUILL_UTILS_HASH_TABLE_H
 #define QUILL_UTILS_HASH_TABLE_H
@@ -94,7 +94,7 @@ class Hashtable {
     BasicIter(const std::vector<Bucket*>* heads, uint64_t at, Bucket* first)
         : table(heads), bucket_count(heads->size()), index(at), node(first) {}
 
-    // From an iterator that may change its element to one that may not.
+    // Converts an iterator that may change its element to one that may not.
     template <ConstAdded<Item> Other>
     BasicIter(const BasicIter<Other>& other)
         : table(other.table),
@@ -120,8 +120,8 @@ class Hashtable {
       return before;
     }
 
-    // A null node stands for the end of the chain at `index`: moves on to the head of the next
-    // chain.
+    // If the node is null, the chain at `index` has ended: moves on to the head of the next chain
+    // that is not empty, or to the end.
     void adjust() {
       assert(bucket_count == table->size() && "an iterator was used after its table grew");
       while (node == nullptr && index < bucket_count) {
@@ -167,26 +167,27 @@ class Hashtable {
   ConstIter begin() const { return first<ConstIter>(); }
   ConstIter end() const { return ConstIter(&buckets, buckets.size(), nullptr); }
 
-  // On an empty table the key is not hashed, so it need not be one that can be.
+  // An empty table does not hash the key, so the key need not be hashable.
   Iter find(const Key& key) { return lookup<Iter>(key); }
   ConstIter find(const Key& key) const { return lookup<ConstIter>(key); }
 
-  // Whether the value was added; an element of the same key stays as it is.
+  // Returns whether the value was added; an element with the same key stays as it is.
   bool insert(const Value& value) {
     uint64_t index;
     Bucket* node;
     return do_insert(value, index, node);
   }
 
-  // As insert, and tells where the element of that key is, added or not: its bucket and its node.
+  // Like insert, and also returns the bucket and the node of the element with that key, new or not.
   bool do_insert(const Value& value, uint64_t& index, Bucket*& node) {
     return do_emplace(get_key(value), index, node, value);
   }
 
-  // Removes the element at `position` and returns where a walk is to look next, before it moves on:
-  // at the predecessor in the chain, which the walk has seen already, or, when the element was the
-  // head of its chain, at the node that is now first at or after its bucket, or at the end. A loop
-  // that erases thus examines the returned element before it increments:
+  // Removes the element at `position` and returns the position that a walk must examine next,
+  // before it increments. This is the predecessor in the chain, which the walk has seen already,
+  // or, if the element was the head of its chain, the node that is now first at or after its
+  // bucket, or the end. A loop that erases therefore looks at the returned element before it
+  // increments:
   //
   //   auto it = table.begin();
   //   while (it != table.end()) {
@@ -206,8 +207,9 @@ class Hashtable {
     return position;
   }
 
-  // Removes the element of this key; whether there was one. Where a walk would go on is not looked
-  // for, which in a table that was once much larger means to pass by its empty buckets.
+  // Removes the element with this key and returns whether there was one. Unlike erase(), does not
+  // look for the position where a walk would go on, which in a table that was once much larger
+  // would mean passing its empty buckets.
   bool erase_key(const Key& key) {
     if (count == 0) return false;
     Bucket** link = &buckets[bucket_of(key)];
@@ -223,8 +225,8 @@ class Hashtable {
     return true;
   }
 
-  // Removes every element for which doomed(element) holds, as that loop does, in one walk along
-  // each chain. No key is hashed or compared.
+  // Removes every element for which doomed(element) holds, as the loop above does, in one walk
+  // along each chain. Hashes and compares no keys.
   template <class Doomed>
   void erase_if(Doomed doomed) {
     for (Bucket*& head : buckets) {
@@ -241,7 +243,7 @@ class Hashtable {
     }
   }
 
-  // Exchanges all elements, with their nodes and the rooms for more. Iterators become invalid.
+  // Exchanges all elements, their nodes and the room for more. Iterators become invalid.
   void swap(Hashtable& other) noexcept {
     pool.swap(other.pool);
     std::swap(hasher, other.hasher);
@@ -259,8 +261,8 @@ class Hashtable {
   uint64_t count = 0;
 
  protected:
-  // As do_insert, of a value that is made from `arguments` only when it is added. It must have that
-  // key.
+  // Like do_insert, for a value that is constructed from `arguments`, and only if it is added. The
+  // value must have the key `key`.
   template <class... Arguments>
   bool do_emplace(const Key& key, uint64_t& index, Bucket*& node, Arguments&&... arguments) {
     make_room();
@@ -273,7 +275,7 @@ class Hashtable {
     return true;
   }
 
-  // The steps of an insertion, for a table that knows otherwise whether the key is there.
+  // The steps of an insertion, for a table that has another way to tell whether the key is present.
   void make_room() {
     if (load_exceeded(count, buckets.size())) grow();
   }
@@ -294,7 +296,7 @@ class Hashtable {
     return node;
   }
 
-  // Takes a node out of its bucket. Returns the one before it in the chain, or null.
+  // Takes a node out of its bucket and frees it. Returns its predecessor in the chain, or null.
   Bucket* erase_node(uint64_t index, Bucket* node) {
     Bucket* predecessor = nullptr;
     Bucket** link = &buckets[index];
@@ -332,11 +334,11 @@ class Hashtable {
     return Position(&buckets, buckets.size(), nullptr);
   }
 
-  // Past the largest bucket count only the chains lengthen.
+  // From the largest bucket count on, only the chains get longer.
   void grow() {
     const uint64_t new_count = bucket_count_for(buckets.size() + 1);
     if (new_count <= buckets.size()) return;
-    // The only step that can fail comes before anything is touched.
+    // The only step that can fail comes before any change.
     std::vector<Bucket*> rehashed(new_count, nullptr);
     for (Bucket* node : buckets) {
       while (node != nullptr) {

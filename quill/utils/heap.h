@@ -1,8 +1,8 @@
-// Memory that was freed to the C library and goes on to the system.
+// Returns memory that was freed to the C library to the system.
 //
-// The C library keeps what lies below memory in use until it is told to look for it. It is told
-// when so many bytes have been freed that they are worth a walk over its lists of free pieces.
-// Other C libraries than that of GNU are left to themselves.
+// The C library keeps freed memory that lies below memory in use until it is told to look for it.
+// It is told once so many bytes have been freed that they are worth a walk over its free lists. C
+// libraries other than the GNU one are left alone.
 
 #ifndef QUILL_UTILS_HEAP_H
 #define QUILL_UTILS_HEAP_H
@@ -13,8 +13,8 @@ namespace quill::heap {
 
 void release_if_worthwhile(size_t freed_bytes) noexcept;
 
-// A member that is declared first and is thus destroyed last, when all other members have given
-// their memory back. Copies of it are of no use.
+// A member that is declared first and therefore destroyed last, after all other members have freed
+// their memory.
 class ReleaseAtEnd {
  public:
   ReleaseAtEnd() = default;
@@ -22,7 +22,7 @@ class ReleaseAtEnd {
   ReleaseAtEnd& operator=(const ReleaseAtEnd&) = delete;
   ~ReleaseAtEnd() { release_if_worthwhile(freed_bytes); }
 
-  size_t freed_bytes = 0;  // by then
+  size_t freed_bytes = 0;  // what the other members have freed by then
 };
 
 }  // namespace quill::heap

@@ -17,7 +17,7 @@ namespace quill::huge_pages {
 void* allocate(size_t bytes) {
   assert(bytes % page_bytes == 0);
   if (bytes > SIZE_MAX - page_bytes) throw std::bad_alloc();
-  // One page more than asked for contains an aligned block; what is around it goes back.
+  // A mapping with one page more than requested contains an aligned block; the rest goes back.
   const size_t mapped = bytes + page_bytes;
   void* const start =
       mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -27,11 +27,11 @@ void* allocate(size_t bytes) {
   char* const block = static_cast<char*>(start) + before;
   if (before != 0) munmap(start, before);
   if (before != page_bytes) munmap(block + bytes, page_bytes - before);
-  madvise(block, bytes, MADV_HUGEPAGE);  // a wish: the block is as good without
+  madvise(block, bytes, MADV_HUGEPAGE);  // only a hint: the block works without huge pages
   return block;
 }
 
-// Marks of the address sanitizer belong to addresses, which the system gives again.
+// The address sanitizer marks addresses, and the system hands out the same addresses again.
 void deallocate(void* block, size_t bytes) noexcept {
   unpoison(block, bytes);
   munmap(block, bytes);

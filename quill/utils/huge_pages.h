@@ -1,9 +1,9 @@
 // Large blocks of memory in huge pages, where the system has them.
 //
-// A table or a slab region of many megabytes is read at random; with pages of 4 KiB nearly every
-// such read misses the processor's table of page addresses as well as its caches. Blocks are whole
-// multiples of a huge page and aligned to one, so that the system can map them as such. Elsewhere
-// than on systems with mmap and madvise they come from operator new.
+// Code reads a table or a slab region of many megabytes at random; with pages of 4 KiB nearly every
+// such read misses the processor's TLB as well as its caches. The size of a block is a multiple of
+// a huge page, and its address is aligned to one, so that the system can map it in huge pages. On
+// systems without mmap and madvise, blocks come from operator new.
 //
 // Everything here is safe to call from any thread.
 
@@ -18,21 +18,22 @@ namespace quill::huge_pages {
 
 constexpr size_t page_bytes = size_t{1} << 21;
 
-// The smallest multiple of a page that has room for this many bytes.
+// The smallest multiple of page_bytes that has room for this many bytes.
 constexpr size_t round_up(size_t bytes) { return (bytes + page_bytes - 1) & ~(page_bytes - 1); }
 
-// A block of a multiple of page_bytes, its contents unknown. Throws std::bad_alloc.
+// Returns a block with unspecified contents. `bytes` is a multiple of page_bytes. Throws
+// std::bad_alloc.
 void* allocate(size_t bytes);
 
-// Parts that were poisoned for the address sanitizer are no longer.
+// Unpoisons the parts of the block that are poisoned for the address sanitizer.
 void deallocate(void* block, size_t bytes) noexcept;
 
-// Hands a part of a block back to the system, which keeps the addresses valid and the contents
-// unknown. Begins and ends at multiples of 64 KiB within the block.
+// Returns the memory of a part of a block to the system. Its addresses stay valid; its contents
+// become unspecified. The part begins and ends at multiples of 64 KiB within the block.
 void discard(void* part, size_t bytes) noexcept;
 
-// An allocator for vectors that uses such blocks from so many bytes on, and operator new below
-// that.
+// An allocator for vectors. Takes requests of min_bytes or more from such blocks and smaller ones
+// from operator new.
 template <class T, size_t min_bytes = page_bytes>
 struct Allocator {
   using value_type = T;
@@ -62,9 +63,9 @@ struct Allocator {
   friend bool operator==(const Allocator&, const Allocator&) { return true; }
 };
 
-// For what lasts no longer than one walk. It is filled once and read a few times, so that getting
-// memory from the system costs as much as reading it. A huge page comes whole; the system may first
-// have to find and clear one, while ordinary pages are at hand.
+// For data that lasts no longer than one walk. It is filled once and read a few times, so that
+// getting memory from the system costs as much as reading it. A huge page comes whole; the system
+// may first have to find and clear one, while ordinary pages are at hand.
 template <class T>
 using WalkAllocator = Allocator<T, 4 * page_bytes>;
 

@@ -1,10 +1,10 @@
 // Rounding of rational numbers, and the patterns of the special values.
 //
-// Without their signs, the patterns of a format count its finite values in increasing order, and
-// infinity comes next. Rounding therefore finds the pattern of the largest value that is not above
-// the number's magnitude and then adds 1 or not; carries into the exponent, from the largest
-// subnormal value to the smallest normal one and from the largest finite value to infinity need no
-// care of their own.
+// Read as numbers without their sign bit, the patterns of a format enumerate its finite values in
+// increasing order, followed by infinity. Rounding therefore finds the pattern of the largest value
+// that is not above the number's magnitude and then adds 1 or not. Carries into the exponent, from
+// the largest subnormal value to the smallest normal one, and from the largest finite value to
+// infinity need no special treatment.
 
 #include "quill/utils/ieee_float.h"
 
@@ -22,10 +22,10 @@ namespace quill {
 
 namespace {
 
-// GMP ends the process when it can't have its memory, so it is never asked for more than 512 MiB.
+// GMP ends the process when it cannot allocate, so it is never asked for more than 512 MiB.
 constexpr uint64_t max_bits = uint64_t{1} << 32;
 
-// Bits that a pattern has, or 2^64 - 1 if there are more.
+// The number of bits in a pattern, or 2^64 - 1 if there are more.
 uint64_t width(IEEEFloat::format f) {
   constexpr uint64_t most = std::numeric_limits<uint64_t>::max();
   return f.m >= most - 1 || f.e > most - 1 - f.m ? most : f.e + f.m + 1;
@@ -35,10 +35,10 @@ void require_length(uint64_t bits) {
   if (bits > max_bits) throw std::bad_alloc();
 }
 
-// Bits of the magnitude of a number that is not 0.
+// The number of bits in the magnitude of a number that is not 0.
 int64_t length(mpz_srcptr z) { return static_cast<int64_t>(mpz_sizeinbase(z, 2)); }
 
-// The parts of a number, reduced or not, with a positive denominator.
+// The numerator and the denominator of a number, reduced or not, with a positive denominator.
 void set_parts(mpz_ptr n, mpz_ptr d, const QNumber& number) {
   numbers::get_numerator(n, number);
   numbers::get_denominator(d, number);
@@ -54,7 +54,7 @@ void shift_left(mpz_ptr z, int64_t count) {
   mpz_mul_2exp(z, z, static_cast<mp_bitcnt_t>(count));
 }
 
-// The k with 2^k <= n/d < 2^(k+1), of positive parts.
+// The k with 2^k <= n/d < 2^(k+1), for positive n and d.
 int64_t floor_log2(mpz_srcptr n, mpz_srcptr d) {
   const int64_t k = length(n) - length(d);
   GmpInteger scaled;
@@ -86,11 +86,11 @@ IEEEFloat IEEEFloat::from_bits(const QNumber& bits, format f) {
     throw Exception("a floating-point bit pattern can't be negative: " + bits.to_str());
   }
   mpz_divexact(n, n, d);
-  // GMP gives zero one bit, and there always is one, the sign.
+  // GMP says that zero has one bit, and every format has at least one, the sign.
   if (mpz_sizeinbase(n, 2) > width(f)) {
     throw Exception("the number ") << bits.to_str() << " doesn't fit in " << width(f) << " bits";
   }
-  // Nothing rounds here.
+  // No rounding takes place here.
   IEEEFloat result(f, ROUND_EVEN);
   result.pattern = QNumber(n);
   return result;
@@ -109,18 +109,19 @@ void IEEEFloat::round(const QNumber& value) {
   if (mpz_sgn(n) == 0 || form.e == 0) return;
   const bool negative = mpz_sgn(n) < 0;
   mpz_abs(n, n);
-  // The patterns of wider formats are too long except for numbers so close to zero that their
-  // denominators are.
+  // In wider formats all patterns are too long, except those of numbers so close to zero that their
+  // denominators are too long.
   require_length(width(form));
 
-  // The binary exponents of normal values range from 1 - bias to bias. That of a number is far
-  // below 2^61, so that a bias of this size decides the same as all larger ones.
+  // The binary exponents of normal values range from 1 - bias to bias. The exponent of any number
+  // is far below 2^61, so a bias of this size leads to the same decisions as all larger ones.
   const int64_t bias = (int64_t{1} << (std::min(form.e, uint64_t{62}) - 1)) - 1;
   const int64_t least = 1 - bias;
   const auto m = static_cast<int64_t>(form.m);
   const int64_t exponent = floor_log2(n, d);
 
-  // The pattern below or at the magnitude, and how what is left compares with half a step.
+  // z becomes the pattern of the largest value not above the magnitude; `half` tells how the
+  // remainder compares with half a step.
   GmpInteger z;
   bool exact = false;
   int half;
@@ -141,8 +142,8 @@ void IEEEFloat::round(const QNumber& value) {
     shift_left(rest, 1);
     half = mpz_cmp(rest, d);
 
-    // scale - least, with the true bias. The hidden bit of a normal value, which the quotient
-    // holds, adds the 1 that its exponent lacks.
+    // The exponent field is scale - least, computed with the true bias. The hidden bit of a normal
+    // value, which the quotient contains, adds the 1 that this is short of.
     mpz_set_ui(z, 1);
     mpz_mul_2exp(z, z, form.e - 1);
     mpz_sub_ui(z, z, 2);

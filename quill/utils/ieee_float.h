@@ -1,5 +1,5 @@
-// Binary floating-point values (IEEE 754-2019) as bit patterns: made from a pattern or rounded from
-// a rational number. There is no arithmetic on them.
+// Binary floating-point values (IEEE 754-2019) as bit patterns. A value is made from a pattern or
+// rounded from a rational number; there is no arithmetic on values.
 //
 // A format (e, m) has e exponent bits and m significand bits without the hidden bit, hence e + m +
 // 1 bits in all: binary32 is (8, 23), which SMT-LIB writes (_ FloatingPoint 8 24). From the top, a
@@ -9,12 +9,12 @@
 //                all ones    infinity when the significand is 0, else NaN
 //                else        (2^m + significand) * 2^(x + 1 - 2^(e-1) - m)
 //
-// No format is refused here. One without exponent bits has no finite value but zero, and one
-// without significand bits has no NaN: self_nan() gives its infinity.
+// Every format is accepted here. A format without exponent bits has no finite value except zero,
+// and one without significand bits has no NaN: self_nan() gives its infinity.
 //
 // A value owns its pattern. Time and space are linear in e + m, except that rounding divides once,
-// by the denominator; the magnitude that exponents may have does not matter. Values of more than
-// 2^32 bits, except positive zero and what from_bits() takes, are refused with std::bad_alloc.
+// by the denominator; the range of the exponents does not matter. Values of more than 2^32 bits
+// throw std::bad_alloc, except positive zero and the values that from_bits() makes.
 
 #ifndef QUILL_UTILS_IEEE_FLOAT_H
 #define QUILL_UTILS_IEEE_FLOAT_H
@@ -45,9 +45,9 @@ class IEEEFloat {
   // is not an integer from 0 up to 2^(e+m+1) - 1.
   static IEEEFloat from_bits(const QNumber& bits, format f);
 
-  // The value that `value` rounds to. What is too large becomes infinity or the largest finite
-  // value, as the mode says; zero is positive, but a negative number that rounds to zero gives
-  // negative zero.
+  // The float that `value` rounds to. A number that is too large becomes infinity or the largest
+  // finite value, depending on the mode. The number zero becomes positive zero; a negative number
+  // that rounds to zero becomes negative zero.
   static IEEEFloat from_number(const QNumber& value, format f, rounding_mode rounding);
 
   void self_inf(bool negative);
@@ -55,7 +55,7 @@ class IEEEFloat {
   // The positive NaN with only the top bit of the significand set.
   void self_nan();
 
-  // Small when it lies below 2^63, whatever this value was made from.
+  // The pattern as an integer. It is small if it is below 2^63, whatever this float was made from.
   QNumber get_bits() const;
 
  private:

@@ -1,9 +1,9 @@
-// A constant that is never destroyed, for what destructors of static objects may need.
+// A constant that is never destroyed, so that destructors of static objects can use it.
 //
 //   static const Immortal<std::string> text("->");
 //   return *text;
 //
-// What it owns elsewhere stays reachable through it.
+// Memory that it owns elsewhere stays reachable through it.
 
 #ifndef QUILL_UTILS_IMMORTAL_H
 #define QUILL_UTILS_IMMORTAL_H

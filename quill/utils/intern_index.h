@@ -1,28 +1,28 @@
-// The index of a store that keeps each object once: from a hash to the handles of the objects that
-// may be meant.
+// The index of a store that keeps each object once. It leads from a hash to the handles of the
+// objects that may be meant.
 //
-// The store names its objects by handles, numbers of 32 bits or pointers, and looks one up by a
-// hash and a test; the index knows neither keys nor objects. Open addressing with linear probing
-// over a power of two of slots:
+// The store names its objects by handles, which are 32-bit numbers or pointers, and looks an object
+// up by a hash and a test; the index knows neither keys nor objects. It uses open addressing with
+// linear probing over a power of two of slots:
 //
 //   slot := { hash : 32 bits, handle }        handle == none: free
 //
-// The hash beside the handle rejects nearly all wrong candidates without touching their objects,
-// and is all that growth and removal need: no object is read for them. At most half of the slots
+// The hash beside the handle rejects nearly all wrong candidates without touching their objects.
+// Growth and removal need nothing but these hashes and read no object. At most half of the slots
 // are taken, so that a look-up that finds its object reads 1.5 of them on average, and one that
-// finds none 2.5. Removal shifts the rest of the probe run back, so there are no tombstones. After
-// many removals shrink() and clear() give room back, if a smaller table can be allocated; if not,
-// the room stays, so that neither can fail.
+// finds none reads 2.5. Removal shifts the rest of the probe run back, so there are no tombstones.
+// After many removals shrink() and clear() release room if they can allocate a smaller table;
+// otherwise the room stays, so that neither can fail.
 //
-// Objects may have been made so that their hashes collide. The hash is therefore a function of a
-// key as well (keyed_hash.h). An insertion that goes past more than longest_run slots strains the
-// index by their number. Once there was more strain than there are entries, the index goes on to
-// the next key and has the store hash all objects again, if it gets the memory. Objects that
-// collide under one key thus cost no more than to read every entry a few times, however many they
-// are, and insertions in good order never come to that.
+// Somebody may have made objects whose hashes collide. The hash is therefore a function of a key as
+// well (keyed_hash.h). An insertion that passes more than longest_run slots adds their number to
+// the strain on the index. When the strain exceeds the number of entries, the index moves on to the
+// next key and has the store hash all objects again, if it gets the memory. Objects that collide
+// under one key thus cost no more than reading every entry a few times, however many there are, and
+// insertions with well-spread hashes never come to that.
 //
-// Costs: a look-up reads one or two cache lines; 8 bytes a slot for handles that are numbers, 16
-// for pointers. Handles must differ from none.
+// Costs: a look-up reads one or two cache lines. A slot takes 8 bytes if handles are numbers and 16
+// if they are pointers. No handle may equal none.
 
 #ifndef QUILL_UTILS_INTERN_INDEX_H
 #define QUILL_UTILS_INTERN_INDEX_H
@@ -51,12 +51,11 @@ class HandleIndex {
     }
   }();
 
-  // What the hashes of this index are to be functions of, besides the object. It changes during an
-  // insertion that is given a function for hashes, and at no other time.
+  // The key that the store must use, besides the object, to compute hashes for this index. It
+  // changes only during an insertion that is given a hash function.
   uint64_t key() const { return current_key; }
 
-  // Every hash function of a store computes 64 bits; the index keeps the half that the last
-  // multiplication mixed best.
+  // Folds the 64 bits that a store's hash function computes to the 32 bits that the index keeps.
   static uint32_t fold(uint64_t hash) {
     return static_cast<uint32_t>(hash >> 32) ^ static_cast<uint32_t>(hash);
   }
@@ -73,13 +72,13 @@ class HandleIndex {
     return none;
   }
 
-  // Makes room for one more entry; the only operation that allocates. Fails without a change.
+  // Makes room for one more entry. The only operation that can fail; it then changes nothing.
   void reserve_one() {
     if (2 * (taken + 1) > slots.size()) grow();
   }
 
-  // Enters a handle that is not there yet; needs a reserve_one() since the last insert. This form
-  // does not heed how far it goes.
+  // Enters a handle that is not in the index; each insertion needs a reserve_one() before it. This
+  // form ignores how many slots it passes.
   void insert(uint32_t hash, Handle handle) noexcept { enter({hash, handle}); }
 
   // The same for a store that can hash its objects again: hash_of(key, handle) is the hash of an
@@ -87,11 +86,11 @@ class HandleIndex {
   template <class HashOf>
   void insert(uint32_t hash, Handle handle, const HashOf& hash_of) noexcept {
     const size_t i = enter({hash, handle});
-    // Larger, too, when the run went round the end.
+    // If the run wrapped around the end, the difference wraps as well and is larger, too.
     if (i - (hash & (slots.size() - 1)) > longest_run) note_run(i, hash_of);
   }
 
-  // Takes out an entry that is there.
+  // Removes an entry that is in the index.
   void erase(uint32_t hash, Handle handle) noexcept {
     const size_t mask = slots.size() - 1;
     size_t hole = locate(hash, handle);
@@ -108,13 +107,13 @@ class HandleIndex {
     --taken;
   }
 
-  // Renames an entry that is there; used when the store moves an object to another handle.
+  // Changes the handle of an entry; used when the store moves an object to another handle.
   void rename(uint32_t hash, Handle handle, Handle new_handle) noexcept {
     slots[locate(hash, handle)].handle = new_handle;
   }
 
-  // Empties the index, with room for `expected` entries, at most as many as there were: they can be
-  // inserted without reserve_one().
+  // Empties the index and keeps room for `expected` entries, at most as many as there were. These
+  // can be inserted without reserve_one().
   void clear(size_t expected) noexcept {
     assert(expected <= taken);
     taken = 0;
@@ -127,7 +126,7 @@ class HandleIndex {
     }
   }
 
-  // Gives room back when much fewer entries are left than there was room for.
+  // Releases room when far fewer entries are left than there was room for.
   void shrink() noexcept {
     Slots smaller;
     if (!allocate_smaller(smaller, taken)) return;
@@ -206,8 +205,8 @@ class HandleIndex {
     return i;
   }
 
-  // Whether a table for so many entries, and as many again, is at most half as large, and could be
-  // had.
+  // Allocates a table for this many entries and as many again, if it is at most half as large as
+  // the current one. Returns whether it did.
   bool allocate_smaller(Slots& smaller, size_t entries) const noexcept {
     size_t wanted = fewest_slots;
     while (4 * entries > wanted) wanted *= 2;
@@ -221,7 +220,7 @@ class HandleIndex {
   }
 
   [[gnu::noinline]] void grow() {
-    if (taken + 1 >= UINT32_MAX) throw std::bad_alloc();  // out of handles
+    if (taken + 1 >= UINT32_MAX) throw std::bad_alloc();  // out of handle values
     Slots larger(slots.empty() ? fewest_slots : 2 * slots.size());
     for (const Slot& slot : slots) {
       if (slot.handle != none) place(larger, slot);
@@ -233,14 +232,14 @@ class HandleIndex {
   static constexpr size_t fewest_slots = 64;
   static constexpr size_t longest_run = 64;  // longer ones strain the index
 
-  Slots slots;  // a power of two, or none at all
+  Slots slots;  // a power of two of them, or none
   size_t taken = 0;
   uint64_t current_key = hash_key(0);
   uint64_t key_number = 0;  // of the current key
   size_t strain = 0;        // since the last growth or change of the key
 };
 
-// The usual index: objects have numbers.
+// The usual index, whose handles are numbers.
 using InternIndex = HandleIndex<uint32_t>;
 
 }  // namespace quill

@@ -1,12 +1,12 @@
 // Hash functions that take a key, for indexes that have to stay fast for any objects.
 //
-// Whoever reads these functions can make as many objects as he likes that have one hash. An index
-// that notices it (intern_index.h) goes on with the next key of a fixed sequence, under which the
-// same objects have hashes that have nothing to do with each other. The sequence is fixed so that
-// runs can be repeated; nobody sees which key an index has come to.
+// Anyone who reads these functions can construct any number of objects with the same hash. An index
+// that notices this (intern_index.h) moves on to the next key of a fixed sequence, under which the
+// hashes of the same objects have nothing to do with each other. The sequence is fixed so that runs
+// can be repeated; nobody sees which key an index has reached.
 //
-// KeyedHasher<T> is the keyed hash of keys of type T: a function of the key and the object. The one
-// of a class stands beside the class, as its Hasher does.
+// KeyedHasher<T> is the keyed hash of objects of type T: a function of the key and the object. The
+// specialisation for a class is beside the class, as its Hasher is.
 
 #ifndef QUILL_UTILS_KEYED_HASH_H
 #define QUILL_UTILS_KEYED_HASH_H
@@ -17,7 +17,7 @@
 
 namespace quill {
 
-// Element `number` of the sequence of keys: odd numbers.
+// Element `number` of the sequence of keys. All keys are odd.
 constexpr uint64_t hash_key(uint64_t number) {
   if (number == 0) return 0xd1b54a32d192ed03;
   uint64_t z = number * 0x9e3779b97f4a7c15;
@@ -27,14 +27,14 @@ constexpr uint64_t hash_key(uint64_t number) {
 }
 
 // Multiplies a word by a key and adds both halves of the product without carry, so that every bit
-// of the word counts for every bit of the result.
+// of the word affects every bit of the result.
 inline uint64_t hash_mix(uint64_t word, uint64_t key) {
   __extension__ using uint128 = unsigned __int128;
   const uint128 product = static_cast<uint128>(word ^ 0x9e3779b97f4a7c15) * key;
   return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
 }
 
-// Of a sequence of words.
+// The keyed hash of a sequence of words.
 class KeyedWordHash {
  public:
   explicit KeyedWordHash(uint64_t hash_key) : key(hash_key), state(hash_key) {}
@@ -49,8 +49,8 @@ class KeyedWordHash {
   uint64_t state;
 };
 
-// Of an object and the `count` objects that belong to it, by their addresses: fewer instructions
-// for what nobody can choose freely.
+// The keyed hash of an object and the `count` objects that belong to it, by their addresses. It
+// takes fewer instructions, because nobody can choose addresses freely.
 template <class T>
 [[gnu::always_inline]] inline uint64_t hash_addresses(uint64_t key, const void* head,
                                                       const T* const* rest, uint64_t count) {
@@ -64,7 +64,7 @@ template <class T>
 template <class T>
 struct KeyedHasher;
 
-// Numbers by their value, pointers by their address.
+// Hashes numbers by their value and pointers by their address.
 template <class T>
 requires(std::is_integral_v<T> || std::is_pointer_v<T>) struct KeyedHasher<T> {
   uint64_t operator()(uint64_t key, T value) const {

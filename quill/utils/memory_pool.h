@@ -1,16 +1,15 @@
 // A pool of equally sized nodes, cut from chunks that grow.
 //
 // Each chunk is one malloc: a word that links to the previous chunk, then `chunk_elems` slots of
-// Size bytes. The slots that are not handed out form the free list, linked through their first
-// words:
+// Size bytes. The free slots form the free list, linked through their first words:
 //
-//   chunks -> [link][slot 0][slot 1]...    the link leads to the chunk before; null in the first
+//   chunks -> [link][slot 0][slot 1]...    the link leads to the previous chunk; null in the first
 //
 // A fresh chunk hands out its slots in address order; a node given back is the next one to be
 // handed out. With the initial fields the chunks hold 16, 32, 64, ..., 4096, 8192, 8192, ... nodes.
 // Nodes never move, and their memory goes back to the system only when the pool is destroyed. The
-// pool knows nothing of the objects in its nodes: they are to be destroyed before it. Allocating
-// and giving back cost a few instructions each.
+// pool knows nothing about the objects in its nodes, which must be destroyed before it. Allocating
+// a node and giving it back cost a few instructions each.
 //
 // ZeroFilled decides what a node holds when it is handed out: only zero bytes, or anything.
 
@@ -48,7 +47,8 @@ class MemoryPool {
     }
   }
 
-  // Size bytes, aligned for pointers. Throws std::bad_alloc, and is then as it was.
+  // Returns Size bytes, aligned for pointers. Throws std::bad_alloc and then leaves the pool
+  // unchanged.
   void* allocate() {
     if (free_list == nullptr) grow_pool();
     Link* node = free_list;
@@ -57,7 +57,7 @@ class MemoryPool {
     return node;
   }
 
-  // `node` comes from this pool and holds no object any more.
+  // `node` comes from this pool and no longer holds an object.
   void deallocate(void* node) noexcept { free_list = ::new (node) Link{free_list}; }
 
   void swap(MemoryPool& other) noexcept {
@@ -92,7 +92,7 @@ void MemoryPool<Size, ZeroFilled>::grow_pool() {
   char* chunk = xmalloc<char>(chunk_elems * Size + sizeof(Link));
   chunks = ::new (chunk) Link{chunks};
 
-  // Linked from the last slot down, so that every slot is written once.
+  // Linking from the last slot down writes every slot only once.
   char* first_slot = chunk + sizeof(Link);
   Link* head = nullptr;
   for (uint64_t i = chunk_elems; i-- > 0;) head = ::new (first_slot + i * Size) Link{head};
@@ -106,8 +106,8 @@ void MemoryPool<Size, ZeroFilled>::grow_pool() {
   chunk_elems = next_elems;
 }
 
-// The node sizes of most tables: a pair of two words, of three and of four, each with the link of
-// its chain.
+// The node sizes of most tables: elements of two, three and four words, each with the link of its
+// chain.
 extern template void MemoryPool<24, false>::grow_pool();
 extern template void MemoryPool<32, false>::grow_pool();
 extern template void MemoryPool<40, false>::grow_pool();

@@ -2,9 +2,9 @@
 //
 // The string hash of the containers (hsh::hash<std::string>) multiplies by five, so that the
 // million names x0 … x999999 share some forty thousand values. This one reads eight bytes at a time
-// and mixes every bit into every other (multiply and fold to 128 bits), and accepts a
-// std::string_view, so that a look-up needs no std::string. Depends on the bytes and the key alone
-// (keyed_hash.h); without a key it takes the first one.
+// and mixes every bit into every other (it multiplies to 128 bits and folds them), and it accepts a
+// std::string_view, so that a look-up needs no std::string. It depends only on the bytes and the
+// key (keyed_hash.h); without a key it uses the first one.
 
 #ifndef QUILL_UTILS_NAME_HASH_H
 #define QUILL_UTILS_NAME_HASH_H
@@ -31,8 +31,8 @@ struct NameHash {
   }
 
  private:
-  // The first n bytes, 1 to 8, with zeros above. Of two loads that overlap where n is no power of
-  // two, because copying a number of bytes that varies costs as much as all the rest.
+  // The first n bytes, 1 to 8, with zeros above. Fewer than eight are read by two loads that may
+  // overlap, because copying a variable number of bytes costs as much as all the rest.
   static uint64_t word(const char* p, size_t n) {
     if (n == 8) return load<uint64_t>(p);
     if (n >= 4) return load<uint32_t>(p) | uint64_t{load<uint32_t>(p + n - 4)} << 8 * (n - 4);

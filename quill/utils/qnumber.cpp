@@ -1,4 +1,4 @@
-// Both forms of the rational numbers: building, assigning, normalising, comparing, text.
+// Both forms of rational numbers: building, assigning, normalising, comparing, text.
 
 #include "quill/utils/qnumber.h"
 
@@ -30,10 +30,10 @@ bool fits_small(mpz_srcptr z) {
   return mpz_fits_slong_p(z) != 0 && mpz_get_si(z) != std::numeric_limits<long>::min();
 }
 
-// GMP writes into the string itself, so that nothing of GMP's has to be freed.
+// GMP writes into the string itself, so there is no memory of GMP's to free.
 void append_decimal(std::string& text, mpz_srcptr z) {
   const size_t start = text.size();
-  // The size may be one digit too much; a sign and the final NUL come on top.
+  // The size may be one digit too large; a sign and the final NUL are added.
   text.resize(start + mpz_sizeinbase(z, 10) + 2);
   mpz_get_str(text.data() + start, 10, z);
   text.resize(text.find('\0', start));
@@ -44,7 +44,7 @@ bool is_digits(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return '0' <= c && c <= '9'; });
 }
 
-// Of digits that are few enough.
+// There must be so few digits that the value fits.
 int64_t value_of_digits(std::string_view digits) {
   int64_t value = 0;
   for (const char c : digits) value = 10 * value + (c - '0');
@@ -53,7 +53,7 @@ int64_t value_of_digits(std::string_view digits) {
 
 }  // namespace
 
-// --- Building and letting go ---
+// --- Construction and destruction ---
 
 QNumber::QNumber(mpz_srcptr z) : num(0), den(1) {
   if (fits_small(z)) {
@@ -145,7 +145,7 @@ QNumber& QNumber::operator=(QNumber&& other) noexcept {
     mpz_set_si(big()->num, other.num);
     mpz_set_si(big()->den, other.den);
   } else {
-    // Either both are big, or this one has no block: whatever the source gets frees itself.
+    // Either both are big, or this one has no block; the source frees what it gets.
     swap(*this, other);
   }
   return *this;
@@ -227,9 +227,9 @@ uint64_t QNumber::hash() const noexcept {
   uint64_t h = 0;
   for (size_t i = 0; i < num_limbs; ++i)
     h = mix(h, mpz_getlimbn(big_num(), static_cast<mp_size_t>(i)));
-  // As many steps as the denominator has limbs, but over the numerator's limbs once more: of the
-  // denominator only its length counts. Walks of tables depend on these values, so this is not to
-  // be mended.
+  // This loop takes as many steps as the denominator has limbs, but reads the numerator's limbs
+  // again, so that only the length of the denominator counts. The order of walks over tables
+  // depends on these values, so this must not be corrected.
   for (size_t i = 0; i < den_limbs; ++i) {
     h = mix(h, i < num_limbs ? mpz_getlimbn(big_num(), static_cast<mp_size_t>(i)) : 0);
   }
@@ -265,7 +265,7 @@ std::string QNumber::pair_text() const {
 }
 
 std::string QNumber::to_str() const {
-  // Over 1, the pair is its own normal form.
+  // With the denominator 1 the pair is normalised.
   if (is_integer()) return pair_text();
   QNumber normal(*this);
   normal.normalize();
@@ -273,7 +273,7 @@ std::string QNumber::to_str() const {
 }
 
 std::ostream& operator<<(std::ostream& out, const QNumber& number) {
-  // As one string, so that flags of the stream meant for integers do not reach the digits.
+  // Writes one string, so that the stream's flags for integers do not affect the digits.
   return out << number.pair_text();
 }
 
@@ -295,7 +295,7 @@ QNumber QNumber::from_string(std::string_view text) {
   const std::string_view second = has_second ? magnitude.substr(mark + 1) : std::string_view();
   if (!is_digits(first) || (has_second && !is_digits(second))) throw malformed();
 
-  // Parts of few digits are small, and need nothing of GMP's.
+  // Parts with few digits are small and need no GMP integers.
   constexpr size_t most_digits = std::numeric_limits<int64_t>::digits10;
   if (first.size() + second.size() <= most_digits) {
     const int64_t whole = value_of_digits(first);
@@ -332,7 +332,7 @@ QNumber QNumber::from_string(std::string_view text) {
   }
   if (negative) mpz_neg(n, n);
 
-  // Wider than what the constructor from two GMP integers accepts for the small form.
+  // This allows larger parts in the small form than the constructor from two GMP integers does.
   if (fits_small(n) && fits_small(d)) return QNumber(mpz_get_si(n), mpz_get_si(d));
   return QNumber(n, d);
 }

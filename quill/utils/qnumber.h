@@ -8,19 +8,18 @@
 // The parts of a small number lie strictly between -2^63 and 2^63, so each can be negated. A number
 // owns its block; small numbers allocate nothing.
 //
-// A number keeps the pair that it was made from until normalize() is called. Normalised, its
-// denominator is positive, the parts have no common factor, and zero is 0/1. Comparison is right
-// between normalised numbers only. Numbers never change their form by themselves: neither
+// A number keeps the pair that it was made from until normalize() is called. In a normalised number
+// the denominator is positive, the parts have no common factor, and zero is 0/1. Comparison is
+// correct only between normalised numbers. Numbers never change their form by themselves: neither
 // normalize() nor assigning a small number to a big one makes it small. Equal numbers of different
-// forms are equal, but their hashes differ; numbers that serve as keys are therefore to be built in
-// the same way.
+// forms compare equal, but their hashes differ; numbers that serve as keys must therefore be built
+// in the same way.
 //
-// Arithmetic is in qnumber_arithmetic.h; here is normalize() only, which may use GMP's scratch
-// space.
+// There is no arithmetic here except normalize(), which may use GMP's scratch space.
 //
-// Each thread has a scratch integer of its own (gmp_tmp), and the table of small divisors may be
-// shared, so distinct numbers may be used from distinct threads, and in destructors of static and
-// thread-local objects as everywhere else.
+// Each thread has its own scratch integer (gmp_tmp), and threads may share the table of small
+// divisors. Different threads may therefore use different numbers at the same time, and destructors
+// of static and thread-local objects may use numbers like all other code.
 
 #ifndef QUILL_UTILS_QNUMBER_H
 #define QUILL_UTILS_QNUMBER_H
@@ -42,7 +41,7 @@
 
 namespace quill {
 
-// Every integer type of the language, but not the 128-bit ones that compilers add.
+// Every integer type of the language, without the 128-bit types that compilers add.
 template <class Int>
 concept MachineInteger = std::integral<Int> && sizeof(Int) <= sizeof(int64_t);
 
@@ -77,8 +76,8 @@ class QNumber {
   // Small when `z` lies strictly between -2^63 and 2^63.
   explicit QNumber(mpz_srcptr z);
 
-  // The pair as given, unnormalised. Small only when both parts fit a 32-bit int, much less than
-  // the constructor from one integer allows. Throws Exception when `d` is 0.
+  // The pair as given, unnormalised. Small only when both parts fit a 32-bit int; the constructor
+  // from one integer allows much larger ones. Throws Exception when `d` is 0.
   QNumber(mpz_srcptr n, mpz_srcptr d);
 
   // Reads an optional "-", digits, and then optionally either "/" and digits or "." and digits. The
@@ -93,7 +92,7 @@ class QNumber {
   // A big target stays big, whatever is assigned; a small one becomes big when the source is.
   QNumber& operator=(const QNumber& other);
 
-  // As the copying one to look at; the source is left with some value.
+  // Has the same effect as copy assignment; the source is left with an unspecified value.
   QNumber& operator=(QNumber&& other) noexcept;
 
   ~QNumber() {
@@ -118,13 +117,14 @@ class QNumber {
   mpz_srcptr big_num() const noexcept { return big()->num; }
   mpz_srcptr big_den() const noexcept { return big()->den; }
 
-  // Of a normalised number.
+  // For normalised numbers.
   bool is_zero() const noexcept { return sign() == 0; }
   bool is_negative() const noexcept { return sign() < 0; }
   bool is_integer() const noexcept { return is_big() ? mpz_cmp_ui(big_den(), 1) == 0 : den == 1; }
 
-  // Whether the number is normalised, and small if its value fits: then equal numbers have equal
-  // forms and hashes, as keys need it. canonical() is the number of this value that is.
+  // Whether the number is normalised, and small if its value fits. Equal numbers of this kind have
+  // equal forms and hashes, as keys require. canonical() returns the number of this kind with the
+  // same value.
   bool is_canonical() const { return den == 1 || is_canonical_pair(); }
   QNumber canonical() const;
 
@@ -133,8 +133,8 @@ class QNumber {
   // Equal for equal normalised numbers of the same form.
   uint64_t hash() const noexcept;
 
-  // The decimal value, "7" or "-22/7". It depends on the value alone, also of an unnormalised
-  // number: there is a "/" exactly when the number is not an integer.
+  // The decimal value, "7" or "-22/7". It depends only on the value, even if the number is not
+  // normalised: there is a "/" exactly when the number is not an integer.
   std::string to_str() const;
 
   // Writes the pair as it is, without "/" when the denominator is 1.
@@ -176,13 +176,13 @@ class QNumber {
     return (num > 0) - (num < 0);
   }
 
-  // Drops the words without freeing a block that they lead to.
+  // Resets the words without freeing a block that they lead to.
   void forget() noexcept {
     num = 0;
     den = 1;
   }
 
-  // Give a small number a block. They throw std::bad_alloc and have then changed nothing.
+  // These give a small number a block. They throw std::bad_alloc and then leave it unchanged.
   void make_big(const SignMagnitude& n, const SignMagnitude& d);
   void make_big(mpz_srcptr n, mpz_srcptr d);
   void adopt(Big* block) noexcept;
@@ -198,8 +198,8 @@ struct Hasher<QNumber> {
   uint64_t operator()(const QNumber& number) const noexcept { return number.hash(); }
 };
 
-// Tables keyed by pointers to numbers hash and compare what the pointers lead to. The equality is
-// the same functor.
+// Tables keyed by pointers to numbers hash and compare the numbers themselves. The same functor is
+// the equality.
 template <>
 struct Hasher<const QNumber*> {
   uint64_t operator()(const QNumber* number) const noexcept { return number->hash(); }
@@ -211,7 +211,7 @@ struct hsh::KeyEquality<const QNumber*> {
   using type = Hasher<const QNumber*>;
 };
 
-// Like the fixed hash, it tells the two forms of a number apart.
+// Like the fixed hash, this one tells the two forms of a number apart.
 template <>
 struct KeyedHasher<QNumber> {
   uint64_t operator()(uint64_t key, const QNumber& number) const noexcept;

@@ -1,7 +1,7 @@
 // Runs an action when a scope is left, unless it was dismissed.
 //
-// The undo half of "all or nothing": set up right after a step that must not remain when a later
-// one throws, dismissed when nothing can fail any more. The action must not throw.
+// The undo half of "all or nothing": set it up right after a step that must be undone if a later
+// one throws, and dismiss it when nothing can fail any more. The action must not throw.
 
 #ifndef QUILL_UTILS_SCOPE_GUARD_H
 #define QUILL_UTILS_SCOPE_GUARD_H
@@ -27,8 +27,7 @@ class ScopeGuard {
   bool armed = true;
 };
 
-// Sets a variable for the length of a scope and gives it back the value that was found, on every
-// way out.
+// Sets a variable for the length of a scope and restores its previous value on every way out.
 template <class T>
 class ScopedValue {
  public:

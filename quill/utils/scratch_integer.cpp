@@ -17,7 +17,7 @@ struct ScratchInteger::EndOfThread {
 void ScratchInteger::make_ready() noexcept {
   mpz_init(value);
   is_ready = true;
-  // Not again when it has been destroyed.
+  // Not again after it has been destroyed.
   if (kept_limbs >= 0) thread_local const EndOfThread end{*this};
 }
 

@@ -1,15 +1,16 @@
-// A GMP integer for intermediate results, kept from use to use. Each thread has one, and no more.
+// A GMP integer for intermediate results, kept from use to use. Each thread has exactly one.
 //
 //   ScratchInteger::Use divisor(QNumber::gmp_tmp);
 //   mpz_gcd(divisor, n, d);
 //
-// Keeping it spares an allocation for each use. What is kept is bounded: at its end, a use that
-// has made the integer larger than max_kept_limbs gives all of the memory back.
+// Keeping it saves an allocation for each use. The memory kept is bounded: a use that has made the
+// integer larger than max_kept_limbs gives all of the memory back at its end.
 //
-// Life. Destructors of static and thread-local objects may need a number when everything else that
-// is thread-local is gone. The integer is therefore constant-initialised and has no destructor: it
-// is there as long as the thread's storage is. At its first use it leaves something behind that
-// gives its memory back when the thread ends; from then on each use gives back what it took.
+// Lifetime. Destructors of static and thread-local objects may need a number after everything else
+// that is thread-local is gone. The integer is therefore constant-initialised and has no
+// destructor: it exists as long as the thread's storage. Its first use creates a thread-local
+// object that gives the memory back when the thread ends; from then on each use gives back what it
+// took.
 
 #ifndef QUILL_UTILS_SCRATCH_INTEGER_H
 #define QUILL_UTILS_SCRATCH_INTEGER_H
@@ -26,14 +27,14 @@ class ScratchInteger {
   ScratchInteger(const ScratchInteger&) = delete;
   ScratchInteger& operator=(const ScratchInteger&) = delete;
 
-  // It passes wherever GMP takes an mpz_t, with some value.
+  // Can be passed wherever GMP takes an mpz_t. The value is unspecified.
   operator mpz_ptr() noexcept {
     if (!is_ready) make_ready();
     return value;
   }
   mpz_ptr operator->() noexcept { return *this; }
 
-  // The integer for the length of a scope. Uses are not nested.
+  // The integer for the length of a scope. Uses must not be nested.
   class Use {
    public:
     explicit Use(ScratchInteger& integer) noexcept : scratch(integer), value(integer) {}

@@ -1,13 +1,13 @@
-// Gives back the room of chained tables and vectors that hold little of what they once held.
+// Releases the room of chained tables and vectors that hold far less than they once held.
 //
 // The containers themselves keep their room: bucket vectors never shrink, and pools keep their
-// chunks. Whoever has erased most of a large table can replace it as a whole.
+// chunks. Code that has erased most of a large table can replace the table as a whole.
 //
-// A replacement that cannot get its memory is left undone, so that giving back never fails.
-// Iterators and pointers to elements of a table that was replaced are invalid; what its new walk
-// order is follows from its elements and from the order in which they were walked before.
+// Without memory for the replacement the table stays as it is, so that these functions never fail.
+// Iterators and pointers to elements of a replaced table are invalid. Its new walk order follows
+// from its elements and from the order in which they were walked before.
 //
-// Cost: as a walk over the table, and only where seven eighths of its room or more are unused.
+// Cost: that of a walk over the table, and only if more than seven eighths of its room are unused.
 
 #ifndef QUILL_UTILS_TABLE_ROOM_H
 #define QUILL_UTILS_TABLE_ROOM_H
@@ -19,15 +19,15 @@
 
 namespace quill {
 
-// Smaller ones are not worth the trouble.
+// Releasing less room is not worth the trouble.
 constexpr uint64_t smallest_room_to_give_back = 2048;
 
-// Whether `room` is much more than so many elements need.
+// Whether `room` is far more than `count` elements need.
 constexpr bool is_room_to_give_back(uint64_t room, uint64_t count) {
   return room > smallest_room_to_give_back && count < room / 8;
 }
 
-// Elements are copied, and none of them may lead to another element of the table.
+// Copies the elements. None of them may lead to another element of the table.
 template <class Table>
 void give_back_room(Table& table) noexcept {
   if (!is_room_to_give_back(table.num_buckets(), table.count)) return;

@@ -1,8 +1,7 @@
-// A stream for texts of the library's own.
+// A stream for the library's own texts.
 //
-// What it is given is written as in the classic locale, whatever the global one is. When it can't
-// have its memory it throws std::bad_alloc, where streams by default keep quiet about that and
-// about what they then left out.
+// It writes in the classic locale, whatever the global locale is. It throws std::bad_alloc when it
+// cannot allocate; by default streams do not report that, nor the text that they then left out.
 
 #ifndef QUILL_UTILS_TEXT_STREAM_H
 #define QUILL_UTILS_TEXT_STREAM_H

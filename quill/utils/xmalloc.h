@@ -1,4 +1,4 @@
-// malloc that throws: raw memory whose lack surfaces as std::bad_alloc.
+// A malloc that throws std::bad_alloc when there is no memory.
 //
 // The caller owns the memory and releases it with std::free.
 
@@ -11,8 +11,9 @@
 
 namespace quill {
 
-// At least `size` bytes, aligned for every fundamental type. A request for 0 bytes yields a
-// distinct block as well: malloc(0) may answer null, which must not pass for exhaustion.
+// Returns at least `size` bytes, aligned for every fundamental type. A request for 0 bytes yields a
+// distinct block as well: malloc(0) may return null, which must not be mistaken for a lack of
+// memory.
 template <class T>
 T* xmalloc(size_t size) {
   void* memory = std::malloc(size == 0 ? 1 : size);

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Lets z3 and cvc5 answer small scripts after quill-smt2 has written them.
 
-Each script is given to a subcommand of quill-smt2; what that writes must be written again with the same
-bytes, and each solver that is installed must give the answers that stand beside the script, and no other
-line.  The scripts are those that solvers once refused, or answered differently from the originals.
+Each script is given to a subcommand of quill-smt2.  The output must be written again with the same bytes,
+and each installed solver must give the answers that are listed with the script, and no other line.  The
+scripts are those whose prints solvers once refused, or answered differently from the originals.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 no solver.
 """
@@ -37,14 +37,14 @@ class Case:
 
 
 CASES = [
-    # Functions for what the standard leaves open are declared behind the logic.
+    # Functions for values that the standard leaves open are declared after the logic.
     Case(f'(echo "a")(set-logic QF_NIA){DIVISION}(check-sat)', "a sat"),
     Case(f"(reset)(set-logic QF_NIA){DIVISION}(check-sat)"),
     Case(f'(echo "a")(reset)(echo "b")(set-info :status sat)(set-logic QF_NIA){DIVISION}(check-sat)',
          "a b sat"),
     Case(f"(set-logic ALL)(push 1){DIVISION}(pop 1)(declare-const y Int)"
          "(assert (not (= (div 5 0) (div y 0))))(check-sat)(assert (= y 5))(check-sat)", "sat unsat"),
-    # And so is what a substitution brings.
+    # And so are the symbols that a substitution brings.
     Case("(set-logic QF_LIA)(declare-const x Int)(assert (> x 0))(declare-const y Int)"
          "(assert (< y 1))(check-sat)", "unsat", ("substitute", "--set", "x=y")),
     Case("(set-logic QF_LRA)(declare-const x Real)(declare-const y Real)(assert (> x 0.0))"
@@ -52,7 +52,7 @@ CASES = [
     Case("(set-logic QF_UFLIA)(declare-const x Int)(push 1)(assert (> x 0))(check-sat)(pop 1)"
          "(declare-sort S 0)(declare-const u S)(declare-fun f (S) Int)(assert (< x 0))(check-sat)"
          "(assert (> (f u) 0))(check-sat)", "sat sat unsat", ("substitute", "--set", "x=(f u)")),
-    # Their congruence does not tell NaNs apart.
+    # As arguments of these functions, all NaNs are equal.
     Case("(set-logic QF_BVFP)(declare-const x Float32)(declare-const y Float32)(assert (fp.isNaN x))"
          "(assert (fp.isNaN y))(assert (distinct ((_ fp.to_ubv 8) RNE x) ((_ fp.to_ubv 8) RNE y)))"
          "(check-sat)", "unsat"),

@@ -1,4 +1,4 @@
-// Headers of systems and old programs make macros of common words: ours must compile after them.
+// Headers of systems and old programs define common words as macros: ours must compile after them.
 
 #if __has_include(<termios.h>)
 #include <termios.h>

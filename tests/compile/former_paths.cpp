@@ -1,5 +1,5 @@
-// Programs that were written when headers and enumerators had their former paths and names: they
-// must compile.
+// Programs that were written for the former paths and names of headers and enumerators must
+// compile.
 
 #include "frontends/smt2/parse_error.h"
 #include "frontends/smt2/read_options.h"

@@ -1,5 +1,5 @@
-// Must not compile, and the compiler must say what is missing: a table over a key type that nobody
-// taught to hash.
+// A table over a key type without a hash must not compile, and the compiler must say what is
+// missing.
 
 #include "quill/utils/hash_map.h"
 

@@ -9,10 +9,10 @@ The environment variable QUILL_CORPUS names the folder: one sub-folder for each 
 A sub-folder names27 with a table EXPECTED.tsv of its own may hold files that use names of operators
 which came with SMT-LIB 2.7.
 
-Every file is printed; the print must be a fixed point (the print of the print has the same bytes), and
-each of z3 and cvc5 that is installed must answer the print with the expected answers, cvc5 also with
-its strict parser unless the flags say that it refuses the file itself.  What the get- commands produce
-is ignored.
+Every file is printed.  The print must be a fixed point: the print of the print has the same bytes.  Each
+installed solver, z3 and cvc5, must give the expected answers to the print; cvc5 must do so also with its
+strict parser, unless the flags say that it refuses the file itself.  What the get- commands produce is
+ignored.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 nothing to
 check because QUILL_CORPUS is unset.
@@ -84,7 +84,7 @@ def program(judge):
 
 
 def solver_input(solver, script, flags):
-    """The script as the solver wants it: options for get- commands first, ALL where it must be."""
+    """The script as the solver needs it: options for get- commands first, and the logic ALL where needed."""
     options = {option for command, option in OPTIONS_OF_COMMANDS.items()
                if f"({command}".encode() in script}
     head = "".join(f"(set-option {option} true)\n" for option in sorted(options))

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Lets z3 or cvc5 prove that what the example `simplify` makes of real scripts equals the originals.
+"""Lets z3 or cvc5 prove that real scripts that the example `simplify` has simplified equal the originals.
 
 The environment variable QUILL_CORPUS names a folder of SMT-LIB scripts.  For each script that the
 example reads, `simplify --difference` writes one that is satisfiable only if an assertion and its
 simplified form differ.  A judge must never answer sat, and must answer unsat for nearly all: the
-proof is mostly easy, but an assertion may be hard to reason about even beside itself.
+proof is mostly easy, but some assertions are hard even when they are compared with themselves.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 nothing to
 check because QUILL_CORPUS is unset or no judge is installed.
@@ -28,7 +28,7 @@ SKIPPED = 77
 
 
 def answer(judge, file):
-    """The first line that a judge says of a script."""
+    """The first line of a judge's answer to a script."""
     command = [
         part.format(seconds=SECONDS, milliseconds=1000 * SECONDS, file=file)
         for part in JUDGES[judge]
@@ -39,7 +39,7 @@ def answer(judge, file):
 
 
 def check(simplify, script, judges, folder):
-    """What becomes of one script: refused, unsat, unknown, or a failure in words."""
+    """The outcome for one script: refused, unsat, unknown, or a failure in words."""
     done = subprocess.run([simplify, "--difference", script], capture_output=True, check=False)
     if done.returncode != 0:
         return "refused" if done.returncode == 1 else f"simplify ended with {done.returncode}"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the writer of journals with g++ and clang++, debug and release, and compares what they write in so
-# many runs of a million calls byte for byte.
+# Builds the writer of journals with g++ and clang++, debug and release, and compares byte for byte what these
+# programs write in a number of runs.
 #
 # Usage: tests/journal/compare_builds.sh [RUNS [CALLS [SEED]]]     20 runs, 1000000 calls and seed 1 unless given
 set -euo pipefail

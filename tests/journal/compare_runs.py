@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Runs programs that write a journal again and again and compares what they write byte for byte.
+"""Runs programs that write a journal, again and again, and compares their output byte for byte.
 
     compare_runs.py [--runs N] [--calls N] [--seed N] PROGRAM...
 
-Run i is one of program i modulo their number. Addresses differ from run to run: the system places
-the parts of a process at random, and each run takes another amount of memory first. Prints nothing
-but a summary when all runs agree, and the first line that differs otherwise.
+Run i runs program number i modulo the number of programs. Addresses differ from run to run: the system
+places the parts of a process at random, and each run first allocates another amount of memory. If all
+runs agree, only a summary is printed, otherwise the first line that differs.
 """
 
 import argparse

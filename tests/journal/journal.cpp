@@ -192,7 +192,7 @@ QNumber Journal::any_number() {
   return QNumber(numerator, 1 + below(20));
 }
 
-// Some that are refused, and not so many others, so that names are found taken.
+// Some names that are refused, and only a few others, so that requests find names taken.
 std::string Journal::any_name() {
   switch (below(40)) {
     case 0:
@@ -295,7 +295,7 @@ void Journal::make_symbol() {
     line += " free symbol";
     note(s);
     const Symbol* owner = m.get_signature()->get_symbol(s->name);
-    if (owner != nullptr && owner != s) return;  // it lost its name, and that was given again
+    if (owner != nullptr && owner != s) return;  // it lost its name to another symbol
     return m.free_symbol(s);
   } else {
     return;
@@ -428,7 +428,7 @@ void Journal::print() {
   line += text.str();
 }
 
-// What changes nothing.
+// Calls that change nothing.
 void Journal::ask() {
   TermManager& m = side->manager;
   line += " ask";

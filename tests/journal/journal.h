@@ -1,10 +1,10 @@
-// A journal of random calls: everything that two managers do, one line for each call, with the ids,
-// names, texts, failures and collections that came of it.
+// A journal of random calls: everything that two managers do, one line for each call, with the
+// resulting ids, names, texts, failures and collections.
 //
-// The lines follow from the seed alone. They hold nothing that a caller cannot see, and everything
-// that he can: whoever compares the journals of two runs, compilers or threads sees whether they
-// did the same. Calls of all kinds appear: types, symbols, numerals and operators of all theories,
-// what is refused, substitution, copies between the two, texts, collections, and managers that end.
+// The seed alone determines the lines. They hold everything that a caller can see and nothing else:
+// the journals of two runs, compilers or threads are equal if and only if they did the same. Calls
+// of all kinds appear: types, symbols, numerals and operators of all theories, refused requests,
+// substitution, copies between the two managers, texts, collections, and destruction of managers.
 
 #ifndef TESTS_JOURNAL_JOURNAL_H
 #define TESTS_JOURNAL_JOURNAL_H
@@ -84,7 +84,7 @@ class Journal {
   std::ostream& out;
   uint64_t lines_hash = 0xcbf29ce484222325;
   size_t calls_so_far = 0;
-  std::string line;  // of the call that is running
+  std::string line;  // of the current call
   std::array<std::unique_ptr<Side>, 2> sides;
   Side* side = nullptr;  // whose turn it is
   Side* other = nullptr;

@@ -2,8 +2,8 @@
 //
 //   write_journal SEED CALLS [SHIFT]
 //
-// SHIFT blocks of memory are taken before anything else happens, so that the same journal is
-// written with other addresses.
+// The program first allocates SHIFT blocks of memory, so that it writes the same journal with other
+// addresses.
 
 #include <cstdlib>
 #include <exception>
@@ -24,7 +24,7 @@ int main(int argc, char** argv) try {
   const unsigned long calls = std::stoul(argv[2]);
   const unsigned long shift = argc == 4 ? std::stoul(argv[3]) : 0;
 
-  // Every other block is given back, in no order: what comes next finds its memory here and there.
+  // Every other block is freed, in no order, so that later allocations are scattered in memory.
   std::mt19937_64 random(shift);
   std::vector<std::unique_ptr<char[]>> blocks;
   for (unsigned long i = 0; i < shift; ++i) {

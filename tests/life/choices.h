@@ -1,4 +1,4 @@
-// Choosing what to ask for among the terms of the models.
+// Chooses what to ask for, with operands from the terms of the models.
 
 #ifndef TESTS_LIFE_CHOICES_H
 #define TESTS_LIFE_CHOICES_H

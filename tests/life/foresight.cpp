@@ -14,7 +14,7 @@ constexpr size_t deepest = 3;
 struct RequestRefused {};
 struct SomebodyThrew {};
 
-// The first request of these makes a symbol that goes again when it is refused.
+// The first request of these makes a symbol that is removed if the request is refused.
 bool is_on_trial(const std::string& operation) {
   return operation == "equal" || operation == "ite" || operation == "ite_mixed";
 }
@@ -84,7 +84,7 @@ Outcome Foresight::run(const Task& task) {
         const auto note_images = [&] {
           if (task.form != 2) outcome.images = images;
         };
-        // Also for those who are called.
+        // Also for the callbacks.
         const ScopedValue<bool> checking(checks[task.manager], task.form == 0);
         try {
           outcome.results.push_back(models[task.manager].substitute(
@@ -215,7 +215,7 @@ Reaction Foresight::choose_reaction(const Event& event, const Head& head, size_t
     ++depth;
     reaction.foreseen = run(*reaction.task);
     --depth;
-    // What is thrown in there may go on outwards.
+    // An exception that is thrown inside may propagate.
     if (reaction.foreseen.end == Outcome::Thrown && derived(choice, 3) % 2 == 0) {
       reaction.then = Reaction::Throw;
     }

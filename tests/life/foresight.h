@@ -1,9 +1,9 @@
-// What comes of a task, found out on the models: each call that a manager will make to a delegate,
-// to an overridden make_term or to the callback of a walk, how that reacts, and the outcome.
+// The result of a task, computed on the models: each call that a manager will make to a delegate,
+// to an overridden make_term or to the callback of a walk, the reaction to it, and the outcome.
 //
-// A plan is a list of numbers. Each call, in the order of the calls, takes the next one, which
-// chooses the reaction; 0, and a plan that has come to its end, let the caller go on. Reactions
-// include tasks, in which others are called in turn.
+// A plan is a list of numbers. Each call, in the order of the calls, takes the next number, which
+// chooses the reaction. The number 0, or the end of the plan, lets the caller go on. Reactions
+// include tasks, which make further calls.
 
 #ifndef TESTS_LIFE_FORESIGHT_H
 #define TESTS_LIFE_FORESIGHT_H

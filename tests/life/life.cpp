@@ -19,7 +19,7 @@ using Pointers = std::vector<const Term_*>;
 const std::set<std::string> other_operations = {"fresh", "substitute", "copy",  "walk",
                                                 "again", "collect",    "within"};
 
-// What somebody throws who was called.
+// What a callback throws.
 struct Thrown {};
 
 void expect(bool condition, const std::string& complaint) {
@@ -122,7 +122,7 @@ class Life::WalkCallback {
   const size_t number;
 };
 
-// What was foreseen for the call that comes now.
+// What was foreseen for the current call.
 const Reaction& Life::react(const Event& event) {
   ++calls;
   expect(next_step < steps.size(), "called when nobody should be: " + event.symbol);
@@ -196,7 +196,7 @@ bool Life::do_task(const std::optional<Task>& task) {
   return true;
 }
 
-// On the models and then with the managers, in the way that `within` says.
+// Runs a task on the models and then with the managers, as `within` says.
 void Life::do_task(const Task& task) {
   const size_t bits = within.empty() ? 0 : within[0];
   std::array<Called, 2> called;
@@ -218,7 +218,7 @@ void Life::do_task(const Task& task) {
   }
 }
 
-// Every term that the model made since last time must be in the bank, with its id and all.
+// Every term that the model has made since the last call must be in the bank, with the same id.
 void Life::bind_made_terms(size_t number) {
   Model& model = models[number];
   if (model.made.empty()) return;
@@ -434,8 +434,8 @@ void Life::walk(const Task& task) {
 //------------------------------------------------------------------------------------------------
 // What was collected, made again
 
-// Whether a collected term can be made again: not if a name that it needs, one of a fresh variable,
-// belongs to a symbol of another type by now.
+// Whether a collected term can be made again. It cannot if a name that it needs, that of a fresh
+// variable, belongs to a symbol of another type by now.
 bool Life::can_make_again(size_t number, const std::string& text, std::set<std::string>& seen) {
   if (models[number].terms.count(text) != 0 || !seen.insert(text).second) return true;
   const auto found = sides[number].buried.find(text);
@@ -462,7 +462,7 @@ bool Life::can_make_again(size_t number, const std::string& text, std::set<std::
   return has_builder || symbol != models[number].symbols.end();
 }
 
-// With a plan for the term itself, and none for what is below it.
+// With a plan for the term itself, and no plan for the terms below it.
 void Life::make_buried(size_t number, const std::string& text, const Plan& plan_of_root) {
   if (models[number].terms.count(text) != 0) return;
   const ModelTerm term = sides[number].buried.at(text);

@@ -1,9 +1,8 @@
-// Lives a trace: two managers, each beside its model, and what must be the same after every
-// operation.
+// Runs a trace on two managers, each with its model, and compares them after every operation.
 //
 // Manager 0 is a plain one, manager 1 is of a class that overrides make_term; both get a delegate
-// for operations that come with a plan. What happens when somebody is called back is foreseen on
-// the models; the managers are then asked for the same, and each call must come as foreseen.
+// for operations that come with a plan. The models first foresee every callback; then the managers
+// are asked for the same, and each call must come as foreseen.
 
 #ifndef TESTS_LIFE_LIFE_H
 #define TESTS_LIFE_LIFE_H
@@ -30,7 +29,7 @@ namespace quill::life {
 bool is_operation(const std::string& name);
 Texts operation_names();
 
-// What a manager did that its model does not say.
+// Thrown when a manager does something else than its model.
 class Disagreement : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -41,7 +40,7 @@ class Life {
   Life();
   ~Life();
 
-  // What has no operand to choose from does nothing. Throws Disagreement.
+  // An operation that has no operand to choose from does nothing. Throws Disagreement.
   void perform(const Operation& operation);
 
   // How often each kind of operation did something, and each kind of reaction was seen, by name.
@@ -90,7 +89,7 @@ class Life {
 
   Models models;
   std::array<Side, 2> sides;
-  // For the next operation: who is asked, as bits, and then the plan of the reactions.
+  // For the next operation: whose delegates are asked, as bits, and then the plan of the reactions.
   Plan within;
   // What was foreseen of the task under way, and how much of it has happened.
   std::vector<Step> steps;

@@ -1,13 +1,13 @@
-// The random life of term managers.
+// Random lives of term managers. A life runs one trace, a list of operations.
 //
-//   life [--rounds N] [--seed S] [--write FILE]   lives N rounds, a hundred to a life; the traces
+//   life [--rounds N] [--seed S] [--write FILE]   runs N rounds, a hundred to a life; the traces
 //                                                 come from the seeds S, S+1 and so on
-//   life --seconds N [--seed S] [--write FILE]    lives for N seconds, and says how many lives,
-//                                                 operations and calls these were
-//   life --replay FILE...                         lives stored traces
+//   life --seconds N [--seed S] [--write FILE]    runs for N seconds, and reports the number of
+//                                                 lives, operations and calls
+//   life --replay FILE...                         runs stored traces
 //
 // A failing trace is shrunk, printed, and written to FILE, by default life-SEED.trace. Every life
-// has a process of its own, so that a crash is a failure like any other.
+// runs in a separate process, so that a crash is a failure like any other.
 
 #include <algorithm>
 #include <chrono>
@@ -100,8 +100,8 @@ bool live_for(std::chrono::seconds time, unsigned seed, const std::string& path)
   return well;
 }
 
-// One long life, which must do everything that there is to do, or random lives would show less than
-// they seem to.
+// One long life, which must reach every kind of operation and reaction; otherwise random lives
+// would show less than they seem to.
 bool live_through_every_operation(unsigned seed, const std::string& path) {
   const Trace trace = random_trace(seed, 10 * rounds_of_a_life);
   std::string complaint = live_apart(trace, /*quiet=*/false).complaint;

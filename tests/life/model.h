@@ -1,8 +1,9 @@
-// What a manager must hold, as texts: no part of the library is used.
+// What a manager must hold, as texts. The model uses no part of the library.
 //
 // A type is its printed form, a symbol its name, a term its name followed by the texts of its
-// arguments, all between parentheses. Ids are given as the manager must give them, the lowest free
-// one first, in the order in which a walk finishes terms: the last argument before the others.
+// arguments, all between parentheses. The model assigns ids as the manager must assign them: the
+// lowest free id first, in the order in which a walk finishes terms, the last argument before the
+// others.
 
 #ifndef TESTS_LIFE_MODEL_H
 #define TESTS_LIFE_MODEL_H
@@ -62,8 +63,9 @@ class Model {
   // Both.
   std::string make(const Head& head, const Texts& arguments);
 
-  // A symbol on trial is one that its first request has made: when that is refused, the symbol goes
-  // again, with its type, unless something else was given it or a term was built with it.
+  // A symbol on trial is one that its first request has made: if that request is refused, the
+  // symbol is removed, with its type, unless another request was given it or a term was built with
+  // it.
   void begin_trial(const Head& head);
   void end_trial(bool kept);
 

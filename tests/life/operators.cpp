@@ -31,7 +31,7 @@ using T = Arguments;
 
 // clang-format off
 const std::vector<Operator> operators = {
-    // Constants of the user's, by the type of each.
+    // User constants, by type.
     {"constant_int",   "i{k}",  "Int",  uninterpreted, {{'k', "0", "4"}}},
     {"constant_real",  "r{k}",  "Real", uninterpreted, {{'k', "0", "3"}}},
     {"constant_bool",  "p{k}",  "Bool", uninterpreted, {{'k', "0", "3"}}},

@@ -1,5 +1,5 @@
 // The operators that a random life may ask for, each with the name and type of its symbol as
-// patterns: a table of its own, independent of the library's.
+// patterns. This table is independent of the library's.
 
 #ifndef TESTS_LIFE_OPERATORS_H
 #define TESTS_LIFE_OPERATORS_H

@@ -1,11 +1,11 @@
 // Texts with holes, in which the table of operators writes names and types.
 //
 //   {w}        what is bound to w
-//   {~t}       the type bound to t as it stands in names of symbols
+//   {~t}       the type bound to t as it is spelled in names of symbols
 //   {h-l+1}    a sum of bound numbers
 //
-// Matching binds a letter that stands alone in its hole and is not bound yet to the type or number
-// that is there; Bool, which most operators do not take, is never bound.
+// Matching binds a letter that is alone in its hole and not bound yet to the type or number found
+// there; Bool, which most operators do not take, is never bound.
 
 #ifndef TESTS_LIFE_PATTERN_H
 #define TESTS_LIFE_PATTERN_H

@@ -18,7 +18,7 @@ Trace without(const Trace& trace, size_t first, size_t count) {
   return rest;
 }
 
-// Whether anything was left out. Goes from the end, where what is left out spoils least.
+// Whether anything was left out. Starts at the end, where a removal affects the fewest operations.
 bool drop_chunks(Trace& trace, size_t size, const Fails& fails) {
   bool dropped = false;
   for (size_t end = trace.size(); end > 0;) {
@@ -33,7 +33,8 @@ bool drop_chunks(Trace& trace, size_t size, const Fails& fails) {
   return dropped;
 }
 
-// Whether an operand was made smaller. Small operands choose the same when others are gone.
+// Whether an operand was made smaller. Small operands choose the same when other operations are
+// removed.
 bool lower_operands(Trace& trace, const Fails& fails) {
   bool lowered = false;
   for (Operation& operation : trace) {

@@ -1,5 +1,5 @@
-// Makes a failing trace short: leaves out chunks, halved down to single operations, as long as what
-// remains still fails, makes operands small where that keeps it failing, and does so again until
+// Shortens a failing trace: leaves out chunks, halved down to single operations, as long as the
+// rest still fails; makes operands small where the trace still fails; and repeats both until
 // nothing changes any more.
 
 #ifndef TESTS_LIFE_SHRINK_H

@@ -1,4 +1,4 @@
-// What a manager is asked for, what comes of it, and what happens when it calls back: plain data.
+// What a manager is asked for, the result, and what happens when it calls back: plain data.
 
 #ifndef TESTS_LIFE_TASK_H
 #define TESTS_LIFE_TASK_H
@@ -50,7 +50,7 @@ struct Outcome {
   }
 };
 
-// Somebody is called.
+// A call of a delegate, an overridden function or a callback.
 struct Event {
   enum Place { BeforeBuilding, Delegate, AfterBuilding, PreVisit, PostVisit };
 
@@ -66,7 +66,7 @@ struct Event {
   bool is_visit() const { return place == PreVisit || place == PostVisit; }
 };
 
-// What one does who is called: perhaps a task, and then this.
+// The reaction to a call: perhaps a task, and then this.
 struct Reaction {
   enum Then {
     GoOn,          // decline, build, return what was built, descend

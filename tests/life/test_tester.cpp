@@ -1,4 +1,4 @@
-// Tests of the tester: what finds and shrinks mistakes has to work when there is none to find.
+// Tests of the tester: the code that finds and shrinks mistakes must work while there are none.
 
 #include <gtest/gtest.h>
 #include <signal.h>

@@ -41,7 +41,7 @@ class Generator {
     trace.push_back(operation);
   }
 
-  // What happens when somebody is called within the next operation. Most calls go on.
+  // What callbacks do within the next operation. Most let the caller go on.
   void plan(Trace& trace) {
     add(trace, "within", 1);
     for (size_t i = 1 + below(longest_plan); i > 0; --i) {

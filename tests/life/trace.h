@@ -5,10 +5,11 @@
 //   0 copy 12 0 7
 //   1 collect 20 3 5 5
 //
-// A line names the manager, 0 or 1, the operation and its operands. Operands are plain numbers that
-// are taken modulo what there is to choose from when the operation runs, so that every subsequence
-// of a trace is a trace. `within` says what happens within the next operation: its first operand
-// whose delegates are asked, as bits by manager, the others how those react who are called.
+// A line names the manager, 0 or 1, the operation and its operands. Operands are plain numbers.
+// When the operation runs, it takes them modulo the number of choices, so that every subsequence of
+// a trace is a trace. `within` says what happens within the next operation: its first operand says
+// whose delegates are asked, one bit for each manager, and the other operands say how the callbacks
+// react.
 
 #ifndef TESTS_LIFE_TRACE_H
 #define TESTS_LIFE_TRACE_H
@@ -32,9 +33,9 @@ struct Operation {
 
 using Trace = std::vector<Operation>;
 
-// So many rounds: some building, and now and then a substitution, a copy, a walk, something asked
-// for again and a collection; many of them with calls from delegates, overridden functions and
-// callbacks.
+// A trace of so many rounds. A round mostly builds terms; now and then it substitutes, copies,
+// walks, asks for something again or collects, in many cases with calls from delegates, overridden
+// functions and callbacks.
 Trace random_trace(unsigned seed, size_t rounds);
 
 // Throws std::runtime_error for a line that is no operation.

@@ -1,4 +1,4 @@
-// Runs something that may crash or hang in a process of its own.
+// Runs an action that may crash or hang in a separate process.
 
 #ifndef TESTS_LIFE_TRIAL_H
 #define TESTS_LIFE_TRIAL_H

@@ -1,13 +1,13 @@
 // Reads mutated scripts, in this process, and writes, measures, copies, changes and collects those
-// that are well-formed. Nothing may crash, take more than ten seconds of the processor, or let the
-// process grow beyond one GiB; what is refused is refused in one line.
+// that are well-formed. Nothing may crash, take more than ten seconds of processor time, or let the
+// process grow beyond one GiB; every refusal must be one line.
 //
 //   mutate_scripts [--first N] [--count N] [--folder FOLDER] [--round-trip yes] [--show N]
 //
-// Without --count, two thousand. The files of the folder are seeds, too. With --round-trip, what is
-// written must also be readable, and be written again with the same bytes. --show writes one text
-// instead. The number of the text at hand is written to standard error when the process is aborted,
-// by a fault or by the clock.
+// The default of --count is two thousand. The files of the folder are seeds, too. With
+// --round-trip, each written script must also be readable, and be written again with the same
+// bytes. --show writes one text instead. If the process is aborted, by a fault or by the clock, it
+// writes the number of the current text to standard error.
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -38,8 +38,8 @@ namespace {
 constexpr double seconds_allowed = 10;
 constexpr long kibibytes_allowed = 1 << 20;
 
-// What may be larger than its text, a hundredth of what it may be by default: the terms are used a
-// dozen times here, by builds that check everything.
+// The limits on terms that are larger than their text, a hundredth of the default limits: the terms
+// are used a dozen times here, by builds that check everything.
 ReadOptions limits() {
   ReadOptions options;
   options.max_pairs /= 100;
@@ -49,7 +49,7 @@ ReadOptions limits() {
 
 uint64_t current = 0;  // the number of the text at hand
 
-// What has failed is told by the kind of the signal; nothing here allocates.
+// The kind of the signal says what has failed; nothing here allocates.
 void tell_current(int signal) {
   char text[] = "\ntext                     \n";
   char* digit = text + sizeof(text) - 3;
@@ -74,7 +74,7 @@ std::string written(TermManager& manager, const Script& script, Configuration::D
   return output.str();
 }
 
-// Every constant by another one of its type, or by what the standard leaves open.
+// Maps every constant to another one of its type, or to a value that the standard leaves open.
 void substitute_some(TermManager& manager, Script& script) {
   TermManager::TermMap images;
   const Term_* latest = nullptr;

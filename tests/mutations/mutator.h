@@ -29,7 +29,7 @@ class Mutator {
  private:
   static constexpr size_t longest = 1 << 17;
 
-  using Range = std::pair<size_t, size_t>;  // from the first byte to the one behind the last
+  using Range = std::pair<size_t, size_t>;  // from the first byte to the one after the last
 
   size_t below(size_t count) { return count == 0 ? 0 : static_cast<size_t>(random() % count); }
   const std::string& pick_seed() { return seeds[below(seeds.size())]; }

@@ -1,5 +1,5 @@
-// The scripts that mutations begin with: small ones that reach every command and every theory, and
-// those that once made the reader or the printer fail, or grow beyond measure.
+// The scripts from which mutations start: small ones that reach every command and every theory, and
+// those that once made the reader or the printer fail, or grow without bounds.
 
 #ifndef TESTS_MUTATIONS_SEEDS_H
 #define TESTS_MUTATIONS_SEEDS_H
@@ -23,7 +23,7 @@ inline std::vector<std::string> seed_scripts() {
       "Int)"
       "(set-option :global-declarations false)(define-sort T (X) (S X))(declare-const s (T Int))"
       "(assert (= (f s) (div 7 0)))(reset-assertions)(assert (= (mod 1 0) 1))(pop 1)(reset)",
-      // what is larger than its text
+      // terms that are larger than their text
       "(assert (distinct 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20))",
       "(declare-const i Int)(assert (= ((_ int2bv 2000) i) ((_ nat2bv 2000) (+ i 1))))",
       "(declare-const b (_ BitVec 100000))(assert (= 5 (sbv_to_int b)))",

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
-"""Lets z3 and cvc5 answer scripts full of names, and what `quill-smt2 print` makes of them: they must agree.
+"""Lets z3 and cvc5 answer scripts full of names, and their prints by `quill-smt2 print`: the answers must agree.
 
 The scripts are the stored ones below, each of which once showed a mistake, and random ones over push, pop,
 assert, check-sat, check-sat-assuming, get-value, get-unsat-core, get-assignment, definitions, let, reset,
-reset-assertions and echo.  In these the value of every variable is asserted, so that there is one model and,
-because at most one labelled assertion at a time is false, one core that matters.
+reset-assertions and echo.  The random scripts assert the value of every variable, so that there is one model
+and, because at most one labelled assertion at a time is false, one core that matters.
 
-Compared are answers, messages, values in order, cores and assignments as sets of names.  z3 lists defined
-constants among the assignments; only names that :named gave count.  cvc5 keeps one name for each term; names
-of one term count as one.  It keeps them beyond (reset-assertions), with any value, so that its assignments are
-not compared in such scripts.  A solver that refuses the original is not asked about the print.
+The program compares answers, messages, values in order, cores, and assignments as sets of names.  z3 lists
+defined constants among the assignments; only names that :named gave count.  cvc5 keeps one name for each term;
+names of one term count as one.  It keeps names beyond (reset-assertions), with any value, so that its
+assignments are not compared in such scripts.  A solver that refuses the original is not asked about the print.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 no solver.
 """
@@ -296,7 +296,7 @@ class RandomScript:
     # The text of a body over b and i, and the function from arguments to terms.
     def macro_body(self):
         choice = self.random.randrange(4)
-        # Not b alone: of names of an argument that is the whole formula z3 makes labels, and cvc5 does not.
+        # Not b alone: if an argument is the whole formula, z3 makes its names labels, and cvc5 does not.
         if choice == 0:
             return "(or b b)", lambda a: apply("or", [a[0], a[0]])
         inner = self.boolean(2, in_binder=True)
@@ -400,7 +400,7 @@ def results(solver, output, questions, representatives, keeps_names):
 
 
 def representatives_of(text, terms_of_names):
-    """For each name without bars the first one, in their order, of those that cvc5 keeps no apart."""
+    """For each name, without bars, the first, in their order, of the names that cvc5 does not keep apart."""
     names = [bare(name) for name in re.findall(r":named (\|[^|]*\||[^\s()]+)", text)]
     classes = {name: name for name in sorted(set(names))}
     by_term = {}

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Installs a build, moves what was installed, and builds and runs a consumer against it, through
-# find_package and through pkg-config.  Configures the consumer with the sources through add_subdirectory,
-# too, which is to bring in the libraries and nothing else.
+# find_package and through pkg-config.  Also configures the consumer with the sources through
+# add_subdirectory, which must bring in the libraries and nothing else.
 #
 # Usage: check_package.sh CMAKE SOURCE_FOLDER BUILD_FOLDER CONFIG LINKAGE COMPILER FLAGS
-# LINKAGE is what the build made: static or shared.
+# LINKAGE says which libraries the build made: static or shared.
 set -euo pipefail
 cmake=$1 source=$2 build=$3 config=$4 linkage=$5 compiler=$6 flags=$7
 . "$(dirname "$0")/package_checks.sh"

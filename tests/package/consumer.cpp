@@ -1,4 +1,4 @@
-// A program outside of the tree that uses the installed library and front end.
+// A program outside the tree that uses the installed library and front end.
 #include <iostream>
 
 #include "quill/frontends/smt2/smt2.h"

@@ -1,5 +1,5 @@
-# What the tests of the package share, to be sourced.  The caller has done `set -euo pipefail` and has set
-# `cmake`; what is made goes into the folder `work`, which is removed at the end.
+# What the tests of the package share, to be sourced by a script that has run `set -euo pipefail` and has set
+# `cmake`.  All files are made in the folder `work`, which is removed at the end.
 # shellcheck shell=bash disable=SC2154
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -19,7 +19,7 @@ fail() {
   exit 1
 }
 
-# step COMMAND...: runs a command and shows what it wrote only if it fails, then ends the test.
+# step COMMAND...: runs a command.  If the command fails, shows what it wrote and ends the test.
 step() {
   "$@" >"$work/log" 2>&1 || {
     cat "$work/log"

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
-"""Lets z3 and cvc5 prove that what the reader expands means what the standard says.
+"""Lets z3 and cvc5 prove that the expansions of the reader mean what the standard says.
 
-Each operator that the term manager has no symbol for is read and printed by `quill-smt2 print` within an
-equation, (= r (OP x y)).  What is printed no longer holds the operator but its expansion; the solvers, the
+`quill-smt2 print` reads and prints each operator for which the term manager has no symbol within an equation,
+(= r (OP x y)).  The print holds the operator's expansion instead of the operator.  The solvers, which are the
 judges here, get the assertion that the printed equation and the original one differ, and must answer unsat.
-Operators that the judges do not know are given to them by the definition of the standard, written down here
-independently of the expansion: most often in a wider sort, where nothing overflows.
+Operators that the judges do not know are replaced by the definition of the standard, written down here
+independently of the expansion, in most cases in a wider sort, where nothing overflows.
 
-Where the standard leaves a value open, as that of division by zero, the expansion must be a function and
-admit any value: for each of these operators an input out of its range must have one result or another (sat),
-and not two at once (unsat).
+Where the standard leaves a value open, such as that of a division by zero, the expansion must be a function
+and admit any value: for each of these operators an input out of its range may have either of two results
+(sat), but not both at once (unsat).
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 no solver.
 """
@@ -26,7 +26,7 @@ import time
 
 SKIPPED = 77
 
-# Questions that these judges do not answer within a minute; the other one does.
+# Questions that these judges do not answer within a minute; the other judge does.
 TOO_SLOW = {
     "(bvsmod x y) of width 16": {"cvc5"},
     "(bvsmod x y) of width 24": {"cvc5"},
@@ -219,7 +219,7 @@ def float_cases(e, m):
 
 def to_ubv_cases(e, m, width):
     sort = float_sort(e, m)
-    # The value is defined where x rounds to 0 .. 2^width - 1. That is asked in a format that has 2^width;
+    # The value is defined where x rounds to 0 .. 2^width - 1. The question uses a format that has 2^width;
     # and z3 4.8.12 gives up on fp.roundToIntegral in (3, 3).
     e_wide, m_wide = max(e, 8), max(m, 23)
     whole = f"(fp.roundToIntegral rm ((_ to_fp {e_wide} {m_wide + 1}) RNE x))"

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Lets z3 and cvc5 prove that what the writer puts in the place of extensions of the standard means the same.
 
-A script with sbv_to_int, int_to_bv or fp.to_ieee_bv is printed by `quill-smt2 print`.  Behind what is
-printed stands the denial of a fact that the standard, or SMT-LIB 2.7, states of the operator; the solvers
-must find the two contradictory.  For the bits of NaN, which are open, any pattern of a NaN must be possible.
+`quill-smt2 print` prints a script with sbv_to_int, int_to_bv or fp.to_ieee_bv.  To the printed script this
+program appends the negation of a fact that the standard, or SMT-LIB 2.7, states about the operator; the
+solvers must find that the two contradict each other.  The bits of a NaN are open: any pattern of a NaN must
+be possible.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 no solver.
 """
@@ -18,7 +19,7 @@ COMMANDS = {
     "z3": ["z3", "-in", "-T:{limit}"],
     "cvc5": ["cvc5", "--lang", "smt2", "--fp-exp", "--tlimit={limit}000", "-"],
 }
-# z3 relates the bits of a number to its remainder in no reasonable time for more bits than these.
+# With more bits than these, z3 does not relate the bits of a number to its remainder in reasonable time.
 Z3_BITS_OF_INT = 5
 FORMATS = [(2, 3), (3, 4), (5, 11), (8, 24)]
 SKIPPED = 77

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Lets z3 and cvc5 read random scripts: each must be accepted in full.
 
-The program random_scripts makes the scripts and checks that they read back to the same terms; here they
-are put one behind the other, with (reset) between them, and given to each solver that is installed.  No
-satisfiability is asked for: parsing and type checking count.
+The program random_scripts makes the scripts and checks that they read back to the same terms.  This
+program puts them one after the other, with (reset) between them, and gives them to each installed solver.
+They ask for no satisfiability: only parsing and type checking count.
 
 Prints the failures and one closing line.  Exit status: 0 all is well, 1 a check failed, 77 no solver.
 """
@@ -62,7 +62,7 @@ def read_scripts(solver, scripts):
             elif "error" in line and "unsupported logic" not in line:
                 refused.setdefault(current, line)
         faults += [f"{solver}: script {seed}: {line[:300]}" for seed, line in refused.items()]
-        # z3 goes on behind an error, cvc5 ends.
+        # z3 goes on after an error, cvc5 ends.
         rest = [i for i, (seed, _) in enumerate(scripts) if seed == current]
         at_end = current == scripts[-1][0]
         if not at_end and current not in refused:

@@ -1,10 +1,10 @@
 // Random well-typed scripts over all theories and free sorts and functions, made through the
-// interface of the library, with any names that a term manager can hold. All readers know what they
-// use.
+// interface of the library, with any names that a term manager can hold. They use only operators
+// that all readers know.
 //
-// A script depends on its seed alone, on every machine: nothing of <random> is used but the
-// generator. Logics are drawn independently of the terms, so that most of them do not cover what
-// the script uses.
+// A script depends on its seed alone, on every machine: of <random> only the generator is used.
+// Logics are drawn independently of the terms, so that most of them do not cover what the script
+// uses.
 
 #ifndef TESTS_RANDOM_RANDOM_SCRIPT_H
 #define TESTS_RANDOM_RANDOM_SCRIPT_H

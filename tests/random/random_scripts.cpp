@@ -1,7 +1,8 @@
 // random_scripts FIRST COUNT: writes the random scripts of the seeds FIRST, FIRST + 1, ... to
-// standard output, each behind a line "; script SEED", and checks that each reads back to the same
-// terms and prints as the same text. The last lines, comments too, say which bytes and words were
-// in use as names. Exit status 1 when a check failed; the fault is told on standard error.
+// standard output, each after a line "; script SEED", and checks that each reads back to the same
+// terms and prints as the same text. The last lines, which are also comments, say which bytes and
+// words were in use as names. If a check fails, the exit status is 1 and standard error says what
+// is wrong.
 
 #include <cstdlib>
 #include <iostream>

@@ -1,8 +1,8 @@
 // Random applications of the operators on bit-vectors, floating-point values and arrays, and of
-// those that lead from one theory to another; but for modular congruence, which does not read back
+// those that lead from one theory to another, except modular congruence, which does not read back
 // as itself.
 //
-// The caller draws the numbers and finds the operands, for which it may use what was made before.
+// The caller draws the numbers and finds the operands, which may be terms that were made before.
 
 #ifndef TESTS_RANDOM_RANDOM_THEORY_TERMS_H
 #define TESTS_RANDOM_RANDOM_THEORY_TERMS_H
@@ -25,12 +25,12 @@ class RandomTheoryTerms {
   using Operand = std::function<const Term_*(const DataType*)>;  // a term of this type
 
   // `for_all_readers` leaves out what some readers do not read: operators that the standard does
-  // not have, constant arrays of anything but a numeral, which floating-point values are not to
-  // them, and what fails inside of them: conversions to a single bit and the smallest format.
+  // not have; constant arrays of anything except a numeral, which floating-point values are not for
+  // these readers; and what makes them fail: conversions to a single bit, and the smallest format.
   RandomTheoryTerms(TermManager& manager, Below draw, Operand find, bool for_all_readers)
       : m(manager), below(std::move(draw)), operand(std::move(find)), plain(for_all_readers) {}
 
-  // The types of its terms, without Bool and Int.
+  // The types of its terms, except Bool and Int.
   std::vector<const DataType*> types() {
     std::vector<const DataType*> result = {m.get_fprounding_type(), flat_array(), nested_array(),
                                            bit_array()};

@@ -1,5 +1,5 @@
-// What happens when a bank has as many slabs as its handles can name. This program has a limit of
-// 64 slabs in place of half a million.
+// What happens when a bank has as many slabs as its handles can name. In this program the limit is
+// 64 slabs instead of half a million.
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # check_static_destructors.sh NM LIBRARY...
 #
-# Checks that the libraries have nothing destroyed after main(): destructors of other static objects, which
-# may come later, could still need it.  An object file that registers such a destructor refers to
+# Checks that the libraries have no object that is destroyed after main(): destructors of other static objects,
+# which may run later, could still need it.  An object file that registers such a destructor refers to
 # __cxa_atexit.
 set -euo pipefail
 

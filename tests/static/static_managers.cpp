@@ -1,10 +1,10 @@
-// Managers that are static objects and thread-local ones.
+// Managers that are static or thread-local objects.
 //
 // They are made before main() or in the middle of it, are destroyed after it or when their thread
-// ends, and then still do what managers do: make, normalise, print, read, refuse, copy and collect.
-// What goes wrong shows as another text, a number of GMP's that is not given back, or a finding of
-// the address sanitizer. The program says nothing and ends with status 0, or says what went wrong
-// first and ends with 1.
+// ends, and still do then what managers do: make, normalise, print, read, refuse, copy and collect.
+// A fault shows as another text, a GMP number that is not freed, or a report of the address
+// sanitizer. The program prints nothing and ends with status 0, or prints the first fault and ends
+// with status 1.
 
 #include <gmp.h>
 
@@ -43,7 +43,8 @@ void require_text(std::string_view text, std::string_view expected) {
   std::_Exit(1);
 }
 
-// Blocks that GMP holds, each with its size in front. Of all threads, one after the other.
+// Blocks that GMP holds, each with its size in front, of all threads, which run one after the
+// other.
 size_t blocks_held = 0;
 
 struct Block {
@@ -173,7 +174,8 @@ Work& of_this_thread() {
   return work;
 }
 
-// What a thread makes first goes last: it has a manager after the numbers' own end.
+// The object that a thread makes first is destroyed last: it uses a manager after the library has
+// given back the thread's numbers.
 void use_in_a_thread() {
   struct Early {
     TermManager manager;

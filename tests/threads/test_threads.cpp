@@ -1,6 +1,6 @@
-// Managers on several threads: each with its own, one that moves from thread to thread, and one
-// that all read; and managers in a process that forks. A program of its own, so that it can be
-// built with ThreadSanitizer and run in minutes.
+// Managers on several threads: one for each thread, one that moves from thread to thread, and one
+// that all threads read; and managers in a process that forks. This is a separate program, so that
+// it can be built with ThreadSanitizer and run in minutes.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -86,7 +86,7 @@ TEST(Threads, AManagerIsMadeUsedAndDestroyedOnDifferentThreads) {
   EXPECT_EQ(text, "(+ x 1606938044258990275541962092341162602522202993782792835301376)");
 }
 
-// What each thread learns of a manager that nobody changes.
+// What each thread reads of a manager that nobody changes.
 struct Counter {
   size_t visits = 0;
   int visit(const Term_*, bool) {

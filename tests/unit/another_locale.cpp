@@ -1,7 +1,7 @@
 // Runs a test program under another global locale, if the environment asks for it.
 //
-// Every text that the tests expect literally, of the library's own messages and of what it writes
-// to streams that tests make, then shows whether it depends on the global locale or on that of its
+// Every text that the tests expect literally, in messages of the library and in what it writes to
+// streams that tests make, then shows whether it depends on the global locale or on that of its
 // stream.
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// Not earlier than the tests begin: GoogleTest names some of them by numbers.
+// Sets the locale only when the tests begin: before that, GoogleTest names some of them by numbers.
 class Environment : public testing::Environment {
  public:
   void SetUp() override {

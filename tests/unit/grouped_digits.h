@@ -1,4 +1,5 @@
-// A locale in which all digits of a number are apart and its point is a comma: 2.0.0,5 for 200.5.
+// A locale that puts a separator between all digits of a number and writes the decimal point as a
+// comma: 2.0.0,5 for 200.5.
 
 #ifndef QUILL_TESTS_UNIT_GROUPED_DIGITS_H
 #define QUILL_TESTS_UNIT_GROUPED_DIGITS_H

@@ -21,19 +21,19 @@ struct Application {
   Position position;
   std::span<const std::string> indices;
   std::span<const Value> args;
-  const DataType* sort = nullptr;  // that (as name sort) gives the application; null without
+  const DataType* sort = nullptr;  // set by (as name sort), otherwise null
 };
 
 inline constexpr size_t any_number = ~size_t{0};
 
 struct Operator {
   const char* name;
-  size_t num_indices;  // of (_ name index ...); 0 for a plain name
+  size_t num_indices;  // in (_ name index ...); 0 for a plain name
   size_t min_args;
   size_t max_args;
   Value (*build)(TermBuilder&, const Application&);
-  // Whether it is part of how constants of sort Real are spelled, as in (- 0.1) and (/ 1 3). Logics
-  // of floating-point numbers have these for to_fp, also where they have no arithmetic.
+  // Whether it helps to spell constants of sort Real, as in (- 0.1) and (/ 1 3). Logics of
+  // floating-point numbers have these operators for to_fp, even if they have no arithmetic.
   bool spells_constants = false;
 
   bool is_constant() const { return max_args == 0; }

@@ -23,8 +23,8 @@ Value fold_left(TermBuilder& b, const Application& a, Combine combine) {
   return {result, sort};
 }
 
-// The conjunction of an order between neighbours: of left <= right with the operands in their order
-// or exchanged, and negated or not.
+// The conjunction of an order between neighbours: of left <= right with the operands in this order
+// or exchanged, negated or not.
 Value chain(TermBuilder& b, const Application& a, bool exchanged, bool negated_order) {
   const DataType* sort = b.expect_arithmetic(a);
   std::vector<const Term_*>& links = b.fresh_terms();
@@ -41,15 +41,15 @@ bool is_number(const TermBuilder& b, const Term_* t) {
   return b.manager.is_number(t->symbol, nullptr);
 }
 
-// The numeral for a constant, other terms as they are.
+// The numeral for a constant; any other term as it is.
 const Term_* folded(TermBuilder& b, const Term_* t) {
   QNumber value;
   if (is_number(b, t) || !constant_value(b.manager, t, value)) return t;
   return b.manager.make_number(value);
 }
 
-// In logics of floating-point numbers that do not have the theory of an operator, it is there to
-// spell constants only: with numbers for arguments, and no other divisor than those.
+// In logics of floating-point numbers without the theory of an operator, the operator only spells
+// constants: its arguments must be numbers, and its divisors must not be zero.
 void expect_constants(const TermBuilder& b, const Application& a, Theory theory, size_t num_args,
                       const char* example) {
   if (b.logic.has(theory)) return;

@@ -11,7 +11,7 @@ struct Components {
   const DataType* element = nullptr;
 };
 
-// Of the first argument, which must be an array.
+// The components of the first argument, which must be an array.
 Components expect_array(const TermBuilder& b, const Application& a) {
   Components components;
   const DataType* given = a.args[0].sort;

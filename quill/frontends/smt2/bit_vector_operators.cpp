@@ -14,7 +14,7 @@ constexpr uint64_t largest_width = ~uint64_t{0};
   b.reject(a, "gives a bit-vector of more bits than 64-bit numbers count");
 }
 
-// An extension by the index.
+// An extension by as many bits as the index says.
 Value extended(TermBuilder& b, const Application& a,
                const Term_* (TermManager::*make)(size_t, const Term_*)) {
   const uint64_t width = b.expect_bit_vector(a, 0);
@@ -29,7 +29,7 @@ Value rotated(TermBuilder& b, const Application& a,
   return value_of_bits((b.manager.*make)(b.index(a, 0), a.args[0].term));
 }
 
-// The operands of a product in twice their width.
+// Checks the operands of a product that is computed in twice their width.
 void expect_doubled_width(const TermBuilder& b, const Application& a) {
   expect_one_width(b, a);
   if (b.expect_bit_vector(a, 0) > largest_width / 2) {
@@ -111,7 +111,7 @@ Value build_int_to_bv(TermBuilder& b, const Application& a) {
   const DataType* sort = b.sorts.bit_vector(b.index(a, 0), a.position);
   size_t width = 0;
   b.manager.is_bv_type(sort, &width);
-  // The value of a bit-vector becomes that bit-vector in another width.
+  // Converting the value of a bit-vector gives that bit-vector in another width.
   const Symbol* operand = a.args[0].term->symbol;
   if (!b.manager.is_int_from_ubv(operand, nullptr) &&
       !b.manager.is_int_from_sbv(operand, nullptr)) {
@@ -120,7 +120,7 @@ Value build_int_to_bv(TermBuilder& b, const Application& a) {
   return {b.manager.make_int_to_bv(width, a.args[0].term), sort};
 }
 
-// The sign of a number of a few words costs no more than its text.
+// Up to 64 bits are free: the text of the sign is no longer than the text that spells the number.
 Value build_sbv_to_int(TermBuilder& b, const Application& a) {
   constexpr uint64_t few = 64;
   const uint64_t width = b.expect_bit_vector(a, 0);

@@ -1,10 +1,10 @@
 // Builders of the operators of theory FixedSizeBitVectors and of logic QF_BV; see operators.h for
-// how they are called. With them come reductions, overflow predicates and conversions between
+// how they are called. They include reductions, overflow predicates and conversions between
 // bit-vectors and integers, which SMT-LIB 2.6 does not have but readers do.
 //
-// Where a builder of the manager, or an expansion of quill/derived/derived_bv.h, makes the term,
-// the row of the operator names it: build_bv_binary<&TermManager::make_bv_and>. Widths are checked
-// before, so that messages name the operator; all numbers of bits stay below 2^64.
+// If a builder of the manager, or an expansion of quill/derived/derived_bv.h, makes the term, the
+// row of the operator names it: build_bv_binary<&TermManager::make_bv_and>. Widths are checked
+// first, so that messages name the operator; all numbers of bits stay below 2^64.
 
 #ifndef QUILL_FRONTENDS_SMT2_BIT_VECTOR_OPERATORS_H
 #define QUILL_FRONTENDS_SMT2_BIT_VECTOR_OPERATORS_H
@@ -16,7 +16,7 @@
 
 namespace quill::smt2 {
 
-// Arguments must be bit-vectors, here all of one width. The result is of the type of its term.
+// The arguments must be bit-vectors of one width.
 void expect_one_width(const TermBuilder& b, const Application& a);
 Value value_of_bits(const Term_* term);
 
@@ -26,7 +26,7 @@ Value build_bv_unary(TermBuilder& b, const Application& a) {
   return value_of_bits(std::invoke(make, b.manager, a.args[0].term));
 }
 
-// Of two arguments, or of more, from the left.
+// Builds from two arguments, or from more, grouped from the left.
 template <auto make>
 Value build_bv_binary(TermBuilder& b, const Application& a) {
   expect_one_width(b, a);

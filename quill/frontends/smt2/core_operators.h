@@ -1,6 +1,6 @@
 // Builders of the core theory's operators; see operators.h for how they are called.
 //
-// Their expansions into what the manager has stand in quill/derived/derived.h, except where sorts
+// Their expansions into operators of the manager are in quill/derived/derived.h, except where sorts
 // decide: = and distinct are built from TermBuilder::equal.
 
 #ifndef QUILL_FRONTENDS_SMT2_CORE_OPERATORS_H

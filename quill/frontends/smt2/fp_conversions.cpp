@@ -71,7 +71,7 @@ Value build_fp_to_ubv(TermBuilder& b, const Application& a) {
   if (width > ~uint64_t{0} - 2) b.reject(a, "has a width that is too large");
   expect_rounding_mode(b, a);
   const IEEEFloat::format format = expect_float(b, a, 1);
-  expect_spellable(b, a, format, /*count=*/2);  // the bounds of what is defined
+  expect_spellable(b, a, format, /*count=*/2);  // for the bounds of the defined values
   const Symbol* function =
       b.undefined_functions.get(undefined_fp_to_ubv_name(format.e, format.m, width),
                                 undefined_fp_to_ubv_type(b.manager, format.e, format.m, width));

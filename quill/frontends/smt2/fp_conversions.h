@@ -6,10 +6,9 @@
 //   ((_ to_fp e s) rm c)         the numeral that the constant c of sort Real or Int rounds to; the
 //                                mode must be one of the four constants
 //   ((_ fp.to_sbv w) rm f)       the manager's conversion to a signed number
-//   ((_ fp.to_ubv w) rm f)       through a wider signed number, see quill/derived/derived_fp.h; out
-//   of
-//                                range a function, see undefined_functions.h
-//   (fp.to_ieee_bv f)            the bits, an operator that some readers have beyond the standard
+//   ((_ fp.to_ubv w) rm f)       through a wider signed number, see quill/derived/derived_fp.h; a
+//                                function where out of range, see undefined_functions.h
+//   (fp.to_ieee_bv f)            the bits; an operator that some readers have beyond the standard
 
 #ifndef QUILL_FRONTENDS_SMT2_FP_CONVERSIONS_H
 #define QUILL_FRONTENDS_SMT2_FP_CONVERSIONS_H

@@ -8,7 +8,8 @@ namespace quill::smt2 {
 
 namespace {
 
-// The widest format whose constants are made, in bits: their names spell the bits in decimal.
+// The width in bits of the widest format whose constants are made: their names spell the bits in
+// decimal.
 constexpr uint64_t max_constant_bits = uint64_t{1} << 20;
 
 }  // namespace
@@ -39,7 +40,7 @@ IEEEFloat::format format_from_indices(TermBuilder& b, const Application& a) {
 
 void expect_spellable(TermBuilder& b, const Application& a, IEEEFloat::format format,
                       uint64_t count) {
-  // No sum wraps: all bits of a format together have a width.
+  // The sum does not wrap: the manager has the format, so the number of its bits is a valid width.
   const uint64_t bits = format.e + format.m + 1;
   if (bits <= max_constant_bits) {
     b.budget.spend_floats(count, bits, a.position);

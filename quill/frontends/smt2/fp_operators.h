@@ -4,9 +4,9 @@
 //   (fp s e m)    a numeral for three literals, otherwise from the concatenation of the bits
 //   a >= b        b <= a                   a > b         b < a
 //
-// Chains such as (fp.lt a b c) are conjunctions. Where a builder of the manager, or an expansion of
+// Chains such as (fp.lt a b c) are conjunctions. If a builder of the manager, or an expansion of
 // quill/derived/derived_fp.h, makes the term, the row of the operator names it:
-// build_fp_of_one<&TermManager::make_fp_abs>. The manager has four rounding modes: RNA is not among
+// build_fp_of_one<&TermManager::make_fp_abs>. The manager has four rounding modes; RNA is not among
 // them.
 
 #ifndef QUILL_FRONTENDS_SMT2_FP_OPERATORS_H
@@ -30,30 +30,29 @@ void expect_rounding_mode(const TermBuilder& b, const Application& a);
 // The format of an argument, which must be a floating-point number.
 IEEEFloat::format expect_float(const TermBuilder& b, const Application& a, size_t index);
 
-// The arguments from the given one on must be floating-point numbers of one format.
+// The arguments from `first` on must be floating-point numbers of one format.
 void expect_floats(const TermBuilder& b, const Application& a, size_t first);
 
-// The format that the first two indices name, as the manager counts; it must be one that the
-// manager has.
+// The format that the first two indices name, as the manager counts; the manager must have it.
 IEEEFloat::format format_from_indices(TermBuilder& b, const Application& a);
 
-// The same for a format whose constants are to be made: they must not take more time and memory
-// than a short input can be trusted to mean.
+// The same for a format of which `count` constants will be made: they must not take more time and
+// memory than a short input should be able to demand.
 void expect_spellable(TermBuilder& b, const Application& a, IEEEFloat::format format,
                       uint64_t count = 1);
 
-// A value of the type of its term.
+// A value whose sort is the type of its term.
 Value value_of_float(const Term_* term);
 
 // ----- builders ---------------------------------------------------------------------------------
 
-// RNE and the other modes.
+// The rounding modes, such as RNE.
 template <auto make>
 Value build_rounding(TermBuilder& b, const Application&) {
   return value_of_float((b.manager.*make)());
 }
 
-// (_ +oo e s) and the other values that have a name.
+// The values that have a name, such as (_ +oo e s).
 template <auto make>
 Value build_fp_special(TermBuilder& b, const Application& a) {
   const auto [e, m] = format_from_indices(b, a);
@@ -75,7 +74,7 @@ Value build_fp_of_two(TermBuilder& b, const Application& a) {
   return value_of_float((b.manager.*make)(a.args[0].term, a.args[1].term));
 }
 
-// A rounding mode, and one operand or two.
+// Operators on a rounding mode and one or two operands.
 template <auto make>
 Value build_fp_rounded(TermBuilder& b, const Application& a) {
   expect_rounding_mode(b, a);
@@ -89,7 +88,7 @@ Value build_fp_rounded(TermBuilder& b, const Application& a) {
   }
 }
 
-// The conjunction of a relation between neighbours.
+// The conjunction of a relation between neighbouring arguments.
 template <auto make>
 Value build_fp_chain(TermBuilder& b, const Application& a) {
   expect_floats(b, a, 0);

@@ -10,8 +10,8 @@
 
 namespace quill::smt2 {
 
-// The value of an index. Throws ParseError for what is no numeral and for numbers beyond 64 bits;
-// the message calls the owner of the index by its kind, "the sort " or nothing, and its name.
+// The value of an index. Throws ParseError if it is not a numeral or needs more than 64 bits; the
+// message refers to the owner of the index by its kind, "the sort " or nothing, and its name.
 uint64_t index_value(std::string_view index, const char* kind, std::string_view name,
                      Position position);
 

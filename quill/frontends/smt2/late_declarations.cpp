@@ -18,8 +18,7 @@ namespace {
 
 using Terms = std::vector<const Term_*>;
 
-// Calls the function with each term that is one of the roots or below one, once, from left to
-// right.
+// Calls the function once for each term that is one of the roots or below one, from left to right.
 template <class OnTerm>
 void for_each_below(const Terms& roots, const OnTerm& on_term) {
   hsh::HashSet<const Term_*> seen;
@@ -33,16 +32,16 @@ void for_each_below(const Terms& roots, const OnTerm& on_term) {
   }
 }
 
-// What has each name while the commands go by: a symbol, a sort by its head, or a term by :named
-// or by a definition that is kept.
+// What each name means as the commands go by: a symbol, a sort by its head, or a term by :named or
+// by a definition that is kept.
 class NamesInForce {
  public:
   struct Owner {
     const void* what = nullptr;
-    bool inserted = false;  // whether its declaration was
+    bool inserted = false;  // whether its declaration was inserted
   };
 
-  // Of a name that nothing has: no owner.
+  // The owner of an unused name: none.
   Owner owner_of(const std::string& name) const {
     const auto found = owners.find(name);
     return found == owners.end() ? Owner() : found->second;
@@ -87,8 +86,8 @@ class NamesInForce {
 
  private:
   struct Level {
-    size_t first;    // of the trail
-    uint64_t count;  // levels are opened by the million at once
+    size_t first;    // index into the trail
+    uint64_t count;  // input can open millions of levels at once
   };
 
   void pop(uint64_t count) {
@@ -113,7 +112,7 @@ class NamesInForce {
   bool global = false;
 };
 
-// The name of a sort is none of a symbol.
+// Keeps names of sorts apart from names of symbols.
 constexpr std::string_view sort_prefix = "sort ";
 constexpr std::string_view symbol_prefix = "symbol ";
 
@@ -130,7 +129,7 @@ class Inserter {
     }
     for_each_below(mentioned, [&](const Term_* t) {
       const Symbol* symbol = t->symbol;
-      // Variables are the affair of those who made them.
+      // Whoever made a variable is responsible for it.
       if (!manager.is_interpreted(symbol) && !manager.is_variable(symbol)) watched.insert(symbol);
     });
   }
@@ -150,8 +149,8 @@ class Inserter {
   }
 
  private:
-  // Declares what the terms of a command mention, and those that it names, which need not be parts
-  // of the others.
+  // Declares what the terms of a command mention, and what the terms that it names mention; those
+  // need not be parts of the command's terms.
   void declare_for(const Command& command) {
     if ((command.terms.empty() && command.named_terms.empty()) || !lacks_some()) return;
     Terms roots;
@@ -218,7 +217,8 @@ class Inserter {
                          << "' would be declared where something else has this name";
   }
 
-  // Notes what the command names. False for a declaration that was inserted before.
+  // Records the names that the command introduces. Returns false for a declaration that was
+  // inserted before.
   bool take(const Command& command) {
     for (const NamedTerm& named : command.named_terms) {
       take(named.term, symbol_key(named.stored_name));
@@ -245,7 +245,7 @@ class Inserter {
   }
 
   const std::vector<Command>& commands;
-  hsh::HashMap<const Symbol*, const Command*> declarations;  // the last one of each
+  hsh::HashMap<const Symbol*, const Command*> declarations;  // the last declaration of each
   hsh::HashMap<const DataType*, const Command*> sort_declarations;
   hsh::HashSet<const Symbol*> watched;
   NamesInForce names;

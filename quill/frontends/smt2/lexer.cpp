@@ -10,7 +10,7 @@ namespace {
 constexpr size_t block_bytes = 1 << 16;
 constexpr size_t longest_description = 60;
 
-// The place of the first byte from the given one on that is no decimal digit.
+// The position of the first byte at or after `from` that is not a decimal digit.
 size_t end_of_digits(std::string_view text, size_t from) {
   while (from != text.size() && is_decimal_digit(text[from])) ++from;
   return from;
@@ -76,8 +76,8 @@ Lexer::Lexer(std::istream& stream)
   *end = '\0';
 }
 
-// Reads on, once all bytes are read: those from start on move to the front. False at the end of the
-// input.
+// Reads more input after all bytes in the buffer have been read; moves the bytes from `start` on to
+// the front. Returns false at the end of the input.
 bool Lexer::refill() {
   if (exhausted) return false;
   const auto done = start - buffer.data();
@@ -107,7 +107,7 @@ void Lexer::skip_byte_order_mark() {
   if (cursor == end) refill();
 }
 
-// The byte before the cursor ended a line.
+// Called when the byte before the cursor has ended a line.
 void Lexer::begin_line() {
   ++line;
   line_start = cursor - buffer.data();
@@ -138,7 +138,7 @@ void Lexer::skip_blanks() {
   }
 }
 
-// Up to the end of the line.
+// Skips to the end of the line.
 void Lexer::skip_comment() {
   do {
     cursor = std::find(cursor, end, '\n');
@@ -204,7 +204,7 @@ void Lexer::next() {
   }
 }
 
-// From start on.
+// Reads from `start` on.
 void Lexer::read_symbol_characters() {
   do {
     while (symbol_characters[static_cast<unsigned char>(*cursor)]) ++cursor;
@@ -228,8 +228,8 @@ void Lexer::reject_byte(int byte) {
                                "' stands outside of |quoted symbols| and strings");
 }
 
-// The last byte of the input was inside of the token: the place to look at is where the token
-// begins, the fault is found where the input ends.
+// The input ended inside the token. The fault is found at the end of the input; the message also
+// says where the token begins.
 void Lexer::reject_end(const char* what, Position last) {
   throw ParseError(last, std::string("the input ends inside the ") + what + " that begins at " +
                              std::to_string(token.position.line) + ":" +
@@ -283,8 +283,8 @@ void Lexer::read_string() {
   token.text = {start, length};
 }
 
-// Numerals and decimals, and what looks like one: all symbol characters are read first, so that the
-// message can show the whole of 12ab or 1.2.3.
+// Reads numerals, decimals and text that looks like one. It reads all symbol characters first, so
+// that the message can show the whole of 12ab or 1.2.3.
 void Lexer::read_number() {
   read_symbol_characters();
   const std::string_view text = token.text;
@@ -316,7 +316,7 @@ void Lexer::read_number() {
   }
 }
 
-// What follows #b or #x. Bad digits are read along, so that the message can show them.
+// Reads what follows #b or #x. It reads bad digits as well, so that the message can show them.
 void Lexer::read_digits(TokenKind kind, const char* what, bool (*is_digit)(int)) {
   token.kind = kind;
   start = ++cursor;

@@ -1,19 +1,19 @@
 // Splits SMT-LIB 2.6 text into tokens.
 //
-// The input is read from a stream in blocks, so that memory depends on the longest token alone. The
-// current token is a field that the next call overwrites, its text a view of the block: a token is
-// neither copied nor allocated. Malformed tokens throw ParseError.
+// The input is read from a stream in blocks, so memory depends only on the longest token. The
+// current token is a field that the next call overwrites, and its text is a view into the block: no
+// token is copied or allocated. Malformed tokens throw ParseError.
 //
 //   buffer  | bytes done with | text of the token | bytes not read yet | NUL |
 //                             ^ start             ^ cursor             ^ end
 //
-// The bytes of a token that reaches the end of the buffer move to the front, and the buffer grows
-// when they fill it. The NUL byte after the end stops every loop over the bytes of a token, so
-// that these need not look for the end themselves.
+// When a token reaches the end of the buffer, its bytes move to the front, and the buffer grows
+// when they fill it. The NUL byte after the end stops every loop over the bytes of a token, so that
+// these loops need not check for the end.
 //
-// A UTF-8 byte-order mark at the start is passed over and has no column. Other bytes from 128 up
-// are accepted in quoted symbols, strings and comments as they are, whether they are UTF-8 or not;
-// a NUL byte is accepted nowhere but in comments.
+// A UTF-8 byte-order mark at the start is skipped and has no column. Other bytes from 128 up are
+// accepted unchanged in quoted symbols, strings and comments, whether they are valid UTF-8 or not;
+// a NUL byte is accepted only in comments.
 
 #ifndef QUILL_FRONTENDS_SMT2_LEXER_H
 #define QUILL_FRONTENDS_SMT2_LEXER_H
@@ -56,15 +56,15 @@ struct Token {
     return kind == TokenKind::Symbol && !quoted && text == word;
   }
 
-  // A word that is never a symbol.
+  // Whether the token is a word that cannot be a symbol.
   bool is_reserved_word() const {
     return kind == TokenKind::Symbol && !quoted && quill::is_reserved_word(text);
   }
 
-  // The token as it stands in a script.
+  // The token as it is spelled in a script.
   std::string spelling() const;
 
-  // The token as messages name it: 'x', ')' or "the end of the input"; cut when very long.
+  // The token as messages refer to it: 'x', ')' or "the end of the input"; cut when very long.
   std::string description() const;
 };
 
@@ -75,8 +75,8 @@ class Lexer {
   Lexer(const Lexer&) = delete;
   Lexer& operator=(const Lexer&) = delete;
 
-  // Reads the next token into token; END at the end of the input, then and ever after.
-  // Throws InputError when the stream reports a read error.
+  // Reads the next token into `token`. At the end of the input the token is END, then and after
+  // every later call. Throws InputError when the stream reports a read error.
   void next();
 
   // Throws ParseError at the end of the input: "the input ends inside a term".
@@ -84,15 +84,16 @@ class Lexer {
     if (token.kind == TokenKind::End) reject_end_of_input(place);
   }
 
-  // Throws ParseError unless the current token is of that kind: "a string is expected, not 'x'".
-  // What is expected comes with its verb.
+  // Throws ParseError unless the current token is of this kind: "a string is expected, not 'x'".
+  // `what` includes the verb.
   void expect(TokenKind kind, std::string_view what) const {
     if (token.kind != kind) reject_token(what);
   }
   [[noreturn]] void reject_token(std::string_view what) const;
   [[noreturn]] void reject_end_of_input(std::string_view place) const;
 
-  // The position just after the token before the current one: where something was missing.
+  // The position just after the token before the current one, where messages say that something is
+  // missing.
   Position end_of_previous() const { return previous_end; }
 
   Token token;
@@ -126,15 +127,15 @@ class Lexer {
   char* cursor;
   char* end;
   bool exhausted = false;
-  bool begun = false;  // whether anything was read
-  // Where the next byte stands: in this line, whose first byte is (or was, in bytes that are gone)
-  // at this place of the buffer.
+  bool begun = false;  // whether anything has been read
+  // The position of the next byte: in this line, whose first byte is at this offset of the buffer
+  // (or was, if it is gone from the buffer).
   uint64_t line = 1;
   ptrdiff_t line_start = 0;
   Position previous_end;
 };
 
-// A piece of the input as messages show it, on one line, cut when very long, between apostrophes.
+// A piece of the input as messages show it: on one line, cut when very long, between apostrophes.
 std::string shown(std::string_view piece);
 
 }  // namespace quill::smt2

@@ -16,8 +16,8 @@ NamePlace place_of(const TermManager& manager, const Command& command, const Nam
     if (is_definition && sort == command.terms[0].value.sort) return NamePlace::Whole;
     if (!is_definition) return named.is_label ? NamePlace::Whole : NamePlace::Apart;
   }
-  // A term is annotated where it is written with the sort of its type: to_real stands around the
-  // annotation. Only where there is one sort of numbers, numerals are of that sort in any place.
+  // A term is annotated where it is written with the sort of its type: to_real goes around the
+  // annotation. Only if there is just one sort of numbers, numerals have that sort in any place.
   if (sort == type) return NamePlace::Inside;
   const bool has_one_sort = !logic.has(Theory::Ints) || !logic.has(Theory::Reals);
   const bool is_numeral = manager.is_number(named.term->symbol, nullptr);

@@ -1,9 +1,9 @@
-// The names of a script, each with an entry for what it means.
+// The names of a script, each with an entry for its meanings.
 //
-// An entry is made when its name is asked for first, stays for the life of the table and never
-// moves, so that callers may keep pointers to it. An index (intern_index.h) leads from the hash of
-// a name to the number of its entry. A look-up needs no std::string and, when the name is known,
-// allocates nothing.
+// An entry is made when its name is first requested, exists as long as the table and never moves,
+// so callers may keep pointers to it. An index (intern_index.h) leads from the hash of a name to
+// the number of its entry. A look-up needs no std::string and, if the name is known, allocates
+// nothing.
 
 #ifndef QUILL_FRONTENDS_SMT2_NAME_TABLE_H
 #define QUILL_FRONTENDS_SMT2_NAME_TABLE_H
@@ -33,7 +33,7 @@ class NameTable {
     return items.back().entry;
   }
 
-  // The entry of a name that was asked for before, or null.
+  // The entry of a name that was requested before, or null.
   const Entry* find(std::string_view name) const {
     const uint32_t found = number_of(hash_of(index.key(), name), name);
     return found != InternIndex::none ? &items[found].entry : nullptr;

@@ -11,7 +11,7 @@ namespace quill::smt2 {
 
 namespace {
 
-// In bits.
+// The length of a number in bits.
 size_t length(const QNumber& q) {
   if (!q.is_big()) return 64;
   return std::max(mpz_sizeinbase(q.big_num(), 2), mpz_sizeinbase(q.big_den(), 2));
@@ -19,8 +19,8 @@ size_t length(const QNumber& q) {
 
 constexpr size_t longest_computed = size_t{1} << 16;
 
-// Terms are shared: without a bound, n lets of a few bytes could square a number n times. What is
-// written out may have any length.
+// Terms are shared: without a bound, n lets of a few bytes could square a number n times. A number
+// that the input spells out may have any length.
 QNumber bounded(QNumber result, const QNumber& a, const QNumber& b) {
   const size_t longest = std::max(longest_computed, 64 + std::max(length(a), length(b)));
   if (length(result) > longest) {
@@ -32,7 +32,7 @@ QNumber bounded(QNumber result, const QNumber& a, const QNumber& b) {
 
 constexpr unsigned largest_constant = 64;  // in terms
 
-// The recursion is as deep as the budget is large, at most.
+// The recursion depth is bounded by the budget.
 bool evaluate(const TermManager& manager, const Term_* t, QNumber& value, unsigned& budget) {
   if (budget == 0) return false;
   --budget;

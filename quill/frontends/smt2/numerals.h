@@ -1,9 +1,11 @@
-// Arithmetic on the numerals of an input: what (/ 1 3) spells, and what constant terms come to.
+// Arithmetic on the numerals of an input: computes what (- 3) and (/ 1 3) spell.
 //
-// SMT-LIB has neither negative numerals nor fractions; the manager has both. What would be much
-// longer than both of its operands and than 65536 bits is refused with Exception.
+// SMT-LIB has neither negative numerals nor fractions; the manager has both. The results have the
+// form in which the manager keys its numerals.
 //
-// Constant divisors and, in linear logics, constant factors may be sums and products, too.
+// Throws Exception for results that would be much longer than both operands and than 65536 bits.
+//
+// Constant divisors and, in linear logics, constant factors may also be sums and products.
 
 #ifndef QUILL_FRONTENDS_SMT2_NUMERALS_H
 #define QUILL_FRONTENDS_SMT2_NUMERALS_H
@@ -14,11 +16,11 @@
 
 namespace quill::smt2 {
 
-// Precondition: the divisor is not zero.
+// The divisor must not be zero.
 QNumber quotient(const QNumber& dividend, const QNumber& divisor);
 
-// The value of a numeral, or of sums and products of a few dozen numerals. False for other terms,
-// and for larger ones.
+// The value of a numeral, or of sums and products of a few dozen numerals. Returns false for other
+// terms and for larger ones.
 bool constant_value(const TermManager& manager, const Term_* t, QNumber& value);
 
 }  // namespace quill::smt2

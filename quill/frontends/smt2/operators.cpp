@@ -24,7 +24,7 @@ using M = TermManager;
 
 // clang-format off
 constexpr Operator table[] = {
-    // name, indices, least and largest number of arguments, builder
+    // name, number of indices, least and largest number of arguments, builder
     {"*",                      0, 1, any_number, build_times},
     {"+",                      0, 1, any_number, build_plus},
     {"+oo",                    2, 0, 0,          build_fp_special<&M::make_fp_plus_inf>},

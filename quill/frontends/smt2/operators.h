@@ -1,6 +1,6 @@
-// The operators of the theories that are supported, each with the function that builds its terms.
+// The supported operators of the theories, each with the function that builds its terms.
 //
-// Which theory has a name, supported or not, stands in quill/smtlib/theory_names.h.
+// quill/smtlib/theory_names.h says which theory has a name, supported or not.
 
 #ifndef QUILL_FRONTENDS_SMT2_OPERATORS_H
 #define QUILL_FRONTENDS_SMT2_OPERATORS_H
@@ -12,10 +12,10 @@
 
 namespace quill::smt2 {
 
-// In ascending order of names, each once.
+// All operators, each once, in ascending order of names.
 std::span<const Operator> operators();
 
-// Checks the numbers of indices and arguments, then builds. Throws ParseError.
+// Checks the numbers of indices and arguments, then builds the term. Throws ParseError.
 Value apply_operator(TermBuilder& builder, const Application& application);
 
 }  // namespace quill::smt2

@@ -1,4 +1,4 @@
-// What the reader throws for every fault of an input: where it is and what is wrong with it.
+// The exceptions that the reader throws: for every fault of an input, its position and a message.
 //
 // what() is "LINE:COLUMN: text"; lines and columns count from 1, columns in bytes.
 
@@ -30,7 +30,7 @@ class ParseError : public Exception {
   std::string message;
 };
 
-// The stream that is read reports an error: nothing is wrong with the input, it cannot be had.
+// The input stream reports a read error: the input is not at fault, but cannot be read.
 class InputError : public Exception {
  public:
   using Exception::Exception;

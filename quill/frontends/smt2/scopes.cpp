@@ -19,7 +19,7 @@ void Scopes::unbind_locals(size_t first) {
   }
 }
 
-// What is recorded is bound, whatever runs out of memory: unbind() relies on it.
+// Everything recorded is bound, even if memory runs out: unbind() relies on it.
 void Scopes::bind(Name& name, std::unique_ptr<Binding> binding) {
   assert(name.global == nullptr);
   const std::string& stored = binding->stored_name;

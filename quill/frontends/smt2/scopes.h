@@ -1,12 +1,12 @@
-// What each name of a script means at the moment.
+// The current meaning of each name in a script.
 //
-// Symbols and sorts have a table each: a name is stored once, in an entry that holds its meanings,
-// innermost first: local ones (variables of let, parameters), the global one (declared, defined or
-// given by :named), and the operator of a theory, which counts only where the logic has the theory.
-// Entries never move, so that callers keep pointers to them.
+// Symbols and sorts have a table each. A name is stored once, in an entry that holds its meanings,
+// innermost first: local meanings (variables of let, parameters), the global meaning (declared,
+// defined or given by :named), and the operator of a theory, which counts only if the logic has the
+// theory. Entries never move, so callers can keep pointers to them.
 //
-// push and pop delimit global meanings. A symbol declared here gives its name back to the manager
-// (TermManager::free_symbol) when its scope ends; one that the manager already had stays.
+// push and pop delimit global meanings. When its scope ends, a symbol declared here gives its name
+// back to the manager (TermManager::free_symbol); a symbol that the manager already had stays.
 
 #ifndef QUILL_FRONTENDS_SMT2_SCOPES_H
 #define QUILL_FRONTENDS_SMT2_SCOPES_H
@@ -31,18 +31,18 @@ struct Operator;
 struct Binding {
   enum class Kind { Function, Term, Macro };
   Kind kind = Kind::Term;
-  const Symbol* symbol = nullptr;  // FUNCTION: a declared function, or a constant if its arity is 0
-  const DataType* sort = nullptr;  // FUNCTION: that of the constant, or a function type of sorts
-  bool owned = false;              // whether that symbol's name is to be freed with the scope
+  const Symbol* symbol = nullptr;  // Function: the declared one, or a constant if its arity is 0
+  const DataType* sort = nullptr;  // Function: the sort of a constant, or a function type of sorts
+  bool owned = false;              // whether to free that symbol's name when the scope ends
   std::string stored_name;  // in the manager's spelling; empty for definitions that are not kept
   Value value;              // TERM
   Macro macro;              // MACRO
 };
 
 struct Name {
-  Construct construct = Construct::NoConstruct;  // that the name begins when it is not between bars
-  const TheoryName* theory = nullptr;            // that has the name
-  const Operator* theory_operator = nullptr;     // null, too, for an operator that is not supported
+  Construct construct = Construct::NoConstruct;  // that the name begins without bars
+  const TheoryName* theory = nullptr;            // whose name it is
+  const Operator* theory_operator = nullptr;     // also null for an unsupported operator
   std::unique_ptr<Binding> global;
   uint32_t local = 0;  // 1 + the index of the innermost local meaning; 0: none
 };
@@ -74,7 +74,7 @@ class Scopes {
   size_t num_locals() const { return locals.size(); }
   void bind_local(Name& name, const Value& value);
   const Value& local_value(const Name& name) const { return locals[name.local - 1].value; }
-  // Ends every local meaning from the given number on.
+  // Ends every local meaning from number `first` on.
   void unbind_locals(size_t first);
 
   // ----- global meanings ------------------------------------------------------------------------
@@ -85,35 +85,35 @@ class Scopes {
 
   // ----- names in the manager's spelling --------------------------------------------------------
   //
-  // Distinct names of a script may be spelled alike there (see name_escape.h). Names that are in
-  // use at the same time are kept apart by a number after one of them.
+  // The manager's spelling of distinct names in a script may be the same (see name_escape.h). If
+  // such names are in use at the same time, a number after one of them keeps them apart.
 
   bool is_used(const std::string& stored) const;
   void use_name(const std::string& stored) { used_names[stored] = {true, stretch}; }
   void give_up_name(const std::string& stored) { used_names[stored].is_used = false; }
 
   // The first of stored, stored_0, stored_1 and so on that is not in use and that the manager has
-  // no symbol of another type for; with a null type, that is not in use.
+  // not given to a symbol of another type. With a null type, the first that is not in use.
   std::string free_symbol_name(const std::string& stored, const DataType* type) const;
-  // The same for a symbol that is declared at the start of the stretch: nor was the name in use
-  // since then, in a scope that has ended.
+  // The same for a symbol that is declared at the start of the stretch: the name must not have been
+  // in use since then either, in a scope that has ended.
   std::string free_symbol_name_of_stretch(const std::string& stored, const DataType* type) const;
-  // Begins a stretch: what is declared at its start is declared here.
+  // Begins a stretch, at whose start such symbols are declared.
   void begin_stretch() { ++stretch; }
-  // The same for declared sorts.
+  // The first of stored, stored_0 and so on that is not in use, for a declared sort.
   std::string free_sort_name(const std::string& stored) const;
 
   // ----- push and pop ---------------------------------------------------------------------------
 
-  // What is bound from now on outlives pop.
+  // If enabled, global meanings that are bound from now on outlive pop.
   void set_global_declarations(bool enabled) { global_declarations = enabled; }
   bool declarations_are_global() const { return global_declarations; }
 
   uint64_t depth() const { return open_levels; }
   void push(uint64_t count);
-  // Precondition: count is at most depth().
+  // The count must be at most depth().
   void pop(uint64_t count);
-  // Ends all scopes; global meanings end too, unless they are to outlive pop.
+  // Ends all scopes and all global meanings that do not outlive pop.
   void reset_assertions();
   // Ends all scopes and all global meanings.
   void reset();
@@ -125,14 +125,14 @@ class Scopes {
     Value value;
   };
 
-  struct Bound {  // exactly one of the two
+  struct Bound {  // exactly one of the two is set
     Name* name = nullptr;
     SortName* sort = nullptr;
   };
 
   struct Level {
-    size_t first;    // the length of the trail when it was opened
-    uint64_t count;  // how many levels were opened there at once: an input may ask for very many
+    size_t first;    // the length of the trail when the level was opened
+    uint64_t count;  // how many levels were opened at once: an input may open very many
   };
 
   static bool is_in_use(const NameTable<bool>& names_in_use, std::string_view name) {
@@ -150,13 +150,13 @@ class Scopes {
   NameTable<Name> names;
   NameTable<SortName> sort_names;
   struct NameUse {
-    bool is_used = false;  // still
-    uint64_t stretch = 0;  // in which the name was taken into use last
+    bool is_used = false;  // whether it still is
+    uint64_t stretch = 0;  // in which the name was last used
   };
   NameTable<NameUse> used_names;
   NameTable<bool> used_sort_names;
   std::vector<Local> locals;
-  std::vector<Bound> trail;   // what ends with a scope, in order
+  std::vector<Bound> trail;   // what ends with a scope, in the order of binding
   std::vector<Level> levels;  // one entry for each push command
   uint64_t open_levels = 0;   // the sum of their counts
   uint64_t stretch = 1;

@@ -1,4 +1,4 @@
-// What a script reader does with commands that neither declare nor define names.
+// How a script reader handles commands that neither declare nor define names.
 
 #include <string>
 #include <vector>
@@ -123,7 +123,7 @@ void ScriptReader::read_set_logic(Command& command) {
   if (content_seen) {
     throw ParseError(token.position, "'set-logic' behind declarations or assertions");
   }
-  // What terms and scopes need is declared after the logic and before them.
+  // Declarations that terms and scopes need come after the logic and before terms and scopes.
   if (terms_seen) throw ParseError(token.position, "'set-logic' behind a command with terms");
   if (scopes.depth() != 0) throw ParseError(token.position, "'set-logic' inside of a 'push'");
   command.text = token.text;
@@ -135,7 +135,7 @@ void ScriptReader::read_set_logic(Command& command) {
 
 void ScriptReader::read_levels(Command& command) {
   const Position position = lexer.token.position;
-  // SMT-LIB 2.6 asks for the number; scripts leave it out.
+  // SMT-LIB 2.6 requires the number; scripts omit it.
   command.count = lexer.token.kind == TokenKind::Close ? 1 : read_count("the number of levels");
   if (command.kind == CommandKind::Push) {
     if (command.count > ~uint64_t{0} - scopes.depth()) {

@@ -1,4 +1,4 @@
-// What a script reader does with commands that declare and define names.
+// How a script reader handles commands that declare and define names.
 
 #include <memory>
 #include <string>
@@ -97,7 +97,7 @@ void ScriptReader::read_declare_fun(Command& command) {
 
 void ScriptReader::read_declare_sort(Command& command) {
   SortName& name = read_new_sort_name(command.text);
-  // SMT-LIB 2.6 asks for the arity; scripts leave it out.
+  // SMT-LIB 2.6 requires the arity; scripts omit it.
   if (lexer.token.kind != TokenKind::Close) command.count = read_count("the arity of the sort");
   auto binding = std::make_unique<SortBinding>();
   const std::string stored = scopes.free_sort_name(
@@ -134,7 +134,7 @@ void ScriptReader::read_define_sort(Command& command) {
   scopes.bind(name, std::move(binding));
 }
 
-// The parameter list of a function. The parameters stay bound until the caller unbinds them.
+// Reads the parameter list of a function. The parameters stay bound until the caller unbinds them.
 Macro ScriptReader::read_parameters() {
   Macro macro;
   const Token& token = lexer.token;
@@ -155,7 +155,7 @@ Macro ScriptReader::read_parameters() {
                        "a ')' is expected behind a parameter, not " + token.description());
     }
     lexer.next();
-    // The name goes back at once, so that nothing can reach the placeholder by it.
+    // Gives the name back at once, so that it cannot lead to the placeholder.
     const Symbol* symbol = manager.make_unique_symbol(stored, sorts.held(sort));
     const Term_* placeholder = manager.make_constant(symbol);
     manager.free_symbol(symbol);
@@ -167,7 +167,7 @@ Macro ScriptReader::read_parameters() {
   return macro;
 }
 
-// A body that must have the sort.
+// Reads a body, which must have the sort.
 Value ScriptReader::read_body(const DataType* sort) {
   const Position position = lexer.token.position;
   const Value body = term_reader.read();
@@ -178,13 +178,13 @@ Value ScriptReader::read_body(const DataType* sort) {
   return {body.term, sort};
 }
 
-// The name was free when the command began, but its body may have given it to a term.
+// The name was free when the command began, but its body may have given the name to a term.
 void ScriptReader::require_unbound(const Name& name, const std::string& text, Position position) {
   if (name.global == nullptr) return;
   throw ParseError(position, "the body of " + shown(text) + " gives a term this name");
 }
 
-// A definition with a body that gives names to terms is kept.
+// Keeps a definition whose body gives names to terms.
 void ScriptReader::keep_definition(Command& command, const Value& body, Binding& binding) {
   if (term_reader.named_terms.empty()) return;
   const std::string stored = term_reader.stored_name(command.text);

@@ -9,12 +9,12 @@ namespace quill::smt2 {
 
 namespace {
 
-// What the commands of one stretch need.
+// What the commands of one stretch need from a logic.
 class Survey {
  public:
   explicit Survey(const TermManager& term_manager) : manager(term_manager) {}
 
-  // Names are added first: a named term is written in full in the places that it is part of.
+  // Add names first: a named term is written in full in the terms that it is part of.
   void add_names(const Command& command) {
     for (const NamedTerm& name : command.named_terms) named.insert(name.term);
   }
@@ -35,7 +35,7 @@ class Survey {
   const TermManager& manager;
   hsh::HashSet<const Term_*> named;
   hsh::HashSet<const Term_*> seen;
-  hsh::HashSet<const DataType*> seen_types[2];  // of types that are not named, and that are
+  hsh::HashSet<const DataType*> seen_types[2];  // 0: of types not named in the text, 1: of named
   std::vector<const Term_*> pending;
 };
 
@@ -48,15 +48,15 @@ void Survey::add(const Command& command) {
     add_type(term.value.sort, /*is_named=*/is_definition);
     add_term(term.value.term);
   }
-  // Names that are given apart from the command are given in definitions.
+  // Names that are given apart from the command are given in definitions, which name the sorts.
   for (const NamedTerm& name : command.named_terms) {
     if (seen.find(name.term) == seen.end()) add_type(sort_of(name), /*is_named=*/true);
     add_term(name.term);
   }
 }
 
-// Logics of floating-point numbers have bit-vectors, but some of their readers not the name of the
-// sort.
+// Logics of floating-point numbers have bit-vectors, but some of their readers do not know the name
+// of the sort.
 void Survey::add_type(const DataType* root, bool is_named) {
   std::vector<const DataType*> types = {root};
   while (!types.empty()) {
@@ -82,7 +82,7 @@ void Survey::add_declaration(const Symbol* symbol) {
   add_type(symbol->get_output_type(), /*is_named=*/true);
 }
 
-// A numeral of arithmetic is written as its place asks for, so its own type says nothing.
+// An arithmetic numeral is written as its place requires, so its own type says nothing.
 void Survey::add_symbol(const Symbol* symbol) {
   const DataType* result = symbol->get_output_type();
   if (manager.is_number(symbol, nullptr) && manager.is_subtype(result, manager.get_rat_type())) {
@@ -142,7 +142,7 @@ void Survey::add_application(const WrittenForm& form) {
       needs.everything = true;
       break;
     case SymbolTag::INT_FROM_UBV:
-    case SymbolTag::FP_AS_IEEEBV:  // written as a declared constant
+    case SymbolTag::FP_AS_IEEEBV:  // written as a declared constant, which names its sort
       needs.bit_vectors = true;
       break;
     case SymbolTag::INT_MODULAR_CONGRUENCE:
@@ -150,7 +150,7 @@ void Survey::add_application(const WrittenForm& form) {
       break;
     case SymbolTag::INT_FROM_SBV:
     case SymbolTag::INT_TO_BV:
-      // Written in terms of arithmetic.
+      // Written by operators of arithmetic.
       needs.bit_vectors = true;
       needs.linear = true;
       break;
@@ -159,7 +159,7 @@ void Survey::add_application(const WrittenForm& form) {
       break;
     case SymbolTag::LEQ:
     case SymbolTag::EQUAL:
-      // The difference of two terms is compared with a number only.
+      // A difference of two terms may only be compared with a number.
       if ((is_difference(t->args[0]) && !is_numeral(t->args[1])) ||
           (is_difference(t->args[1]) && !is_numeral(t->args[0]))) {
         needs.linear = true;
@@ -175,7 +175,7 @@ bool Survey::is_operation(const Term_* t) const {
   return tag == SymbolTag::PLUS || tag == SymbolTag::TIMES || tag == SymbolTag::FLOOR;
 }
 
-// Whether a sum is (- a b), (+ a 3), (+ 3 a) or (- a 3) for terms that are no operations.
+// Whether a sum is (- a b), (+ a 3), (+ 3 a) or (- a 3) for terms a and b that are not operations.
 bool Survey::is_in_difference_form(const WrittenForm& form) const {
   const Term_* a = form.operand(0).term;
   const Term_* b = form.operand(1).term;
@@ -183,7 +183,7 @@ bool Survey::is_in_difference_form(const WrittenForm& form) const {
   return form.kind == WrittenForm::Subtraction || is_numeral(a) || is_numeral(b);
 }
 
-// Whether t is (- a b), and b is no number.
+// Whether t is (- a b) for a b that is not a number.
 bool Survey::is_difference(const Term_* t) const {
   const WrittenForm form(manager, t);
   return form.kind == WrittenForm::Subtraction && !is_numeral(form.operand(1).term);

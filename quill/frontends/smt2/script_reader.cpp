@@ -32,7 +32,7 @@ Script ScriptReader::read() {
     throw;
   } catch (const InputError&) {
     throw;
-  } catch (const Exception& refusal) {  // of the manager
+  } catch (const Exception& refusal) {  // thrown by the manager
     throw ParseError(lexer.token.position, refusal.what());
   }
   forget.dismiss();
@@ -53,8 +53,8 @@ void ScriptReader::read_commands() {
   }
 }
 
-// Appends the command, and puts declarations of the functions that stand for undefined values to
-// the place for declarations, which is on level 0.
+// Appends the command. Inserts declarations of the new functions for undefined values at the place
+// for declarations, which is on level 0.
 void ScriptReader::add(Command command) {
   for (UndefinedFunctions::Made& function : builder.undefined_functions.take_new()) {
     Command declaration;
@@ -72,8 +72,8 @@ void ScriptReader::add(Command command) {
   declared_for_good = scopes.declarations_are_global();
 }
 
-// Whether declarations cannot be put before a command that is appended now. A logic is set before
-// everything is declared, and so are options as long as nothing but settings and messages has come.
+// Whether declarations cannot be inserted before a command that is appended now. A logic is set
+// before anything is declared, and so are options while nothing but settings and messages has come.
 bool ScriptReader::moves_declarations_place(CommandKind kind) const {
   switch (kind) {
     case CommandKind::Reset:
@@ -117,8 +117,8 @@ void ScriptReader::take_names(Command& command) {
   for (NamedTerm& named : command.named_terms) named.sort = sorts.held(named.sort);
 }
 
-// Readers take the last name that was given in an assertion for a label of the formula, if it was
-// given to the whole of it.
+// Readers take the last name given in an assertion for a label of the formula, if it names the
+// whole formula.
 void ScriptReader::unmark_inner_names(const Term_* whole) {
   std::vector<NamedTerm>& names = term_reader.named_terms;
   size_t first = names.size();
@@ -164,7 +164,7 @@ void ScriptReader::expect_end_of_command() {
                                                 "', not " + token.description());
 }
 
-// The current token must be a symbol.
+// The current token must be a symbol and not a reserved word.
 void ScriptReader::require_new_symbol() const {
   const Token& token = lexer.token;
   require_more();
@@ -187,7 +187,7 @@ uint64_t ScriptReader::read_count(const char* what) {
   return count;
 }
 
-// An s-expression as text, with single spaces between its parts.
+// Reads an s-expression as text, with single spaces between its parts.
 std::string ScriptReader::read_s_expression() {
   std::string text;
   uint64_t depth = 0;

@@ -28,7 +28,7 @@ class ScriptReader {
   ScriptReader(const ScriptReader&) = delete;
   ScriptReader& operator=(const ScriptReader&) = delete;
 
-  // Throws ParseError. The names that the script declared are then given back.
+  // Throws ParseError, and then gives back the names that the script has declared.
   Script read();
 
  private:
@@ -37,14 +37,14 @@ class ScriptReader {
   Command read_command();
   void add(Command command);
   bool moves_declarations_place(CommandKind kind) const;
-  // Whether (reset-assertions) leaves the functions declared that stand for undefined values.
+  // Whether the functions for undefined values stay declared after (reset-assertions).
   bool declarations_outlive_reset() const {
     return declared_for_good || scopes.declarations_are_global();
   }
   void forget_declarations();
 
-  // What follows the name of a command, and what it does to the reader. On entry the current token
-  // is the one after the name, on return the closing parenthesis.
+  // Reads what follows the name of a command, and does what the command demands of the reader. On
+  // entry the current token is the one after the name, on return the closing parenthesis.
   void read_arguments(Command& command, CommandShape shape);
   void read_assert(Command& command);
   void read_check_sat_assuming(Command& command);
@@ -93,11 +93,11 @@ class ScriptReader {
   TermBuilder builder;
   TermReader term_reader;
   Script script;
-  size_t declarations_place = 0;   // in the commands, where declarations may be put on level 0
-  bool declared_for_good = false;  // whether what is declared there outlives (reset-assertions)
+  size_t declarations_place = 0;   // command before which to declare, on level 0
+  bool declared_for_good = false;  // whether declarations there outlive (reset-assertions)
   std::string command_name;        // of the command being read
   bool logic_is_set = false;
-  bool content_seen = false;  // whether a declaration, definition or assertion came since the start
+  bool content_seen = false;  // whether a declaration, definition or assertion came so far
   bool terms_seen = false;    // the same for another command with terms
 };
 

@@ -16,7 +16,7 @@ uint64_t saturating_sum(uint64_t a, uint64_t b) {
   return a > ScriptStats::saturated - b ? ScriptStats::saturated : a + b;
 }
 
-// What is known of terms stands in vectors by id, which are dense: no term costs a look-up.
+// Data about terms is kept in vectors by id. Ids are dense, so no term costs a look-up.
 class Survey {
  public:
   explicit Survey(const TermManager& term_manager)
@@ -34,11 +34,12 @@ class Survey {
   const TermManager& manager;
   std::vector<uint32_t>
       depths;  // 0: not measured; at most the number of terms, which is below 2^32
-  std::vector<uint64_t> tree_sizes;  // of the measured ones
+  std::vector<uint64_t> tree_sizes;  // of the measured terms
   hsh::HashSet<const Symbol*> symbols;
   hsh::HashSet<const DataType*> types;
-  // Of the counted symbols the last one in each place. Most terms have one of a few symbols, which
-  // are found here; the place depends on the address, and nothing but speed depends on the place.
+  // Of the symbols already counted, the last one in each place. Most terms have one of a few
+  // symbols, which are found here. The place depends on the address; nothing but speed depends on
+  // the place.
   std::array<const Symbol*, 256> recent_symbols{};
   std::vector<const Term_*> pending;
 };
@@ -53,7 +54,7 @@ void Survey::add_root(const Term_* root) {
   stats.depth = std::max<uint64_t>(stats.depth, depths[root->id]);
 }
 
-// False, with the missing arguments made pending, when one of them is not measured yet.
+// Returns false, and makes the missing arguments pending, if one of them is not measured yet.
 bool Survey::measure(const Term_* term) {
   if (depths[term->id] != 0) return true;
   uint32_t depth = 1;
@@ -103,7 +104,7 @@ ScriptStats compute_stats(const TermManager& manager, const Script& script) {
   return survey.stats;
 }
 
-// Composed apart from the stream, whose locale and flags are the caller's.
+// Composes the text separately, because the stream has the caller's locale and flags.
 std::ostream& operator<<(std::ostream& out, const ScriptStats& stats) {
   const char* bound = stats.tree_size == ScriptStats::saturated ? ">= " : "";
   const double ratio = stats.graph_size == 0 ? 1.0

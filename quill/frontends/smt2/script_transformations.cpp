@@ -14,8 +14,8 @@ namespace quill::smt2 {
 
 namespace {
 
-// Calls the function with every pointer to a term, a symbol and a type of a command. Copying reads
-// and writes them in this order.
+// Calls the functions with every pointer to a term, a symbol or a type in a command. Copying relies
+// on the order of the calls to read the originals and write the copies.
 template <class CommandType, class OnTerm, class OnSymbol, class OnType>
 void for_each_pointer(CommandType& command, const OnTerm& on_term, const OnSymbol& on_symbol,
                       const OnType& on_type) {
@@ -31,7 +31,7 @@ void for_each_pointer(CommandType& command, const OnTerm& on_term, const OnSymbo
   }
 }
 
-// What some commands mention, each as often as they do.
+// The terms, symbols and types that some commands mention, each as often as it is mentioned.
 struct Mentioned {
   std::vector<const Term_*> terms;
   std::vector<const Symbol*> symbols;
@@ -45,7 +45,7 @@ struct Mentioned {
   }
 };
 
-// Copies commands in batches, between which names may change their meaning.
+// Copies commands in batches, between which names may change their meanings.
 class ScriptCopier {
  public:
   ScriptCopier(const TermManager& source, TermManager& destination)
@@ -64,7 +64,7 @@ class ScriptCopier {
     batch.push_back(command);
   }
 
-  // Copies what was added since the last call.
+  // Copies the commands that were added since the last call.
   void flush() {
     Mentioned originals;
     for (const Command& command : batch) originals.add(command);
@@ -101,7 +101,7 @@ void substitute(TermManager& manager, Script& script, TermManager::TermMap& imag
   for (const auto& [key, value] : images) values.push_back(value);
   std::vector<Command> commands = script.commands;
   std::vector<bool> marks;
-  bool check = true;  // the pairs, once
+  bool check = true;  // checks the pairs only once
   for (Command& command : commands) {
     for_each_pointer(
         command,
@@ -129,7 +129,7 @@ void collect(TermManager& manager, const Script& script) {
 
 size_t collect_to_assertions(TermManager& manager, const Script& script) {
   std::vector<const Term_*> assertions;
-  // How many assertions stood when each level was opened; levels are opened by the million at once.
+  // The number of assertions when each level was opened; input can open millions of levels at once.
   struct Levels {
     size_t assertions;
     uint64_t count;

@@ -63,12 +63,12 @@ class ScriptWriter {
   void write();
 
  private:
-  // What writes the terms of one command, with the names that it gives.
+  // The printer for the terms of one command, with the names that the command gives.
   struct CommandPrinter {
-    SmtLib2TermPrinter::Annotations annotations;  // inside of the terms
-    SmtLib2TermPrinter::TermSet annotated;        // what was annotated so far
+    SmtLib2TermPrinter::Annotations annotations;  // inside the terms
+    SmtLib2TermPrinter::TermSet annotated;        // what has been annotated so far
     std::optional<SmtLib2TermPrinter> printer;
-    std::optional<std::string> text;  // of the terms, where it is written before its command
+    std::optional<std::string> text;  // of the terms, if composed before the command is written
 
     bool is_annotated(const Term_* t) const { return annotated.find(t) != annotated.end(); }
   };
@@ -105,14 +105,14 @@ class ScriptWriter {
   const std::vector<Logic> logics;
   const Configuration::Dialect dialect;
   const bool needs_definitions;
-  size_t stretch = 0;  // the number of (reset) before here
+  size_t stretch = 0;  // the number of (reset) commands before this position
   BitDefinitions definitions;
-  // Of commands for which definitions are written already, and which follow.
+  // For commands still to come whose definitions have been written.
   std::map<const Command*, CommandPrinter> printers;
-  // The definitions that are not written although the script keeps them: those that have no name
-  // left in them. What the script gives by them is written in full.
+  // Definitions that the script keeps but that are not written, because no name is left in them. A
+  // term that the script gives by the name of such a definition is written in full.
   std::set<std::string> unwritten_definitions;
-  // Of definitions that are added, none of which has a name that the script gives at any time.
+  // The names that the script ever gives; definitions that the writer adds avoid them.
   std::set<std::string> names_in_use;
   uint64_t next_definition = 1;
 };
@@ -126,7 +126,7 @@ void ScriptWriter::write() {
   }
 }
 
-// Names that the script gives at any time are not given to constants.
+// Constants must not get names that the script gives at any time.
 void ScriptWriter::reserve_names() {
   for (const Command& command : commands) {
     if (command.symbol != nullptr) definitions.reserve(command.symbol->name);
@@ -135,7 +135,7 @@ void ScriptWriter::reserve_names() {
   }
 }
 
-// Names are not given before a question about all of them.
+// Names must not be given before a question about all names.
 void ScriptWriter::prepare_before(size_t position) {
   prepare(commands[position]);
   const CommandKind kind = commands[position].kind;
@@ -149,8 +149,8 @@ void ScriptWriter::prepare_before(size_t position) {
   }
 }
 
-// Writes the commands that a command relies on, and for that its terms, if they have names inside:
-// where the names are written shows then only.
+// Writes the commands on which a command relies. If the command has names inside its terms, this
+// composes the text of the terms, because only that shows where the names are written.
 void ScriptWriter::prepare(const Command& command) {
   if (printers.contains(&command)) return;
   note_definition(command, !command.named_terms.empty());
@@ -178,8 +178,9 @@ std::string ScriptWriter::text_of_terms(const Command& command, CommandPrinter& 
   return text.str();
 }
 
-// Terms with annotations are written with less sharing: without those that were not needed, the
-// text is that of a command which never had them. Whether there were such.
+// Drops annotations that were not needed, and returns whether there were any. Annotated terms are
+// written with less sharing; without these annotations the text is the same as for a command that
+// never had them.
 bool ScriptWriter::drop_unused_annotations(const Command& command, CommandPrinter& made) {
   bool dropped = false;
   for (const NamedTerm& named : command.named_terms) {
@@ -188,7 +189,7 @@ bool ScriptWriter::drop_unused_annotations(const Command& command, CommandPrinte
   return dropped;
 }
 
-// The names in a definition stay in it: only then is it kept when the text is read.
+// A definition's names stay in the definition, because readers keep it only for them.
 void ScriptWriter::write_bit_definitions(const Command& command, CommandPrinter& made) {
   if (!command.stored_name.empty()) {
     for (const ScriptTerm& term : command.terms) write_bit_definitions(term.value.term);
@@ -206,7 +207,7 @@ void ScriptWriter::write_bit_definitions(const Term_* t) {
   printer.print_definitions(out, t);
 }
 
-// Gives the names that are not given in the command itself.
+// Writes the names that are not given in the command itself.
 void ScriptWriter::write_names_apart(const Command& command, const CommandPrinter& made) {
   bool is_named = false;
   for (const NamedTerm& named : command.named_terms) {
@@ -234,7 +235,7 @@ void ScriptWriter::write_name_apart(const NamedTerm& named) {
   out << " :named " << symbol_text(named.stored_name) << "))\n";
 }
 
-// The names of the script are looked through when the first definition is added.
+// Collects the names of the script when the first definition is added.
 std::string ScriptWriter::new_definition_name() {
   if (next_definition == 1) {
     for (const Command& command : commands) {
@@ -355,7 +356,7 @@ void ScriptWriter::write(const Command& command) {
   if (command.kind == CommandKind::Reset) ++stretch;
 }
 
-// Definitions are expanded, except those that are kept for the names in them.
+// Definitions are expanded and not written, except those that are kept for the names in them.
 bool ScriptWriter::is_written(const Command& command) const {
   switch (command.kind) {
     case CommandKind::DefineConst:

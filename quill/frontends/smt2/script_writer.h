@@ -1,13 +1,13 @@
-// Writes a script as SMT-LIB 2.6 text, one command a line.
+// Writes a script as SMT-LIB 2.6 text, one command per line.
 //
-// Definitions are not written, because the terms have them expanded, except those in which :named
-// gives a name. Each name is given in its own command, or in a definition before it (see
-// name_places.h), so that it has the scope that it had. Options and information are kept, as are
-// all commands that ask something. A logic that does not cover what is written is replaced by one
+// Definitions are not written, because the terms have them expanded, except definitions in which
+// :named gives a name. Each name is given in its own command, or in a definition before it (see
+// name_places.h), so that it keeps its scope. Options and information are kept, and so are all
+// commands that ask for something. A logic that does not cover what is written is replaced by one
 // that does. Reading the text and writing it again gives the same bytes.
 //
-// In the standard dialect the bits of a floating-point value are constants that the text declares
-// and defines, in the scope of the first command that needs them and before it (see
+// In the standard dialect the bits of a floating-point value are a constant that the text declares
+// and defines before the first command that needs it, in the scope of that command (see
 // quill/printers/standard_encoding.h). What get-value needs is defined before the check-sat that it
 // asks about.
 
@@ -22,7 +22,7 @@
 
 namespace quill::smt2 {
 
-// The manager must be the one that the script was read into.
+// The manager must be the one into which the script was read.
 void write(std::ostream& out, TermManager& manager, const Script& script,
            Configuration::Dialect dialect = Configuration::Dialect::Standard);
 

@@ -16,7 +16,7 @@ namespace quill::smt2 {
 
 namespace {
 
-// Allows functions with Bool arguments, and restores what was found.
+// Allows functions with Bool arguments, and restores the previous setting at the end of the scope.
 class BoolArgumentsAllowed {
  public:
   explicit BoolArgumentsAllowed(TermManager& term_manager)
@@ -41,7 +41,7 @@ Script read(std::istream& input, TermManager& manager, const ReadOptions& option
 
 namespace {
 
-// The script may be null.
+// `script` may be null.
 const Term_* read_one_term(std::string_view text, TermManager& manager, const Script* script,
                            const ReadOptions& options) {
   std::istringstream input{std::string(text)};
@@ -78,7 +78,7 @@ const Term_* read_one_term(std::string_view text, TermManager& manager, const Sc
     return value.term;
   } catch (const ParseError&) {
     throw;
-  } catch (const Exception& refusal) {  // of the manager
+  } catch (const Exception& refusal) {  // thrown by the manager
     throw ParseError(lexer.token.position, refusal.what());
   }
 }

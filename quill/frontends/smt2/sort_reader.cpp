@@ -12,13 +12,13 @@ namespace quill::smt2 {
 
 namespace {
 
-// What a use of a sort consists of.
+// The syntactic form of a use of a sort.
 enum class Form { Name, BitVector, FloatingPoint, Array };
 
 struct SupportedSort {
   std::string_view name;
   Form form;
-  const DataType* (*make)(TermManager&);  // of a NAME
+  const DataType* (*make)(TermManager&);  // for a NAME
 };
 
 // clang-format off
@@ -45,7 +45,7 @@ constexpr bool complete() {
 }
 static_assert(complete(), "a theory has each sort");
 
-// Null when the logic does not have the sort, or nothing here can make it.
+// Null if the logic does not have the sort or the reader cannot make it.
 const SupportedSort* find_supported(std::string_view name, const Logic& logic) {
   for (const SupportedSort& sort : supported_sorts) {
     if (name == sort.name) return logic.has(find_theory_sort(name)->theory) ? &sort : nullptr;
@@ -55,7 +55,7 @@ const SupportedSort* find_supported(std::string_view name, const Logic& logic) {
 
 constexpr uint64_t array_arity = 2;
 
-// Of what a message suggests, in bytes.
+// The longest hint in a message, in bytes.
 constexpr size_t longest_hint = 40;
 
 }  // namespace
@@ -63,7 +63,7 @@ constexpr size_t longest_hint = 40;
 bool SortReader::is_reserved(std::string_view name) const { return is_theory_sort(name, logic); }
 
 const DataType* SortReader::placeholder(size_t number) {
-  // No sort of a script has a NUL byte in its name.
+  // The name is unique: no sort of a script has a NUL byte in its name.
   return manager.get_simple_type(std::string(1, '\0') + std::to_string(number), false);
 }
 
@@ -91,7 +91,7 @@ const DataType* SortReader::read() {
   }
 }
 
-// A sort's name without arguments.
+// Reads a sort that is a name without arguments.
 const DataType* SortReader::read_name() {
   const Token& token = lexer.token;
   lexer.require_more("where a sort is expected");
@@ -126,8 +126,8 @@ const DataType* SortReader::read_name() {
   return sort;
 }
 
-// (_ name index ...) after its parenthesis. On return the current token is the closing one's
-// successor.
+// Reads (_ name index ...) after its parenthesis. On return the current token is the one after the
+// closing parenthesis.
 const DataType* SortReader::read_indexed() {
   const Token& token = lexer.token;
   lexer.next();
@@ -158,7 +158,7 @@ const DataType* SortReader::read_indexed() {
   return sort;
 }
 
-// The name at the head of an application.
+// Reads the name at the head of an application.
 SortReader::Head SortReader::open() {
   const Token& token = lexer.token;
   lexer.require_more("inside a sort");
@@ -182,7 +182,7 @@ SortReader::Head SortReader::open() {
   return head;
 }
 
-// (BitVec 8) and (FloatingPoint 8 24), whose current token is the name.
+// Rejects (BitVec 8) and (FloatingPoint 8 24). The current token is the name.
 void SortReader::reject_without_indices(bool is_bit_vector) {
   const Position position = lexer.token.position;
   const std::string name(lexer.token.text);
@@ -233,7 +233,7 @@ const DataType* SortReader::apply(const Head& head) {
     try {
       return expand(*head.binding, first);
     } catch (const TermManager::error&) {
-      // The one component that the manager refuses and a sort can be.
+      // The only component that a sort can have and the manager refuses.
       throw ParseError(
           head.position,
           "unsupported: Bool as an argument of a sort in the definition of " + shown(head.name));
@@ -255,7 +255,7 @@ const DataType* SortReader::compound(const std::vector<const DataType*>& compone
 }
 
 // Replaces the placeholders in the body of a definition. Types are shared graphs, so each distinct
-// one is rebuilt once.
+// type is rebuilt once.
 const DataType* SortReader::expand(const SortBinding& definition, const DataType* const* actual) {
   hsh::HashMap<const DataType*, const DataType*> images;
   for (size_t i = 0; i < definition.arity; ++i) images[placeholder(i)] = actual[i];

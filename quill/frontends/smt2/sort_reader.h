@@ -1,9 +1,9 @@
 // Reads sorts, without recursion, and knows which sorts of the theories are supported.
 //
 // A sort is a type of the manager, except arrays of Bool (see theory_sorts.h). A declared sort of
-// arity 0 is a simple type; one of higher arity applied to arguments is the compound (head,
-// arguments ...), whose head is the simple type of the name. A defined sort is a type over
-// placeholders for its parameters, which a use replaces.
+// arity 0 is a simple type. A declared sort of higher arity applied to arguments is the compound
+// type (head, arguments ...), whose head is the simple type with the sort's name. A defined sort is
+// a type over placeholders for its parameters; each use replaces them.
 
 #ifndef QUILL_FRONTENDS_SMT2_SORT_READER_H
 #define QUILL_FRONTENDS_SMT2_SORT_READER_H
@@ -34,7 +34,7 @@ class SortReader {
   // Reads one sort. On entry the current token is its first one, on return the first one after it.
   const DataType* read();
 
-  // The type that stands for the parameter of this number while a define-sort is read.
+  // The type that represents the parameter with this number while a define-sort is read.
   const DataType* placeholder(size_t number);
 
   // Whether a theory of the logic has a sort of this name.

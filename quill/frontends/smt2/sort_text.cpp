@@ -15,7 +15,7 @@ constexpr size_t enough = 60;
 
 std::string sort_text(const TermManager& manager, const DataType* sort) {
   std::string text;
-  std::vector<const DataType*> pending = {sort};  // null stands for a closing parenthesis
+  std::vector<const DataType*> pending = {sort};  // null means a closing parenthesis
   while (!pending.empty() && text.size() < enough) {
     const DataType* next = pending.back();
     pending.pop_back();

@@ -1,7 +1,7 @@
-// Sorts in messages: as SMT-LIB writes them, cut after some sixty bytes.
+// The text of sorts in messages: as SMT-LIB writes them, cut after some sixty bytes.
 //
-// Sorts share components, so that a sort of linear size may be very long when written out; this
-// stops when it has enough.
+// Sorts share components, so the text of a sort of linear size may be very long; composing stops as
+// soon as there is enough of it.
 
 #ifndef QUILL_FRONTENDS_SMT2_SORT_TEXT_H
 #define QUILL_FRONTENDS_SMT2_SORT_TEXT_H

@@ -1,4 +1,4 @@
-// What a term reader does with names that terms are given: by let, and by :named in annotations.
+// How a term reader handles names given to terms: by let, and by :named in annotations.
 
 #include <memory>
 #include <utility>
@@ -19,7 +19,7 @@ void TermReader::open_let(Position position) {
   open_binding();
 }
 
-// The parenthesis and the variable of a binding; its term is next.
+// Reads the parenthesis and the variable of a binding; the binding's term is next.
 void TermReader::open_binding() {
   const Token& token = lexer.token;
   lexer.require_more("inside a term");
@@ -36,7 +36,7 @@ void TermReader::open_binding() {
   lexer.next();
 }
 
-// All bindings have been read: their variables become known at once.
+// Called after all bindings have been read; makes all their variables visible at once.
 void TermReader::close_bindings(Frame& frame) {
   const size_t first_local = scopes.num_locals();
   const size_t count = values.size() - frame.first_value;
@@ -55,7 +55,7 @@ void TermReader::close_bindings(Frame& frame) {
 
 // ----- annotations ------------------------------------------------------------------------------
 
-// The attributes after an annotated term, up to the closing parenthesis.
+// Reads the attributes after an annotated term, up to the closing parenthesis.
 void TermReader::finish_annotation(Position position) {
   const Token& token = lexer.token;
   if (token.kind == TokenKind::Close) throw ParseError(position, "'!' without an attribute");
@@ -103,7 +103,7 @@ void TermReader::name_term(const Value& value) {
   scopes.bind(name, std::move(binding));
 }
 
-// An attribute has a value unless the next attribute or the end follows.
+// An attribute has a value unless another attribute or the end follows.
 void TermReader::skip_attribute_value() {
   uint64_t depth = 0;
   for (;;) {

@@ -137,7 +137,7 @@ const Term_* TermBuilder::from_held(const Term_* t, const DataType* sort) {
 
 Value TermBuilder::number(const Token& token) {
   const bool decimal = token.kind == TokenKind::Decimal;
-  // Floating-point numbers are made from constants of sort Real, in logics without reals, too.
+  // Floating-point numbers are made from constants of sort Real, even in logics without reals.
   if (!logic.has(decimal ? Theory::Reals : Theory::Arithmetic) &&
       !logic.has(Theory::FloatingPoint)) {
     throw ParseError(token.position,

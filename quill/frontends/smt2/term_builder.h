@@ -1,10 +1,10 @@
-// Builds terms from values: the step between SMT-LIB's operators and those of the manager.
+// Builds terms from values: translates SMT-LIB's operators into those of the manager.
 //
-// The manager has an operator of its own for Int and for Real, and its builders choose by the types
-// of the arguments. Here the SMT-LIB sort decides: 1 < 2 in a logic of reals compares reals,
-// although the manager's type of both numerals is Int.
+// The manager has separate operators for Int and for Real, and its builders choose by the types of
+// the arguments. Here the SMT-LIB sort decides: 1 < 2 in a logic of reals compares reals, although
+// the manager's type of both numerals is Int.
 //
-// Int beside Real is read as Real throughout.
+// Int together with Real is read as Real throughout.
 
 #ifndef QUILL_FRONTENDS_SMT2_TERM_BUILDER_H
 #define QUILL_FRONTENDS_SMT2_TERM_BUILDER_H
@@ -33,16 +33,16 @@ class TermBuilder {
 
   TermManager& manager;
   TheorySorts& sorts;
-  const Logic& logic;  // the one in force, which set-logic and reset change
+  const Logic& logic;  // the logic in force, which set-logic and reset change
   UndefinedFunctions undefined_functions;
   ExpansionBudget budget;
-  bool has_abs_of_reals = false;  // whether one was built
+  bool has_abs_of_reals = false;  // whether one has been built
   const DataType* const bool_type;
   const DataType* const int_type;
   const DataType* const real_type;
 
-  // Emptied, for the operator that is being built: in one vector for all, so that they need not
-  // allocate.
+  // Returns an empty vector for the operator that is being built. All operators use the same
+  // vector, so that they need not allocate.
   std::vector<const Term_*>& fresh_terms() {
     terms.clear();
     return terms;
@@ -50,24 +50,24 @@ class TermBuilder {
 
   bool is_arithmetic(const DataType* sort) const { return sort == int_type || sort == real_type; }
 
-  // Whether a value of the sort given may stand where the other one is asked for.
+  // Whether a value of sort `given` is allowed where `asked` is required.
   bool fits(const DataType* given, const DataType* asked) const {
     return given == asked || (given == int_type && asked == real_type);
   }
 
-  // ----- checks; they throw ParseError naming the operator and the argument ---------------------
+  // ----- checks; they throw ParseError that names the operator and the argument -----------------
 
   void expect(const Application& application, size_t index, const DataType* sort) const;
   void expect_all(const Application& application, const DataType* sort) const;
-  // Int or Real, for all arguments together.
+  // The common sort of all arguments, Int or Real.
   const DataType* expect_arithmetic(const Application& application) const;
-  // The sort that the arguments from the given one on have in common.
+  // The common sort of the arguments from `first` on.
   const DataType* expect_common(const Application& application, size_t first) const;
 
-  // The width of an argument that must be a bit-vector.
+  // The width of an argument, which must be a bit-vector.
   uint64_t expect_bit_vector(const Application& application, size_t index) const;
 
-  // The index of this number; it must be a numeral and fit into 64 bits.
+  // The value of index `number`, which must be a numeral that fits into 64 bits.
   uint64_t index(const Application& application, size_t number) const;
 
   [[noreturn]] void reject(const Application& application, const std::string& why) const;
@@ -85,23 +85,24 @@ class TermBuilder {
   const Term_* times(const Term_* a, const Term_* b, const DataType* sort);
   const Term_* negative(const Term_* a, const DataType* sort);
 
-  // A term as an index or element of an array, of the given sort, in the manager's type, and back:
+  // to_held converts a term of the given sort that is an index or element of an array to the type
+  // that the manager holds, and from_held converts it back:
   //
   //   Bool      (ite b #b1 #b0), but #b1 and #b0 for true and false, and t for (= t #b1), which is
-  //             what t gives on the way back
+  //             what from_held makes of t
   //   others    the term itself
   const Term_* to_held(const Term_* t, const DataType* sort);
   const Term_* from_held(const Term_* t, const DataType* sort);
 
-  // A numeral or decimal of an input.
+  // A numeral or decimal from an input.
   Value number(const Token& token);
-  // The bit-vector that a binary or hexadecimal token of an input spells.
+  // The bit-vector that a binary or hexadecimal token spells.
   Value bits(const Token& token);
-  // (_ bvN width), for N in decimal.
+  // (_ bvN width), with N in decimal.
   Value bit_vector_number(const std::string& digits, uint64_t width, Position position);
 
  private:
-  // An operator of the manager in its two forms.
+  // The two forms of an operator of the manager.
   struct Pair {
     const Symbol* integer;
     const Symbol* rational;

@@ -1,4 +1,4 @@
-// What a term reader does with atoms and names: what they mean where they stand.
+// How a term reader handles atoms and names: determines their meanings.
 
 #include "quill/frontends/smt2/indices.h"
 #include "quill/frontends/smt2/sort_text.h"
@@ -10,8 +10,8 @@
 
 namespace quill::smt2 {
 
-// An identifier: a symbol, or "_" (the current token is that word, or the parenthesis before it),
-// a symbol and indices, up to its closing parenthesis. The indices are left in the vector.
+// Reads an identifier: a symbol, or "_" (the current token is that word, or the parenthesis before
+// it), a symbol and indices, up to its closing parenthesis. Leaves the indices in the vector.
 TermReader::Meaning TermReader::read_identifier() {
   const Token& token = lexer.token;
   if (token.kind == TokenKind::Open) {
@@ -54,7 +54,7 @@ namespace {
 
 constexpr size_t longest_hint = 60;  // in bytes
 
-// " a b" for what is between here and the next parenthesis, with "..." for what is too much.
+// " a b" for the text from here to the next parenthesis, with "..." for text that is too long.
 std::string rest_of_list(Lexer& lexer) {
   std::string text;
   while (lexer.token.kind != TokenKind::Close && lexer.token.kind != TokenKind::End) {
@@ -74,7 +74,8 @@ std::string on_one_line(std::string text) {
 
 }  // namespace
 
-// (_ extract 3 0 x), of which what looks like an index has been read, except for too few of them.
+// Rejects (_ extract 3 0 x). What looks like an index has been read already, unless there are too
+// few indices.
 void TermReader::reject_arguments_inside(const Operator& op, Position position, size_t first) {
   if (indices.size() - first < op.num_indices) {
     if (lexer.token.kind == TokenKind::Open) {
@@ -94,8 +95,8 @@ void TermReader::reject_arguments_inside(const Operator& op, Position position, 
                    shown(op.name) + " has its arguments behind the indices: " + on_one_line(text));
 }
 
-// Passes over the name at the head of an application. What follows a name that needs indices must
-// not be its indices: (extract 3 0 x).
+// Skips the name at the head of an application. If the name needs indices, they must not follow the
+// name directly: (extract 3 0 x).
 void TermReader::expect_indices(const Token& token, const Meaning& head) {
   const Position position = token.position;
   lexer.next();
@@ -109,9 +110,9 @@ void TermReader::expect_indices(const Token& token, const Meaning& head) {
   throw ParseError(position, shown(head.op->name) + " is written " + on_one_line(text));
 }
 
-// ----- names that are no symbols ----------------------------------------------------------------
+// ----- names that are not symbols -------------------------------------------------------------
 
-// A parenthesis and the name of a command begin no term: something before them was not closed.
+// A parenthesis and the name of a command do not begin a term: something before was not closed.
 void TermReader::expect_no_command(const Token& token, const Name& name) const {
   if (name.theory != nullptr || name.local != 0 || name.global != nullptr) return;
   if (use_signature || token.quoted) return;
@@ -122,14 +123,14 @@ void TermReader::expect_no_command(const Token& token, const Name& name) const {
                                        std::to_string(open.line) + " is not closed");
 }
 
-// Whether a token after "_" is the name of a literal such as (_ bv5 8).
+// Whether the token after "_" is the name of a literal such as (_ bv5 8).
 bool TermReader::is_bit_vector_number(const Token& token) const {
   const std::string_view text = token.text;
   return builder.logic.has(Theory::Bits) && text.size() > 2 && text.compare(0, 2, "bv") == 0 &&
          text.find_first_not_of("0123456789", 2) == std::string_view::npos;
 }
 
-// The name of a bit-vector literal, its width and its closing parenthesis.
+// Reads the name of a bit-vector literal, its width and its closing parenthesis.
 TermReader::Meaning TermReader::read_bit_vector_number() {
   const Token& token = lexer.token;
   const Position position = token.position;
@@ -147,7 +148,7 @@ TermReader::Meaning TermReader::read_bit_vector_number() {
   return meaning;
 }
 
-// The sort and the closing parenthesis of (as name sort).
+// Reads the sort and the closing parenthesis of (as name sort).
 const DataType* TermReader::read_ascribed_sort() {
   const DataType* sort = sort_reader.read();
   expect_close("'as'");
@@ -189,7 +190,7 @@ Value TermReader::read_atom() {
   return value;
 }
 
-// What stands alone must have no parameters.
+// A name on its own must have no parameters.
 Value TermReader::as_constant(const Meaning& meaning, std::string_view name, Position position,
                               size_t first_index) {
   if (meaning.value.term != nullptr) return meaning.value;
@@ -259,7 +260,7 @@ TermReader::Meaning TermReader::meaning_of(const Token& token, const Name& name,
 
 namespace {
 
-// What other readers call an operator of the standard.
+// A name that other readers have for an operator of the standard.
 struct Spelling {
   std::string_view elsewhere;
   std::string_view standard;
@@ -277,7 +278,7 @@ std::string_view standard_spelling(std::string_view name) {
 
 }  // namespace
 
-// What the script that the term is for once meant by a name; empty for nothing.
+// The meaning that a name once had in the script for which the term is read; empty if none.
 std::string TermReader::lost_meaning(std::string_view name) const {
   if (script == nullptr) return "";
   std::string meaning;

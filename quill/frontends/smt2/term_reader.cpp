@@ -31,7 +31,7 @@ TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sort
   for (const Operator& op : operators()) scopes.name(op.name).theory_operator = &op;
 }
 
-// The current token is the whole term, apart from annotations.
+// Called when the current token is the whole term, apart from annotations.
 void TermReader::note_spelling() {
   if (lexer.token.kind != TokenKind::Symbol) return;
   const Name& name = scopes.name(lexer.token.text);
@@ -44,7 +44,7 @@ std::string TermReader::stored_name(std::string_view name) const {
 }
 
 Value TermReader::read() {
-  // A failed read may have left something behind.
+  // A read that failed may have left something in these.
   frames.clear();
   values.clear();
   indices.clear();
@@ -69,8 +69,8 @@ Value TermReader::read() {
 
 // ----- opening ----------------------------------------------------------------------------------
 
-// Everything that begins with a parenthesis. Leaves a frame that waits for its next term, or, for
-// (_ ...) and (as ...) on their own, a finished value.
+// Reads whatever begins with a parenthesis. Leaves a frame that waits for its next term or, for (_
+// ...) and (as ...) on their own, a finished value.
 void TermReader::open() {
   const Position position = lexer.token.position;
   lexer.next();
@@ -123,7 +123,7 @@ void TermReader::open() {
   }
 }
 
-// (_ name index ...) or (as name sort) as a term of its own. The current token is the word.
+// Reads (_ name index ...) or (as name sort) as a whole term. The current token is the word.
 void TermReader::open_constant(Position position, bool ascribed) {
   if (ascribed) lexer.next();
   const std::string name(lexer.token.text);
@@ -143,8 +143,8 @@ void TermReader::open_application(Position position, const Meaning& head, size_t
   frames.push_back({kind, position, values.size(), first_index, head, sort});
 }
 
-// A head of more than one token: ((_ name index ...) ...) or ((as name sort) ...). The current
-// token is its parenthesis.
+// Reads a head of more than one token: ((_ name index ...) ...) or ((as name sort) ...). The
+// current token is its parenthesis.
 void TermReader::open_compound_head(Position position) {
   lexer.next();
   const Token& token = lexer.token;
@@ -166,8 +166,8 @@ void TermReader::open_compound_head(Position position) {
 
 // ----- closing ----------------------------------------------------------------------------------
 
-// A term is complete, the current token is the one after it. Goes on with what surrounds it, as
-// far as that needs no further term.
+// Called when a term is complete and the current token is the one after it. Continues with the
+// enclosing terms until one of them needs another term.
 void TermReader::finish(Value value) {
   values.push_back(value);
   while (!frames.empty()) {

@@ -1,8 +1,8 @@
-// Reads terms, without recursion: the terms that are being read are frames of an explicit stack.
+// Reads terms without recursion: the terms that are being read are frames on an explicit stack.
 //
-// The values of finished subterms lie on a stack of their own; each frame knows where its values
+// The values of finished subterms are on a stack of their own; each frame knows where its values
 // begin. Definitions are expanded where they are used, let and its variables disappear, and
-// annotations other than :named are read over.
+// annotations other than :named are skipped.
 
 #ifndef QUILL_FRONTENDS_SMT2_TERM_READER_H
 #define QUILL_FRONTENDS_SMT2_TERM_READER_H
@@ -30,14 +30,14 @@ class TermReader {
   // Reads one term. On entry the current token is its first one, on return the first one after it.
   Value read();
 
-  // Of the term that was read last: whether it is annotated as a whole, and the stored name by
-  // which the script gives it apart from that; empty if it gives the term in another way, or by the
-  // name of a definition that is not kept.
+  // About the last term read: whether it is annotated as a whole, and, apart from annotations, the
+  // stored name by which the script gives it. That name is empty if the script gives the term in
+  // another way, or by the name of a definition that is not kept.
   bool is_annotated() const { return outer_annotations != 0; }
   std::string spelled_name;
 
-  // Of the named terms, the first that may have been named as the whole term that was read last:
-  // those before it were named inside an application which that term is the result of.
+  // Index of the first named term that may have been named as the whole of the last term read.
+  // Those before it were named inside an application whose result is the term.
   size_t first_name_of_whole = 0;
 
   // Whether a theory of the logic gives the name a meaning, so that it cannot be declared.
@@ -49,20 +49,20 @@ class TermReader {
   // The terms named by :named since the caller last emptied this.
   std::vector<NamedTerm> named_terms;
 
-  // Terms named by :named must not mention these: the placeholders of the definition being read.
+  // The placeholders of the definition being read. Terms named by :named must not mention them.
   std::vector<const Term_*> forbidden_in_named;
 
-  // Where names that are unknown here are looked up in addition: the signature of the manager.
+  // Whether names that are unknown here are also looked up in the manager's signature.
   bool use_signature = false;
 
-  // The script that the term is for, of which messages about unknown names tell; null for none.
+  // The script for which the term is read, used in messages about unknown names; null for none.
   const Script* script = nullptr;
 
-  // The parenthesis around the term that is read, if it is in a script.
+  // The parenthesis around the term that is read, if the term is in a script.
   Position opened;
 
  private:
-  // Whether a token that is this name is a reserved word.
+  // Whether a token with this name is a reserved word.
   static bool is_word(const Token& token, const Name& name) {
     return !token.quoted && quill::is_reserved(name.construct);
   }
@@ -71,7 +71,7 @@ class TermReader {
     return name.theory != nullptr && builder.logic.has(name.theory->theory);
   }
 
-  // Whether the name, unless it is declared, is an operator, reserved or not.
+  // Whether the name is an operator, reserved or not, unless the script declares it.
   bool has_operator(const Name& name) const {
     if (is_of_theory(name)) return true;
     if (name.theory_operator == nullptr) return false;
@@ -81,23 +81,23 @@ class TermReader {
 
   enum class FrameKind { Operator, Function, Macro, Bindings, Body, Annotation };
 
-  // What stands at the head of an application, or a constant: exactly one of value, operator,
-  // function and macro is set.
+  // What a head of an application or a constant means: exactly one of value, operator, function and
+  // macro is set.
   struct Meaning {
     Value value;
     const Operator* op = nullptr;
     const Symbol* function = nullptr;
-    const DataType* signature = nullptr;  // of the function: its type, in sorts
+    const DataType* signature = nullptr;  // the type of the function, in sorts
     const Macro* macro = nullptr;
   };
 
   struct Frame {
     FrameKind kind;
     Position position;
-    size_t first_value = 0;          // of this frame, in values
-    size_t first_extra = 0;          // in indices, in variables (BINDINGS), in the locals (BODY)
+    size_t first_value = 0;          // index of this frame's first value in values
+    size_t first_extra = 0;          // the same in indices, variables (BINDINGS) or locals (BODY)
     Meaning head;                    // of an application
-    const DataType* sort = nullptr;  // what (as head sort) demands of an application
+    const DataType* sort = nullptr;  // the sort that (as head sort) requires of an application
   };
 
   void open();
@@ -141,10 +141,10 @@ class TermReader {
   TermManager& manager;
 
   std::vector<Frame> frames;
-  size_t outer_annotations = 0;  // how many annotations surround the whole term
+  size_t outer_annotations = 0;  // how many annotations there are around the whole term
   std::vector<Value> values;
-  std::vector<std::string> indices;     // of the indexed heads that are open
-  std::vector<Name*> variables;         // of the lets whose bindings are open
+  std::vector<std::string> indices;     // of the open indexed heads
+  std::vector<Name*> variables;         // of the lets with open bindings
   std::vector<const Term_*> arguments;  // of the application that is being closed
 };
 

@@ -1,4 +1,4 @@
-// Searches in the graph below a term, without recursion and each shared term once.
+// Searches the graph below a term without recursion, visiting each shared term once.
 
 #ifndef QUILL_FRONTENDS_SMT2_TERM_SEARCH_H
 #define QUILL_FRONTENDS_SMT2_TERM_SEARCH_H
@@ -10,7 +10,7 @@
 
 namespace quill::smt2 {
 
-// The terms that are one of the roots or below one.
+// The terms that are roots or below a root.
 class ReachableTerms {
  public:
   void add_root(const Term_* root);

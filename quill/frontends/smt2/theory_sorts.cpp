@@ -8,7 +8,7 @@ namespace quill::smt2 {
 
 namespace {
 
-// No sort of a script has a NUL byte in its name.
+// The name is unique: no sort of a script has a NUL byte in its name.
 constexpr std::string_view marker_name("\0Bool", 5);
 
 }  // namespace

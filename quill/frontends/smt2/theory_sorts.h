@@ -1,10 +1,11 @@
 // The sorts that theories make from numbers and from other sorts, and arrays of Bool.
 //
-// The manager has no arrays whose index or element is Bool: they are held with bit-vectors of one
-// bit in the place of Bool, #b1 for true. SMT-LIB tells (Array Int Bool) from (Array Int (_ BitVec
-// 1)) all the same. Therefore the sorts of values and declarations, "sorts" in this front end, are
-// types of the manager in which a marker, a simple type that no script can name, stands for Bool
-// inside arrays, and held() gives the type that the manager sees. Outside arrays Bool is Bool.
+// The manager has no arrays whose index or element type is Bool: it holds them with one-bit
+// bit-vectors in place of Bool, #b1 for true. SMT-LIB still distinguishes (Array Int Bool) from
+// (Array Int (_ BitVec 1)). The sorts of values and declarations, called "sorts" in this front end,
+// are therefore types of the manager in which a marker, a simple type that no script can name,
+// represents Bool inside arrays; held() returns the type that the manager sees. Outside arrays Bool
+// is Bool.
 //
 // Sorts are shared graphs and may be nested deeply; nothing here recurses.
 
@@ -27,17 +28,17 @@ class TheorySorts {
   TheorySorts& operator=(const TheorySorts&) = delete;
 
   // (_ BitVec width) and (_ FloatingPoint e s), where s counts the hidden bit. Both throw
-  // ParseError for what is no sort, and for what the manager does not have.
+  // ParseError if this is not a sort or the manager does not have it.
   const DataType* bit_vector(uint64_t width, Position position);
   const DataType* floating_point(uint64_t e, uint64_t s, Position position);
 
   // (Array index element); either may be Bool.
   const DataType* array(const DataType* index, const DataType* element);
 
-  // Whether the sort is one of arrays, and the sorts of its indices and elements.
+  // Whether the sort is an array sort; sets the sorts of its indices and elements.
   bool is_array(const DataType* sort, const DataType** index, const DataType** element) const;
 
-  // The type of the manager's terms of this sort.
+  // The manager's type for terms of this sort.
   const DataType* held(const DataType* sort);
 
   // Whether array() made a sort with Bool since the last call.

@@ -28,7 +28,7 @@ void UndefinedFunctions::reset() {
   for (auto entry = functions.begin(); entry != functions.end();) {
     const Function function = entry->second;
     entry = functions.erase(entry);
-    if (function.symbol == nullptr) continue;  // a request that was refused
+    if (function.symbol == nullptr) continue;  // a request that failed
     scopes.give_up_name(function.symbol->name);
     if (function.owned) manager.free_symbol(function.symbol);
   }

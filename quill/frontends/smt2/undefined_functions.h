@@ -1,10 +1,10 @@
-// The functions that stand for the values which the standard leaves open, such as those of division
-// by zero: one for each operator, or for each of its sorts, in the whole of a script.
+// The functions that stand for values that the standard leaves undefined, such as those of division
+// by zero: one function for each operator, or for each of its sorts, in a whole script.
 //
-// They are made when they are first needed, by the names that derived.h and derived_fp.h give them,
-// or by a variant where the script uses that name otherwise, be it in a scope that has ended: the
-// declaration comes before that scope. Whoever reads a script declares them in it, so that what is
-// written back is complete.
+// They are made when they are first needed. They get the names that derived.h and derived_fp.h
+// define, or a variant of the name if the script uses the name for something else, even in a scope
+// that has ended, because the declaration comes before that scope. The reader of a script declares
+// them in the script, so that the written script is complete.
 
 #ifndef QUILL_FRONTENDS_SMT2_UNDEFINED_FUNCTIONS_H
 #define QUILL_FRONTENDS_SMT2_UNDEFINED_FUNCTIONS_H
@@ -26,32 +26,32 @@ class UndefinedFunctions {
   UndefinedFunctions(const UndefinedFunctions&) = delete;
   UndefinedFunctions& operator=(const UndefinedFunctions&) = delete;
 
-  // The function of this name; requests for one name give one type.
+  // The function of this name; all requests for a name must pass the same type.
   const Symbol* get(const std::string& name, const DataType* type);
 
   struct Made {
-    std::string name;  // that was asked for
+    std::string name;  // as requested
     const Symbol* symbol;
   };
 
   // The functions made since the last call, in order.
   std::vector<Made> take_new();
 
-  // Lets a function that there is already stand for requests for the name.
+  // Makes an existing function the answer to requests for the name.
   void adopt(const std::string& name, const Symbol* symbol);
 
-  // Gives up all functions: later requests get new ones.
+  // Forgets all functions: later requests get new ones.
   void reset();
 
  private:
   struct Function {
     const Symbol* symbol = nullptr;
-    bool owned = false;  // whether its name is to be freed
+    bool owned = false;  // whether to free its name
   };
 
   TermManager& manager;
   Scopes& scopes;
-  hsh::GuardedMap<std::string, Function, NameHash> functions;  // by the name that was asked for
+  hsh::GuardedMap<std::string, Function, NameHash> functions;  // by the requested name
   std::vector<Made> new_functions;
 };
 

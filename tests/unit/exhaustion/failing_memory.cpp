@@ -1,7 +1,7 @@
 // operator new, malloc and mmap with a countdown, and functions for GMP.
 //
-// The program is linked so that its own calls of malloc and mmap, those of the library, come here,
-// and that __real_malloc is the malloc of the C library or of the address sanitizer.
+// The program is linked so that the library's calls of malloc and mmap come here, and that
+// __real_malloc is the malloc of the C library or of the address sanitizer.
 
 #include "tests/unit/exhaustion/failing_memory.h"
 
@@ -44,7 +44,7 @@ bool next_fails() {
 
 void* allocate(size_t size) { return next_fails() ? nullptr : __real_malloc(size == 0 ? 1 : size); }
 
-// A block of GMP's begins with its size and a word that tells it from other blocks.
+// A GMP block begins with its size and a word that tells it from other blocks.
 struct GmpHeader {
   size_t size;
   uint64_t mark;

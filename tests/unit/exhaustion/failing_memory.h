@@ -1,7 +1,7 @@
 // Makes the memory of the test program run out on demand: operator new, the malloc of the
-// library's pools, and the mmap of its large tables. What GMP takes for its numbers is not counted
-// and never fails; it is set apart instead, so that a block of GMP's that reaches free(), or the
-// other way round, stops the program.
+// library's pools, and the mmap of its large tables. GMP's allocations are not counted and never
+// fail; they are kept separate instead, so that the program stops if a GMP block reaches free() or
+// another block reaches GMP's deallocation.
 
 #ifndef QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H
 #define QUILL_TESTS_UNIT_EXHAUSTION_FAILING_MEMORY_H

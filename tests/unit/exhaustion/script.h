@@ -1,8 +1,8 @@
 // A script of some two thousand calls that reaches every operator family, number form,
 // transformation and printer.
 //
-// The calls of a script know the results of earlier ones by their positions, so that one script can
-// be run on any number of states, side by side.
+// The calls of a script refer to the results of earlier calls by position, so that one script can
+// run on any number of states, side by side.
 
 #ifndef QUILL_TESTS_UNIT_EXHAUSTION_SCRIPT_H
 #define QUILL_TESTS_UNIT_EXHAUSTION_SCRIPT_H

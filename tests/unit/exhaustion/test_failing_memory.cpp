@@ -1,9 +1,9 @@
 // Running out of memory, at every allocation of a script that reaches all of the library.
 //
-// What must hold after each failure: std::bad_alloc came out, and nothing else; all tables agree;
-// the stores have the terms that they had; what was handed out before is still what it was; and the
-// same call and all later ones give what they give where nothing failed, with the same ids and
-// texts. At the end no number of GMP's is left. The sanitizers see to other leaks.
+// What must hold after each failure: the call threw std::bad_alloc and nothing else; all tables
+// agree; the stores have the terms that they had; every object handed out before is unchanged; and
+// the same call and all later ones give what they give in a run without failures, with the same ids
+// and texts. At the end no GMP number is left. The sanitizers find other leaks.
 
 #include <gtest/gtest.h>
 
@@ -144,9 +144,9 @@ TEST(FailingMemory, TheScriptHasSomeTwoThousandCalls) {
   EXPECT_LT(script().size(), 4000U);
 }
 
-// A call fails at its first allocation, then at its second one and so on until it has its way.
-// Types and symbols that an attempt left behind make the next one shorter: it begins again with
-// the first allocation. The attempts at calls of very many allocations become sparser.
+// A call fails at its first allocation, then at its second one and so on until it succeeds. Types
+// and symbols that an attempt left behind make the next one shorter: it begins again with the first
+// allocation. For calls of very many allocations, the attempts become sparser.
 TEST(FailingMemory, EachCallFailsAtEachAllocationAndThenSucceeds) {
   const size_t chunks_before = pool_chunks();
   Performance unharmed(script());
@@ -242,12 +242,12 @@ TEST(FailingMemory, TheScriptGoesOnAfterAFailureHereAndThere) {
   fail_at_allocations(/*first=*/1, /*step=*/2999);
 }
 
-// What takes longer than the suite may: run by scripts/soak.
+// Tests that take too long for the suite; scripts/soak runs them.
 TEST(FailingMemory, DISABLED_TheScriptGoesOnAfterAFailureAnywhere) {
   fail_at_allocations(/*first=*/0, /*step=*/1);
 }
 
-// The commands that define what a term's text relies on, and then the text, from one printer.
+// One printer writes the commands that define the names in a term's text, and then the text.
 TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
   TermManager m;
   const DataType* format = m.get_fp_type(3, 4);
@@ -286,7 +286,7 @@ TEST(FailingMemory, WhatWasNotWrittenToItsEndIsNotDefined) {
 }
 
 // Lets the action fail at its first allocation, at its second one and so on, in growing steps,
-// until it has its way. Returns how often it failed.
+// until it succeeds. Returns how often it failed.
 template <class Action>
 size_t insist(const Action& action) {
   size_t failures = 0;

@@ -1,7 +1,7 @@
 // Requests that run out of memory, at each of their allocations, leave the manager as it was: every
-// store, every table, every switch. Asked again, they do what they do where nothing failed.
+// store, every table, every switch. When they are repeated, they do what they do without a failure.
 //
-// Each attempt has a manager of its own. What may stay after all is spelled out where it does.
+// Each attempt has its own manager. Where something may stay after a failure, the test says so.
 
 #include <gtest/gtest.h>
 
@@ -27,9 +27,9 @@ using Request = std::function<void()>;
 // Makes what a request needs on a manager, and returns the request.
 using Setup = std::function<Request(TermManager&)>;
 
-// The stores' indexes hold 32 objects, then 64 and 128, before they grow; the application type is
-// in none. Fills all three stores up to such a bound, so that the next object of each kind makes
-// its store grow.
+// The stores' indexes hold 32 objects, then 64 and 128, before they grow; no index holds the
+// application type. Fills all three stores up to such a bound, so that the next object of each kind
+// makes its store grow.
 void fill_up(TermManager& m) {
   for (int i = 0; m.get_bank()->size() < 64; ++i) {
     m.make_constant(m.make_symbol("padding " + std::to_string(i), m.get_int_type()));
@@ -82,8 +82,8 @@ const Leaves nothing{{""}};
 const Leaves used_number{{"\nfresh_counter: 2\n-fresh_counter: 1"}, /*repeats=*/false};
 const Leaves any_steps{{}};
 
-// Makes the request fail at its first allocation, at its second one and so on, until it has its
-// way. For requests of many steps the attempts become sparser.
+// Makes the request fail at its first allocation, at its second one and so on, until it succeeds.
+// For requests of many steps the attempts become sparser.
 void fail_everywhere(const std::string& text, const Setup& setup, const Leaves& leaves,
                      Stores stores, Failures mode) {
   size_t failures = 0;
@@ -98,7 +98,7 @@ void fail_everywhere(const std::string& text, const Setup& setup, const Leaves& 
     if (!attempt.failed) break;
     ++failures;
     if (!attempt.ran_out) {
-      // It could do without.
+      // The request succeeded without this allocation.
     } else if (leaves.changes.empty()) {
       ASSERT_EQ(attempt.m.check_consistency(), "");
     } else {
@@ -123,7 +123,7 @@ void fail_everywhere(const std::string& text, const Setup& setup, const Leaves& 
   fail_everywhere(text, setup, leaves, Stores::Full, Failures::Once);
 }
 
-// For what most other requests have failed at, too.
+// For allocations at which most other requests have failed, too.
 void fail_once_everywhere(const std::string& text, const Setup& setup,
                           const Leaves& leaves = nothing) {
   fail_everywhere(text, setup, leaves, Stores::WithRoom, Failures::Once);
@@ -155,8 +155,8 @@ TEST_P(WholeStateOfOperators, AfterAFailedMaker) {
   });
 }
 
-// The symbol is there, by another hand and with another tag. The maker overwrites the tag, which a
-// failure puts back.
+// The symbol exists: a user made it, with another tag. The maker overwrites the tag, and a failure
+// restores it.
 TEST_P(WholeStateOfOperators, AfterAFailedMakerOfARegisteredSymbol) {
   const Row& row = GetParam();
   fail_once_everywhere("of a registered symbol", [&](TermManager& m) {
@@ -364,7 +364,7 @@ TEST(WholeState, AfterAFailedRequestForATerm) {
   });
 }
 
-// The symbol that such a request makes goes with it.
+// The symbol that such a request makes is removed with it.
 TEST(WholeState, AfterAFailedEqualityOrIfThenElse) {
   const auto sort = [](TermManager& m) { return m.get_simple_type("S", /*only_existing=*/false); };
   fail_everywhere("make_equality_symbol", [=](TermManager& m) {
@@ -561,7 +561,7 @@ TEST(WholeState, AfterAFailedCollection) {
   });
 }
 
-// It would replace large tables by small ones, and does without where it cannot.
+// The collection replaces large tables by small ones, and keeps the large ones if it cannot.
 TEST(WholeState, AfterACollectionThatHasNoMemoryForSmallerTables) {
   fail_once_everywhere("gc of large tables", [](TermManager& m) {
     Terms kept;

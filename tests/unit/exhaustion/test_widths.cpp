@@ -1,5 +1,5 @@
-// Widths and formats at the edges of words, far beyond what can be computed with, and beyond what
-// can be counted; numerals of a million digits.
+// Widths and formats at the edges of words, far beyond those of numbers that can be computed, and
+// beyond 64 bits; numerals of a million digits.
 
 #include <gmp.h>
 #include <gtest/gtest.h>
@@ -243,7 +243,7 @@ TEST_F(Widths, WhatIsTooLongToComputeIsRefusedBeforeGmpIsAsked) {
     const Term_* significand = m.make_bv_number(1, s);
     EXPECT_THROW(make_fp_from_parts(m, sign, exponent, significand), std::bad_alloc);
   }
-  // Eight gigabytes of digits, which could be had.
+  // Eight gigabytes of digits, which the system could provide.
   EXPECT_THROW(text(m.make_fp_bits_number(0, size_t{1} << 33, 2)), std::bad_alloc);
   EXPECT_LT(testing::largest_gmp_block(), 10'000'000U);
   EXPECT_EQ(m.check_consistency(), "");

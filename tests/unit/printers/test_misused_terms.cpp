@@ -1,4 +1,4 @@
-// Misuse in debug builds: what printers are given must be of their manager and not freed.
+// Misuse in debug builds: terms given to a printer must belong to its manager and not be freed.
 
 #include <gtest/gtest.h>
 

@@ -53,7 +53,7 @@ TEST_F(Outterm, ShallowAdaptorIsAsDeep) {
   EXPECT_EQ(text(outshallowterm(&m, t)), expected + "p" + std::string(100, ')'));
 }
 
-// No definition can go before a term that stands alone.
+// No definition can come before a term that is printed alone.
 TEST_F(Outterm, OperatorsThatTheStandardLacksHaveTheirOperands) {
   const DataType* single = m.get_fp_type(8, 23);
   const Term_* f = m.make_fp_as_ieeebv(constant("f", single));
@@ -69,7 +69,7 @@ TEST_F(Outterm, OperatorsThatTheStandardLacksHaveTheirOperands) {
             "[ (fp.to_ieee_bv f) (fp.to_ieee_bv g) (sbv_to_int b) ((_ int2bv 8) i) ]");
 }
 
-// As one that asks for nothing is, too.
+// A printer with a default configuration writes them in the same way, too.
 TEST_F(Outterm, APrinterWithoutConfigurationWritesThemTheSame) {
   const Term_* bits = m.make_fp_as_ieeebv(constant("f", m.get_fp_type(8, 23)));
   Configuration::Printer choices;

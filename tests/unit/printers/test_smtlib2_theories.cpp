@@ -461,7 +461,7 @@ TEST_F(SmtLib2Theories, NumeralsThatNoBitVectorOfTheirWidthIsAreWrittenByName) {
             "|-18446744073709551615_64|");
 }
 
-// A symbol of the user's becomes the numeral that its name spells, and keeps its type.
+// A user symbol becomes the numeral that its name spells, and keeps its type.
 TEST_F(SmtLib2Theories, AnIntThatIsAFractionIsWrittenByName) {
   const Term_* half = constant("1/2", int_type);
   EXPECT_EQ(m.make_number(QNumber(1, 2)), half);

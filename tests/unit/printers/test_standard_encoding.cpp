@@ -25,7 +25,7 @@ class Standard : public ::testing::Test {
     SmtLib2TermPrinter(&m, &standard, "", "", share, annotations).print_term(out, t);
     return out.str();
   }
-  // What has to stand before the term.
+  // What has to come before the term.
   std::string definitions_of(const Term_* t) {
     SmtLib2TermPrinter printer(&m, &standard, "", "", true, nullptr);
     printer.set_definitions(&definitions);
@@ -398,7 +398,7 @@ TEST_F(ByHand, OperatorsOfTheManagerBesideThemKeepTheirIndices) {
                 "(bvult ((_ rotate_left 3) b) b))");
 }
 
-// --- Names of the user's that look like the manager's own ---
+// --- User names that look like the manager's own ---
 
 TEST_F(ByHand, ConstantsNamedLikeNumeralsAreNone) {
   const DataType* bit = m.get_bv_type(1);

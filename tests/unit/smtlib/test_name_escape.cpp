@@ -24,7 +24,7 @@ bool all_digits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// What stands before and behind the first `mark`; the whole text and nothing when there is none.
+// The text before and after the first `mark`; the whole text and nothing if there is none.
 std::pair<std::string_view, std::string_view> split(std::string_view text, char mark) {
   const size_t at = text.find(mark);
   if (at == std::string_view::npos) return {text, {}};

@@ -1,5 +1,5 @@
-// Symbols that somebody registered with a tag: any tag goes with any type, and only what could be
-// an operator of the tag is written as one.
+// Symbols that a user registered with a tag: any tag is possible with any type, and only a symbol
+// that could be an operator of the tag is written as one.
 
 #include <gtest/gtest.h>
 
@@ -196,7 +196,7 @@ TEST_F(SmtLib2Operators, EveryTagWithEveryArityIsWritten) {
           const DataType* type =
               arity == 0 ? result : m.get_function_type(Types(arity, operand), result);
           const Term_* t = apply(by_hand(static_cast<SymbolTag::tag>(tag), type));
-          // Below operators only in a part of the cases, for they are many.
+          // Below operators only in some of the cases, because there are many.
           if (arity != 3 && operand != array && operand != bool_type) {
             write_everywhere(t);
           } else {

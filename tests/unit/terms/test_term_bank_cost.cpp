@@ -124,8 +124,8 @@ TEST_F(TermBankCost, BinaryTermsTakeAFewMoreThan48BytesEach) {
   EXPECT_LE(use.slab_bytes + use.index_bytes, 50 * bank.size());
 }
 
-// There is no shape of terms that fills the index in heaps. 250,000 of 262,144 possible places are
-// taken, so that nothing could be worse.
+// No shape of terms makes the index fill in clusters. 250,000 of 262,144 possible places are taken,
+// so that nothing could be worse.
 TEST_F(TermBankCost, ALookUpReadsOneAndAHalfPlacesWhateverTheShape) {
   add_constants(500);
   const Symbol* f = symbol("f", 2);

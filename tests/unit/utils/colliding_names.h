@@ -1,4 +1,4 @@
-// Names that share one hash: what somebody would write who has read name_hash.h.
+// Names that share one hash, as an attacker who has read name_hash.h would write them.
 
 #ifndef QUILL_TESTS_UNIT_UTILS_COLLIDING_NAMES_H
 #define QUILL_TESTS_UNIT_UTILS_COLLIDING_NAMES_H

@@ -1,5 +1,5 @@
-// Makes operator new of the test program fail on demand, and counts what it is asked for. The pools
-// of the tables take their chunks from malloc, which stays as it is.
+// Makes operator new of the test program fail on demand, and counts the requests. The pools of the
+// tables take their chunks from malloc, which does not fail.
 
 #ifndef QUILL_TESTS_UNIT_UTILS_FAILING_ALLOCATION_H
 #define QUILL_TESTS_UNIT_UTILS_FAILING_ALLOCATION_H
@@ -18,7 +18,7 @@ class FailingAllocation {
   FailingAllocation& operator=(const FailingAllocation&) = delete;
 };
 
-// What this thread has asked operator new for since the construction, whether it was had or not.
+// What this thread has asked operator new for since the construction, whether it succeeded or not.
 class AllocationCount {
  public:
   AllocationCount();

@@ -1,4 +1,4 @@
-// For tests of what may not recurse.
+// For tests of operations that must not recurse.
 
 #ifndef QUILL_TESTS_UNIT_UTILS_SMALL_STACK_H
 #define QUILL_TESTS_UNIT_UTILS_SMALL_STACK_H

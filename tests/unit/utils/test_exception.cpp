@@ -18,7 +18,7 @@
 
 #ifdef QUILL_COUNTS_HOOK_CALLS
 
-// The linker puts the first of these in the place of the hook, and the hook in that of the second.
+// The linker replaces the hook by the first of these, and the second by the hook.
 extern "C" void quill_test_wrapped_hook(const std::string& message) __asm__(
     "__wrap_" QUILL_COUNTS_HOOK_CALLS);
 extern "C" void quill_test_real_hook(const std::string& message) __asm__(

@@ -18,7 +18,7 @@ struct Unhashed {
   bool operator==(const Unhashed&) const = default;
 };
 
-// What a caller who spells the functor out gets is the table that one gets who does not.
+// A caller who spells the functor out gets the same table type as a caller who does not.
 template <class Key, class Functor>
 constexpr bool spelling_changes_nothing =
     std::is_same_v<hsh::HashMap<Key, int>, hsh::HashMap<Key, int, Functor>>&&

@@ -222,7 +222,7 @@ TEST(HashMap, AMissingKeyGetsNullZeroOrADefaultValue) {
   EXPECT_EQ(numbers[1].den, 1);
 }
 
-// A node that was used before must not shine through.
+// A reused node must not show its former value.
 TEST(HashMap, TheDefaultIsZeroInAReusedNodeToo) {
   HashMap<unsigned long, unsigned long> map;
   map[1] = 99;
@@ -402,7 +402,7 @@ TEST(Hashtable, AnElementIsErasedByItsKeyWhereverItIsInItsChain) {
   }
 }
 
-// The key may be that of the element itself, which goes.
+// The key may be that of the element itself, which is erased.
 TEST(Hashtable, AnElementWithADestructorIsErasedByItsOwnKey) {
   hsh::HashMap<std::string, std::string> map;
   const std::string name(100, 'n');

@@ -23,7 +23,7 @@ template <class Key, class Hash>
 struct Model {
   using Entry = std::pair<Key, uint64_t>;
 
-  // Where an element stands: the chain, and the place in it counted from the head.
+  // Where an element is: the chain, and the place in it counted from the head.
   struct Place {
     size_t chain;
     size_t depth;

@@ -1,5 +1,5 @@
 // Rounding against the processor's: a quotient of floats or doubles is its exact value, rounded.
-// This file is to be compiled with -frounding-math.
+// This file must be compiled with -frounding-math.
 
 #include <gmp.h>
 #include <gtest/gtest.h>

@@ -128,7 +128,7 @@ TEST(QNumber, AZeroDenominatorIsRefused) {
   }
 }
 
-// From one GMP integer all of a 64-bit word but its lowest value is small.
+// From one GMP integer, every value of a 64-bit word except the lowest is small.
 TEST(QNumber, OneGmpIntegerIsSmallUpTo64Bits) {
   EXPECT_EQ(from_mpz("9223372036854775807").num, max_int64);
   EXPECT_EQ(from_mpz("9223372036854775807").den, 1);
@@ -349,7 +349,7 @@ TEST(QNumber, TheBigHashMixesTheNumeratorsLimbsTwice) {
       14105642302820656655U);
 }
 
-// The second pass takes from the denominator nothing but its number of limbs.
+// The second pass takes from the denominator only its number of limbs.
 TEST(QNumber, TheBigHashSeesOnlyTheLengthOfTheDenominator) {
   EXPECT_EQ(big("129127208515966861317", "55340232221128654849").hash(), 1350441U);
   EXPECT_EQ(big("129127208515966861317", "1267650600228229401496703205377").hash(), 1350441U);

@@ -1,4 +1,4 @@
-// Random operations on numbers of both forms and on GMP's own rationals.
+// Random operations on numbers of both forms, against GMP's rationals.
 
 #include <gmp.h>
 #include <gtest/gtest.h>

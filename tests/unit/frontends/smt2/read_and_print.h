@@ -1,4 +1,4 @@
-// Helpers of the front end's tests: a script in, its printed form or its error out.
+// Helpers of the front end's tests: from a script to its printed form or its error.
 
 #ifndef TESTS_UNIT_FRONTENDS_SMT2_READ_AND_PRINT_H
 #define TESTS_UNIT_FRONTENDS_SMT2_READ_AND_PRINT_H

@@ -16,7 +16,7 @@ const std::string declarations =
 
 class Arrays : public ::testing::Test {
  protected:
-  // The term of (get-value (term)) behind the declarations.
+  // The term of (get-value (term)) after the declarations.
   const Term_* read_in(const std::string& term) {
     return read_text(declarations + "(get-value (" + term + "))", m)
         .commands.back()
@@ -29,7 +29,7 @@ class Arrays : public ::testing::Test {
   TermManager m;
 };
 
-// What the reader says of a term behind the declarations, without the position.
+// What the reader says about a term after the declarations, without the position.
 std::string complaint(const std::string& term) {
   const std::string error = error_of(declarations + "\n(get-value (" + term + "))");
   const size_t colon = error.find(": ");
@@ -248,7 +248,7 @@ std::string written_value(const std::string& element, const std::string& value) 
   return text.substr(start + head.size(), text.size() - start - head.size() - 4);
 }
 
-// Readers ask for values there, and take neither (/ 1.0 2.0) nor (- 0.5) nor (fp ...) for one.
+// Readers require values there, and take neither (/ 1.0 2.0) nor (- 0.5) nor (fp ...) for one.
 TEST_F(Arrays, OfARationalHaveItSpelledAsAValue) {
   const std::pair<const char*, const char*> cases[] = {
       {"0.5", "0.5"},

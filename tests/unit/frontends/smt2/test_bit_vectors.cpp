@@ -34,7 +34,7 @@ class BitVectors : public ::testing::Test {
   const Term_* const i = read_in("i");
 };
 
-// What the reader says of a term behind the declarations, without the position.
+// What the reader says about a term after the declarations, without the position.
 std::string complaint(const std::string& term) {
   const std::string error = error_of(declarations + "\n(get-value (" + term + "))");
   const size_t colon = error.find(": ");

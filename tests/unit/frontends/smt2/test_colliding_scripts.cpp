@@ -1,5 +1,6 @@
-// Scripts that were made up to collide in the tables of reader and manager, beside ordinary ones of
-// the same form: to read, print and count them may come to five times as many entries.
+// Scripts that were made to collide in the tables of reader and manager, compared with ordinary
+// ones of the same form: reading, printing and counting them may visit at most five times as many
+// entries.
 
 #include <gtest/gtest.h>
 

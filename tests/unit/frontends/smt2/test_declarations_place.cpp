@@ -1,4 +1,4 @@
-// Where the functions are declared that stand for values which the standard leaves open.
+// Where the functions that stand for values that the standard leaves open are declared.
 
 #include <gtest/gtest.h>
 
@@ -72,7 +72,7 @@ TEST(DeclarationsPlace, AllowsNoLogicBehindTermsAndInsideOfScopes) {
   EXPECT_EQ(error_of("(push 2)(pop 2)(set-logic QF_LIA)"), "");
 }
 
-// Scripts over all commands that settle where a declaration may stand.
+// Scripts over all commands that determine where a declaration may be.
 std::string random_script(uint32_t seed) {
   std::mt19937 random(seed);
   const std::string commands[] = {
@@ -106,7 +106,7 @@ std::string random_script(uint32_t seed) {
   return script;
 }
 
-// Which commands stand before a logic or an option that others may not stand before.
+// The first set-logic that comes after a declaration; empty if there is none.
 std::string misplaced_in(const std::string& text) {
   std::istringstream lines(text);
   std::string line;

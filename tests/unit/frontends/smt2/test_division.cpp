@@ -60,7 +60,7 @@ TEST(Division, AbsIsUnknownInLogicsOfReals) {
   EXPECT_EQ(asserted("(set-logic QF_NIRA)" + reals), "(= x (abs x))");
 }
 
-// Where a strict reader has refused the script already, solvers reason with abs as before.
+// If strict readers refuse the script itself, its print keeps abs, with which solvers can reason.
 TEST(Division, AbsStaysInScriptsOfRealsThatUseIt) {
   const std::string logic = "(set-logic QF_NRA)(declare-const x Real)";
   EXPECT_EQ(asserted(logic + "(assert (= x (abs x)))"), "(= x (abs x))");
@@ -185,8 +185,8 @@ TEST(DivisionByZero, KeepsOutOfTheWayOfTheUsersNames) {
             "(assert (= 1 (quill!div_by_zero_0 (quill!div_by_zero 1))))\n");
 }
 
-// Of names that were in use in a scope which has ended, too: its declaration comes before the
-// scope.
+// This includes names that were in use in a scope that has ended: the function's declaration comes
+// before that scope.
 TEST(DivisionByZero, KeepsOutOfTheWayOfNamesThatWerePopped) {
   const std::string declaration = "(declare-fun quill!div_by_zero_0 (Int) Int)\n";
   const std::string assertion = "(assert (= 1 (quill!div_by_zero_0 1)))\n";

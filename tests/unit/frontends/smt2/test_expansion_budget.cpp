@@ -101,7 +101,7 @@ TEST(ExpansionBudget, CountsTheBitsOfConversions) {
   EXPECT_EQ(error_of(i + "(assert (= ((_ int2bv 18446744073709551615) i) "
                          "((_ int2bv 18446744073709551615) i)))"),
             "2:12: " + bits(18446744073709551615u, 2000000));
-  // What is as short as its text: signs of a word, and other widths of a bit-vector.
+  // Terms no larger than their text: signed values of a word, and other widths of a bit-vector.
   EXPECT_EQ(error_with_bits("(declare-const b (_ BitVec 64))(assert (= 1 (sbv_to_int b)))", 0), "");
   EXPECT_EQ(error_with_bits("(declare-const b (_ BitVec 8))"
                             "(assert (= ((_ int2bv 100) (bv2nat b)) ((_ int2bv 100) "

@@ -1,5 +1,5 @@
-// Names that :named gives: each is written where it has the scope and the sort that it had, and is
-// a label of an assertion where it was one.
+// Names that :named gives: each is written where it has the scope and the sort that it had, and
+// stays a label of an assertion if it was one.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 const std::string declarations =
     "(declare-const x Int)\n(declare-const p Bool)\n(declare-const q Bool)\n";
 
-// The printed script without the declarations, which begin it; what is printed prints as itself.
+// The printed script without the declarations, which begin it; the print must print as itself.
 std::string named(const std::string& commands) {
   const std::string text = printed(declarations + commands);
   EXPECT_EQ(printed(text), text);
@@ -185,7 +185,7 @@ TEST(NamedTerms, KeepTheirSort) {
 
 // ----- what the standard has no operator for ----------------------------------------------------
 
-// The value of the bits in the middle is in no text: the bits are extended.
+// The assertion as written lacks the named value in the middle, because the bits are extended.
 TEST(NamedTerms, ThatAnEncodingHidesGetADefinition) {
   const std::string bits = "(declare-const b (_ BitVec 4))\n";
   EXPECT_EQ(
@@ -224,7 +224,7 @@ TEST(NamedTerms, ThatWouldBeNamedWithinLetGetADefinition) {
   EXPECT_EQ(text.find("named", text.find("(assert")), std::string::npos);
 }
 
-// What is not annotated after all costs no sharing.
+// Terms that are not annotated in the end stay shared.
 TEST(NamedTerms, ThatAreDefinedApartLeaveTheCommandItsLets) {
   EXPECT_EQ(named("(assert (distinct 6 0.5 (! 6 :named n) 17))"),
             "(define-fun quill!named_1 () Int (! 6 :named n))\n"

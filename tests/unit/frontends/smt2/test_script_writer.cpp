@@ -125,7 +125,7 @@ TEST(ScriptWriter, QuotesWhatNeedsBars) {
   EXPECT_EQ(printed(text), text);
 }
 
-// What is printed prints as itself.
+// The print prints as itself.
 TEST(ScriptWriter, IsAFixedPoint) {
   const std::string texts[] = {
       "(declare-const i Int)(declare-const x Real)"
@@ -166,7 +166,7 @@ TEST(ScriptWriter, PrintsWhatReadsBackToTheSameTerms) {
   }
 }
 
-// A script whose terms were not read, but made by somebody who gives any tag to any symbol.
+// A script whose terms were not read, but made by a user who gives any tag to any symbol.
 TEST(ScriptWriter, WritesSymbolsThatWereRegisteredByHand) {
   for (int tag = 0; tag <= SymbolTag::INT_TO_BV; ++tag) {
     TermManager m;

@@ -16,7 +16,7 @@ const std::string declarations =
     "(declare-const g (_ FloatingPoint 2 3))\n"
     "(declare-const b (_ BitVec 5))\n";
 
-// What the writer says of the constant with this number, which holds the bits of a term.
+// What the writer says about the constant with this number, which holds the bits of a term.
 std::string definition(const std::string& number, const std::string& term,
                        const std::string& number_of_nan, bool with_nan) {
   const std::string nan = "quill!ieee_nan_" + number_of_nan;

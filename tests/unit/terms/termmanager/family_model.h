@@ -2,8 +2,8 @@
 // their symbols and the ids of their arguments.
 //
 // It computes the outcome of a call from texts alone: the term's symbol and id, or the refusal's
-// class and text, and how many types, symbols and terms there are afterwards. Users may take the
-// names of symbols before the builders ask for them.
+// class and text, and the numbers of types, symbols and terms afterwards. Users may take the names
+// of symbols before the builders ask for them.
 
 #ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_FAMILY_MODEL_H
 #define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_FAMILY_MODEL_H
@@ -127,7 +127,7 @@ class Model {
   void add_standard_symbol(const std::string& name, const std::vector<std::string>& args,
                            const std::string& result);
 
-  // A name given to a symbol of the user's of this type, or taken away from any symbol.
+  // A name given to a user symbol of this type, or taken away from any symbol.
   void take_name(const std::string& name, const std::string& type_text);
   bool is_taken(const std::string& name) const { return names.count(name) != 0; }
   void free_name(const std::string& name) { names.erase(name); }

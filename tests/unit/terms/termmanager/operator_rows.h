@@ -1,6 +1,6 @@
-// Every operator that has a family of symbols, as a table of the tests' own: what its symbol and
-// its builder must be for sample parameters, and every way in which the builder refuses its
-// arguments. With a manager to build with.
+// Every operator that has a family of symbols, in a table that is independent of the library's:
+// what its symbol and its builder must be for sample parameters, and every way in which the builder
+// refuses its arguments. Also a manager to build with.
 
 #ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
 #define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
@@ -21,7 +21,7 @@ namespace quill::testing {
 using Terms = std::vector<const Term_*>;
 using Names = std::vector<std::string>;
 
-// What outputs of recognisers are that nobody asked for, or that were not written.
+// The text for outputs of recognisers that were not requested, or not written.
 constexpr const char* untouched = "untouched";
 constexpr const char* not_asked = "not asked";
 

@@ -1,7 +1,7 @@
-// Every public member of the manager called from a delegate, from an overridden make_term and from
-// the callback of a visitor, nested two deep in all combinations: what it returns or throws, what
-// the requests and the walks around it come to, and the whole state of the manager are the same as
-// when the calls are made one after the other.
+// Every public member of the manager is called from a delegate, from an overridden make_term and
+// from the callback of a visitor, nested two deep in all combinations. What it returns or throws,
+// the results of the requests and walks around it, and the whole state of the manager are the same
+// as when the calls are made one after the other.
 
 #include <gtest/gtest.h>
 
@@ -35,8 +35,8 @@ enum Place { Delegate, BeforeBuilding, AfterBuilding, PreVisit, PostVisit };
 constexpr std::array<Place, 5> all_places = {Delegate, BeforeBuilding, AfterBuilding, PreVisit,
                                              PostVisit};
 
-// Does what is put in it once, from the delegate or the overridden make_term of the next request
-// that gets there. The delegate declines.
+// Runs the action that is put into it once, from the delegate or the overridden make_term of the
+// next request that gets there. The delegate declines.
 class CallingManager : public TermManager {
  public:
   CallingManager() {
@@ -229,7 +229,7 @@ class RoundsOfCalls {
     if (place != AfterBuilding) make();
   }
 
-  // A request that is refused calls nobody but make_term before that.
+  // A request that is refused calls only make_term before that.
   const Request& request_of(size_t level) const {
     size_t i = (round + 3 * level) % requests.size();
     while (requests[i].is_refused && places[level] != BeforeBuilding) {

@@ -1,5 +1,5 @@
-// Requests that were made up to collide in the tables of a manager, 20,000 of each kind, beside as
-// many ordinary ones: they may look at five times as many entries.
+// Requests that were made to collide in the tables of a manager, 20,000 of each kind, compared with
+// as many ordinary ones: they may visit at most five times as many entries.
 
 #include <gtest/gtest.h>
 
@@ -60,7 +60,7 @@ uint64_t colliding_bv_value(size_t i) {
   return values[i];
 }
 
-// A fraction with the numerator 2^70 + 1: of the denominator the hash reads the length alone.
+// A fraction with the numerator 2^70 + 1: of the denominator the hash reads only the length.
 QNumber big_fraction(size_t denominator) {
   return QNumber::from_string("1180591620717411303425/" + std::to_string(denominator));
 }

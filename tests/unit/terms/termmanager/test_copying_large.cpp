@@ -1,4 +1,4 @@
-// Copying what is large or deep on a small stack, and copying by several threads at a time.
+// Copying large or deep terms on a small stack, and copying by several threads at a time.
 
 #include <gtest/gtest.h>
 

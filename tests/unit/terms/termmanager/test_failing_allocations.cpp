@@ -1,7 +1,7 @@
 // A script of calls on a manager, each of which is made to fail at every allocation in turn. What
 // must hold after each failure: every store and table is as it was, the same call succeeds when it
-// is repeated, and it and all later ones give what they give on a manager where nothing failed. The
-// sanitizers see to leaks and to what was freed.
+// is repeated, and it and all later calls give what they give on a manager where nothing failed.
+// The sanitizers find leaks and uses of freed memory.
 
 #include <gtest/gtest.h>
 
@@ -189,8 +189,8 @@ constexpr size_t second_fresh_variable = 18;
 
 bool is_fresh(const Call& call) { return std::string(call.text).find("make_fresh_variable") == 0; }
 
-// All that can be told about an outcome without addresses. The number in the name of a fresh
-// variable is left out: numbers of failed ones are not used again.
+// Everything that can be said about an outcome without addresses. The number in the name of a fresh
+// variable is left out, because the numbers of failed ones are not used again.
 std::string description(const TermManager& m, const Outcome& outcome, bool fresh) {
   if (outcome.type != nullptr) return outcome.type->to_str();
   const Symbol* s = outcome.symbol != nullptr ? outcome.symbol : outcome.term->symbol;
@@ -204,9 +204,9 @@ std::string description(const TermManager& m, const Outcome& outcome, bool fresh
   return fresh ? text : text + ", " + outcome.term->to_str();
 }
 
-// The stores' indexes hold 32 objects, then 64 and 128, before they grow; the application type is
-// in none. The first slab of constants holds 64. Fills all three stores up to such a bound, so that
-// the next object of each kind makes its store grow.
+// The stores' indexes hold 32 objects, then 64 and 128, before they grow; no index holds the
+// application type. The first slab of constants holds 64. Fills all three stores up to such a
+// bound, so that the next object of each kind makes its store grow.
 void fill_up(State& s) {
   const DataType* type = s.m.get_int_type();
   for (int i = 0; s.m.get_bank()->size() < 64; ++i) {

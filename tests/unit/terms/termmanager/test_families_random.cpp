@@ -210,8 +210,8 @@ class RandomCalls {
     return big;
   }
 
-  // The name of the symbol that the call would make goes to a symbol that somebody registers: of
-  // another type, or of the same one, which the call then finds.
+  // A user registers a symbol with the name of the symbol that the call would make: of another
+  // type, or of the same type, in which case the call finds it.
   void take_name_of(const Operator& op, const Request& request, const std::string& type_argument,
                     const std::vector<ModelTerm>& args) {
     const auto name = model.name_to_make(op, request, type_argument, args);
@@ -267,7 +267,7 @@ class RandomCalls {
     return m.get_function_type(types, result.first);
   }
 
-  // The name of a numeral goes to a symbol of the user's, of a fitting type or of another one.
+  // A user symbol takes the name of a numeral, with a fitting type or another one.
   void take_name_of_numeral() {
     std::string name = choose_number().to_str();
     const DataType* type = m.get_int_type();
@@ -304,7 +304,7 @@ class RandomCalls {
     ++names_given_back;
   }
 
-  // What the call did if it did not run out of memory it does again when it is repeated.
+  // When the call is repeated, it does what it does without running out of memory.
   void run_out_of_memory(const Operator& op, const Request& request, bool has_new_name) {
     const Before before(*this);
     try {

@@ -1,9 +1,9 @@
-// Random life of a manager: building, substitution and collection with random roots, against a
-// model that holds terms as texts.
+// Random building, substitution and collection with random roots, against a model that holds terms
+// as texts.
 //
-// The model knows of each term its text, its arguments' texts, its id and how to build it again. It
-// computes what a collection leaves by reachability over texts, and which id comes next; the
-// manager must agree on terms, ids, addresses, symbols and types.
+// For each term the model knows its text, the texts of its arguments, its id and how to build it
+// again. It computes what a collection leaves by reachability over texts, and which id comes next;
+// the manager must agree on terms, ids, addresses, symbols and types.
 
 #include <gtest/gtest.h>
 

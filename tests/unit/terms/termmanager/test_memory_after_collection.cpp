@@ -1,4 +1,4 @@
-// How much memory a manager keeps when nothing large is left of it.
+// How much memory a manager keeps when little is left in it.
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ size_t bytes_in_use() {
 #endif
 }
 
-// Bytes of memory that the process has of the system.
+// Bytes of memory that the system has given to the process.
 size_t resident_bytes() {
   std::ifstream statm("/proc/self/statm");
   size_t all = 0;

@@ -1,6 +1,6 @@
-// Misuse in debug builds: every call that takes a term, a symbol or a type, given one of another
-// manager, one that was freed and none at all. The operators are in test_operator_family_table.cpp,
-// the printers in test_misused_terms.cpp.
+// Misuse in debug builds: every call that takes a term, a symbol or a type is given one of another
+// manager, one that was freed, and a null pointer. The operators are in
+// test_operator_family_table.cpp, the printers in test_misused_terms.cpp.
 
 #include <gtest/gtest.h>
 
@@ -502,7 +502,7 @@ TEST(MisuseDeathTest, WhateverDelegateIsThere) {
   EXPECT_DEATH(m.make_not(other.make_true()), "quill: misuse: a term of another manager");
 }
 
-// What somebody's code answers to a request.
+// The answer of a user's code to a request.
 class Answer : public TermFactory {
  public:
   explicit Answer(const Term_* term) : t(term) {}
@@ -520,7 +520,7 @@ class Overriding : public TermManager {
   const Term_* answer = nullptr;
 };
 
-// Every way on which a request of a bench goes through make_term.
+// Every way in which a request of a bench goes through make_term.
 const std::vector<std::pair<const char*, std::function<void(Bench&)>>> requests = {
     {"make_term", [](Bench& b) { b.m.make_term(b.function, {b.i}); }},
     {"make_not", [](Bench& b) { b.m.make_not(b.p); }},

@@ -80,7 +80,7 @@ const Value values[] = {{"0", "1"},
                         {"1", "9223372036854775808"},
                         {"123456789012345678901", "1234567890123456789"}};
 
-// What is asked for with a number; the terms or symbols that answer are told by their texts.
+// The requests that take a number; the terms or symbols that they return are compared by text.
 using Request = std::function<std::string(TermManager&, const QNumber&)>;
 
 struct NamedRequest {
@@ -203,7 +203,7 @@ TEST(NumberForms, ACongruenceThatLostItsNameIsFoundInAnyForm) {
   }
 }
 
-// Of a big 7 in the tables nothing is left but the value.
+// The tables keep only the value of a big 7, not its form.
 TEST(NumberForms, ABigSevenIsKeptAsASmallOne) {
   TermManager m;
   m.make_number(big(7));

@@ -281,7 +281,7 @@ TEST_F(Numbers, RefusedBitVectorsLeaveTheStoresAsTheyWere) {
   EXPECT_EQ(sizes(), before);
 }
 
-// --- Symbols of the user's that have the name of a numeral ---
+// --- User symbols that have the name of a numeral ---
 
 TEST_F(Numbers, SymbolOfFittingTypeIsTakenForTheNumeral) {
   const Term_* seven = constant("7", m.get_int_type());

@@ -1,4 +1,4 @@
-// Every operator that has a family of symbols, against the table of the tests' own.
+// Every operator that has a family of symbols, against the independent table of the tests.
 
 #include <gtest/gtest.h>
 
@@ -125,8 +125,8 @@ TEST_P(OperatorFamilyTable, RefusesWrongArgumentsWithItsOwnWords) {
   }
 }
 
-// Hands every request on with arguments that no operator takes, so that the type error tells what
-// the builder calls itself.
+// Hands every request on with arguments that no operator takes, so that the type error shows the
+// name under which the builder reports it.
 class MixedUpArguments : public TermManager {
  public:
   const Term_* make_term(const Symbol* s, const Terms& args) override {

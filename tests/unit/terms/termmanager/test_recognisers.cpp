@@ -1,4 +1,5 @@
-// What recognisers say of symbols that somebody registered with a tag: any tag goes with any type.
+// What recognisers say about symbols that a user registered with a tag: any tag is possible with
+// any type.
 
 #include <gtest/gtest.h>
 

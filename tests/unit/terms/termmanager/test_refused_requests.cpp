@@ -1,5 +1,5 @@
-// Requests that are refused, each for all of its reasons, leave the manager as it was: every store,
-// every table, every switch. What may stay after all is spelled out where it does.
+// Requests that are refused, each for all possible reasons, leave the manager as it was: every
+// store, every table, every switch. Where something may stay, the test says so.
 
 #include <gtest/gtest.h>
 

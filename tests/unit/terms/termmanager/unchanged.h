@@ -1,5 +1,5 @@
-// What a request does to the whole state of a manager: for requests that are refused or run out of
-// memory, which should be nothing.
+// What a request changes in the whole state of a manager, for requests that are refused or run out
+// of memory, which should change nothing.
 
 #ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_UNCHANGED_H
 #define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_UNCHANGED_H
