@@ -35,8 +35,8 @@ struct Binding {
   const DataType* sort = nullptr;  // Function: the sort of a constant, or a function type of sorts
   bool owned = false;              // whether to free that symbol's name when the scope ends
   std::string stored_name;  // in the manager's spelling; empty for definitions that are not kept
-  Value value;              // TERM
-  Macro macro;              // MACRO
+  Value value;              // Term
+  Macro macro;              // Macro
 };
 
 struct Name {
