@@ -1,10 +1,35 @@
 // Concatenation, extraction, rotation and extension of bit-vectors.
 
 #include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
+
+// Beside its callers, into which it is inlined.
+bool TermManager::is_bv_symbol(const Symbol* s,
+                               const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
+                               size_t* first, size_t* second) const {
+  require_own(*this, s);
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (first != nullptr) *first = found->second.a;
+  if (second != nullptr) *second = found->second.b;
+  return true;
+}
+
+bool TermManager::is_bv_symbol(const Symbol* s,
+                               const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
+                               size_t* first, size_t* second, size_t* third) const {
+  require_own(*this, s);
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (first != nullptr) *first = found->second.a;
+  if (second != nullptr) *second = found->second.b;
+  if (third != nullptr) *third = found->second.c;
+  return true;
+}
 
 const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
   constexpr SymbolTag::tag tag = SymbolTag::BV_CONCAT;

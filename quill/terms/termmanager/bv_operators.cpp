@@ -2,9 +2,21 @@
 // rows of operator_family.h.
 
 #include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
+
+// Beside its callers, into which it is inlined.
+bool TermManager::is_bv_symbol(const Symbol* s,
+                               const hsh::HashMap<const Symbol*, size_t>& by_symbol,
+                               size_t* width) const {
+  require_own(*this, s);
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (width != nullptr) *width = found->second;
+  return true;
+}
 
 const Symbol* TermManager::make_bv_not_symbol(size_t width) {
   return width_symbol<SymbolTag::BV_NOT>(width);

@@ -1,4 +1,4 @@
-// What all operator families share: the makers and recognisers that take the tables of a family,
+// What all operator families share: the makers that take the tables of a family,
 // the types and the names of symbols, and the refusal of an operand.
 
 #include <string>
@@ -48,16 +48,6 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
   return make_bv_family_symbol(name, tag, width, {width}, arity, by_symbol, by_width, result_type);
 }
 
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, size_t>& by_symbol,
-                               size_t* width) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (width != nullptr) *width = found->second;
-  return true;
-}
-
 const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, size_t first,
                                           size_t width, size_t arity,
                                           hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
@@ -66,29 +56,6 @@ const Symbol* TermManager::make_bv_symbol(const char* name, SymbolTag::tag tag, 
   require_own_or_null(*this, result_type);
   return make_bv_family_symbol(name, tag, BVIndex1{first, width}, {first, width}, arity, by_symbol,
                                by_key, result_type);
-}
-
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
-                               size_t* first, size_t* second) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (first != nullptr) *first = found->second.a;
-  if (second != nullptr) *second = found->second.b;
-  return true;
-}
-
-bool TermManager::is_bv_symbol(const Symbol* s,
-                               const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
-                               size_t* first, size_t* second, size_t* third) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (first != nullptr) *first = found->second.a;
-  if (second != nullptr) *second = found->second.b;
-  if (third != nullptr) *third = found->second.c;
-  return true;
 }
 
 const Symbol* TermManager::make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
@@ -106,16 +73,6 @@ const Symbol* TermManager::make_fp_is_symbol(
     hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e, size_t m) {
   return make_format_symbol(name, /*separated=*/true, tag, /*rounding=*/false, /*operands=*/1,
                             /*bool_result=*/true, by_format, by_symbol, e, m);
-}
-
-bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                               const Symbol* s, size_t* e, size_t* m) const {
-  require_own(*this, s);
-  const auto found = by_symbol.find(s);
-  if (found == by_symbol.end()) return false;
-  if (e != nullptr) *e = found->second.e;
-  if (m != nullptr) *m = found->second.m;
-  return true;
 }
 
 }  // namespace quill

@@ -6,6 +6,17 @@
 
 namespace quill {
 
+// Beside its callers, into which it is inlined.
+bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
+                               const Symbol* s, size_t* e, size_t* m) const {
+  require_own(*this, s);
+  const auto found = by_symbol.find(s);
+  if (found == by_symbol.end()) return false;
+  if (e != nullptr) *e = found->second.e;
+  if (m != nullptr) *m = found->second.m;
+  return true;
+}
+
 const Symbol* TermManager::make_fp_equal_symbol(size_t e, size_t m) {
   return format_symbol<SymbolTag::FP_EQUAL>(e, m);
 }

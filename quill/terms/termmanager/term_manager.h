@@ -213,7 +213,7 @@ class TermManager : public TermFactory {
   const Term_* debug_get_term(unsigned long id) const;
 
   //---------------------------------------------------------------------------------------------
-  // Terms of the core and of arithmetic, in 'make_term.cpp' and 'core_terms.cpp'
+  // Terms of the core and of arithmetic, in 'make_term.cpp'
 
   // Every term except numerals and fresh variables enters the bank here. Checks the request,
   // asks the delegate if one is enabled, and builds the term. Throws on a wrong number of arguments
@@ -497,7 +497,8 @@ class TermManager : public TermFactory {
   bool is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const;
 
   //---------------------------------------------------------------------------------------------
-  // Symbols of any family, by its maps, in 'families.cpp'
+  // Symbols of any family, by its maps, in 'families.cpp' (the recognisers are beside the
+  // operators)
 
   // The symbol of a family of operators on bit-vectors that has these two maps, and its recogniser.
   // A null result type stands for the bit-vectors of the width.
