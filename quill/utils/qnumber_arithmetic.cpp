@@ -45,10 +45,6 @@ bool small_fraction(int128 n, int128 d, QNumber& result) {
   return true;
 }
 
-void require_nonzero(const QNumber& divisor) {
-  if (divisor.is_zero()) throw Exception("division by zero");
-}
-
 void require_integer(const QNumber& a, const char* what) {
   if (!a.is_integer()) throw Exception(what) << " of " << a.to_str() << ", which is no integer";
 }
@@ -158,24 +154,13 @@ QNumber product(const QNumber& a, const QNumber& b) {
 }
 
 QNumber reciprocal(const QNumber& a) {
-  require_nonzero(a);
+  if (a.is_zero()) throw Exception("division by zero");
   if (!a.is_big()) return QNumber(a.den, a.num).canonical();
   const Parts parts(a);
   return from_fraction(parts.d, parts.n);
 }
 
-QNumber quotient(const QNumber& a, const QNumber& b) {
-  require_nonzero(b);
-  QNumber result;
-  if (are_small(a, b) && small_fraction(int128{a.num} * b.den, int128{a.den} * b.num, result)) {
-    return result;
-  }
-  Parts x(a);
-  const Parts y(b);
-  mpz_mul(x.n, x.n, y.d);
-  mpz_mul(x.d, x.d, y.n);
-  return from_fraction(x.n, x.d);
-}
+QNumber quotient(const QNumber& a, const QNumber& b) { return product(a, reciprocal(b)); }
 
 QNumber floor_of(const QNumber& a) {
   const QNumber reduced = a.canonical();
