@@ -4,6 +4,7 @@
 #ifndef QUILL_SMTLIB_COMMANDS_H
 #define QUILL_SMTLIB_COMMANDS_H
 
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <string_view>
