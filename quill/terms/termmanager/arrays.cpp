@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -10,21 +11,21 @@
 
 namespace quill {
 
-// The symbol of an array family: `components` are the types after the application type.
-const Symbol* TermManager::make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
-                                             std::initializer_list<const DataType*> components) {
-  scratch_types.clear();
-  scratch_types.push_back(universe->get_application_type());
-  scratch_types.insert(scratch_types.end(), components);
-  name_buffer = '`';
-  name_buffer += operator_family(tag).base;
-  name_buffer += name_of_type(key.i);
-  name_buffer += '_';
-  name_buffer += name_of_type(key.e);
-  name_buffer += '`';
-  Transaction making(*this);
+const Symbol* TermManager::Families::make_array_symbol(
+    TermManager& m, SymbolTag::tag tag, const ArrIndex& key,
+    std::initializer_list<const DataType*> components) {
+  m.scratch_types.clear();
+  m.scratch_types.push_back(m.universe->get_application_type());
+  m.scratch_types.insert(m.scratch_types.end(), components);
+  m.name_buffer = '`';
+  m.name_buffer += operator_family(tag).base;
+  m.name_buffer += name_of_type(m, key.i);
+  m.name_buffer += '_';
+  m.name_buffer += name_of_type(m, key.e);
+  m.name_buffer += '`';
+  Transaction making(m);
   const Symbol* s = making.add_symbol(tag);
-  array_families[family_slot(tag)].insert(key, s);
+  m.array_families[family_slot(tag)].insert(key, s);
   making.commit();
   return s;
 }
@@ -37,7 +38,7 @@ const Symbol* TermManager::make_array_read_symbol(const DataType* idx, const Dat
   if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem});
+  const Symbol* s = Families::make_array_symbol(*this, tag, {idx, elem}, {array, idx, elem});
   making.commit();
   return s;
 }
@@ -50,7 +51,7 @@ const Symbol* TermManager::make_array_write_symbol(const DataType* idx, const Da
   if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  const Symbol* s = make_array_symbol(tag, {idx, elem}, {array, idx, elem, array});
+  const Symbol* s = Families::make_array_symbol(*this, tag, {idx, elem}, {array, idx, elem, array});
   making.commit();
   return s;
 }
@@ -63,7 +64,7 @@ const Symbol* TermManager::make_array_const_symbol(const DataType* idx, const Da
   if (const Symbol* present = symbols.find({idx, elem})) return present;
   Transaction making(*this);
   const DataType* array = get_array_type(idx, elem);
-  const Symbol* s = make_array_symbol(tag, {idx, elem}, {elem, array});
+  const Symbol* s = Families::make_array_symbol(*this, tag, {idx, elem}, {elem, array});
   making.commit();
   return s;
 }
@@ -73,7 +74,7 @@ const Term_* TermManager::make_array_read(const Term_* a, const Term_* i) {
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_READ);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
-  if (!is_array_type(a->type(), &idx, &elem)) reject_operand(a, family.complaint);
+  if (!is_array_type(a->type(), &idx, &elem)) Families::reject_operand(a, family.complaint);
   return apply(make_array_read_symbol(idx, elem), {a, i}, family.operation);
 }
 
@@ -82,7 +83,7 @@ const Term_* TermManager::make_array_write(const Term_* a, const Term_* i, const
   constexpr OperatorFamily family = operator_family(SymbolTag::ARRAY_WRITE);
   const DataType* idx = nullptr;
   const DataType* elem = nullptr;
-  if (!is_array_type(a->type(), &idx, &elem)) reject_operand(a, family.complaint);
+  if (!is_array_type(a->type(), &idx, &elem)) Families::reject_operand(a, family.complaint);
   return apply(make_array_write_symbol(idx, elem), {a, i, v}, family.operation);
 }
 

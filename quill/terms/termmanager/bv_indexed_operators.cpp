@@ -1,6 +1,6 @@
 // Concatenation, extraction, rotation and extension of bit-vectors.
 
-#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -36,26 +36,26 @@ const Symbol* TermManager::make_bv_concat_symbol(size_t w1, size_t w2) {
   auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
   const size_t width = sum_of_widths(w1, w2);
   const BVIndex2 key{w1, w2, width};
-  const auto found = by_key.find(key);
-  if (found != by_key.end()) return found->second;
+  if (const Symbol* present = find_or_null(by_key, key)) return present;
   Transaction making(*this);
   const DataType* first = get_bv_type(w1);
   const DataType* second = get_bv_type(w2);
   const DataType* result = get_bv_type(width);
   scratch_types = {universe->get_application_type(), first, second, result};
-  compose_family_name(operator_family(tag).base, operator_family(tag).separated, {w1, w2});
-  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  Families::compose_name(*this, operator_family(tag).base, operator_family(tag).separated,
+                         {w1, w2});
+  const Symbol* s = Families::add_symbol(*this, tag, key, by_symbol, by_key);
   making.commit();
   return s;
 }
 const Term_* TermManager::make_bv_concat(const Term_* a, const Term_* b) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_CONCAT);
-  const size_t w1 = require_bv(a, family.complaint);
-  const size_t w2 = require_bv(b, family.complaint);
+  const size_t w1 = Families::require_bv(*this, a, family.complaint);
+  const size_t w2 = Families::require_bv(*this, b, family.complaint);
   return make_binary(make_bv_concat_symbol(w1, w2), a, b, family.operation);
 }
 bool TermManager::is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const {
-  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_CONCAT)].by_symbol, w1, w2,
+  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_CONCAT)].by_object, w1, w2,
                       nullptr);
 }
 
@@ -63,21 +63,21 @@ const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t
   constexpr SymbolTag::tag tag = SymbolTag::BV_EXTRACT;
   auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
   const BVIndex2 key{msb, lsb, w};
-  const auto found = by_key.find(key);
-  if (found != by_key.end()) return found->second;
+  if (const Symbol* present = find_or_null(by_key, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_bv_type(msb - lsb + 1);
-  set_scratch_types(1, operand, result);
-  compose_family_name(operator_family(tag).base, operator_family(tag).separated, {msb, lsb, w});
-  const Symbol* s = add_family_symbol(tag, key, by_symbol, by_key);
+  Families::set_scratch_types(*this, 1, operand, result);
+  Families::compose_name(*this, operator_family(tag).base, operator_family(tag).separated,
+                         {msb, lsb, w});
+  const Symbol* s = Families::add_symbol(*this, tag, key, by_symbol, by_key);
   making.commit();
   return s;
 }
 const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);
   if (lsb > msb) throw Exception("bv extraction of an empty range: [") << msb << ":" << lsb << "]";
-  const size_t w = require_bv(t, family.complaint);
+  const size_t w = Families::require_bv(*this, t, family.complaint);
   if (msb >= w) {
     throw Exception("range too large in bv extraction. arg has width ")
         << w << ", but range is [" << msb << ":" << lsb << "]";
@@ -85,48 +85,48 @@ const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t
   return apply(make_bv_extract_symbol(msb, lsb, w), {t}, family.operation);
 }
 bool TermManager::is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const {
-  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_EXTRACT)].by_symbol, msb, lsb,
+  return is_bv_symbol(s, index2_families[family_slot(SymbolTag::BV_EXTRACT)].by_object, msb, lsb,
                       w);
 }
 
 const Symbol* TermManager::make_bv_rotate_left_symbol(size_t k, size_t w) {
-  return index1_symbol<SymbolTag::BV_ROTATE_LEFT>(k, w);
+  return Families::index1_symbol<SymbolTag::BV_ROTATE_LEFT>(*this, k, w);
 }
 const Term_* TermManager::make_bv_rotate_left(size_t k, const Term_* t) {
-  return bv_index1<SymbolTag::BV_ROTATE_LEFT>(k, t);
+  return Families::bv_index1<SymbolTag::BV_ROTATE_LEFT>(*this, k, t);
 }
 bool TermManager::is_bv_rotate_left(const Symbol* s, size_t* k, size_t* w) const {
-  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ROTATE_LEFT)].by_symbol, k, w);
+  return Families::is_index1_symbol<SymbolTag::BV_ROTATE_LEFT>(*this, s, k, w);
 }
 
 const Symbol* TermManager::make_bv_rotate_right_symbol(size_t k, size_t w) {
-  return index1_symbol<SymbolTag::BV_ROTATE_RIGHT>(k, w);
+  return Families::index1_symbol<SymbolTag::BV_ROTATE_RIGHT>(*this, k, w);
 }
 const Term_* TermManager::make_bv_rotate_right(size_t k, const Term_* t) {
-  return bv_index1<SymbolTag::BV_ROTATE_RIGHT>(k, t);
+  return Families::bv_index1<SymbolTag::BV_ROTATE_RIGHT>(*this, k, t);
 }
 bool TermManager::is_bv_rotate_right(const Symbol* s, size_t* k, size_t* w) const {
-  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ROTATE_RIGHT)].by_symbol, k, w);
+  return Families::is_index1_symbol<SymbolTag::BV_ROTATE_RIGHT>(*this, s, k, w);
 }
 
 const Symbol* TermManager::make_bv_zero_extend_symbol(size_t k, size_t w) {
-  return index1_symbol<SymbolTag::BV_ZERO_EXTEND>(k, w);
+  return Families::index1_symbol<SymbolTag::BV_ZERO_EXTEND>(*this, k, w);
 }
 const Term_* TermManager::make_bv_zero_extend(size_t k, const Term_* t) {
-  return bv_index1<SymbolTag::BV_ZERO_EXTEND>(k, t);
+  return Families::bv_index1<SymbolTag::BV_ZERO_EXTEND>(*this, k, t);
 }
 bool TermManager::is_bv_zero_extend(const Symbol* s, size_t* k, size_t* w) const {
-  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_ZERO_EXTEND)].by_symbol, k, w);
+  return Families::is_index1_symbol<SymbolTag::BV_ZERO_EXTEND>(*this, s, k, w);
 }
 
 const Symbol* TermManager::make_bv_sign_extend_symbol(size_t k, size_t w) {
-  return index1_symbol<SymbolTag::BV_SIGN_EXTEND>(k, w);
+  return Families::index1_symbol<SymbolTag::BV_SIGN_EXTEND>(*this, k, w);
 }
 const Term_* TermManager::make_bv_sign_extend(size_t k, const Term_* t) {
-  return bv_index1<SymbolTag::BV_SIGN_EXTEND>(k, t);
+  return Families::bv_index1<SymbolTag::BV_SIGN_EXTEND>(*this, k, t);
 }
 bool TermManager::is_bv_sign_extend(const Symbol* s, size_t* k, size_t* w) const {
-  return is_bv_symbol(s, index1_families[family_slot(SymbolTag::BV_SIGN_EXTEND)].by_symbol, k, w);
+  return Families::is_index1_symbol<SymbolTag::BV_SIGN_EXTEND>(*this, s, k, w);
 }
 
 }  // namespace quill

@@ -6,7 +6,7 @@
 
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/scope_guard.h"
+#include "quill/terms/termmanager/transaction.h"
 
 namespace quill {
 
@@ -16,11 +16,10 @@ const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataTy
   name_buffer = '`';
   name_buffer += name;
   name_buffer += '`';
-  const size_t before = signature->size();
+  Transaction making(*this);
   const Symbol* s = signature->add_symbol(name_buffer.c_str(), type);
-  ScopeGuard undo([&] { signature->rollback(before); });
   tags[s] = tag;
-  undo.dismiss();
+  making.commit();
   note_given(s);
   return s;
 }

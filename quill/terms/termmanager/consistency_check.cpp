@@ -9,7 +9,7 @@
 #include <functional>
 #include <string_view>
 
-#include "quill/terms/termmanager/family_loop.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -37,12 +37,10 @@ std::string problem(std::string_view table, std::string_view what) {
 
 // A table of types by parameter; `spell` gives the name of the type of a parameter.
 template <class Key, class Spell>
-std::string check_type_table(const char* name, const TypeTable<Key>& table,
+std::string check_type_table(const char* name, const ParameterTypes<Key>& table,
                              const Held<DataType>& types, Spell spell) {
-  size_t pairs = 0;
   std::string wrong;
-  table.for_each([&](const Key& key, const DataType* type) {
-    ++pairs;
+  for (const auto& [key, type] : table.by_key) {
     const Key* back = table.find_key(type);
     if (!types.has(type)) {
       wrong = problem(name, "a type is not in the universe");
@@ -51,18 +49,17 @@ std::string check_type_table(const char* name, const TypeTable<Key>& table,
     } else if (type->get_name() != spell(key)) {
       wrong = problem(name, "a parameter leads to the type of another one");
     }
-  });
-  if (wrong.empty() && pairs != table.size()) wrong = problem(name, "a type has no parameter");
+  }
+  if (wrong.empty() && table.by_key.count != table.by_object.count)
+    wrong = problem(name, "a type has no parameter");
   return wrong;
 }
 
 // A table of operators on any type, which is their argument at `position`.
 std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, size_t position,
                              const Held<DataType>& types, const Held<Symbol>& symbols) {
-  size_t pairs = 0;
   std::string wrong;
-  table.for_each([&](const DataType* type, const Symbol* symbol) {
-    ++pairs;
+  for (const auto& [type, symbol] : table.pairs().by_key) {
     if (!types.has(type)) {
       wrong = problem(name, "a type is not in the universe");
     } else if (!symbols.has(symbol)) {
@@ -72,8 +69,9 @@ std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, si
     } else if (symbol->type->get_component(position) != type) {
       wrong = problem(name, "a type leads to the symbol of another one");
     }
-  });
-  if (wrong.empty() && pairs != table.size()) wrong = problem(name, "a symbol has no type");
+  }
+  if (wrong.empty() && table.pairs().by_key.count != table.pairs().by_object.count)
+    wrong = problem(name, "a symbol has no type");
   return wrong;
 }
 
@@ -89,7 +87,7 @@ template <class Family>
 std::string check_family(const OperatorFamily& row, const Family& family,
                          const Held<Symbol>& symbols,
                          const hsh::HashMap<const Symbol*, SymbolTag::tag>& tags) {
-  constexpr bool has_map_back = requires { family.by_symbol; };
+  constexpr bool has_map_back = requires { family.by_object; };
   const auto& by_key = by_key_of(family);
   for (const auto& [key, symbol] : by_key) {
     if (!symbols.has(symbol)) return problem(row.base, "a symbol is not in the signature");
@@ -98,14 +96,14 @@ std::string check_family(const OperatorFamily& row, const Family& family,
       return problem(row.base, "a symbol is one of another family");
     }
     if constexpr (has_map_back) {
-      const auto found = family.by_symbol.find(symbol);
-      if (found == family.by_symbol.end() || !(found->second == key)) {
+      const auto found = family.by_object.find(symbol);
+      if (found == family.by_object.end() || !(found->second == key)) {
         return problem(row.base, "a symbol does not lead back to its parameters");
       }
     }
   }
   if constexpr (has_map_back) {
-    if (family.by_symbol.count != by_key.count) {
+    if (family.by_object.count != by_key.count) {
       return problem(row.base, "a symbol has no parameters");
     }
   } else if (!family.is_consistent()) {
@@ -188,7 +186,7 @@ std::string TermManager::check_consistency() const {
     }
   }
 
-  for_each_family(*this, [&](const OperatorFamily& row, const auto& family) {
+  Families::for_each(*this, [&](const OperatorFamily& row, const auto& family) {
     if (wrong.empty()) wrong = check_family(row, family, symbols, tags);
   });
   return wrong;

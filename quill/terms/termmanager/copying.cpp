@@ -36,10 +36,7 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
   for (uint64_t i = 0; i < arity; ++i) args.push_back(copy_of(t->args[i]));
   // A symbol of the same name may take another number of arguments. Without checks nothing else
   // looks at it.
-  if (!destination->typecheck_enabled && arity != s->arity) {
-    throw error("wrong arity for symbol ")
-        << s->name << ". expected " << s->arity << ", got " << arity;
-  }
+  if (!destination->typecheck_enabled && arity != s->arity) destination->reject_arity(s, arity);
   const Term_* copy = require_image(destination->make_term(s, args));
   require_own(*destination, copy);
   terms[t] = copy;

@@ -6,7 +6,7 @@
 // the name and the copied type of the one in the source. The rows of operator_family.h say in which
 // tables a family is; nothing here knows one family from another.
 
-#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -95,13 +95,11 @@ template <class Key>
 const Symbol* TermManager::TermCopyCallback::make_keyed_symbol(const Symbol* s, SymbolTag::tag tag,
                                                                const SymbolFamily<Key>& from,
                                                                SymbolFamily<Key>& to) {
-  const auto keyed = from.by_symbol.find(s);
-  if (keyed == from.by_symbol.end()) return nullptr;
-  const Key& key = keyed->second;
-  const auto present = to.by_key.find(key);  // one that lost its name
-  if (present != to.by_key.end()) return present->second;
+  const Key* key = from.find_key(s);
+  if (key == nullptr) return nullptr;
+  if (const Symbol* present = to.find(*key)) return present;  // one that lost its name
   set_type_and_name(s);
-  return destination->add_family_symbol(tag, key, to.by_symbol, to.by_key);
+  return Families::add_symbol(*destination, tag, *key, to.by_object, to.by_key);
 }
 
 // An array family has no map from its symbols to their keys. The array type is the type of the

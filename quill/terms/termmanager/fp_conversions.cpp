@@ -9,7 +9,7 @@
 //   as_ieeebv      e, m           0, e + m + 1
 //   from_ieeebv    0, e + m + 1   e, m
 
-#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -24,57 +24,26 @@ void write(size_t* output, uint64_t value) {
 
 }  // namespace
 
-// The symbol under this key, or null.
-template <SymbolTag::tag Tag>
-const Symbol* TermManager::find_conversion(const FPFormatCast& key) const {
-  constexpr size_t slot = family_slot(Tag);
-  const auto& by_key = cast_families[slot].by_key;
-  const auto found = by_key.find(key);
-  return found != by_key.end() ? found->second : nullptr;
-}
-
-// The key of a symbol of this family, or null.
-template <SymbolTag::tag Tag>
-const TermManager::FPFormatCast* TermManager::find_conversion_key(const Symbol* s) const {
-  require_own(*this, s);
-  constexpr size_t slot = family_slot(Tag);
-  const auto& by_symbol = cast_families[slot].by_symbol;
-  const auto found = by_symbol.find(s);
-  return found != by_symbol.end() ? &found->second : nullptr;
-}
-
-template <SymbolTag::tag Tag>
-const Symbol* TermManager::make_conversion_symbol(const FPFormatCast& key, const DataType* operand,
-                                                  const DataType* result,
-                                                  std::initializer_list<size_t> numbers) {
-  constexpr OperatorFamily family = operator_family(Tag);
-  constexpr size_t slot = family_slot(Tag);
-  set_scratch_types(1, operand, result);
-  if (family.rounding) scratch_types.insert(scratch_types.begin() + 1, fprounding_type);
-  compose_family_name(family.base, family.separated, numbers);
-  auto& [by_symbol, by_key] = cast_families[slot];
-  return add_family_symbol(Tag, key, by_symbol, by_key);
-}
-
 const Symbol* TermManager::make_fp_cast_symbol(size_t e1, size_t m1, size_t e2, size_t m2) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_CAST;
   const FPFormatCast key{e1, m1, e2, m2};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_fp_type(e1, m1);
   const DataType* result = get_fp_type(e2, m2);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e1, m1, e2, m2});
+  const Symbol* s =
+      Families::make_conversion_symbol<tag>(*this, key, operand, result, {e1, m1, e2, m2});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_cast(size_t e2, size_t m2, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_CAST);
-  const auto [e1, m1] = require_fp(t, family.complaint);
+  const auto [e1, m1] = Families::require_fp(*this, t, family.complaint);
   return apply(make_fp_cast_symbol(e1, m1, e2, m2), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2,
                              size_t* m2) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_CAST>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_CAST>(*this, s);
   if (key == nullptr) return false;
   write(e1, key->a);
   write(m1, key->b);
@@ -86,21 +55,21 @@ bool TermManager::is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2
 const Symbol* TermManager::make_fp_from_sbv_symbol(size_t w, size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_SBV;
   const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_fp_type(e, m);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {w, e, m});
+  const Symbol* s = Families::make_conversion_symbol<tag>(*this, key, operand, result, {w, e, m});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_from_sbv(size_t e, size_t m, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_SBV);
-  const size_t w = require_bv(t, family.complaint);
+  const size_t w = Families::require_bv(*this, t, family.complaint);
   return apply(make_fp_from_sbv_symbol(w, e, m), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_SBV>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_FROM_SBV>(*this, s);
   if (key == nullptr) return false;
   write(w, key->b);
   write(e, key->c);
@@ -111,21 +80,21 @@ bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* 
 const Symbol* TermManager::make_fp_from_ubv_symbol(size_t w, size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_UBV;
   const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_bv_type(w);
   const DataType* result = get_fp_type(e, m);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {w, e, m});
+  const Symbol* s = Families::make_conversion_symbol<tag>(*this, key, operand, result, {w, e, m});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_from_ubv(size_t e, size_t m, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_UBV);
-  const size_t w = require_bv(t, family.complaint);
+  const size_t w = Families::require_bv(*this, t, family.complaint);
   return apply(make_fp_from_ubv_symbol(w, e, m), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_UBV>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_FROM_UBV>(*this, s);
   if (key == nullptr) return false;
   write(w, key->b);
   write(e, key->c);
@@ -136,21 +105,21 @@ bool TermManager::is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* 
 const Symbol* TermManager::make_fp_to_bv_symbol(size_t e, size_t m, size_t w) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_TO_BV;
   const FPFormatCast key{e, m, 0, w};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_fp_type(e, m);
   const DataType* result = get_bv_type(w);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e, m, w});
+  const Symbol* s = Families::make_conversion_symbol<tag>(*this, key, operand, result, {e, m, w});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_to_bv(size_t w, const Term_* rm, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_TO_BV);
-  const auto [e, m] = require_fp(t, family.complaint);
+  const auto [e, m] = Families::require_fp(*this, t, family.complaint);
   return apply(make_fp_to_bv_symbol(e, m, w), {rm, t}, family.operation);
 }
 bool TermManager::is_fp_to_bv(const Symbol* s, size_t* e, size_t* m, size_t* w) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_TO_BV>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_TO_BV>(*this, s);
   if (key == nullptr) return false;
   write(e, key->a);
   write(m, key->b);
@@ -162,21 +131,22 @@ const Symbol* TermManager::make_fp_as_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_AS_IEEEBV;
   const size_t width = ieee_width(e, m);
   const FPFormatCast key{e, m, 0, width};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_fp_type(e, m);
   const DataType* result = get_bv_type(width);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {e, m, width});
+  const Symbol* s =
+      Families::make_conversion_symbol<tag>(*this, key, operand, result, {e, m, width});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_as_ieeebv(const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_AS_IEEEBV);
-  const auto [e, m] = require_fp(t, family.complaint);
+  const auto [e, m] = Families::require_fp(*this, t, family.complaint);
   return apply(make_fp_as_ieeebv_symbol(e, m), {t}, family.operation);
 }
 bool TermManager::is_fp_as_ieeebv(const Symbol* s, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_AS_IEEEBV>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_AS_IEEEBV>(*this, s);
   if (key == nullptr) return false;
   write(e, key->a);
   write(m, key->b);
@@ -187,21 +157,23 @@ const Symbol* TermManager::make_fp_from_ieeebv_symbol(size_t e, size_t m) {
   constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_IEEEBV;
   const size_t width = ieee_width(e, m);
   const FPFormatCast key{0, width, e, m};
-  if (const Symbol* present = find_conversion<tag>(key)) return present;
+  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
   Transaction making(*this);
   const DataType* operand = get_bv_type(width);
   const DataType* result = get_fp_type(e, m);
-  const Symbol* s = make_conversion_symbol<tag>(key, operand, result, {width, e, m});
+  const Symbol* s =
+      Families::make_conversion_symbol<tag>(*this, key, operand, result, {width, e, m});
   making.commit();
   return s;
 }
 const Term_* TermManager::make_fp_from_ieeebv(size_t e, size_t m, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_IEEEBV);
-  if (require_bv(t, family.complaint) != ieee_width(e, m)) reject_operand(t, family.complaint);
+  if (Families::require_bv(*this, t, family.complaint) != ieee_width(e, m))
+    Families::reject_operand(t, family.complaint);
   return apply(make_fp_from_ieeebv_symbol(e, m), {t}, family.operation);
 }
 bool TermManager::is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const {
-  const FPFormatCast* key = find_conversion_key<SymbolTag::FP_FROM_IEEEBV>(s);
+  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_FROM_IEEEBV>(*this, s);
   if (key == nullptr) return false;
   write(e, key->c);
   write(m, key->d);

@@ -12,7 +12,7 @@
 #include <algorithm>
 
 #include "quill/terms/termmanager/cache_sweep.h"
-#include "quill/terms/termmanager/family_loop.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
@@ -62,17 +62,6 @@ struct GcVisitCallback {
     return 2;
   }
 };
-
-// Takes the freed symbols of an operator family out of its tables.
-template <class Key>
-void sweep_family(SymbolFamily<Key>& family, const SymbolSet& kept_symbols) {
-  gc_clear_tbl_key(family.by_symbol, kept_symbols);
-  gc_clear_tbl_val(family.by_key, kept_symbols);
-}
-
-void sweep_family(ArraySymbols& family, const SymbolSet& kept_symbols) {
-  family.sweep(kept_symbols);
-}
 
 // The values of numerals and the cache of their terms, whose keys point to the values. The values
 // are copied last and by exchange, when there is room for all of them.
@@ -136,11 +125,8 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
 
   // The parameter types and the named types: a request for a width, a format or a name would get a
   // freed type, and a later type at its address would be taken for the parameter.
-  const auto is_freed = [&](const DataType* type) {
-    return kept_types.find(type) == kept_types.end();
-  };
-  bv_widths.erase_types(is_freed);
-  fp_formats.erase_types(is_freed);
+  bv_widths.sweep(kept_types);
+  fp_formats.sweep(kept_types);
   gc_clear_tbl_val(simple_types, kept_types);
 
   // Tags, values of numerals and parameters would be found for a later symbol that happens to get
@@ -166,8 +152,8 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   latest_uses.fill({});
   recent_numerals.clear();
   marks = {};
-  for_each_family(*this,
-                  [&](const OperatorFamily&, auto& family) { sweep_family(family, kept_symbols); });
+  Families::for_each(*this,
+                     [&](const OperatorFamily&, auto& family) { family.sweep(kept_symbols); });
 
   // Terms before symbols: freed terms would point to freed symbols, whose arity tells how many
   // arguments they have.

@@ -5,6 +5,7 @@
 #include <span>
 #include <typeinfo>
 
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"
@@ -271,17 +272,12 @@ const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
 //----------------------------------------------------------------------------------------------
 // Equality and if-then-else, which have one symbol for each type
 
-// A type in names of symbols.
-std::string TermManager::name_of_type(const DataType* t) const {
-  return t == rat_type ? "rat" : t == int_type ? "int" : t->to_str();
-}
-
 // Makes the symbol of a type; its own type is put together in scratch_types.
 const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
                                                   const char* prefix, SymbolTag::tag tag) {
   name_buffer = '`';
   name_buffer += prefix;
-  name_buffer += name_of_type(t);
+  name_buffer += Families::name_of_type(*this, t);
   name_buffer += '`';
   Transaction making(*this);
   const Symbol* s = making.add_symbol(tag);

@@ -1,6 +1,6 @@
 // Congruence of integers modulo a constant: one symbol for each modulus.
 
-#include "quill/terms/termmanager/family_builders.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -9,18 +9,18 @@ namespace quill {
 const Symbol* TermManager::make_int_modular_congruence_symbol(const QNumber& modulus) {
   constexpr SymbolTag::tag tag = SymbolTag::INT_MODULAR_CONGRUENCE;
   if (!modulus.is_canonical()) return make_int_modular_congruence_symbol(modulus.canonical());
-  const auto found = modular_congruences.by_key.find(modulus);
-  if (found != modular_congruences.by_key.end()) return found->second;
+  if (const Symbol* present = modular_congruences.find(modulus)) return present;
   if (!modulus.is_integer() || modulus.is_negative() || modulus.is_zero()) {
     throw Exception("invalid modulus in make_int_modular_congruence_symbol: ") << modulus;
   }
 
-  set_scratch_types(2, int_type, bool_type);
+  Families::set_scratch_types(*this, 2, int_type, bool_type);
   name_buffer = '`';
   name_buffer += operator_family(tag).base;
   name_buffer += modulus.to_str();
   name_buffer += '`';
-  return add_family_symbol(tag, modulus, modular_congruences.by_symbol, modular_congruences.by_key);
+  return Families::add_symbol(*this, tag, modulus, modular_congruences.by_object,
+                              modular_congruences.by_key);
 }
 
 const Term_* TermManager::make_int_modular_congruence(const QNumber& modulus, const Term_* a,
@@ -31,9 +31,9 @@ const Term_* TermManager::make_int_modular_congruence(const QNumber& modulus, co
 
 bool TermManager::is_int_modular_congruence(const Symbol* s, QNumber* modulus) const {
   require_own(*this, s);
-  const auto found = modular_congruences.by_symbol.find(s);
-  if (found == modular_congruences.by_symbol.end()) return false;
-  if (modulus != nullptr) *modulus = found->second;
+  const QNumber* found = modular_congruences.find_key(s);
+  if (found == nullptr) return false;
+  if (modulus != nullptr) *modulus = *found;
   return true;
 }
 

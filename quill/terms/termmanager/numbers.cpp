@@ -25,9 +25,8 @@ namespace quill {
 // numeral's name, which is in name_buffer, or null. The value is in its canonical form.
 const Term_* TermManager::make_numeral(const Symbol* present, const DataType* type,
                                        const QNumber& value, bool enter_in_cache) {
-  const size_t before = signature->size();
+  Transaction making(*this);
   const Symbol* s = present != nullptr ? present : signature->add_symbol(name_buffer.c_str(), type);
-  ScopeGuard undo_symbol([&] { signature->rollback(before); });
 
   const bool value_is_new = number_values.find(s) == number_values.end();
   if (value_is_new) number_values.insert({s, value});
@@ -51,7 +50,7 @@ const Term_* TermManager::make_numeral(const Symbol* present, const DataType* ty
   if (cached != nullptr) *cached = t;
   undo_cached.dismiss();
   undo_value.dismiss();
-  undo_symbol.dismiss();
+  making.commit();
   return t;
 }
 

@@ -17,35 +17,9 @@
 #include <cstdint>
 #include <iterator>
 
-#include "quill/terms/symbol.h"
 #include "quill/terms/termmanager/symbol_tag.h"
-#include "quill/utils/guarded_table.h"
-#include "quill/utils/hash_map.h"
-#include "quill/utils/scope_guard.h"
 
 namespace quill {
-
-// The symbols of a family and their parameters.
-//
-// Invariant: both maps hold exactly the same pairs. The one finds the symbol to build with, the
-// other recognises it. A script chooses the keys, and not where symbols lie.
-template <class Key>
-struct SymbolFamily {
-  hsh::HashMap<const Symbol*, Key> by_symbol;
-  hsh::GuardedMap<Key, const Symbol*> by_key;
-};
-
-// Enters a pair in both maps or in none. The map by keys has a guard or none.
-template <class Key, class ByKey>
-void insert_in_both(hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key, const Key& key,
-                    const Symbol* symbol) {
-  const bool added = by_symbol.insert({symbol, key});
-  ScopeGuard undo([&] {
-    if (added) by_symbol.erase(by_symbol.find(symbol));
-  });
-  by_key.insert({key, symbol});
-  undo.dismiss();
-}
 
 // What a family is keyed by.
 enum class FamilyKey : uint8_t {

@@ -15,7 +15,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "quill/terms/termmanager/family_loop.h"
+#include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/term_manager.h"
 
 namespace quill {
@@ -94,27 +94,27 @@ std::string text_of(const FamilyKeys::ArrIndex& key, const Texts& texts) {
 std::string text_of(const QNumber& key, const Texts&) { return text_of(key); }
 
 template <class Key>
-void describe(const std::string& name, const TypeTable<Key>& table, const Texts& texts,
+void describe(const std::string& name, const ParameterTypes<Key>& table, const Texts& texts,
               std::string& out) {
   Table lines(name, out);
-  table.for_each([&](const Key& key, const DataType* type) {
+  for (const auto& [key, type] : table.by_key) {
     lines.add(text_of(key, texts), texts.of(type));
     const Key* back = table.find_key(type);
     lines.add(texts.of(type), back != nullptr ? text_of(*back, texts) : "nothing");
-  });
+  }
   lines.write();
-  out += name + " types: " + std::to_string(table.size()) + '\n';
+  out += name + " types: " + std::to_string(table.by_object.count) + '\n';
 }
 
 void describe(const std::string& name, const TypeKeyedSymbols& table, const Texts& texts,
               std::string& out) {
   Table lines(name, out);
-  table.for_each([&](const DataType* type, const Symbol* symbol) {
+  for (const auto& [type, symbol] : table.pairs().by_key) {
     lines.add(texts.of(type), texts.of(symbol));
     lines.add(texts.of(symbol), table.contains(symbol) ? "known" : "unknown");
-  });
+  }
   lines.write();
-  out += name + " symbols: " + std::to_string(table.size()) + '\n';
+  out += name + " symbols: " + std::to_string(table.pairs().by_object.count) + '\n';
 }
 
 template <class Key>
@@ -122,7 +122,7 @@ void describe(const std::string& name, const SymbolFamily<Key>& family, const Te
               std::string& out) {
   Table lines(name, out);
   for (const auto& [key, symbol] : family.by_key) lines.add(text_of(key, texts), texts.of(symbol));
-  for (const auto& [symbol, key] : family.by_symbol) {
+  for (const auto& [symbol, key] : family.by_object) {
     lines.add(texts.of(symbol), text_of(key, texts));
   }
   lines.write();
@@ -192,7 +192,7 @@ std::string TermManager::describe_state() const {
   for (const auto& [value, t] : number_cache) cached.add(text_of(*value), texts.of(t));
   cached.write();
 
-  for_each_family(*this, [&](const OperatorFamily& row, const auto& family) {
+  Families::for_each(*this, [&](const OperatorFamily& row, const auto& family) {
     describe(row.base, family, texts, out);
   });
 

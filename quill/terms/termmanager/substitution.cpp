@@ -78,6 +78,12 @@ const Term_* rebuild(TermManager& manager, const Term_* t, Images& images,
   return image;
 }
 
+// The image of a term must have its type or a subtype of it.
+void require_subtype(const TermManager& m, const Term_* image, const Term_* t) {
+  if (m.is_subtype(image->type(), t->type())) return;
+  throw TermManager::error("substitution between terms of incompatible types");
+}
+
 }  // namespace
 
 const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector<bool>& lent_marks,
@@ -88,9 +94,7 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
   if (check) {
     for (const auto& [from, to] : subst) {
       require_image(to);
-      if (!is_subtype(to->type(), from->type())) {
-        throw error("substitution between terms of incompatible types");
-      }
+      require_subtype(*this, to, from);
     }
   }
   const ScopedValue<bool> checking(typecheck_enabled, check);
@@ -106,9 +110,7 @@ void TermManager::enter_pairs(const std::vector<const Term_*>& from,
   if (from.size() != to.size()) reject_substitution();
   for (size_t i = 0; i < from.size(); ++i) {
     if (from[i] == nullptr || to[i] == nullptr) reject_substitution();
-    if (typecheck_enabled && !is_subtype(to[i]->type(), from[i]->type())) {
-      throw error("substitution between terms of incompatible types");
-    }
+    if (typecheck_enabled) require_subtype(*this, to[i], from[i]);
     enter(from[i], to[i]);
   }
 }

@@ -5,7 +5,7 @@
 
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/scope_guard.h"
+#include "quill/terms/termmanager/transaction.h"
 
 namespace quill {
 
@@ -44,11 +44,10 @@ const Term_* TermManager::make_fresh_variable(const DataType* type) {
   }
   if (is_function_type(type, nullptr, nullptr))
     throw error("Higher-order variables are not supported");
-  const size_t before = signature->size();
+  Transaction making(*this);
   const Symbol* s = signature->add_symbol(name_buffer.c_str(), type);
-  ScopeGuard undo([&] { signature->rollback(before); });
   const Term_* variable = bank->make_term(s, nullptr);
-  undo.dismiss();
+  making.commit();
   return variable;
 }
 

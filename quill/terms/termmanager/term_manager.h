@@ -49,8 +49,8 @@
 #include "quill/terms/termmanager/recent_numerals.h"
 #include "quill/terms/termmanager/symbol_tag.h"
 #include "quill/terms/termmanager/term_factory.h"
+#include "quill/terms/termmanager/two_way_map.h"
 #include "quill/terms/termmanager/type_keyed_symbols.h"
-#include "quill/terms/termmanager/type_table.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/exception.h"
 #include "quill/utils/guarded_table.h"
@@ -737,60 +737,8 @@ class TermManager : public TermFactory {
   }
   void note_given_on_trial(const Symbol* s);
 
-  // The members of the operator families are made of these; see 'families.cpp' and
-  // 'family_builders.h'.
-  void set_scratch_types(size_t operands, const DataType* operand, const DataType* result);
-  void compose_family_name(const char* base, bool separated, std::initializer_list<size_t> numbers);
-  std::string name_of_type(const DataType* t) const;
-  template <class Key, class ByKey>
-  const Symbol* add_family_symbol(SymbolTag::tag tag, const Key& key,
-                                  hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key);
-  template <class Key, class ByKey>
-  const Symbol* make_bv_family_symbol(const char* name, SymbolTag::tag tag, const Key& key,
-                                      std::initializer_list<size_t> numbers, size_t arity,
-                                      hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key,
-                                      const DataType* result_type);
-  template <class ByFormat>
-  const Symbol* make_format_symbol(const char* name, bool separated, SymbolTag::tag tag,
-                                   bool rounding, size_t operands, bool bool_result,
-                                   ByFormat& by_format,
-                                   hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
-                                   size_t e, size_t m);
-  const Symbol* make_array_symbol(SymbolTag::tag tag, const ArrIndex& key,
-                                  std::initializer_list<const DataType*> components);
-  template <SymbolTag::tag Tag>
-  const Symbol* find_conversion(const FPFormatCast& key) const;
-  template <SymbolTag::tag Tag>
-  const FPFormatCast* find_conversion_key(const Symbol* s) const;
-  template <SymbolTag::tag Tag>
-  const Symbol* make_conversion_symbol(const FPFormatCast& key, const DataType* operand,
-                                       const DataType* result,
-                                       std::initializer_list<size_t> numbers);
-  [[noreturn]] void reject_operand(const Term_* t, const char* complaint) const;
-  size_t require_bv(const Term_* t, const char* complaint) const;
-  IEEEFloat::format require_fp(const Term_* t, const char* complaint) const;
-  template <SymbolTag::tag Tag>
-  const Symbol* width_symbol(size_t width);
-  template <SymbolTag::tag Tag>
-  const Symbol* width_symbol_for(const Term_* operand);
-  template <SymbolTag::tag Tag>
-  const Term_* bv_unary(const Term_* t);
-  template <SymbolTag::tag Tag>
-  const Term_* bv_binary(const Term_* a, const Term_* b);
-  template <SymbolTag::tag Tag>
-  bool is_width_symbol(const Symbol* s, size_t* width) const;
-  template <SymbolTag::tag Tag>
-  const Symbol* index1_symbol(size_t k, size_t width);
-  template <SymbolTag::tag Tag>
-  const Term_* bv_index1(size_t k, const Term_* t);
-  template <SymbolTag::tag Tag>
-  const Symbol* format_symbol(size_t e, size_t m);
-  template <SymbolTag::tag Tag>
-  const Term_* fp_with(const Term_* operand, std::initializer_list<const Term_*> args);
-
-  // See 'family_loop.h'.
-  template <class Manager, class Action>
-  static void for_each_family(Manager& manager, Action action);
+  // What the members of the operator families are made of; see 'families.h'.
+  class Families;
 
   heap::ReleaseAtEnd memory;
   static constexpr size_t bytes_of_an_entry = 64;  // about: a symbol or type, with its tables
@@ -811,8 +759,8 @@ class TermManager : public TermFactory {
   const DataType* fp_type_head = nullptr;
 
   // Parameter types, and the named types that get_simple_type made.
-  TypeTable<size_t> bv_widths;
-  TypeTable<IEEEFloat::format> fp_formats;
+  ParameterTypes<size_t> bv_widths;
+  ParameterTypes<IEEEFloat::format> fp_formats;
   hsh::GuardedMap<std::string, const DataType*> simple_types;
 
   // The tag of every symbol that add_interpreted_symbol registered.

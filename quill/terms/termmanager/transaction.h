@@ -43,12 +43,12 @@ class TermManager::Transaction {
 
   void enter_width(size_t width, const DataType* type) {
     manager.undo_log.push_back({.kind = UndoEntry::Width, .width = width});
-    manager.bv_widths.insert(width, type);
+    manager.bv_widths.assign(width, type);
   }
 
   void enter_format(const IEEEFloat::format& format, const DataType* type) {
     manager.undo_log.push_back({.kind = UndoEntry::Format, .format = format});
-    manager.fp_formats.insert(format, type);
+    manager.fp_formats.assign(format, type);
   }
 
   // The function symbol whose type is put together in scratch_types and whose name, between

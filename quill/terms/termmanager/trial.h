@@ -54,7 +54,7 @@ class TermManager::Trial {
 
  private:
   void take_back() noexcept {
-    table.erase(type, made);
+    table.erase(type);
     manager.restore_tag(made, tag_before);
     Signature& names = *manager.signature;
     if (names.size() == symbols_before || names.symbol(symbols_before) != made) return;

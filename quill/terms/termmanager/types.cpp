@@ -12,7 +12,6 @@
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/transaction.h"
 #include "quill/utils/bv_number.h"
-#include "quill/utils/scope_guard.h"
 
 namespace quill {
 
@@ -29,11 +28,10 @@ const DataType* TermManager::get_simple_type(const std::string& name, bool only_
   const auto found = simple_types.find(name);
   if (found != simple_types.end()) return found->second;
   if (only_existing) return nullptr;
-  const size_t before = universe->size();
+  Transaction making(*this);
   const DataType* type = universe->make_type(name);
-  ScopeGuard undo([&] { universe->rollback(before); });
   simple_types.insert({name, type});
-  undo.dismiss();
+  making.commit();
   return type;
 }
 
@@ -222,11 +220,11 @@ void TermManager::free_type(const DataType* t) {
   // type, which it must not, keeps it.
   if (t->is_simple()) {
     simple_types.erase_key(t->get_name());
-    bv_widths.erase_type(t);
-    fp_formats.erase_type(t);
+    bv_widths.erase_object(t);
+    fp_formats.erase_object(t);
   }
-  equality_symbols.erase_type(t);
-  term_ite_symbols.erase_type(t);
+  equality_symbols.erase(t);
+  term_ite_symbols.erase(t);
   for (ArraySymbols& family : array_families) family.erase_type(t);
   latest_uses.fill({});
   recent_numerals.clear();
