@@ -1,8 +1,8 @@
 // The symbols of an array operator, which has one for each pair of index and element type.
 //
-// Representation: a map from pairs to symbols, and beside it for each type the number of places in
-// these pairs where it stands. A type that stands nowhere, as every type that may be freed does, is
-// told by one look-up, however many pairs there are.
+// Representation: a map from pairs to symbols, and for each type the number of places that it takes
+// in these pairs. One look-up therefore recognises a type that takes none, as every type that may
+// be freed does, however many pairs there are.
 
 #ifndef QUILL_TERMS_TERMMANAGER_ARRAY_SYMBOLS_H
 #define QUILL_TERMS_TERMMANAGER_ARRAY_SYMBOLS_H
@@ -24,13 +24,13 @@ class ArraySymbols {
   using Types = FamilyKeys::ArrIndex;
   using Map = hsh::GuardedMap<Types, const Symbol*>;
 
-  // The symbol of these types, or null.
+  // The symbol for these types, or null.
   const Symbol* find(const Types& types) const {
     const auto found = by_types.find(types);
     return found != by_types.end() ? found->second : nullptr;
   }
 
-  // Enters the symbol of types that have none. All or nothing.
+  // Enters the symbol for types that have none. All or nothing.
   void insert(const Types& types, const Symbol* symbol) {
     ++places[types.i];
     ScopeGuard undo_index([&] { leave_place(types.i); });
@@ -41,7 +41,7 @@ class ArraySymbols {
     undo_index.dismiss();
   }
 
-  // Takes out every symbol that is not in the set.
+  // Removes every symbol that is not in the set.
   template <class Kept>
   void sweep(const Kept& kept) {
     erase_pairs([&](const auto& pair) { return kept.find(pair.second) == kept.end(); });
@@ -49,7 +49,7 @@ class ArraySymbols {
     give_back_room(places);
   }
 
-  // Takes out the symbols of all pairs in which the type stands. Reads no type.
+  // Removes the symbols of all pairs that contain the type. Does not dereference types.
   void erase_type(const DataType* type) {
     if (places.find(type) == places.end()) return;
     erase_pairs([&](const auto& pair) { return pair.first.i == type || pair.first.e == type; });
@@ -57,7 +57,7 @@ class ArraySymbols {
 
   const Map& pairs() const { return by_types; }
 
-  // Whether the places are those of the pairs. Linear; for debugging.
+  // Whether the counts agree with the pairs. Linear; for debugging.
   bool is_consistent() const {
     hsh::HashMap<const DataType*, size_t> counted;
     for (const auto& [types, symbol] : by_types) {
@@ -89,7 +89,7 @@ class ArraySymbols {
   }
 
   Map by_types;
-  hsh::HashMap<const DataType*, size_t> places;  // none is 0
+  hsh::HashMap<const DataType*, size_t> places;  // no count is 0
 };
 
 }  // namespace quill

@@ -1,9 +1,9 @@
-// Takes the entries out of tables that lead to symbols or types that a collection frees.
+// Removes the table entries that refer to symbols or types that a collection frees.
 //
-// Entries are erased in place, during one walk over the table. No key is hashed or compared, but
-// for those that stay in a table whose keys were made to collide, so that the key of an entry that
-// goes may have lost what it points to. A table of which a collection leaves little gives back its
-// room afterwards.
+// Entries are erased in place, in one walk over the table, and their keys are neither hashed nor
+// compared: what a key points to may already be gone. Only a table whose keys were made to collide
+// hashes again the keys that stay. A table that the collection leaves nearly empty releases its
+// room.
 
 #ifndef QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
 #define QUILL_TERMS_TERMMANAGER_CACHE_SWEEP_H
@@ -12,7 +12,6 @@
 
 namespace quill {
 
-// Erases every element for which doomed(element) holds.
 template <class Table, class Doomed>
 void erase_entries(Table& table, Doomed doomed) {
   table.erase_if(doomed);

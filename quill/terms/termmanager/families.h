@@ -1,8 +1,8 @@
-// What the members of the operator families are made of, and the loop over all families. Private to
-// the sources of the term manager.
+// The templates from which the members of the operator families are made, and the loop over all
+// families. Private to the sources of the term manager.
 //
-// The row of an operator is known when these templates are compiled, so that a builder comes down
-// to a look at a type, one look-up and make_term.
+// Each template knows the row of its operator at compile time, so that a builder needs only a type
+// test, one look-up and the request itself.
 
 #ifndef QUILL_TERMS_TERMMANAGER_FAMILIES_H
 #define QUILL_TERMS_TERMMANAGER_FAMILIES_H
@@ -55,12 +55,12 @@ class TermManager::Families {
   }
 
   //--------------------------------------------------------------------------------------------
-  // Makers for all families. A map by keys has a guard, or is that of a caller of the public
-  // makers.
+  // Makers for all families. A map by keys is a GuardedMap, or the HashMap that a caller passes to
+  // the public makers.
 
   // Makes the function symbol whose type is in scratch_types and whose name, between backquotes, is
-  // in name_buffer, and enters it in the maps of its family: all or nothing. The types in
-  // scratch_types belong to the calling maker, which makes them within a transaction of its own.
+  // in name_buffer, and enters it in the maps of its family: all or nothing. The caller has made the
+  // types in scratch_types within a transaction of its own.
   template <class Key, class ByKey>
   static const Symbol* add_symbol(TermManager& m, SymbolTag::tag tag, const Key& key,
                                   hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key) {
@@ -71,8 +71,8 @@ class TermManager::Families {
     return s;
   }
 
-  // The symbol of any family whose operands are bit-vectors of one width, the last of the numbers.
-  // Without a result type the result has the type of the operands.
+  // The symbol of any family whose operands are bit-vectors of one width, which is the last of the
+  // numbers. A null result type means the type of the operands.
   template <class Key, class ByKey>
   static const Symbol* make_bv_symbol(TermManager& m, const char* name, SymbolTag::tag tag,
                                       const Key& key, std::initializer_list<size_t> numbers,
@@ -88,8 +88,8 @@ class TermManager::Families {
     return s;
   }
 
-  // The symbol of any family keyed by one format: an optional rounding mode, one or two operands of
-  // the format, and a result that is Bool or of the format.
+  // The symbol of any family keyed by one format. It takes an optional rounding mode and then
+  // operands of the format, and gives Bool or a value of the format.
   template <class ByFormat>
   static const Symbol* make_format_symbol(TermManager& m, const char* name, bool separated,
                                           SymbolTag::tag tag, bool rounding, size_t operands,
@@ -124,7 +124,7 @@ class TermManager::Families {
       making.commit();
       return s;
     } else {
-      const DataType* result = nullptr;  // bit-vectors of the width
+      const DataType* result = nullptr;  // the type of the operands
       if constexpr (family.result == FamilyResult::Bool) result = m.bool_type;
       if constexpr (family.result == FamilyResult::Int) result = m.int_type;
       return make_bv_symbol(m, family.base, Tag, width, {width}, family.arity, by_symbol, by_width,
@@ -132,7 +132,7 @@ class TermManager::Families {
     }
   }
 
-  // The symbol for the width of an operand.
+  // The symbol for the width of the operand.
   template <SymbolTag::tag Tag>
   static const Symbol* width_symbol_for(TermManager& m, const Term_* operand) {
     require_own(m, operand);
@@ -142,7 +142,7 @@ class TermManager::Families {
     if (!m.is_bv_type(type, nullptr)) reject_operand(operand, operator_family(Tag).complaint);
     const size_t* width = m.bv_widths.find_key(type->get_component(1));
     const Symbol* s = width_symbol<Tag>(m, width != nullptr ? *width : 0);
-    // The type of a width that nobody has asked for yet may still get it.
+    // A type whose parameter has no width yet may get one later, so its symbol is not remembered.
     if (width != nullptr) latest = {type, s};
     return s;
   }
@@ -213,7 +213,7 @@ class TermManager::Families {
                               IEEEFloat::format{e, s});
   }
 
-  // The format is that of the given operand, which is one of the arguments.
+  // The format is that of `operand`, which is also one of the arguments.
   template <SymbolTag::tag Tag>
   static const Term_* fp_with(TermManager& m, const Term_* operand,
                               std::initializer_list<const Term_*> args) {

@@ -1,7 +1,7 @@
-// The parameters by which families of interpreted symbols are told apart, as keys of hash tables.
+// The parameters that tell the symbols of an operator family apart, as keys of hash tables.
 //
-// Widths and amounts are in bits. The hashes are fixed, because the order in which tables are
-// walked follows from them: shifts discard what leaves the 64-bit word, sums wrap.
+// Widths and amounts are in bits. The hashes must not change, because they decide the order in
+// which tables are walked. In them, shifts discard what leaves the 64-bit word, and sums wrap.
 
 #ifndef QUILL_TERMS_TERMMANAGER_FAMILY_KEYS_H
 #define QUILL_TERMS_TERMMANAGER_FAMILY_KEYS_H
@@ -15,7 +15,7 @@
 
 namespace quill {
 
-// TermManager offers these under its own name, as TermManager::BVIndex1 and so on.
+// TermManager exports these under its own name, as TermManager::BVIndex1 and so on.
 struct FamilyKeys {
   // Rotations and extensions: amount and width.
   struct BVIndex1 {

@@ -1,10 +1,10 @@
 // Marks that a walk borrows. Private to the sources of the term manager.
 //
-// A walk takes the whole mark vector out of its home and puts a vector back at its end. What the
-// walk calls may start another walk with the same home, through a delegate or an overridden
-// make_term: that walk finds an empty vector there, instead of marks that are in use, and leaves
-// its own one behind. The larger of the two is kept. Every vector at home is all clear, because
-// each walk clears the marks that it set.
+// A walk takes the mark vector from its owner and returns a vector when it ends. The walk may call
+// a delegate or an overridden make_term, which may start another walk with the same owner. The
+// inner walk then finds an empty vector instead of marks that are in use, and returns its own
+// vector first; the owner keeps the larger of the two. All bits of the owner's vector are clear,
+// because each walk clears the marks that it has set.
 
 #ifndef QUILL_TERMS_TERMMANAGER_LENT_MARKS_H
 #define QUILL_TERMS_TERMMANAGER_LENT_MARKS_H

@@ -1,19 +1,19 @@
-// Misuse, diagnosed in debug builds: what a caller gives to a manager must be of that manager, not
-// freed and not null. Private to the sources of the library.
+// Diagnoses misuse in debug builds: what a caller passes to a manager must belong to that manager,
+// and must be neither freed nor null. Private to the sources of the library.
 //
-// The public calls of the manager, and what reads terms on its behalf, begin with
+// Each public call of the manager, and library code that reads terms on its behalf, begins with
 //
 //   require_own(*this, t);
 //
-// which costs one look-up. When it fails a message goes to standard error and the process is
-// aborted, as by an assertion: this is the one place of the library that does either. Release
-// builds compile the checks to nothing.
+// which costs one look-up. If the check fails, it writes a message to standard error and aborts the
+// process. Apart from assertions, no other code of the library does either. In release builds the
+// checks compile to nothing. The messages are
 //
 //   quill: misuse: a term of another manager
 //   quill: misuse: a term that was freed
 //   quill: misuse: a null term
 //
-// and the same for symbols and types. What is freed while it is needed is reported as well:
+// and the same for symbols and types. Freeing what is still needed is reported as well:
 //
 //   quill: misuse: freeing the application type
 //   quill: misuse: freeing a standard type
@@ -21,10 +21,10 @@
 //   quill: misuse: freeing a type that a symbol uses
 //   quill: misuse: freeing a symbol whose name another symbol has
 //
-// A pointer to anything else passes for a term of another manager; one to a freed term passes for
-// the term that has its memory now, if one has. Null passes only where a member documents what it
-// means: such members ask require_own_or_null. What a delegate or an overridden make_term returns
-// is checked as if it had been given.
+// A pointer to anything else is reported as a term of another manager. A pointer to a freed term
+// passes if another term now has its memory. Null passes only where a member says what it means;
+// such members call require_own_or_null. What a delegate or an overridden make_term returns is
+// checked like an argument.
 
 #ifndef QUILL_TERMS_TERMMANAGER_MISUSE_CHECKS_H
 #define QUILL_TERMS_TERMMANAGER_MISUSE_CHECKS_H
@@ -103,8 +103,8 @@ void require_own_or_null(const TermManager& m, const std::vector<const Object*>&
   for (const Object* object : objects) require_own_or_null(m, object);
 }
 
-// The pairs of a caller's map, also those that the call will not come upon: all of them, or the
-// first ones of a map that may be large and is given again and again. An image may be null.
+// Checks the pairs of a caller's map, including those that the call will not look at: all of them,
+// or the first `most` of a map that may be large and is passed repeatedly. An image may be null.
 inline void require_own_pairs(const TermManager& of_keys, const TermManager& of_images,
                               const TermManager::TermMap& pairs, size_t most = SIZE_MAX) {
   for (const auto& [key, image] : pairs) {
@@ -114,12 +114,12 @@ inline void require_own_pairs(const TermManager& of_keys, const TermManager& of_
   }
 }
 
-// That nothing needs the type: it is none of the standard ones, and no other type and no symbol
-// uses it. Looks at all of these.
+// Checks that the type is not a standard one and that no other type and no symbol uses it. Looks at
+// all types and symbols.
 void require_unused(const TermManager& m, const DataType* t,
                     std::span<const DataType* const> standard);
 
-// That the name of the symbol, if the symbol gave it back, was not given to another one.
+// Checks that no other symbol has the name, which this symbol may have given back.
 void require_no_successor(const TermManager& m, const Symbol* s);
 
 #endif

@@ -1,10 +1,9 @@
-// Bit-vector and floating-point numerals of late, by their values: the numeral of a value is
-// otherwise found by its name, which first has to be composed.
+// Recent bit-vector and floating-point numerals, by value. Without this table a numeral is found by
+// its name, which first has to be composed.
 //
-// Representation: a direct-mapped table; a numeral takes the place of the one whose hash leads to
-// the same slot. It holds small values only, and none before the first numeral. An entry stays true
-// until a symbol loses its name or is freed: clear() then forgets all of them, by a new number for
-// the entries that count.
+// Representation: a direct-mapped table, allocated for the first numeral; a new entry replaces the
+// one in its slot. Only values that fit in 64 bits are entered. An entry stays valid until a symbol
+// loses its name or something is freed; clear() then invalidates all entries by starting a new era.
 //
 // Cost: a look-up reads one slot.
 
@@ -21,7 +20,8 @@ namespace quill {
 
 class RecentNumerals {
  public:
-  // A bit-vector of so many bits (e is 0), or the bit pattern of a format (e, m).
+  // The value of a bit-vector of m bits (then e is 0), or the bit pattern of a value of format (e,
+  // m).
   struct Key {
     int64_t value = 0;
     uint64_t e = 0;
@@ -30,14 +30,14 @@ class RecentNumerals {
     bool operator==(const Key&) const = default;
   };
 
-  // The numeral, or null if it is not remembered.
+  // The numeral, or null if the table does not hold it.
   const Term_* find(const Key& key) const {
     if (slots.empty()) return nullptr;
     const Slot& slot = slots[slot_of(key)];
     return slot.term_era == era && slot.key == key ? slot.term : nullptr;
   }
 
-  // Remembers a numeral. Forgets it at once when there is no memory.
+  // Enters a numeral, unless there is no memory for the table.
   void insert(const Key& key, const Term_* t) noexcept {
     if (slots.empty()) {
       try {
@@ -55,7 +55,7 @@ class RecentNumerals {
   struct Slot {
     Key key;
     const Term_* term = nullptr;
-    uint64_t term_era = 0;  // the entry counts while this is the current one
+    uint64_t term_era = 0;  // the entry is valid while this is the current era
   };
 
   static constexpr size_t num_slots = 512;
@@ -67,7 +67,7 @@ class RecentNumerals {
     return (h * 0x9e3779b97f4a7c15) >> (64 - log2_slots);
   }
 
-  std::vector<Slot> slots;  // num_slots, or none at all
+  std::vector<Slot> slots;  // num_slots, or none before the first numeral
   uint64_t era = 1;
 };
 

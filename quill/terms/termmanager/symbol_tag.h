@@ -1,14 +1,14 @@
-// The classes of interpreted symbols.
+// The tags of interpreted symbols.
 //
-// The values are part of the interface: they are what a front end may store or switch on. Symbols
-// over Real and over Int share their tags (PLUS, TIMES, LEQ); the argument type tells them apart.
+// Front ends may store these values or switch on them, so the values never change. Symbols over
+// Real and over Int share their tags (PLUS, TIMES, LEQ); the argument type tells them apart.
 
 #ifndef QUILL_TERMS_TERMMANAGER_SYMBOL_TAG_H
 #define QUILL_TERMS_TERMMANAGER_SYMBOL_TAG_H
 
 namespace quill {
 
-// Old headers of systems make macros of these two words.
+// Some system headers define these two words as macros.
 #pragma push_macro("TRUE")
 #pragma push_macro("FALSE")
 #undef TRUE
@@ -99,7 +99,7 @@ struct SymbolTag {
     INT_FROM_SBV,
     INT_TO_BV,
 
-    // The first two, for programs in which a header has made macros of their names.
+    // TRUE and FALSE, for programs in which a header defines these names as macros.
     TRUE_TAG = TRUE,
     FALSE_TAG = FALSE
   };

@@ -1,9 +1,9 @@
-// What one call of the copying members does its work with: copies of terms, symbols and types of
-// one manager in another, each made once. Private to the sources of the term manager.
+// Does the work of one call of the copying members: copies terms, symbols and types of one manager
+// to another, each once. Private to the sources of the term manager.
 //
-// Over terms it is driven by TermVisitor: the pre-visit replaces the keys of the substitution, the
-// post-visit rebuilds a term from its copied symbol and the copies of its arguments. The tables
-// lead from objects of the source to those of the destination. The source is only read.
+// TermVisitor drives the copying of terms: the pre-visit replaces the keys of the substitution, and
+// the post-visit rebuilds a term from its copied symbol and arguments. The tables lead from objects
+// of the source to those of the destination. The source is only read.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_COPY_CALLBACK_H
 #define QUILL_TERMS_TERMMANAGER_TERM_COPY_CALLBACK_H
@@ -18,14 +18,14 @@ namespace quill {
 
 class TermManager::TermCopyCallback {
  public:
-  // All three must outlive the callback.
+  // The callback keeps references to all three.
   TermCopyCallback(TermManager& receiver, const TermManager& owner, const TermMap& replacements);
   TermCopyCallback(const TermCopyCallback&) = delete;
   TermCopyCallback& operator=(const TermCopyCallback&) = delete;
 
   int visit(const Term_* t, bool preorder);
 
-  // The copy of a term that was visited.
+  // The copy of a term, which must have been visited.
   const Term_* copy_of(const Term_* t) const { return terms.find(t)->second; }
 
   const Symbol* copy_symbol(const Symbol* s);

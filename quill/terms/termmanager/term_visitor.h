@@ -1,39 +1,39 @@
 // A walk over the graph below a term, without recursion.
 //
-// The callback is asked twice about each term, before its arguments and after them:
+// The visitor calls the callback twice for each term, before its arguments and after them:
 //
 //   int visit(const Term_* t, bool preorder)
 //
 //   answer    at the pre-visit                                       at the post-visit
 //   0         stop the whole walk                                    stop the whole walk
-//   1         leave out the arguments; the post-visit follows        go on
+//   1         skip the arguments; the post-visit follows             go on
 //   other     go on with the arguments                               go on
 //
 // In dag mode each term is visited once however many parents it has; otherwise once for every path
 // that leads to it. Arguments are finished in reverse order, each before its parents.
 //
-// The visitor of class TermVisitor<C> calls C::visit itself, also where a class derived from C
-// overrides it. A callback that is chosen at run time is called through VisitForwarder.
+// TermVisitor<C> calls C::visit itself, even if a class derived from C overrides it. To choose a
+// callback at run time, use VisitForwarder.
 //
-// What a callback may do. It may call every member of every manager except gc, free_type,
-// free_symbol and the destructor (see term_factory.h). It may walk: with other visitors that have
-// marks of their own, and with the very visitor that calls it. Such an inner walk has a work stack
-// of its own and shares the marks with the outer walk:
-//   - In dag mode each walk leaves out what the other one has finished. An inner walk that reaches
-//     a term which the outer walk has entered and not left makes the post-visit of it, and the
-//     outer walk makes none. (Otherwise the outer walk makes one, too.)
-//   - An inner walk with clear_marks also clears what the outer walk has marked. The outer walk
-//     goes on from its work stack and makes the post-visits of the terms that it has entered; a
-//     finished term that it meets again is visited again. The marks of the rest of the outer walk
-//     are cleared at its end, if its own clear_marks says so.
-// The callback must not destroy the visitor, lend it other marks, or make the marks shorter.
+// A callback may call every member of every manager except gc, free_type, free_symbol and the
+// destructor (see term_factory.h). It may start walks, both with other visitors that have their own
+// marks and with the visitor that calls it. An inner walk with the same visitor has its own part of
+// the work stack and shares the marks with the outer walk:
+//   - In dag mode each walk skips what the other one has finished. If an inner walk reaches a term
+//     that the outer walk has entered and not left, the inner walk makes its post-visit and the
+//     outer walk makes none. (In the other mode the outer walk makes one, too.)
+//   - An inner walk with clear_marks also clears the marks of the outer walk. The outer walk
+//     continues from its work stack and makes the post-visits of the terms that it has entered; if
+//     it meets a finished term again, it visits the term again. The marks that the rest of the
+//     outer walk sets are cleared at its end if its own clear_marks says so.
+// The callback must not destroy the visitor, set other marks, or shorten the mark vector.
 //
 // Representation: two bits per term id in a mark vector, done (2 id) and entered (2 id + 1); a bit
-// beyond the end reads as clear. The list of visited terms is all that is needed to clear the marks
-// again, so that a walk costs as much as the part of the graph that it reaches: in dag mode it
-// holds every term that has a mark. Marks can be lent by the user, to reuse their storage from walk
-// to walk. All walks of a visitor use one array as the work stack, each the part of it above the
-// walks that it runs within.
+// beyond the end reads as clear. The marks are cleared through the list of visited terms, which in
+// dag mode holds every term that has a mark, so the cost of a walk depends only on the part of the
+// graph that it reaches. Users can lend a mark vector, to reuse its storage from walk to walk. All
+// walks of a visitor share one array as the work stack; each walk uses the part above those of the
+// walks that enclose it.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
 #define QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
@@ -49,7 +49,7 @@
 
 namespace quill {
 
-// A base for callbacks that are chosen at run time.
+// A base class for callbacks that are chosen at run time.
 class TermVisitorCallback {
  public:
   virtual ~TermVisitorCallback() = default;
@@ -69,7 +69,7 @@ class VisitForwarder {
   TermVisitorCallback* callback;
 };
 
-// Clears the marks of the visited terms, and the list, when it goes out of scope.
+// Clears the marks of the visited terms, and the list itself, at the end of its scope.
 class CacheCleaner {
  public:
   CacheCleaner(std::vector<bool>* marked, std::vector<const Term_*>* reached)
@@ -104,12 +104,12 @@ class TermVisitor {
   TermVisitor(const TermVisitor&) = delete;
   TermVisitor& operator=(const TermVisitor&) = delete;
 
-  // Marks to use instead of the visitor's own; to be set before the first walk, and all clear. Not
-  // owned, and not to be made shorter during a walk.
+  // Uses these marks instead of the visitor's own. Call it before the first walk, with all marks
+  // clear. The visitor does not own the vector, which must not be shortened during a walk.
   void set_marks(std::vector<bool>* lent) { marks = lent; }
 
-  // Walks what is below root. With clear_marks the next walk starts afresh, also when this one was
-  // stopped or the callback threw; without it, in dag mode, a later walk leaves out the terms that
+  // Walks root and all that is below it. With clear_marks the next walk starts afresh, even if this
+  // one was stopped or the callback threw. Without it, in dag mode, later walks skip the terms that
   // are done.
   void visit(const Term_* root, bool clear_marks) {
     assert((root == nullptr || root->symbol != nullptr) && "a walk begins at a freed term");
@@ -123,18 +123,18 @@ class TermVisitor {
         stack.pop_back();
         continue;
       }
-      // Downwards from argument to argument: the one that was pushed last is not done.
+      // Go down from argument to argument; the one pushed last is not done.
       while (!is_open(entry) && !is_marked(entered_bit(t))) {
         const int answer = callback->C::visit(t, true);
-        visited.push_back(t);  // first, so that no bit is ever set that the list does not clear
+        visited.push_back(t);  // first, so that the list leads to every bit that is set
         mark_entered(t);
         if (answer == 0) return;
         if (answer == 1 || !push_arguments(t)) break;
         entry = stack.back();
         t = term_of(entry);
       }
-      // It stays on the stack for so long, which tells a walk that the callback begins that it is
-      // an inner one.
+      // The entry stays on the stack during this call, so that a walk that the callback starts
+      // knows that it is an inner one.
       const int answer = callback->C::visit(t, false);
       stack.pop_back();
       if (dag_mode) {
@@ -147,8 +147,8 @@ class TermVisitor {
   }
 
  private:
-  // Ids are below 2^32, as the bank's handles are; said here, the signed arithmetic inside of
-  // vector<bool> folds away.
+  // Ids are below 2^32, as the bank's handles are. The cast tells the compiler, which can then fold
+  // away the signed arithmetic inside vector<bool>.
   static size_t done_bit(const Term_* t) { return 2 * size_t{static_cast<uint32_t>(t->id)}; }
   static size_t entered_bit(const Term_* t) { return done_bit(t) + 1; }
 
@@ -164,7 +164,7 @@ class TermVisitor {
     (*marks)[done_bit(t)] = true;
   }
 
-  // Asking a vector<bool> for its size takes longer than all the rest.
+  // vector<bool>::size() takes longer than all the rest, so num_marks is asked first.
   bool is_within(size_t bit) { return bit < num_marks || is_within_size(bit); }
 
   [[gnu::noinline]] bool is_within_size(size_t bit) {
@@ -177,14 +177,15 @@ class TermVisitor {
     if (!is_within(done_bit(t))) grow(t);
   }
 
-  // Makes room for both bits of a term, doubling, so that marking is constant time on average.
+  // Makes room for both bits of a term. Doubles the vector, so that marking takes amortised
+  // constant time.
   [[gnu::noinline]] void grow(const Term_* t) {
     marks->resize(std::max(entered_bit(t) + 1, 2 * marks->size()));
     if (!relisting) num_marks = marks->size();
   }
 
-  // A term that waits to be entered, or, with the lowest bit set, one that has been and waits for
-  // its arguments above it.
+  // A term that waits to be entered. If the lowest bit is set, the term has been entered and waits
+  // for its arguments, which are above it.
   using Entry = uintptr_t;
   static Entry waiting(const Term_* t) { return reinterpret_cast<Entry>(t); }
   static bool is_open(Entry entry) { return (entry & 1) != 0; }
@@ -192,8 +193,8 @@ class TermVisitor {
     return reinterpret_cast<const Term_*>(entry & ~Entry{1});
   }
 
-  // What a walk has to itself: the part of the work stack from `begin` on, released on every way
-  // out. What is below it belongs to the walks that are under way.
+  // The part of the work stack that belongs to one walk, from `begin` on; released on every way
+  // out. What is below it belongs to the enclosing walks.
   class Frame {
    public:
     Frame(TermVisitor* owner, bool clears_marks)
@@ -223,8 +224,8 @@ class TermVisitor {
     if (relisting) num_marks = 0;
   }
 
-  // Opens the term on top and pushes the arguments that a walk still has to visit; false, without a
-  // change, if there are none.
+  // Opens the term on top of the stack and pushes the arguments that the walk still has to visit.
+  // If there are none, returns false and changes nothing.
   bool push_arguments(const Term_* t) {
     const size_t top = stack.size() - 1;
     const uint64_t arity = t->symbol->arity;
@@ -240,11 +241,11 @@ class TermVisitor {
   bool dag_mode;
   std::vector<bool> own_marks;
   std::vector<bool>* marks;
-  // As many marks as there are, or fewer. 0 while `relisting`: then no term can be marked as done
-  // without a look at that flag, which therefore costs the usual walk nothing.
+  // At most the number of marks. It is 0 while `relisting`: marking a term as done then takes the
+  // slow path, which looks at that flag, so that the flag costs other walks nothing.
   size_t num_marks = 0;
-  // Whether an inner walk has emptied the list of the visited terms. Until the outermost walk ends,
-  // each term that is marked as done is listed once more.
+  // Whether an inner walk has emptied the list of visited terms. Until the outermost walk ends,
+  // each term that is marked as done is then listed again.
   bool relisting = false;
   GrowingArray<Entry> stack;
   std::vector<const Term_*>

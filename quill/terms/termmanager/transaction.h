@@ -1,6 +1,5 @@
-// What a request makes on the way to its result: types with their parameters, a symbol, its tag.
-// All of it is taken back again unless the transaction is committed. Private to the sources of the
-// term manager.
+// Undoes what a request makes on the way to its result (types with their parameters, a symbol, its
+// tag) unless it is committed. Private to the sources of the term manager.
 //
 //   Transaction making(*this);           // before the first type is made
 //   const DataType* type = get_bv_type(width);
@@ -9,12 +8,12 @@
 //   by_width.insert({width, s});         // the last step that can fail
 //   making.commit();
 //
-// Representation: stores only grow at their ends, so two sizes tell what is new in them. Tables
-// have no order; what was entered in them is noted in the manager's undo log, which transactions
-// within transactions share, and which is empty when none is open. Nothing that is made within a
-// transaction may be freed in it, other than by a transaction within.
+// Representation: stores only grow at their ends, so their former sizes tell what is new. Tables
+// have no order, so new entries are noted in the manager's undo log. Nested transactions share the
+// log; it is empty when no transaction is open. While a transaction is open, only a transaction
+// nested in it may free what was made in it.
 //
-// Cost: a few loads and stores, and an entry of the log for each width, format and tag.
+// Cost: a few loads and stores, and a log entry for each width, format and tag.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TRANSACTION_H
 #define QUILL_TERMS_TERMMANAGER_TRANSACTION_H
@@ -51,8 +50,8 @@ class TermManager::Transaction {
     manager.fp_formats.assign(format, type);
   }
 
-  // The function symbol whose type is put together in scratch_types and whose name, between
-  // backquotes, is in name_buffer, with its tag.
+  // Makes the function symbol with this tag, whose type has its components in scratch_types and
+  // whose name, between backquotes, is in name_buffer.
   const Symbol* add_symbol(SymbolTag::tag tag) {
     const DataType* type = manager.universe->make_type(manager.scratch_types);
     const Symbol* s = manager.signature->add_symbol(manager.name_buffer.c_str(), type);
@@ -63,14 +62,13 @@ class TermManager::Transaction {
     return s;
   }
 
-  // The tag that the symbol had before, if it was there and had one.
+  // The tag that the symbol had before add_symbol, if any.
   std::optional<SymbolTag::tag> replaced_tag() const { return replaced; }
 
-  // Keeps what was made.
   void commit() { committed = true; }
 
  private:
-  // An entry stands in the log before it does in its table, where it may be missing.
+  // Entries are logged before they enter their table, so the table may lack the latest one.
   void undo() noexcept {
     auto& log = manager.undo_log;
     for (; log.size() > log_before; log.pop_back()) {

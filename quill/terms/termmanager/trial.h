@@ -1,12 +1,10 @@
-// The symbol that the first request with a type makes (equality, if-then-else), while the request
-// is on its way through make_term. When the request is refused the symbol goes again, with its
-// type, so that a refused request leaves no trace; unless what the request called back was given
-// the symbol by a request of its own, or a term has been built with it. Private to the sources of
-// the term manager.
+// The trial of a symbol that the first equality or if-then-else of a type makes, for as long as the
+// request is in make_term. If the request is refused, the trial removes the symbol and its type, so
+// that the request leaves no trace. It keeps them if a request nested in this one was given the
+// symbol or a term was built with it. Private to the sources of the term manager.
 //
-// Whether that has happened is noted where it happens (note_given), so that nothing is searched.
-// What the request called back may have made types and symbols after those of this request: they
-// stay, in their order.
+// note_given records such uses when they occur, so nothing is searched. Types and symbols that
+// nested requests made after those of this request stay, in their order.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TRIAL_H
 #define QUILL_TERMS_TERMMANAGER_TRIAL_H
@@ -36,21 +34,21 @@ class TermManager::Trial {
     if (made != nullptr && !is_needed) take_back();
   }
 
-  // The maker of the symbol tells it and the tag that it had before.
+  // The maker of the symbol reports the symbol and the tag that it had before.
   void symbol_made(const Symbol* symbol, std::optional<SymbolTag::tag> tag) {
-    if (made != nullptr) return;  // that of a request called back
+    if (made != nullptr) return;  // made by a nested request
     made = symbol;
     tag_before = tag;
   }
 
-  // The request on trial itself is given the symbol, too, at its own depth.
+  // The request on trial is given the symbol, too, but at its own depth, which does not count.
   void note_given(const Symbol* symbol) {
     if (symbol == made && manager.requests_under_way > depth) is_needed = true;
   }
 
   void keep() { is_needed = true; }
 
-  Trial* const outer;  // of the request that called this one back, or null
+  Trial* const outer;  // that of the enclosing request, or null
 
  private:
   void take_back() noexcept {
@@ -62,7 +60,7 @@ class TermManager::Trial {
     names.remove_at(symbols_before);
     TypeUniverse& types = *manager.universe;
     if (types.size() == types_before || types.type(types_before) != own_type) return;
-    // Only what was made later can use the type.
+    // Only symbols and types that were made later can use the type.
     for (size_t i = symbols_before; i < names.size(); ++i) {
       if (names.symbol(i)->type == own_type) return;
     }
