@@ -1,5 +1,6 @@
-// Arrays. A family has one map, from the pair of types to the symbol; its symbols are recognised by
-// their tag and type. The tag alone says nothing: add_interpreted_symbol gives any tag to any type.
+// Arrays. Each family has one map, from the pair of types to the symbol. Its symbols are recognised
+// by their tag and type, because the tag alone proves nothing: add_interpreted_symbol can give any
+// tag to a symbol of any type.
 
 #include <string>
 
@@ -100,7 +101,8 @@ const Term_* TermManager::make_array_const(const DataType* arrtype, const Term_*
 
 namespace {
 
-// Writes the types of the array to outputs that are not null. True, so that recognisers end in it.
+// Writes the types of the array to the outputs that are not null. Returns true, so that recognisers
+// can end with a call of it.
 bool put_types(const DataType* array, const DataType** idx, const DataType** elem) {
   if (idx != nullptr) *idx = array->get_component(1);
   if (elem != nullptr) *elem = array->get_component(2);

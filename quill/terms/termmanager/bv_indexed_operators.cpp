@@ -7,7 +7,7 @@
 
 namespace quill {
 
-// Beside its callers, into which it is inlined.
+// In the same file as its callers, so that it is inlined into them.
 bool TermManager::is_bv_symbol(const Symbol* s,
                                const hsh::HashMap<const Symbol*, BVIndex1>& by_symbol,
                                size_t* first, size_t* second) const {

@@ -1,5 +1,5 @@
-// The operators on bit-vectors of one width, and between bit-vectors and integers: members over the
-// rows of operator_family.h.
+// The operators on bit-vectors of one width, and those between bit-vectors and integers, defined by
+// the rows of operator_family.h.
 
 #include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/misuse_checks.h"
@@ -7,7 +7,7 @@
 
 namespace quill {
 
-// Beside its callers, into which it is inlined.
+// In the same file as its callers, so that it is inlined into them.
 bool TermManager::is_bv_symbol(const Symbol* s,
                                const hsh::HashMap<const Symbol*, size_t>& by_symbol,
                                size_t* width) const {
@@ -238,7 +238,8 @@ bool TermManager::is_int_from_sbv(const Symbol* s, size_t* width) const {
   return Families::is_width_symbol<SymbolTag::INT_FROM_SBV>(*this, s, width);
 }
 
-// The one family of this kind whose operand is no bit-vector: the width is all that a builder has.
+// The only family keyed by a width whose operand is not a bit-vector, so the caller gives the
+// width.
 const Symbol* TermManager::make_int_to_bv_symbol(size_t width) {
   constexpr SymbolTag::tag tag = SymbolTag::INT_TO_BV;
   auto& [by_symbol, by_width] = width_families[family_slot(tag)];

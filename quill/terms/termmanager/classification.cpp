@@ -1,8 +1,8 @@
-// Interpreted symbols, and what kind of symbol a symbol is.
+// Interpreted symbols, and the classification of symbols.
 //
-// The first character of a name tells the name spaces apart: a backquote for symbols of the
-// theories, an apostrophe for variables. Numerals have neither and are known by their recorded
-// values.
+// The first character of a name tells the name spaces apart: a backquote marks symbols of the
+// theories, an apostrophe variables. Numerals have neither; they are the symbols with a recorded
+// value.
 
 #include "quill/terms/termmanager/misuse_checks.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -24,7 +24,7 @@ const Symbol* TermManager::add_interpreted_symbol(const char* name, const DataTy
   return s;
 }
 
-// Gives a symbol the tag that it had before the latest one, or none.
+// Gives a symbol its previous tag back, or takes its tag away if it had none.
 void TermManager::restore_tag(const Symbol* s, std::optional<SymbolTag::tag> tag) noexcept {
   const auto tagged = tags.find(s);
   if (tagged == tags.end()) return;

@@ -1,9 +1,9 @@
-// What must hold between the tables of a manager and its stores, whatever was built and collected.
+// Checks what must always hold between the tables of a manager and its stores.
 //
 //   stores      look-ups find what a store holds; what terms, symbols and types point to is held
-//   tables      lead to and from types, symbols and terms that are held, and a pair of maps agrees
+//   tables      lead only to and from types, symbols and terms that are held; paired maps agree
 //
-// The address of an object that is not held is only compared, never followed.
+// An address is dereferenced only if a store holds the object.
 
 #include <algorithm>
 #include <functional>
@@ -16,7 +16,7 @@ namespace quill {
 
 namespace {
 
-// The objects of a store.
+// The objects that a store holds.
 template <class T>
 class Held {
  public:
@@ -35,7 +35,7 @@ std::string problem(std::string_view table, std::string_view what) {
   return std::string(table) + ": " + std::string(what);
 }
 
-// A table of types by parameter; `spell` gives the name of the type of a parameter.
+// A table of types by parameter; spell(key) is the name of the type for a parameter.
 template <class Key, class Spell>
 std::string check_type_table(const char* name, const ParameterTypes<Key>& table,
                              const Held<DataType>& types, Spell spell) {
@@ -55,7 +55,7 @@ std::string check_type_table(const char* name, const ParameterTypes<Key>& table,
   return wrong;
 }
 
-// A table of operators on any type, which is their argument at `position`.
+// A table of the symbols of an operator by type; the type is that of the argument at `position`.
 std::string check_type_keyed(const char* name, const TypeKeyedSymbols& table, size_t position,
                              const Held<DataType>& types, const Held<Symbol>& symbols) {
   std::string wrong;
@@ -82,7 +82,7 @@ const auto& by_key_of(const SymbolFamily<Key>& family) {
 
 const ArraySymbols::Map& by_key_of(const ArraySymbols& family) { return family.pairs(); }
 
-// The symbols of an operator; those of the arrays have no map back.
+// The symbols of an operator. Array families have no map from symbols to keys.
 template <class Family>
 std::string check_family(const OperatorFamily& row, const Family& family,
                          const Held<Symbol>& symbols,
@@ -115,7 +115,7 @@ std::string check_family(const OperatorFamily& row, const Family& family,
 }  // namespace
 
 std::string TermManager::check_consistency() const {
-  // Types before symbols before terms, so that what is followed is known to be there.
+  // Types before symbols before terms, so that each pointer is checked before it is dereferenced.
   Held<DataType> types;
   for (size_t i = 0; i < universe->size(); ++i) types.add(universe->type(i));
   types.sort();

@@ -1,4 +1,5 @@
-// Copying terms, symbols and types from another manager: the members, and the walk over terms.
+// Copying terms, symbols and types from another manager: the public members and the walk over
+// terms.
 
 #include "quill/terms/termmanager/lent_marks.h"
 #include "quill/terms/termmanager/misuse_checks.h"
@@ -12,7 +13,7 @@ namespace quill {
 TermManager::TermCopyCallback::TermCopyCallback(TermManager& receiver, const TermManager& owner,
                                                 const TermMap& replacements)
     : destination(&receiver), source(&owner), substitution(&replacements) {
-  // Types that every manager has from the start stand for each other.
+  // Types that every manager has from the start correspond to each other.
   types[source->bool_type] = destination->bool_type;
   types[source->rat_type] = destination->rat_type;
   types[source->int_type] = destination->int_type;
@@ -34,8 +35,8 @@ int TermManager::TermCopyCallback::visit(const Term_* t, bool preorder) {
   args.clear();
   args.reserve(arity);
   for (uint64_t i = 0; i < arity; ++i) args.push_back(copy_of(t->args[i]));
-  // A symbol of the same name may take another number of arguments. Without checks nothing else
-  // looks at it.
+  // The destination's symbol of this name may have another arity, and without checks make_term does
+  // not look at it.
   if (!destination->typecheck_enabled && arity != s->arity) destination->reject_arity(s, arity);
   const Term_* copy = require_image(destination->make_term(s, args));
   require_own(*destination, copy);
@@ -54,8 +55,8 @@ const Term_* TermManager::copy_term_with_subst(const TermManager& src, const Ter
   if (&src == this && subst.begin() == subst.end()) return t;
   TermCopyCallback callback(*this, src, subst);
   TermVisitor<TermCopyCallback> visitor(&callback, /*dag_mode=*/true);
-  // A vector for this walk would have to be cleared up to the largest id that it meets, which may
-  // be far more than the walk itself does. Kept marks are cleared through the list of the visited.
+  // A new vector would have to be cleared up to the largest id that the walk meets, which may cost
+  // far more than the walk. The kept marks are cleared through the list of visited terms.
   LentMarks lent(marks);
   visitor.set_marks(lent.get());
   visitor.visit(t, /*clear_marks=*/true);
@@ -66,7 +67,7 @@ void TermManager::copy_terms(const TermManager& src, const std::vector<const Ter
                              std::vector<const Term_*>& out, bool use_manager_marks) {
   require_own(src, in);
   if (in.empty()) return;
-  const size_t count = in.size();  // counted before, for an output that is the input
+  const size_t count = in.size();  // fixed first, because `out` may be `in`
   if (&src == this) {
     for (size_t i = 0; i < count; ++i) out.push_back(in[i]);
     return;

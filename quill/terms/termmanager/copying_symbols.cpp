@@ -1,10 +1,11 @@
 // Copying symbols.
 //
-// What tells the symbols of an operator family apart, their key, is the same in every manager, and
-// so are the name and the type that follow from the operator and the key. A symbol of a family is
-// therefore entered in the destination's family as the family's maker would enter it, with the key,
-// the name and the copied type of the one in the source. The rows of operator_family.h say in which
-// tables a family is; nothing here knows one family from another.
+// The key that tells the symbols of an operator family apart is the same in every manager, and so
+// are the name and the type that follow from the operator and the key. Copying therefore enters a
+// symbol in the destination's family as the maker of the family would, with the key and the name of
+// the source's symbol and a copy of its type. The rows of operator_family.h say which tables hold a
+// family; nothing here depends on a particular one, except that arrays have no map from symbols to
+// keys.
 
 #include "quill/terms/termmanager/families.h"
 #include "quill/terms/termmanager/term_copy_callback.h"
@@ -41,8 +42,8 @@ const Symbol* TermManager::TermCopyCallback::make_symbol_copy(const Symbol* s) {
     copy = make_number_symbol(s, value);
   }
   if (copy != nullptr) return copy;
-  // A symbol of the user's. The name of one that somebody registered with add_interpreted_symbol is
-  // refused here: what it means can't be carried over.
+  // A user symbol. make_symbol refuses the name of a symbol that add_interpreted_symbol registered,
+  // because its meaning can't be carried over.
   const DataType* type = copy_type(s->type);
   return destination->make_symbol(s->name, type);
 }
@@ -56,13 +57,13 @@ const Symbol* TermManager::TermCopyCallback::make_number_symbol(const Symbol* s,
     return destination->make_fp_bits_number(value, format->e, format->m)->symbol;
   }
   if (source->is_real_or_int(s->type)) return destination->make_number(value)->symbol;
-  // A symbol of the user's that was taken for a numeral, and whose type was put together by hand.
+  // A user symbol that became a numeral and whose type was put together by hand.
   const DataType* type = copy_type(s->type);
   const Symbol* constant = destination->make_symbol(s->name, type);
   return destination->make_numeral(constant, type, value, /*enter_in_cache=*/false)->symbol;
 }
 
-// The copy of a symbol with the tag of a family; null for one that is not the family's.
+// The copy of a symbol with the tag of a family; null if the family does not contain it.
 const Symbol* TermManager::TermCopyCallback::make_family_symbol(const Symbol* s,
                                                                 SymbolTag::tag tag) {
   const size_t slot = family_slot(tag);
@@ -97,13 +98,13 @@ const Symbol* TermManager::TermCopyCallback::make_keyed_symbol(const Symbol* s, 
                                                                SymbolFamily<Key>& to) {
   const Key* key = from.find_key(s);
   if (key == nullptr) return nullptr;
-  if (const Symbol* present = to.find(*key)) return present;  // one that lost its name
+  if (const Symbol* present = to.find(*key)) return present;  // it may have lost its name
   set_type_and_name(s);
   return Families::add_symbol(*destination, tag, *key, to.by_object, to.by_key);
 }
 
 // An array family has no map from its symbols to their keys. The array type is the type of the
-// first operand or of the result, whichever leads back to the symbol.
+// first operand or of the result: whichever leads back to the symbol.
 const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
                                                                SymbolTag::tag tag) {
   if (s->arity == 0) return nullptr;
@@ -126,8 +127,8 @@ const Symbol* TermManager::TermCopyCallback::make_array_symbol(const Symbol* s,
   return nullptr;
 }
 
-// Puts the components of the copied type and the name where the making of a family's symbol looks
-// for them.
+// Puts the components of the copied type and the name where the makers of family symbols expect
+// them.
 void TermManager::TermCopyCallback::set_type_and_name(const Symbol* s) {
   const DataType* type = copy_type(s->type);
   destination->scratch_types.clear();

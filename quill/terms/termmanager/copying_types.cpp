@@ -1,4 +1,4 @@
-// Copying types. Nested types are taken apart on a stack of their own, each once.
+// Copying types. An explicit stack takes nested types apart, each once.
 
 #include "quill/terms/termmanager/term_copy_callback.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -10,8 +10,8 @@ const DataType* TermManager::TermCopyCallback::find_type(const DataType* d) cons
   return found != types.end() ? found->second : nullptr;
 }
 
-// The width of a bit-vector type. Null for any other type, also for a compound that only begins as
-// a bit-vector type does and that is_bv_type takes for one.
+// The width of a bit-vector type, or null for any other type. Null also for a compound that
+// is_bv_type accepts because of its head but whose parameter has no width.
 const size_t* TermManager::TermCopyCallback::find_width(const DataType* d) const {
   if (!source->is_bv_type(d, nullptr)) return nullptr;
   return source->bv_widths.find_key(d->get_component(1));
@@ -23,7 +23,8 @@ const IEEEFloat::format* TermManager::TermCopyCallback::find_format(const DataTy
   return source->fp_formats.find_key(d->get_component(1));
 }
 
-// The copy of a type that has one already or needs none of another type; null for others.
+// The copy of a type that is copied already or whose copy needs no copy of a component; null for
+// others.
 const DataType* TermManager::TermCopyCallback::copy_plain_type(const DataType* d) {
   if (const DataType* known = find_type(d)) return known;
   const DataType* copy = nullptr;
@@ -40,7 +41,7 @@ const DataType* TermManager::TermCopyCallback::copy_plain_type(const DataType* d
   return copy;
 }
 
-// The copy of a compound type from those of its components.
+// The copy of a compound type whose components are copied.
 const DataType* TermManager::TermCopyCallback::make_nested_type(const DataType* d) {
   const DataType* index = nullptr;
   const DataType* element = nullptr;
@@ -52,7 +53,7 @@ const DataType* TermManager::TermCopyCallback::make_nested_type(const DataType* 
   for (size_t i = 0; i < d->num_components(); ++i) {
     components.push_back(find_type(d->get_component(i)));
   }
-  // Not the makers of the manager: a function type may have Bool arguments.
+  // Not get_function_type, which may refuse Bool arguments that the source allowed.
   return destination->universe->make_type(components);
 }
 
@@ -62,8 +63,8 @@ const DataType* TermManager::TermCopyCallback::copy_type(const DataType* d) {
 
   struct Frame {
     const DataType* type;
-    bool is_array;  // of which the element type is copied before the index type, and no head
-    size_t copied;  // the number of components that were looked at
+    bool is_array;  // copies the element type, then the index type, and not the head
+    size_t copied;  // how many components the loop has looked at
   };
   std::vector<Frame> open;
   const auto enter = [&](const DataType* type) {
@@ -73,7 +74,7 @@ const DataType* TermManager::TermCopyCallback::copy_type(const DataType* d) {
   while (!open.empty()) {
     Frame& frame = open.back();
     const size_t count = frame.is_array ? 2 : frame.type->num_components();
-    const DataType* nested = nullptr;  // a component that has to be copied first
+    const DataType* nested = nullptr;  // a component to copy first
     while (nested == nullptr && frame.copied < count) {
       const size_t i = frame.is_array ? count - frame.copied : frame.copied;
       const DataType* component = frame.type->get_component(i);

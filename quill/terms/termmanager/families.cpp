@@ -1,5 +1,5 @@
-// What all operator families share: the makers that take the tables of a family,
-// the types and the names of symbols, and the refusal of an operand.
+// What the operator families share: the makers that take the tables of a family, the composition of
+// types and names, and the refusal of an operand.
 
 #include "quill/terms/termmanager/families.h"
 

@@ -25,15 +25,16 @@ class TermManager::Families {
   //--------------------------------------------------------------------------------------------
   // Types, names and operands, in 'families.cpp'
 
-  // Puts the function type of so many operands of one type together in scratch_types.
+  // Puts a function type with `operands` operands of one type in scratch_types.
   static void set_scratch_types(TermManager& m, size_t operands, const DataType* operand,
                                 const DataType* result);
 
-  // Writes the base and the numbers, joined by "_" and between backquotes, to name_buffer.
+  // Puts the base and the numbers in name_buffer, joined by "_" and between backquotes. No "_"
+  // follows the base unless `separated`.
   static void compose_name(TermManager& m, const char* base, bool separated,
                            std::initializer_list<size_t> numbers);
 
-  // A type in names of symbols.
+  // How the name of a symbol spells a type.
   static std::string name_of_type(const TermManager& m, const DataType* t);
 
   [[noreturn]] static void reject_operand(const Term_* t, const char* complaint);
@@ -59,8 +60,8 @@ class TermManager::Families {
   // the public makers.
 
   // Makes the function symbol whose type is in scratch_types and whose name, between backquotes, is
-  // in name_buffer, and enters it in the maps of its family: all or nothing. The caller has made the
-  // types in scratch_types within a transaction of its own.
+  // in name_buffer, and enters it in the maps of its family: all or nothing. The caller has made
+  // the types in scratch_types within a transaction of its own.
   template <class Key, class ByKey>
   static const Symbol* add_symbol(TermManager& m, SymbolTag::tag tag, const Key& key,
                                   hsh::HashMap<const Symbol*, Key>& by_symbol, ByKey& by_key) {
@@ -231,7 +232,7 @@ class TermManager::Families {
   //--------------------------------------------------------------------------------------------
   // Conversions of floating-point values, which are keyed by two formats or widths
 
-  // The symbol of this key, or null.
+  // The symbol with this key, or null.
   template <SymbolTag::tag Tag>
   static const Symbol* find_conversion(const TermManager& m, const FPFormatCast& key) {
     return m.cast_families[family_slot(Tag)].find(key);

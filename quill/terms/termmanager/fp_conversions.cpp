@@ -1,7 +1,7 @@
 // Conversions between floating-point formats, and between floating point and bit-vectors.
 //
-// All families share one key of four numbers, which each fills in its own way; what it does not use
-// is 0:
+// All families share one kind of key, four numbers. Each fills it in its own way; unused numbers
+// are 0:
 //
 //   cast           source e, m    target e, m
 //   from_sbv/ubv   0, width       target e, m

@@ -6,7 +6,7 @@
 
 namespace quill {
 
-// Beside its callers, into which it is inlined.
+// In the same file as its callers, so that it is inlined into them.
 bool TermManager::is_fp_symbol(const hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
                                const Symbol* s, size_t* e, size_t* m) const {
   require_own(*this, s);

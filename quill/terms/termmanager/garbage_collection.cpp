@@ -1,13 +1,13 @@
-// Collection: marks what can be reached from the caller's roots and what every manager has, then
-// sweeps all else out of the tables and the stores.
+// Collection: marks what can be reached from the caller's roots and from the members of the
+// manager, then sweeps everything else out of the tables and the stores.
 //
-// Memory that must be had is asked for while marking only, when nothing has changed yet, so that a
-// collection takes place as a whole or not at all. The sweep goes from what refers to what is
-// referred to: tables, terms, symbols, types. Tables of which it leaves little are replaced by
-// small ones if there is memory for them, and stay as they are if not.
+// Only marking, which changes nothing, allocates memory that it cannot do without, so a collection
+// happens as a whole or not at all. The sweep frees what refers before what is referred to: table
+// entries, terms, symbols, types. If it leaves a table nearly empty, it replaces the table by a
+// small one, or leaves it as it is if there is no memory.
 //
-// Cost: a look at each term that is kept, at each entry of the tables and at the header of each
-// term that goes.
+// Cost: linear in the kept terms with their arguments, the symbols, the types and the table
+// entries. Of each freed term only the header is read.
 
 #include <algorithm>
 
@@ -26,8 +26,8 @@ namespace {
 using SymbolSet = hsh::HashSet<const Symbol*>;
 using TypeSet = hsh::HashSet<const DataType*>;
 
-// Keeps a type and all that it is made of. Types may be nested deeply and shared: each is gone
-// into once, without recursion.
+// Keeps a type and all its components. Types may be nested deeply and shared, so each is visited
+// once, without recursion.
 void gc_insert_tps(const DataType* type, TypeSet& kept_types) {
   if (!kept_types.insert(type) || type->is_simple()) return;
   std::vector<const DataType*> work{type};
@@ -41,7 +41,7 @@ void gc_insert_tps(const DataType* type, TypeSet& kept_types) {
   }
 }
 
-// The type of a symbol that is in the set has been kept with it.
+// A symbol that is already in the set has its type kept, too.
 void gc_keep_sym(const Symbol* symbol, SymbolSet& kept_symbols, TypeSet& kept_types) {
   if (kept_symbols.insert(symbol)) gc_insert_tps(symbol->type, kept_types);
 }
@@ -63,8 +63,8 @@ struct GcVisitCallback {
   }
 };
 
-// The values of numerals and the cache of their terms, whose keys point to the values. The values
-// are copied last and by exchange, when there is room for all of them.
+// Replaces the values of numerals together with the cache of their terms, because the keys of the
+// cache point to the values. The values move by swap, after all memory has been allocated.
 void give_back_room(hsh::HashMap<const Symbol*, QNumber>& values,
                     hsh::GuardedMap<const QNumber*, const Term_*>& cache) noexcept {
   if (!is_room_to_give_back(values.num_buckets(), values.count) &&
@@ -99,7 +99,7 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   GcVisitCallback callback{&seen, &kept_symbols, &kept_types};
   TermVisitor<GcVisitCallback> visitor(&callback, /*dag_mode=*/true);
 
-  // What the manager's own members point to.
+  // What the members of the manager point to.
   for (const DataType* type : standard_types()) kept_types.insert(type);
   for (const Symbol* symbol :
        {true_symbol, false_symbol, and_symbol, or_symbol, not_symbol, iff_symbol, rat_equal_symbol,
@@ -111,8 +111,7 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   callback.set_seen(true_term);
   callback.set_seen(false_term);
 
-  // What the caller needs. The marks stay from root to root, so that what roots share is walked
-  // once.
+  // What the caller needs. The marks stay from root to root, so that shared terms are visited once.
   for (const Term_* t : terms) visitor.visit(t, /*clear_marks=*/false);
   for (const Symbol* symbol : symbols) gc_keep_sym(symbol, kept_symbols, kept_types);
   for (const DataType* type : types) gc_insert_tps(type, kept_types);
@@ -123,22 +122,21 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   const size_t types_before = universe->size();
   const TermBank::MemoryUse memory_before = bank->memory_use();
 
-  // The parameter types and the named types: a request for a width, a format or a name would get a
-  // freed type, and a later type at its address would be taken for the parameter.
+  // Parameter types and named types: otherwise a request for a width, a format or a name would get
+  // a freed type, and a later type at the same address would be taken for the parameter.
   bv_widths.sweep(kept_types);
   fp_formats.sweep(kept_types);
   gc_clear_tbl_val(simple_types, kept_types);
 
-  // Tags, values of numerals and parameters would be found for a later symbol that happens to get
-  // the address of a freed one; a table from types, values or parameters would give the freed
-  // symbol itself.
+  // A table keyed by symbols would give its entry to a later symbol at the address of a freed one.
+  // A table that leads to symbols would give the freed symbol itself.
   gc_clear_tbl_key(tags, kept_symbols);
   equality_symbols.sweep(kept_symbols);
   term_ite_symbols.sweep(kept_symbols);
 
-  // The cache of numerals leads to terms, and its keys point to the values in the other table. It
-  // goes by the terms, because a symbol may be kept without its term; and it goes first, while all
-  // of its terms and keys are there. A term that stays keeps its symbol, and thereby its key.
+  // The keys of the number cache point to the values in the other table, so the cache is swept
+  // first, while all its keys are there. An entry stays if its term does, because a symbol may be
+  // kept without its term. A kept term keeps its symbol, and with it the key.
   erase_entries(number_cache, [&](const auto& entry) {
     const uint64_t id = entry.second->id;
     return id >= seen.size() || !seen[id];
@@ -148,19 +146,18 @@ void TermManager::gc(const std::vector<const Term_*>& terms,
   });
   give_back_room(number_values, number_cache);
 
-  // The latest uses and numerals name symbols, types and terms that may go.
+  // These name symbols, types and terms that may be freed.
   latest_uses.fill({});
   recent_numerals.clear();
   marks = {};
   Families::for_each(*this,
                      [&](const OperatorFamily&, auto& family) { family.sweep(kept_symbols); });
 
-  // Terms before symbols: freed terms would point to freed symbols, whose arity tells how many
-  // arguments they have.
+  // Terms before symbols before types, so that no term ever points to a freed symbol, and no symbol
+  // to a freed type.
   bank->remove_unseen(seen);
-  // Symbols before types: freed symbols would point to freed types.
   signature->gc(kept_symbols);
-  // Types last: only kept types refer to types now, and their components have been kept with them.
+  // Every symbol that is left has its type kept, with all components.
   universe->gc(kept_types);
 
   const TermBank::MemoryUse memory_after = bank->memory_use();

@@ -1,5 +1,5 @@
-// make_term: typechecking, delegates and overridden functions, and the last step into the bank; the
-// helpers in which all builders end; and the builders of the Boolean and arithmetic core.
+// make_term: typechecking, delegates and overrides, and the last step into the bank; the helpers in
+// which all builders end; and the builders of the Boolean and arithmetic core.
 
 #include <cassert>
 #include <span>
@@ -14,10 +14,9 @@
 
 namespace quill {
 
-// Whether somebody's code sees requests before the bank does: the make_term of a derived class, or
-// a delegate. A derived class of another module may have a type record of its own; it is then only
-// the longer way that is taken, as it is while a symbol is on trial, which has to learn of
-// requests.
+// Whether other code has to see requests before the bank does: the make_term of a derived class, a
+// delegate, or a symbol on trial, which has to learn of requests. If another module has a type
+// record of its own for TermManager, its plain managers merely take the slower path.
 inline bool TermManager::is_intercepted() const {
   return delegate_enabled || trials != nullptr || &typeid(*this) != &typeid(TermManager);
 }
@@ -25,21 +24,21 @@ inline bool TermManager::is_intercepted() const {
 //----------------------------------------------------------------------------------------------
 // Requests that may call back
 //
-// A builder of a plain manager checks its arguments and asks the bank. Where a delegate or an
-// overridden make_term sees the request first, the arguments travel in a vector, and what they call
-// may ask for other terms before it uses that vector: each request under way therefore has one of
-// its own, kept for the next request at the same depth of nesting.
+// A builder of a plain manager checks its arguments and asks the bank. If a delegate or an
+// overridden make_term sees the request first, the arguments travel in a vector. The code that is
+// called may request other terms before it reads that vector, so each open request has a vector of
+// its own, which is kept for the next request at the same depth of nesting.
 
-// Puts a request on record for the length of a scope.
+// Records a request for the length of a scope.
 class TermManager::Interception {
  public:
-  // With the arguments in the caller's own vector.
+  // Refers to the arguments in the vector of the caller.
   Interception(TermManager& owner, const Symbol* symbol, const std::vector<const Term_*>& given,
                const char* operation)
       : Interception(owner, symbol, operation) {
     request().args = &given;
   }
-  // With a copy of the arguments.
+  // Copies the arguments.
   Interception(TermManager& owner, const Symbol* symbol, std::initializer_list<const Term_*> given,
                const char* operation)
       : Interception(owner, symbol, operation) {
@@ -48,8 +47,8 @@ class TermManager::Interception {
   }
   Interception(const Interception&) = delete;
   Interception& operator=(const Interception&) = delete;
-  // A nested request leaves the name of the operation as it found it, so that an error of the outer
-  // one names the outer one. The outermost one leaves what typechecking left.
+  // A nested request restores the name of the operation, so that an error of the outer request
+  // names the outer operation. The outermost request leaves what typechecking left.
   ~Interception() {
     --manager.requests_under_way;
     if (manager.requests_under_way != 0) manager.current_operation = operation_before;
@@ -57,9 +56,9 @@ class TermManager::Interception {
 
   const std::vector<const Term_*>& args() const { return *request().args; }
 
-  // The operation that an error of what is asked for now names, while requests are under way. An
-  // overridden make_term hands on what it was asked for, perhaps with arguments of its own, and may
-  // have asked for other terms before. What it asks for directly is named after its symbol.
+  // Sets the operation that a type error names while requests are open. An overridden make_term
+  // hands on its request, perhaps with other arguments, and may have requested other terms before.
+  // Any other request that it makes directly is named after its symbol.
   [[gnu::noinline]] static void name_operation(TermManager& manager, const Symbol* symbol,
                                                const std::vector<const Term_*>& args) {
     const Request& request = *manager.requests[manager.requests_under_way - 1];
@@ -67,7 +66,9 @@ class TermManager::Interception {
     manager.current_operation = is_handed_on ? request.operation.c_str() : "";
   }
 
-  // A delegate hands nothing on. Errors of requests that it makes name these, not later ones.
+  // A delegate does not hand its request on: while it runs, neither the operation nor the symbol of
+  // the request is set, so that errors of the requests that it makes name those requests. (One with
+  // the argument vector of the request still counts as handed on.)
   [[gnu::noinline]] static const Term_* ask_delegate(TermManager& manager, const Symbol* symbol,
                                                      const std::vector<const Term_*>& args) {
     const Symbol* nothing = nullptr;
@@ -86,7 +87,7 @@ class TermManager::Interception {
       manager.requests.push_back(std::make_unique<Request>());
     }
     request().symbol = symbol;
-    request().operation = operation;  // which may be a text that a nested request changes
+    request().operation = operation;  // a copy, because a nested request may change the text
     operation_before = manager.current_operation;
     manager.current_operation = request().operation.c_str();
     ++manager.requests_under_way;
@@ -99,7 +100,7 @@ class TermManager::Interception {
   const char* operation_before;
 };
 
-// The general way to the virtual make_term; see apply.
+// Calls the virtual make_term; see apply.
 const Term_* TermManager::apply_intercepted(const Symbol* s,
                                             std::initializer_list<const Term_*> args,
                                             const char* operation) {
@@ -110,7 +111,7 @@ const Term_* TermManager::apply_intercepted(const Symbol* s,
   return t;
 }
 
-// What all builders end in: checks and builds an application, on behalf of the named operation.
+// The end of most builders: checks and builds an application on behalf of the named operation.
 const Term_* TermManager::apply(const Symbol* s, std::initializer_list<const Term_*> args,
                                 const char* operation) {
   if (is_intercepted()) return apply_intercepted(s, args, operation);
@@ -120,7 +121,7 @@ const Term_* TermManager::apply(const Symbol* s, std::initializer_list<const Ter
   return bank->make_term(s, args.begin());
 }
 
-// The same for arguments that are in a vector of the caller's.
+// The same for arguments in a vector of the caller.
 const Term_* TermManager::apply_to(const Symbol* s, const std::vector<const Term_*>& args,
                                    const char* operation) {
   if (is_intercepted()) {
@@ -172,12 +173,12 @@ void TermManager::typecheck(const Symbol* s, const std::vector<const Term_*>& ar
   check_arguments(s, args.data(), args.size());
 }
 
-// The arguments of an application, and their number. Does nothing when checks are off.
+// Checks the number and the types of the arguments. Does nothing when checks are off.
 inline void TermManager::check_arguments(const Symbol* s, const Term_* const* args, size_t count) {
   require_own(*this, std::span(args, count));
   if (!typecheck_enabled) return;
   if (s->arity != count) reject_arity(s, count);
-  // Nearly all arguments have the very type that is asked for.
+  // Nearly all arguments have exactly the expected type.
   const DataType* type = s->type;
   for (size_t i = 0; i < count; ++i) {
     if (args[i]->type() != type->get_component(i + 1)) {
@@ -193,11 +194,11 @@ void TermManager::reject_arity(const Symbol* s, size_t given) const {
       << s->name << ". expected " << s->arity << ", got " << given;
 }
 
-// The arguments from the given one on, subtypes among them.
+// Checks the arguments from position `first` on, accepting subtypes.
 void TermManager::check_arguments_from(size_t first, const Symbol* s, const Term_* const* args,
                                        size_t count) {
-  // A request that comes from no builder is named after its symbol. If it fails the name stays, so
-  // it must not be the symbol's own text, which may be freed.
+  // A request that comes from no builder is named after its symbol. The name outlives a failed
+  // request, so it must be a copy: the symbol may be freed.
   const bool from_builder = *current_operation != '\0';
   for (size_t i = first; i < count; ++i) {
     const DataType* expected = s->type->get_component(i + 1);
@@ -215,11 +216,11 @@ void TermManager::check_arguments_from(size_t first, const Symbol* s, const Term
 const Term_* TermManager::make_bin(const Symbol* s, const Term_* a, const Term_* b,
                                    const char* opname) {
   require_own(*this, s);
-  operation_text = opname;  // which may be a symbol's own text, see check_arguments_from
+  operation_text = opname;  // a copy, because a symbol may own the text; see check_arguments_from
   return make_binary(s, a, b, operation_text.c_str());
 }
 
-// make_bin for names of operations that live for ever.
+// make_bin for a name that needs no copy.
 const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Term_* b,
                                       const char* operation) {
   if (is_intercepted()) return apply_intercepted(s, {a, b}, operation);
@@ -231,8 +232,8 @@ const Term_* TermManager::make_binary(const Symbol* s, const Term_* a, const Ter
 }
 
 //----------------------------------------------------------------------------------------------
-// The Boolean and arithmetic core. These builders are in this file so that requests are inlined
-// into them: elsewhere each takes nine instructions more.
+// The Boolean and arithmetic core. These builders are in this file so that apply and make_binary
+// are inlined into them; in another file each takes nine instructions more.
 
 const Term_* TermManager::make_and(const Term_* a, const Term_* b) {
   return make_binary(and_symbol, a, b, "make_and");
@@ -272,7 +273,7 @@ const Term_* TermManager::make_times(const Term_* a, const Term_* b) {
 //----------------------------------------------------------------------------------------------
 // Equality and if-then-else, which have one symbol for each type
 
-// Makes the symbol of a type; its own type is put together in scratch_types.
+// Makes the symbol for t. scratch_types holds the components of its own type.
 const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const DataType* t,
                                                   const char* prefix, SymbolTag::tag tag) {
   name_buffer = '`';
@@ -287,8 +288,8 @@ const Symbol* TermManager::make_type_keyed_symbol(TypeKeyedSymbols& table, const
   return s;
 }
 
-// Builds an application whose symbol has still to be made. When the request is refused the symbol
-// goes again.
+// Builds an application whose symbol does not exist yet. If the request is refused, the symbol is
+// removed again.
 const Term_* TermManager::apply_first(TypeKeyedSymbols& table,
                                       const Symbol* (TermManager::*make_symbol_of)(const DataType*),
                                       const DataType* type,
@@ -301,7 +302,7 @@ const Term_* TermManager::apply_first(TypeKeyedSymbols& table,
   return t;
 }
 
-// A request that comes from another one was given the symbol, or a term was built with it.
+// Tells every open trial that a request was given the symbol, or that a term was built with it.
 void TermManager::note_given_on_trial(const Symbol* s) {
   for (Trial* trial = trials; trial != nullptr; trial = trial->outer) trial->note_given(s);
 }

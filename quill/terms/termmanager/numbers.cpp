@@ -1,6 +1,6 @@
 // Numerals.
 //
-// A numeral is an ordinary constant symbol whose name spells the value and whose value stands in
+// A numeral is an ordinary constant whose name spells its value and whose symbol has the value in
 // number_values:
 //
 //   arithmetic           7, -3, 1/3     Int, or Real when there is a /
@@ -8,8 +8,8 @@
 //   floating point       0_8_23         the bit pattern and the format
 //
 // Arithmetic numerals are found by value in number_cache, the others by name in the signature;
-// those of late are remembered. Values are looked up and kept in their canonical form (see
-// QNumber).
+// recent_numerals remembers some of the latter. Values are looked up and kept in canonical form
+// (see QNumber).
 
 #include <string>
 
@@ -22,7 +22,7 @@
 namespace quill {
 
 // Makes the term of a numeral, all or nothing. `present` is the symbol that already has the
-// numeral's name, which is in name_buffer, or null. The value is in its canonical form.
+// numeral's name, or null; then the name is in name_buffer. The value is in canonical form.
 const Term_* TermManager::make_numeral(const Symbol* present, const DataType* type,
                                        const QNumber& value, bool enter_in_cache) {
   Transaction making(*this);
@@ -60,7 +60,7 @@ void TermManager::reject_numeral(const std::string& name, const Symbol* present)
 }
 
 const Term_* TermManager::make_number(const QNumber& value) {
-  // A value in another form is missed here, and looked up again in the canonical one.
+  // A value that is not in canonical form is missed here and looked up again below.
   if (const auto* present = number_cache.get(&value)) return present->second;
   if (!value.is_canonical()) return make_number(value.canonical());
 
@@ -75,22 +75,22 @@ const Term_* TermManager::make_number(const QNumber& value) {
 
 namespace {
 
-// Whether a value that is not negative has at most so many bits.
+// Whether a value that is not negative fits in this many bits.
 bool fits_in(const QNumber& value, uint64_t bits) {
-  if (value.is_zero()) return true;  // in no bits at all
+  if (value.is_zero()) return true;  // fits even in 0 bits
   if (value.is_big()) return mpz_sizeinbase(value.big_num(), 2) <= bits;
   return bits > 63 || (value.num >> bits) == 0;
 }
 
-// Whether a request for this bit pattern or bit-vector can be answered at once if it was answered
-// before: what was made without checks is checked again.
+// Whether the value fits, so that a remembered numeral may answer the request: the numeral may have
+// been made without checks.
 bool is_sound(const QNumber& value, uint64_t bits) {
   return value.num >= 0 && (bits > 63 || (value.num >> bits) == 0);
 }
 
 }  // namespace
 
-// Refuses what is not an unsigned number of so many bits.
+// Throws unless the value is an unsigned number of this many bits.
 void TermManager::require_bits(const QNumber& value, uint64_t bits, const char* kind) const {
   if (!value.is_integer()) {
     throw error("can't make a ") << kind << " number from a fractional number: " << value.to_str();
@@ -98,19 +98,19 @@ void TermManager::require_bits(const QNumber& value, uint64_t bits, const char* 
   if (value.is_negative()) {
     throw error("can't make a ") << kind << " number from a negative number: " << value.to_str();
   }
-  // A range error, and as such no error of the manager's own class.
+  // A range error is an Exception, not an error of the manager.
   if (!fits_in(value, bits)) {
     throw Exception("the number ") << value << " doesn't fit in " << bits << " bits";
   }
 }
 
-// A numeral whose name is in `name`, of the type that `make_type` asks for: all or nothing.
+// A numeral with this name and the type that make_type() returns: all or nothing.
 template <class MakeType>
 const Term_* TermManager::make_named_numeral(const std::string& name, const QNumber& value,
                                              MakeType make_type) {
   Transaction making(*this);
   const Symbol* present = signature->get_symbol(name.c_str());
-  const DataType* type = make_type();  // composes a name of its own
+  const DataType* type = make_type();  // overwrites name_buffer
   if (present != nullptr && present->type != type) reject_numeral(name, present);
   name_buffer = name;
   const Term_* t = make_numeral(present, type, value, /*enter_in_cache=*/false);
@@ -145,7 +145,7 @@ const Term_* TermManager::make_fp_bits_number(const QNumber& bits, size_t e, siz
   }
   if (typecheck_enabled) {
     require_bits(bits, ieee_width(e, m), "FP");
-    IEEEFloat::from_bits(bits, {e, m});  // may refuse more
+    IEEEFloat::from_bits(bits, {e, m});  // checks the pattern itself
   }
 
   std::string name = bits.to_str();

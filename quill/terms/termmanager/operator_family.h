@@ -48,7 +48,7 @@ struct OperatorFamily {
   SymbolTag::tag tag;
   FamilyKey key;
   const char* base;  // what names of symbols begin with
-  bool separated;    // whether "_" stands between the base and the first number
+  bool separated;    // whether "_" is between the base and the first number
   uint8_t arity;     // with the rounding mode
   bool rounding;     // whether the first argument is a rounding mode
   FamilyResult result;

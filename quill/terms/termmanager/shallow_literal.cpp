@@ -1,7 +1,7 @@
 // The short text of a term for messages.
 //
-// Shared terms are written each time, so the whole text may be exponentially larger than its term.
-// The walk ends as soon as the text is full; no more than that is ever composed.
+// A shared term is written each time, so the full text may be exponentially larger than the term.
+// The walk ends as soon as the text reaches its limit, and nothing beyond the limit is kept.
 
 #include <string>
 #include <string_view>
@@ -18,7 +18,7 @@ namespace {
 constexpr unsigned max_depth = 10;
 constexpr size_t max_size = size_t{1} << 14;
 
-// The beginning of a text.
+// A text that keeps only its first max_size bytes.
 class Beginning {
  public:
   void write(std::string_view piece) {

@@ -1,4 +1,4 @@
-// Construction of a manager with its standard signature, and destruction.
+// Constructs a manager with its standard signature, and destroys it.
 
 #include "quill/terms/termmanager/term_manager.h"
 
@@ -19,12 +19,12 @@ TermManager::~TermManager() {
   universe.reset();
 }
 
-// Registers a function symbol whose type is put together in scratch_types.
+// Registers a function symbol whose type has its components in scratch_types.
 const Symbol* TermManager::add_function_symbol(const char* name, SymbolTag::tag tag) {
   return add_interpreted_symbol(name, universe->make_type(scratch_types), tag);
 }
 
-// The order of these steps is the order in which a fresh manager creates its types, symbols and
+// The order of these steps is the order in which a new manager creates its types, symbols and
 // terms; ids and walk orders follow from it.
 void TermManager::initialize_standard_signature() {
   const auto simple = [this](const char* name) { return universe->make_type(std::string(name)); };

@@ -1,15 +1,16 @@
-// The whole state of a manager as a text, to be compared with that of another moment or manager.
+// The whole state of a manager as text, to compare it with that of another moment or another
+// manager.
 //
-//   types, symbols, terms   in the order of the stores, which is that of their making while nothing
-//                           is freed; terms by id
-//   tables                  both directions of a pair of maps, the entries sorted by their text
+//   types, symbols, terms   in the order of the stores, which is the order in which they were made
+//                           while nothing is freed; terms by id
+//   tables                  both directions of paired maps, the entries sorted by their text
 //   switches and counters
 //
-// Types are written by to_str, symbols by name and position, since a name can have been given
-// again, and terms by id. No address shows, so the same history gives the same text. What a table
-// holds that no store has is written as "gone" and never followed.
+// Types are written by to_str, terms by id, and symbols by name and position, because a freed name
+// may have been given to another symbol. No address is written, so the same history gives the same
+// text. An object that is in a table but in no store is written as "gone" and never dereferenced.
 //
-// Left out: memory that the stores keep for later, and what is remembered only to answer faster.
+// Left out are the memory that the stores keep for later, and what is kept only to answer faster.
 
 #include <algorithm>
 #include <string>
@@ -22,7 +23,7 @@ namespace quill {
 
 namespace {
 
-// How objects of the stores are written.
+// The texts of the objects in the stores.
 class Texts {
  public:
   void add(const void* object, std::string text) { texts.emplace(object, std::move(text)); }
@@ -36,7 +37,7 @@ class Texts {
   const std::string gone = "gone";
 };
 
-// One table: the lines are collected, and written in order of their texts.
+// Collects the lines of one table and writes them in the order of their texts.
 class Table {
  public:
   Table(std::string table_name, std::string& output) : name(std::move(table_name)), out(output) {}
@@ -71,12 +72,12 @@ std::string numbers(std::initializer_list<uint64_t> parts) {
   return text;
 }
 
-// Equal numbers of different forms are told apart.
+// Tells equal numbers of different forms apart.
 std::string text_of(const QNumber& number) {
   return number.is_big() ? number.to_str() + " (big)" : number.to_str();
 }
 
-// The parameters of a family's symbol.
+// The parameters of a table entry.
 std::string text_of(size_t width, const Texts&) { return numbers({width}); }
 std::string text_of(const FamilyKeys::BVIndex1& key, const Texts&) {
   return numbers({key.a, key.b});

@@ -1,4 +1,4 @@
-// Substitution: one walk that rebuilds a term bottom-up, with the substitution itself as the memo.
+// Substitution: one walk rebuilds the term bottom-up and uses the substitution itself as the memo.
 
 #include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/lent_marks.h"
@@ -12,8 +12,8 @@ namespace quill {
 
 namespace {
 
-// The table of the images is the caller's map or, where nobody sees it, a leaner one. The place of
-// an image, or null for a term that is no key.
+// The images are in the caller's map or, if no caller passes one, in a leaner table. Returns the
+// place of an image, or null for a term that is not a key.
 const Term_* const* find_image(const TermManager::TermMap& images, const Term_* t) {
   const auto found = images.find(t);
   return found != images.end() ? &found->second : nullptr;
@@ -26,8 +26,8 @@ using ImageTable = TermTable<const Term_*>;
 const Term_* const* find_image(const ImageTable& images, const Term_* t) { return images.find(t); }
 void add_image(ImageTable& images, const Term_* t, const Term_* image) { images.insert(t, image); }
 
-// The image of a term that the walk has finished. The caller's map may have lost it on the way,
-// through a delegate.
+// The image of a term that the walk has finished. A delegate may have removed it from the caller's
+// map in the meantime.
 template <class Images>
 const Term_* image_of(const Images& images, const Term_* t) {
   const Term_* const* found = find_image(images, t);
@@ -40,7 +40,7 @@ struct SubstitutionCallback {
   TermManager* manager;
   Images* images;
   std::vector<const Term_*> args;
-  bool known = false;  // whether the term just pre-visited is a key
+  bool known = false;  // whether the term pre-visited last is a key
 
   int visit(const Term_* t, bool preorder) {
     if (preorder) {
@@ -89,7 +89,8 @@ void require_subtype(const TermManager& m, const Term_* image, const Term_* t) {
 const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector<bool>& lent_marks,
                                      bool check) {
   require_own(*this, t);
-  // Without the check the map may be the memo of many calls, which must not look at all of it.
+  // Without `check` the map may be the memo of many calls, and looking at all of it would take too
+  // long.
   require_own_pairs(*this, *this, subst, check ? SIZE_MAX : 100);
   if (check) {
     for (const auto& [from, to] : subst) {
@@ -101,7 +102,8 @@ const Term_* TermManager::substitute(const Term_* t, TermMap& subst, std::vector
   return rebuild(*this, t, subst, lent_marks);
 }
 
-// Checks the types of the pairs, while checks are on, and enters each pair that passes.
+// Refuses null, checks the types of the pairs while checks are on, and enters each pair that
+// passes.
 template <class Enter>
 void TermManager::enter_pairs(const std::vector<const Term_*>& from,
                               const std::vector<const Term_*>& to, const Enter& enter) const {
@@ -119,7 +121,7 @@ const Term_* TermManager::substitute(const Term_* t, const std::vector<const Ter
                                      const std::vector<const Term_*>& to, TermMap& cache,
                                      std::vector<bool>& lent_marks) {
   enter_pairs(from, to, [&](const Term_* f, const Term_* image) { cache[f] = image; });
-  // The pairs are sound, and so is what is rebuilt with them.
+  // The pairs have been checked, so the rebuilt terms need no check.
   return substitute(t, cache, lent_marks, /*check=*/false);
 }
 

@@ -1,5 +1,5 @@
-// The user's symbols: declaration, fresh names, the terms of constants and applications, and giving
-// names back.
+// User symbols: declaration, fresh names, the terms of constants and applications, and the release
+// of names.
 
 #include <string>
 
@@ -9,11 +9,11 @@
 
 namespace quill {
 
-// Refuses the names that no symbol of the user's can have.
+// Throws for a name that a user symbol can't have.
 void TermManager::check_user_name(const std::string& name) const {
   if (name.empty()) throw error("Empty name for symbol");
   if (name[0] == '`') throw error("Symbols can't start with the \"`\" character");
-  // Names end at the first NUL: what is after it would be lost, and two names would become one.
+  // The signature would cut the name off at the NUL, and two names could become one.
   if (name.find('\0') != std::string::npos) throw error("Symbols can't contain the NUL character");
 }
 
@@ -64,7 +64,7 @@ const Term_* TermManager::make_uninterpreted_function(const Symbol* s,
 void TermManager::free_symbol(const Symbol* s) {
   require_own(*this, s);
   require_no_successor(*this, s);
-  recent_numerals.clear();  // they were found by name
+  recent_numerals.clear();  // which are found by name
   signature->remove_symbol(s->name);
 }
 

@@ -20,7 +20,7 @@ namespace quill {
 //
 // A delegate, an overridden make_term and the callback of a TermVisitor may call every member of
 // every manager, including the one that called them, at any depth of nesting; excepted are gc,
-// free_type, free_symbol and the destructor. Such a call does what it would do outside of any
+// free_type, free_symbol and the destructor. Such a call does what it would do outside any
 // request. The outer requests still build the terms that they were asked for, from the arguments
 // that they were given, and their errors name their own operations. Builders of the same manager
 // ask the delegate again; TermManager::do_make_term builds the plain term without asking. In

@@ -1,4 +1,4 @@
-// The term manager: the one owner and factory of the types, symbols and terms of a solver instance.
+// The term manager makes and owns the types, symbols and terms of a solver instance.
 //
 //   TermManager m;
 //   const Term_* x = m.make_constant(m.make_symbol("x", m.get_int_type()));
@@ -11,20 +11,21 @@
 // terms, then the symbols, then the types, and then the tables. A manager is neither copied nor
 // moved.
 //
-// Requests are checked before anything changes. A request that is refused throws
-// TermManager::error, or Exception where a member says so, with the whole story in its text. It
-// leaves all stores and tables as they were, except that the builder of an operator of
-// operator_families has made the operator's symbol, with its types, before the operands were
-// typechecked. So does a request that runs out of memory, which throws std::bad_alloc. Builders do
-// not simplify: they pick the symbol and pass the arguments on in the given order.
+// Requests are checked before anything changes. A refused request throws TermManager::error, or
+// Exception where a member says so; the text says what is wrong. A request that runs out of memory
+// throws std::bad_alloc. Either way all stores and tables are as they were before, with two
+// exceptions: the builder of an operator of operator_families makes the operator's symbol and its
+// types before it checks the operands, and substitution and copying keep what they have made so
+// far. Builders do not simplify: they choose the symbol and pass the arguments on in the given
+// order.
 //
-// What belongs to another manager or was freed must not be given to a manager, nor null where a
-// member does not say what it means. Debug builds check that in every call and stop with a message
-// (see misuse_checks.h).
+// Callers must not pass an object that belongs to another manager or was freed, nor null where the
+// member does not say what null means. Debug builds check this in every call and abort with a
+// message (see misuse_checks.h).
 //
-// A manager is used by one thread at a time. A delegate, an overridden make_term and the callback
-// of a visitor may call back into it (see term_factory.h); all else that builders share (the name
-// buffer, the list of types) is used between two calls of such code only.
+// Only one thread may use a manager at a time. A delegate, an overridden make_term and the callback
+// of a visitor may call back into it (see term_factory.h); the other state that builders share (the
+// name buffer, the list of types) is never in use while such code runs.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
 #define QUILL_TERMS_TERMMANAGER_TERM_MANAGER_H
@@ -74,7 +75,7 @@ class TermManager : public TermFactory {
   using ArrIndex = FamilyKeys::ArrIndex;
   using FPFormatCast = FamilyKeys::FPFormatCast;
 
-  // Hash and equality of tables keyed by pointers to numbers: by value.
+  // Hashes and compares keys that point to numbers by value.
   using NumberCache_hash_eq = Hasher<const QNumber*>;
 
   //---------------------------------------------------------------------------------------------
@@ -91,28 +92,28 @@ class TermManager : public TermFactory {
   const Signature* get_signature() const { return signature.get(); }
   const TermBank* get_bank() const { return bank.get(); }
 
-  // Whether requests are checked (initially they are). Without checks an ill-typed term is built as
-  // asked, and numerals and formats may be out of range; that the number of arguments fits is then
-  // the caller's duty.
+  // Whether requests are checked; initially they are. Without checks the manager builds even
+  // ill-typed terms, out-of-range numerals and formats that are too small, and the caller must make
+  // sure that the number of arguments is right.
   void set_typecheck_enabled(bool enabled) { typecheck_enabled = enabled; }
   bool get_typecheck_enabled() const { return typecheck_enabled; }
 
-  // A factory to be asked before a term is built (see TermFactory), and whether it is (initially it
-  // is not). Not owned.
+  // A factory to ask before a term is built (see TermFactory), and whether it is asked; initially
+  // it is not. The manager does not own it.
   void set_delegate(TermFactory* factory) { delegate = factory; }
   TermFactory* get_delegate() const { return delegate; }
   void set_delegate_enabled(bool enabled) { delegate_enabled = enabled; }
   bool get_delegate_enabled() const { return delegate_enabled; }
 
-  // Whether get_function_type refuses Bool arguments (initially it does).
+  // Whether get_function_type refuses Bool arguments; initially it does.
   void set_reject_bool_arguments(bool reject) { reject_bool_arguments = reject; }
   bool get_reject_bool_arguments() const { return reject_bool_arguments; }
 
   //---------------------------------------------------------------------------------------------
   // Interpreted symbols and classification, in 'classification.cpp'
 
-  // Registers `name`, between backquotes, as a symbol of the theories. A second registration
-  // overwrites the tag.
+  // Registers `name`, between backquotes, as a symbol of the theories. Registering it again
+  // replaces the tag. Throws Exception if the symbol exists with another type.
   const Symbol* add_interpreted_symbol(const char* name, const DataType* type, SymbolTag::tag tag);
 
   // Whether the symbol has a fixed meaning: a symbol of the theories or a numeral.
@@ -120,56 +121,55 @@ class TermManager : public TermFactory {
   // Whether the symbol takes arguments and has no fixed meaning. False for constants.
   bool is_uninterpreted_function(const Symbol* s) const;
 
-  // Whether it is of arity 0 and its name begins with an apostrophe, interpreted or not.
+  // Whether the arity is 0 and the name begins with an apostrophe.
   bool is_variable(const Symbol* s) const;
-  // Whether it is of arity 0, and neither interpreted nor a variable.
+  // Whether the arity is 0 and the symbol is neither interpreted nor a variable.
   bool is_constant(const Symbol* s) const;
 
-  // NONE for a symbol without a tag of its own.
+  // NONE for a symbol without a tag.
   SymbolTag::tag get_tag(const Symbol* s) const;
 
   //---------------------------------------------------------------------------------------------
   // Types, in 'types.cpp'
   //
-  // Equal requests give the same object, so that types are compared by address.
+  // Equal requests return the same object, so types can be compared by address.
 
   const DataType* get_bool_type() const { return bool_type; }
   const DataType* get_rat_type() const { return rat_type; }  // SMT-LIB: Real
   const DataType* get_int_type() const { return int_type; }
   const DataType* get_fprounding_type() const { return fprounding_type; }
 
-  // The simple type of this name; with only_existing, null when get_simple_type has not made it
+  // The simple type of this name. With only_existing, null unless get_simple_type has made it
   // before.
   const DataType* get_simple_type(const std::string& name, bool only_existing);
 
-  // The simple type that stands for a width in bit-vector types, named by the width in decimal.
+  // The simple type, named by w in decimal, that is the width parameter of bit-vector types.
   const DataType* get_type_from_width(size_t w);
   // The width of a type made by get_type_from_width; 0 for any other type.
   size_t get_width_from_type(const DataType* t) const;
 
-  // Bit-vectors of w bits.
   const DataType* get_bv_type(size_t w);
 
-  // Binary floating-point values with e exponent bits and m significand bits without the hidden bit
-  // (IEEE 754-2019; in SMT-LIB (_ FloatingPoint e m+1)). Throws when checks are on and e or m is
-  // below 2.
+  // Binary floating-point values with e exponent bits and m significand bits, not counting the
+  // hidden bit (IEEE 754-2019; in SMT-LIB (_ FloatingPoint e m+1)). Throws if checks are on and e
+  // or m is below 2.
   const DataType* get_fp_type(size_t e, size_t m);
 
   // Throws for Bool and for function types.
   const DataType* get_array_type(const DataType* index, const DataType* element);
 
-  // Throws for a function type among the arguments or as the result, and for Bool arguments while
-  // they are rejected. With no arguments the type is not a function type to is_function_type, and
-  // symbols of it are constants of the result type.
+  // Throws if an argument or the result has a function type, and for Bool arguments while they are
+  // rejected. Without arguments the result is not a function type to is_function_type, and its
+  // symbols are constants of the result type.
   const DataType* get_function_type(const std::vector<const DataType*>& args,
                                     const DataType* result);
 
-  // Any other compound of types. Throws for a component that is Bool or a function type.
+  // Any other compound type. Throws if a component is Bool or a function type.
   const DataType* get_compound_type(const std::vector<const DataType*>& components);
 
-  // Recognisers. Outputs may be null, and are not written when the answer is false. A compound that
-  // was put together by hand with something else in the place of the width or the format is
-  // recognised with widths of 0.
+  // Recognisers. Outputs may be null, and are written only if the answer is true. A hand-made
+  // compound with the head of a bit-vector or floating-point type and some other type as its
+  // parameter is recognised, with widths of 0.
   bool is_function_type(const DataType* t, std::vector<const DataType*>* args,
                         const DataType** result) const;
   bool is_bv_type(const DataType* t, size_t* width) const;
@@ -177,36 +177,39 @@ class TermManager : public TermFactory {
   bool is_array_type(const DataType* t, const DataType** index, const DataType** element) const;
 
   bool is_subtype(const DataType* a, const DataType* b) const;
-  // The larger of two related types; throws for unrelated ones.
+  // The larger of two related types. Throws if neither is a subtype of the other.
   const DataType* get_supertype(const DataType* a, const DataType* b) const;
 
-  // Whether the type has finitely many values, and how many: Bool, bit-vectors, rounding modes. For
-  // floating-point types the number of bit patterns is written although the answer is false.
+  // Whether the type is Bool, the rounding-mode type or a bit-vector type, and how many values it
+  // has. For a floating-point type the answer is false, but the number of bit patterns is written.
+  // size may be null.
   bool is_finite_domain_type(const DataType* t, QNumber* size) const;
 
-  // Frees a type that no other type and no symbol uses; one in use is misuse. The types that every
-  // manager has stay. The cost does not depend on what else there is.
+  // Frees a type. It is misuse if another type or a symbol uses the type; so it is for a standard
+  // type, which release builds keep. The cost does not depend on how many types and symbols there
+  // are.
   void free_type(const DataType* t);
 
   //---------------------------------------------------------------------------------------------
-  // The user's symbols and their terms, in 'symbols.cpp'
+  // User symbols and their terms, in 'symbols.cpp'
 
-  // Throws for the empty name, a name that begins with a backquote or holds a NUL byte, and (as
-  // Exception, see Signature::add_symbol) for a name that is taken by a symbol of another type.
+  // Throws if the name is empty, begins with a backquote or contains a NUL byte. Throws Exception
+  // if a symbol of another type has the name (see Signature::add_symbol).
   const Symbol* make_symbol(const std::string& name, const DataType* type);
 
-  // A symbol of a name that is not taken: the first free one of name, name_0, name_1 and so on.
+  // A symbol whose name is the first free one of name, name_0, name_1 and so on.
   const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
 
-  // A constant with a new name: an apostrophe and a number that is never used again, even when the
-  // request fails. Neither checked nor offered to the delegate.
+  // A constant whose name is an apostrophe and a number that is never used again, even if the
+  // request fails. Throws for a function type, and if a symbol already has the name. The delegate
+  // is not asked.
   const Term_* make_fresh_variable(const DataType* type);
 
   const Term_* make_constant(const Symbol* s);
   const Term_* make_uninterpreted_function(const Symbol* s, const std::vector<const Term_*>& args);
 
-  // Gives the name of the symbol back. The symbol itself, and the terms that it heads, live on.
-  // Does nothing the second time; once another symbol has the name that is misuse.
+  // Releases the name of the symbol, so that it can be used again. The symbol itself and its terms
+  // live on. A second call does nothing; it is misuse once another symbol has the name.
   void free_symbol(const Symbol* s);
 
   // The term with this id, or null. A linear search, for debugging.
@@ -215,21 +218,23 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Terms of the core and of arithmetic, in 'make_term.cpp'
 
-  // Every term except numerals and fresh variables enters the bank here. Checks the request,
-  // asks the delegate if one is enabled, and builds the term. Throws on a wrong number of arguments
-  // or an argument of a wrong type.
+  // Checks the request, asks the delegate if one is enabled, and builds the term. While checks are
+  // on, throws if the number of arguments or the type of an argument is wrong. All builders except
+  // make_true, make_false and those of numerals and fresh variables do the same, and call this
+  // member if it is overridden or a delegate is enabled.
   const Term_* make_term(const Symbol* s, const std::vector<const Term_*>& args) override;
 
-  // The last step of make_term: neither checks nor delegate.
+  // The last step of make_term. Neither checks the request nor asks the delegate.
   const Term_* do_make_term(const Symbol* s, const std::vector<const Term_*>& args);
 
-  // Throws, naming the operation `where`, unless the type of t is `expected` or a subtype of it.
+  // Throws an error that names the operation `where`, unless the type of t is `expected` or a
+  // subtype of it. Otherwise returns true.
   bool typecheck(const Term_* t, const DataType* expected, const char* where) const;
-  // The same for all arguments of an application, and for their number. Does nothing when checks
-  // are off.
+  // The same for the number and the types of all arguments of an application. Does nothing when
+  // checks are off.
   void typecheck(const Symbol* s, const std::vector<const Term_*>& args);
 
-  // An application of any binary symbol; opname is the operation that type errors name.
+  // An application of any binary symbol. Type errors name the operation opname.
   const Term_* make_bin(const Symbol* s, const Term_* a, const Term_* b, const char* opname);
 
   const Term_* make_true() const { return true_term; }
@@ -239,21 +244,21 @@ class TermManager : public TermFactory {
   const Term_* make_iff(const Term_* a, const Term_* b);
   const Term_* make_not(const Term_* a);
 
-  // Over Int when both arguments are Int, over Real otherwise.
+  // Over Int if both arguments are Int, over Real otherwise.
   const Term_* make_leq(const Term_* a, const Term_* b);
   const Term_* make_plus(const Term_* a, const Term_* b);
   const Term_* make_times(const Term_* a, const Term_* b);
-  // The greatest integer that is not above a (SMT-LIB: to_int).
+  // The greatest integer that is at most a (SMT-LIB: to_int).
   const Term_* make_floor(const Term_* a);
 
-  // Equality has one symbol for each type but Bool, which has make_iff. The type of `a` decides;
-  // Int beside Real is compared over Real. Throws for Bool and for unrelated types, and has then
-  // made nothing.
+  // Equality has one symbol for each type except Bool; for Bool use make_iff. The type of `a`
+  // decides; Int and Real are compared over Real. Throws for Bool and for unrelated types, and then
+  // makes nothing.
   const Symbol* make_equality_symbol(const DataType* t);
   const Term_* make_equal(const Term_* a, const Term_* b);
 
-  // If-then-else has one symbol for each type but Bool, which has the connectives. The type of
-  // then_term decides; Int beside Real is taken over Real.
+  // If-then-else has one symbol for each type except Bool; for Bool use the connectives. The type
+  // of then_term decides; if one branch is Int and the other Real, it is Real.
   const Symbol* make_term_ite_symbol(const DataType* t);
   const Term_* make_term_ite(const Term_* cond, const Term_* then_term, const Term_* else_term);
   bool is_term_ite(const Symbol* s, const DataType** out_type) const;
@@ -263,15 +268,14 @@ class TermManager : public TermFactory {
   //
   // Each operator has three members:
   //
-  //   make_bv_X_symbol(width)   the symbol for bit-vectors of this width, made on the first request
-  //   make_bv_X(a, b)           the term; the width is that of the first operand, which must be a
-  //                             bit-vector; the other one is checked by make_term, when the symbol
-  //                             has been made
+  //   make_bv_X_symbol(width)   the symbol for bit-vectors of this width, made by the first request
+  //   make_bv_X(a, b)           the term; the first operand must be a bit-vector and gives the
+  //                             width; make_term checks the other one after the symbol is made
   //   is_bv_X(s, &width)        whether s is such a symbol, and its width; width may be null, and
-  //                             is not written when the answer is false
+  //                             is written only if the answer is true
   //
-  // The meanings are those of the SMT-LIB 2.6 operators of theory FixedSizeBitVectors (shifts: lshl
-  // is bvshl). The comparisons ult, slt, ule and sle give Bool, comp a bit-vector of width 1.
+  // The meanings are those of the SMT-LIB 2.6 theory FixedSizeBitVectors (shifts: lshl is bvshl).
+  // The comparisons ult, slt, ule and sle give Bool, comp gives a bit-vector of width 1.
   const Symbol* make_bv_not_symbol(size_t width);
   const Term_* make_bv_not(const Term_* t);
   bool is_bv_not(const Symbol* s, size_t* width) const;
@@ -332,9 +336,9 @@ class TermManager : public TermFactory {
   const Symbol* make_bv_ashr_symbol(size_t width);
   const Term_* make_bv_ashr(const Term_* a, const Term_* b);
   bool is_bv_ashr(const Symbol* s, size_t* width) const;
-  // Between Int and bit-vectors: the value of t as an unsigned (SMT-LIB 2.7: ubv_to_int) or signed
-  // number (sbv_to_int), and the bit-vector that is congruent to the Int t modulo 2^width
-  // (int_to_bv).
+  // Between Int and bit-vectors: the value of t as an unsigned number (SMT-LIB 2.7: ubv_to_int) or
+  // as a signed number (sbv_to_int), and the bit-vector that is congruent to the Int t modulo
+  // 2^width (int_to_bv).
   const Symbol* make_int_from_ubv_symbol(size_t width);
   const Term_* make_int_from_ubv(const Term_* t);
   bool is_int_from_ubv(const Symbol* s, size_t* width) const;
@@ -348,18 +352,18 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Bit-vectors with indices, in 'bv_indexed_operators.cpp'
   //
-  // The same triples, with one more number or two. Numbers are counted in bits from the least
-  // significant one, 0. Makers trust their numbers, builders check them; both throw Exception, not
-  // error, for a result of more than 2^64-1 bits. Rotation by any amount and extension by 0 bits
-  // are operators of their own.
+  // The same triples, with one or two more numbers. Bits are counted from the least significant
+  // one, bit 0. The builders check the numbers, the makers of symbols do not. Both throw Exception,
+  // not error, if the result has more than 2^64-1 bits. Rotation by any amount and extension by 0
+  // bits are operators of their own.
 
-  // The bits of a before those of b.
+  // The concatenation; the bits of a are the more significant ones.
   const Symbol* make_bv_concat_symbol(size_t w1, size_t w2);
   const Term_* make_bv_concat(const Term_* a, const Term_* b);
   bool is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const;
 
-  // Bits msb down to lsb of a bit-vector of width w. Throws Exception, not error, for an empty
-  // range and for one that reaches beyond the width.
+  // Bits msb down to lsb of a bit-vector of width w. The builder throws Exception, not error, if
+  // the range is empty or reaches beyond the width.
   const Symbol* make_bv_extract_symbol(size_t msb, size_t lsb, size_t w);
   const Term_* make_bv_extract(size_t msb, size_t lsb, const Term_* t);
   bool is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const;
@@ -382,8 +386,8 @@ class TermManager : public TermFactory {
   // Floating point, in 'fp_operators.cpp'
   //
   // The same triples, keyed by the format (e, m) of get_fp_type; rm is a term of the rounding-mode
-  // type. The format is that of the first floating-point operand. The meanings are those of the
-  // SMT-LIB 2.6 theory FloatingPoint, after IEEE 754-2019 (equal is fp.eq, not equality).
+  // type. The first floating-point operand gives the format. The meanings are those of the SMT-LIB
+  // 2.6 theory FloatingPoint, after IEEE 754-2019 (equal is fp.eq, not equality).
   const Symbol* make_fp_equal_symbol(size_t e, size_t m);
   const Term_* make_fp_equal(const Term_* a, const Term_* b);
   bool is_fp_equal(const Symbol* s, size_t* e, size_t* m) const;
@@ -446,7 +450,7 @@ class TermManager : public TermFactory {
   bool is_fp_ispos(const Symbol* s, size_t* e, size_t* m) const;
 
   // The four rounding modes: to nearest with ties to even, toward zero, toward plus infinity and
-  // toward minus infinity. They are constants that every manager has, recognised by identity.
+  // toward minus infinity. Every manager has them as constants; a mode is recognised by its symbol.
   const Symbol* get_fprounding_even() const;
   const Symbol* get_fprounding_zero() const;
   const Symbol* get_fprounding_plus_inf() const;
@@ -468,7 +472,7 @@ class TermManager : public TermFactory {
   // Floating-point conversions, in 'fp_conversions.cpp'
   //
   // Builders take the numbers of the target first, then the terms. A bit pattern of more than
-  // 2^64-1 bits is refused with Exception, not error.
+  // 2^64-1 bits throws Exception, not error.
 
   // From format (e1, m1) to (e2, m2).
   const Symbol* make_fp_cast_symbol(size_t e1, size_t m1, size_t e2, size_t m2);
@@ -497,11 +501,11 @@ class TermManager : public TermFactory {
   bool is_fp_from_ieeebv(const Symbol* s, size_t* e, size_t* m) const;
 
   //---------------------------------------------------------------------------------------------
-  // Symbols of any family, by its maps, in 'families.cpp' (the recognisers are beside the
+  // Symbols of any family, by its maps, in 'families.cpp' (the recognisers are in the files of the
   // operators)
 
-  // The symbol of a family of operators on bit-vectors that has these two maps, and its recogniser.
-  // A null result type stands for the bit-vectors of the width.
+  // The symbol of the family of bit-vector operators that has these two maps, and its recogniser. A
+  // null result type means bit-vectors of the operands' width.
   const Symbol* make_bv_symbol(const char* name, SymbolTag::tag tag, size_t width, size_t arity,
                                hsh::HashMap<const Symbol*, size_t>& by_symbol,
                                hsh::HashMap<size_t, const Symbol*>& by_width,
@@ -517,7 +521,8 @@ class TermManager : public TermFactory {
   bool is_bv_symbol(const Symbol* s, const hsh::HashMap<const Symbol*, BVIndex2>& by_symbol,
                     size_t* first, size_t* second, size_t* third) const;
 
-  // The same, keyed by formats. kind: 1 for a Bool result, 2 for a leading rounding mode.
+  // The same, keyed by formats. kind is a sum: 1 for a Bool result, 2 for a rounding mode as the
+  // first operand.
   const Symbol* make_fp_symbol(const char* name, SymbolTag::tag tag, int kind,
                                hsh::HashMap<IEEEFloat::format, const Symbol*>& by_format,
                                hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, size_t e,
@@ -537,7 +542,7 @@ class TermManager : public TermFactory {
   const Term_* make_array_read(const Term_* a, const Term_* i);
   bool is_array_read(const Symbol* s, const DataType** idx, const DataType** elem) const;
 
-  // The array that holds v at i and is a elsewhere.
+  // The array that holds v at i and equals a elsewhere.
   const Symbol* make_array_write_symbol(const DataType* idx, const DataType* elem);
   const Term_* make_array_write(const Term_* a, const Term_* i, const Term_* v);
   bool is_array_write(const Symbol* s, const DataType** idx, const DataType** elem) const;
@@ -551,7 +556,7 @@ class TermManager : public TermFactory {
   // Integers modulo a constant, in 'modular_congruence.cpp'
 
   // Whether a and b leave the same remainder. Throws Exception, not error, unless the modulus is an
-  // integer of at least 1.
+  // integer that is at least 1.
   const Symbol* make_int_modular_congruence_symbol(const QNumber& modulus);
   const Term_* make_int_modular_congruence(const QNumber& modulus, const Term_* a, const Term_* b);
   bool is_int_modular_congruence(const Symbol* s, QNumber* modulus) const;
@@ -559,26 +564,27 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Numerals, in 'numbers.cpp'
   //
-  // A numeral is a constant whose name spells its value. A symbol of the user's that has the name
-  // and a fitting type is taken for the numeral from then on; one of another type makes the request
-  // fail.
+  // A numeral is a constant whose name spells its value. If a user symbol already has the name, it
+  // becomes the numeral if its type fits; otherwise the request throws.
 
-  // An integer has type Int, any other rational Real.
+  // An integer has type Int, any other rational has type Real.
   const Term_* make_number(const QNumber& value);
 
-  // The bit-vector of `width` bits whose value as an unsigned number is `value`. Throws error for a
-  // fraction and for a negative number, Exception for a number of more bits.
+  // The bit-vector of `width` bits whose value as an unsigned number is `value`. While checks are
+  // on, throws error for a fraction or a negative number, and Exception for a number that needs
+  // more bits.
   const Term_* make_bv_number(const QNumber& value, size_t width);
 
   // The floating-point value of format (e, m) with this bit pattern: sign, exponent and
-  // significand, e + m + 1 bits in all. Throws like make_bv_number.
+  // significand, e + m + 1 bits in all. Throws like make_bv_number and get_fp_type.
   const Term_* make_fp_bits_number(const QNumber& bits, size_t e, size_t m);
 
-  // The value of format (e, m) that the rational rounds to (IEEE 754-2019) in the given mode, which
+  // The value of format (e, m) to which `value` is rounded (IEEE 754-2019) in the given mode, which
   // must be one of the four constants.
   const Term_* make_fp_rat_number(const QNumber& value, size_t e, size_t m, const Term_* rounding);
 
-  // The infinities, and the one NaN that is a numeral.
+  // The infinities, and the positive NaN with only the top bit of the significand set. Other NaN
+  // patterns are numerals of their own.
   const Term_* make_fp_plus_inf(size_t e, size_t m);
   const Term_* make_fp_minus_inf(size_t e, size_t m);
   const Term_* make_fp_nan(size_t e, size_t m);
@@ -591,19 +597,19 @@ class TermManager : public TermFactory {
 
   using TermMap = hsh::HashMap<const Term_*, const Term_*>;
 
-  // Replaces in t each key of subst by its value, all at once, and rebuilds what is above through
-  // make_term. A replacement must be of the type of what it replaces or of a subtype. On return
-  // subst holds the image of every subterm visited, so that passing it again reuses the work.
-  // `marks` is all clear on entry and on return. `check` turns both the check of the pairs and
-  // typechecking during the rebuild on or off.
+  // Replaces each key of subst in t by its value, all at once, and rebuilds the terms above through
+  // make_term. The type of a value must be that of its key or a subtype. On return subst holds the
+  // image of every subterm visited, so passing it again reuses the work. `marks` is all clear on
+  // entry and on return. `check` switches the check of the pairs and the typechecking of the
+  // rebuild on or off.
   //
-  // Being a key decides: a key with a null image is refused where the image is read, by the check
-  // of the pairs or by the walk, before a term that would hold it is made.
+  // Every key is replaced. A null image is refused where it is read, by the check of the pairs or
+  // by the walk, before a term that would hold it is made.
   const Term_* substitute(const Term_* t, TermMap& subst, std::vector<bool>& marks, bool check);
 
-  // Replaces from[i] by to[i]; of two pairs for one term the later one counts. The pairs are
-  // checked while checks are on, and null is refused in any case; those before an offending one
-  // stay in the cache.
+  // Replaces from[i] by to[i]; if a term occurs twice in `from`, the later pair counts. Null is
+  // always refused; the types of the pairs are checked while checks are on. Pairs before an
+  // offending one stay in the cache.
   const Term_* substitute(const Term_* t, const std::vector<const Term_*>& from,
                           const std::vector<const Term_*>& to, TermMap& cache,
                           std::vector<bool>& marks);
@@ -613,29 +619,30 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Copying from another manager, in 'copying.cpp', 'copying_symbols.cpp' and 'copying_types.cpp'
   //
-  // Terms, symbols and types of src are made again in this manager, as if they had been built here.
-  // Names carry over: a symbol whose name is taken here is copied to the symbol that has it,
-  // whatever its type, and named types are copied by name; the symbols of an operator are copied by
-  // its parameters, numerals by value. Terms are rebuilt through make_term, constants and numerals
-  // too. What belongs to this manager already is its own copy.
+  // Makes terms, symbols and types of src again in this manager, as if they had been built here. If
+  // a symbol of this manager has the name of the one to copy, it is the copy, whatever its type.
+  // Otherwise the symbols of an operator are copied by its parameters, numerals by value, and other
+  // symbols and named types by name. Terms are rebuilt through make_term, including constants and
+  // numerals. What already belongs to this manager is its own copy.
   //
-  // src is only read, and nothing in it is written on the way: threads may copy from one manager at
-  // the same time, each into a manager of its own, while nobody changes it. Throws what the makers
-  // and make_term throw; what was made until then stays. A symbol of a theory that somebody else
-  // registered can't be copied unless its name is taken here.
+  // src is only read, so several threads may copy from one manager at the same time, each into a
+  // manager of its own, while no thread changes it. Copying throws what the makers and make_term
+  // throw, and keeps what it has made until then. A symbol that add_interpreted_symbol registered
+  // in src can't be copied unless this manager has a symbol of its name.
   //
-  // Each term, symbol and type is copied once in a call. (Terms that roots of copy_terms share are
-  // rebuilt for each root.) The forms with an output append to it, in order; when
-  // one fails, copy_terms, copy_symbols and copy_types have appended what comes before the failure.
+  // A call copies each term, symbol and type once, except that copy_terms rebuilds shared terms for
+  // each root that leads to them. The forms with an output append to it, in order; if one fails, it
+  // has appended what comes before the failure.
 
   const Term_* copy_term(const TermManager& src, const Term_* t);
 
-  // The keys of subst are terms of src, its values terms of this manager, which stand for the
-  // copies. What is below a key is not copied. A null value is refused when the walk comes upon it.
+  // The keys of subst are terms of src. Their values are terms of this manager, which are used as
+  // the copies. What is below a key is not copied. A null value is refused when the walk reaches
+  // its key.
   const Term_* copy_term_with_subst(const TermManager& src, const Term_* t, const TermMap& subst);
 
-  // With use_manager_marks the walks use the mark vector that the manager keeps, otherwise one for
-  // this call, two bits for each id of src up to the largest one met.
+  // With use_manager_marks the walks use the mark vector that the manager keeps. Otherwise they use
+  // one for this call, of two bits for each id of src up to the largest one met.
   void copy_terms(const TermManager& src, const std::vector<const Term_*>& in,
                   std::vector<const Term_*>& out, bool use_manager_marks);
 
@@ -647,20 +654,19 @@ class TermManager : public TermFactory {
   //---------------------------------------------------------------------------------------------
   // Collection, in 'garbage_collection.cpp'
 
-  // Frees all that the caller does not need: keeps the terms given, with all that is below them and
-  // the symbols and types of these; the symbols given, with their types; the types given, with
-  // their components; and what every manager has from the start. Pointers to all else become
-  // invalid, as do terms in maps of the caller. What is kept stays where it is, with its id; ids of
-  // freed terms are given again, the lowest first. What was freed can be asked for again and is
-  // made anew. Throws std::bad_alloc and has then changed nothing. No other operation of the
-  // manager may be running.
+  // Frees everything except the given terms, with all that is below them and the symbols and types
+  // of these; the given symbols, with their types; the given types, with their components; and what
+  // every manager has from the start. Pointers to anything else become invalid, including those in
+  // maps of the caller. What is kept keeps its address and its id; ids of freed terms are used
+  // again, the lowest first. A request for something that was freed makes it anew. If gc throws
+  // std::bad_alloc, nothing has changed. No other operation of the manager may be running.
   void gc(const std::vector<const Term_*>& terms, const std::vector<const Symbol*>& symbols,
           const std::vector<const DataType*>& types);
 
-  // The number of collections so far: as long as it stays the same, so does what an id stands for.
+  // The number of collections so far. As long as it stays the same, each id means the same term.
   uint64_t gc_generation() const { return generation; }
 
-  // What the last collection freed, and which memory of the term bank went back to the system.
+  // What the last collection freed, and the term bank's memory that went back to the system.
   struct CollectionStatistics {
     size_t terms = 0;
     size_t symbols = 0;
@@ -671,20 +677,21 @@ class TermManager : public TermFactory {
   };
   const CollectionStatistics& get_last_collection() const { return last_collection; }
 
-  // In 'consistency_check.cpp': looks for a table that disagrees with another one or with the
-  // stores, and says what is wrong with it; the empty text if there is none. Linear, for debugging.
+  // In 'consistency_check.cpp': says which table disagrees with another one or with the stores, and
+  // how; the empty text if none does. Takes time O(n log n) in the size of the manager. For
+  // debugging.
   std::string check_consistency() const;
 
-  // In 'state_description.cpp': every entry of every store and table, a line each, with the
-  // switches and counters. The same history gives the same text. For debugging: to see what a
+  // In 'state_description.cpp': every entry of every store and table, one per line, with the
+  // switches and counters. The same history gives the same text. For debugging, to see what a
   // request has changed.
   std::string describe_state() const;
 
   //---------------------------------------------------------------------------------------------
   // Text for messages, in 'shallow_literal.cpp'
 
-  // The term on one line, cut off at depth 10 and at the connectives and, or and iff. A text of
-  // more than 16384 bytes is cut off after so many and ends with "..." then.
+  // The term on one line, down to depth 10; and, or, iff and if-then-else terms are not spelled
+  // out. A text of more than 16384 bytes is cut after that many bytes and then ends with "...".
   std::string to_shallow_str_literal(const Term_* t) const;
 
   //---------------------------------------------------------------------------------------------

@@ -1,7 +1,7 @@
-// Parametric types and their recognisers.
+// Named and parametric types, their recognisers, and freeing a type.
 //
 //   bit-vectors of width w        (BitVec w)      w is the simple type named by the width
-//   floating point of (e, m)      (FP e:m)        e:m is the simple type named so
+//   floating point of (e, m)      (FP e:m)        e:m is the simple type of this name
 //   arrays                        (Array I E)
 //   functions                     (-> A1 ... An R)
 
@@ -52,7 +52,7 @@ size_t TermManager::get_width_from_type(const DataType* t) const {
 }
 
 const DataType* TermManager::get_bv_type(size_t w) {
-  // A parameter type that is made for this type goes when the type can't be made.
+  // If the type can't be made, a parameter type made for it is removed again.
   Transaction making(*this);
   const DataType* parameter = get_type_from_width(w);
   scratch_types.clear();
@@ -202,8 +202,8 @@ bool TermManager::is_finite_domain_type(const DataType* t, QNumber* size) const 
     return true;
   }
   if (is_fp_type(t, &e, &m)) {
-    // Callers that treat the type as a finite domain would enumerate it, NaN patterns and all;
-    // those that need the number of patterns read the size.
+    // The answer is false so that no caller enumerates the type, NaN patterns and all; those that
+    // need the number of patterns read the size.
     if (size != nullptr) BVNumber::pow2(saturating_sum(e, m, 1), size);
     return false;
   }
@@ -216,8 +216,8 @@ void TermManager::free_type(const DataType* t) {
   require_unused(*this, t, standard);
   if (std::find(standard.begin(), standard.end(), t) != standard.end()) return;
 
-  // Every table that leads to a type or from one: a later type may get the address. What uses the
-  // type, which it must not, keeps it.
+  // Clear every table that leads to the type or from it, because a later type may get its address.
+  // Types and symbols that still use it, which is misuse, keep pointing to it.
   if (t->is_simple()) {
     simple_types.erase_key(t->get_name());
     bv_widths.erase_object(t);
@@ -231,7 +231,7 @@ void TermManager::free_type(const DataType* t) {
   universe->remove_type(t);
 }
 
-// The types that the manager's own members point to.
+// The types that the members of the manager point to.
 TermManager::StandardTypes TermManager::standard_types() const {
   return {bool_type,    rat_type,        int_type,     array_type_head,
           bv_type_head, fprounding_type, fp_type_head, universe->get_application_type()};
