@@ -66,16 +66,20 @@ class TermManager::Interception {
     manager.current_operation = is_handed_on ? request.operation.c_str() : "";
   }
 
-  // A delegate does not hand its request on: while it runs, neither the operation nor the symbol of
-  // the request is set, so that errors of the requests that it makes name those requests. (One with
-  // the argument vector of the request still counts as handed on.)
+  // A delegate does not hand its request on: while it runs, neither the operation nor the symbol
+  // nor the arguments of the request are set, so that errors of the requests that it makes name
+  // those requests.
   [[gnu::noinline]] static const Term_* ask_delegate(TermManager& manager, const Symbol* symbol,
                                                      const std::vector<const Term_*>& args) {
-    const Symbol* nothing = nullptr;
-    const Symbol*& asked_for = manager.requests_under_way != 0
-                                   ? manager.requests[manager.requests_under_way - 1]->symbol
-                                   : nothing;
-    const ScopedValue<const Symbol*> none(asked_for, nullptr);
+    const Symbol* no_symbol = nullptr;
+    const std::vector<const Term_*>* no_args = nullptr;
+    const bool is_request = manager.requests_under_way != 0;
+    Request* const request =
+        is_request ? manager.requests[manager.requests_under_way - 1].get() : nullptr;
+    const ScopedValue<const Symbol*> forget_symbol(is_request ? request->symbol : no_symbol,
+                                                   nullptr);
+    const ScopedValue<const std::vector<const Term_*>*> forget_args(
+        is_request ? request->args : no_args, nullptr);
     const ScopedValue<const char*> operation(manager.current_operation, "");
     return manager.delegate->make_term(symbol, args);
   }

@@ -244,6 +244,29 @@ TEST(NestedRequests, ErrorsOfADirectRequestOfADelegateNameItsSymbol) {
   EXPECT_EQ(nested_error, "type error. term Ai has type Int, but Bool was expected. (`and`)");
 }
 
+// The vector of the arguments is the one that the delegate was given.
+TEST(NestedRequests, ErrorsOfAnotherSymbolOnTheSameArgumentsNameThatSymbol) {
+  class Reusing : public TermFactory {
+   public:
+    explicit Reusing(TermManager& owner) : m(owner) {}
+    const Term_* make_term(const Symbol*, const std::vector<const Term_*>& args) override {
+      if (text.empty()) text = error_of([&] { m.make_term(other, args); });
+      return nullptr;
+    }
+    TermManager& m;
+    const Symbol* other = nullptr;
+    std::string text;
+  };
+  TermManager m;
+  const Constants c(m, "A");
+  Reusing delegate(m);
+  delegate.other = m.make_and(c.p, c.q)->symbol;
+  m.set_delegate(&delegate);
+  m.set_delegate_enabled(true);
+  m.make_plus(c.i, c.i);
+  EXPECT_EQ(delegate.text, "type error. term Ai has type Int, but Bool was expected. (`and`)");
+}
+
 TEST(NestedRequests, ErrorsOfADirectCheckByAnOverrideNameItsSymbol) {
   CallingManager m;
   const Constants c(m, "A");

@@ -403,21 +403,21 @@ TEST(OperatorFamilies, PairIsEnteredInBothMapsOrInNone) {
   TermManager m;
   SymbolFamily<size_t> family;
   const auto enter = [&](size_t key, const Symbol* s) {
-    insert_in_both(family.by_symbol, family.by_key, key, s);
+    insert_in_both(family.by_object, family.by_key, key, s);
   };
   long failures = 0;
   for (size_t key = 0; key < 200; ++key) {
     const Symbol* s = m.make_symbol("s" + std::to_string(key), m.get_int_type());
     for (long k = 0; runs_out(k, [&] { enter(key, s); }); ++k) {
       ++failures;
-      EXPECT_EQ(family.by_symbol.find(s), family.by_symbol.end());
+      EXPECT_EQ(family.by_object.find(s), family.by_object.end());
       EXPECT_EQ(family.by_key.find(key), family.by_key.end());
     }
-    EXPECT_EQ(family.by_symbol.find(s)->second, key);
+    EXPECT_EQ(family.by_object.find(s)->second, key);
     EXPECT_EQ(family.by_key.find(key)->second, s);
   }
   EXPECT_GT(failures, 4);
-  EXPECT_EQ(std::distance(family.by_symbol.begin(), family.by_symbol.end()), 200);
+  EXPECT_EQ(std::distance(family.by_object.begin(), family.by_object.end()), 200);
   EXPECT_EQ(std::distance(family.by_key.begin(), family.by_key.end()), 200);
 }
 
