@@ -2,8 +2,8 @@
 
 namespace quill::smt2::app {
 
-ProgressBuffer::ProgressBuffer(std::streambuf& input, uint64_t all_bytes, std::ostream& terminal)
-    : source(input), total(all_bytes), out(terminal) {}
+ProgressBuffer::ProgressBuffer(std::streambuf& source_, uint64_t total_, std::ostream& out_)
+    : source(source_), total(total_), out(out_) {}
 
 ProgressBuffer::~ProgressBuffer() {
   // Spaces rather than a control sequence, which not every terminal has.

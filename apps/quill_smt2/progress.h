@@ -21,7 +21,7 @@ class ProgressBuffer : public std::streambuf {
   static constexpr uint64_t shown_above = 16 * mebibyte;
 
   // Both must outlive the buffer. A total of 0 bytes means that the total is not known.
-  ProgressBuffer(std::streambuf& input, uint64_t all_bytes, std::ostream& terminal);
+  ProgressBuffer(std::streambuf& source_, uint64_t total_, std::ostream& out_);
   ProgressBuffer(const ProgressBuffer&) = delete;
   ProgressBuffer& operator=(const ProgressBuffer&) = delete;
   ~ProgressBuffer() override;

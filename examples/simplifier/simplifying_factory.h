@@ -31,7 +31,7 @@ class SimplifyingFactory : public quill::TermFactory {
  public:
   using Term = const quill::Term_*;
 
-  explicit SimplifyingFactory(quill::TermManager& owner) : manager(owner) {}
+  explicit SimplifyingFactory(quill::TermManager& manager_) : manager(manager_) {}
 
   // The simplified term, or null if no rule applies.
   Term make_term(const quill::Symbol* symbol, const std::vector<Term>& args) override;

@@ -34,7 +34,7 @@ class BitDefinitions {
   };
 
   // Definitions avoid the names of the manager's symbols. The manager must outlive the definitions.
-  explicit BitDefinitions(const TermManager& owner) : manager(owner) {}
+  explicit BitDefinitions(const TermManager& manager_) : manager(manager_) {}
 
   // Definitions avoid this name, too.
   void reserve(const std::string& name) { reserved.insert(name); }

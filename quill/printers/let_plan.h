@@ -47,7 +47,7 @@ class LetPlan {
 
    private:
     enum Kind : uint32_t { Constant, Node, Binding };
-    constexpr Operand(Kind what, uint32_t which) : kind(what), value(which) {}
+    constexpr Operand(Kind kind_, uint32_t value_) : kind(kind_), value(value_) {}
     Kind kind;
     uint32_t value;
   };
@@ -110,7 +110,8 @@ class LetPlan {
   };
 
   struct Node : WrittenForm {
-    Node(const WrittenForm& form, uint32_t first) : WrittenForm(form), first_operand(first) {}
+    Node(const WrittenForm& form, uint32_t first_operand_)
+        : WrittenForm(form), first_operand(first_operand_) {}
     uint32_t first_operand;
   };
   static_assert(sizeof(Node) <= 2 * sizeof(void*), "nodes are read at random");

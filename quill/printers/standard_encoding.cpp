@@ -86,8 +86,8 @@ StandardEncoding::Need StandardEncoding::need_of(const TermManager& manager, con
 }
 
 // Terms are copied as they are, whether or not they would pass the checks of a manager.
-StandardEncoding::StandardEncoding(const TermManager& owner, const BitDefinitions& definitions)
-    : source(owner), bits(definitions) {
+StandardEncoding::StandardEncoding(const TermManager& source_, const BitDefinitions& bits_)
+    : source(source_), bits(bits_) {
   target.set_typecheck_enabled(false);
   target.set_reject_bool_arguments(false);
 }

@@ -71,7 +71,7 @@ class StandardEncoding {
   static bool takes_bits(const TermManager& manager, const Term_* t);
 
   // Both must outlive the encoding.
-  StandardEncoding(const TermManager& owner, const BitDefinitions& definitions);
+  StandardEncoding(const TermManager& source_, const BitDefinitions& bits_);
 
   // The copy of a term. All values whose bits are taken in it must be defined.
   const Term_* encode(const Term_* root);

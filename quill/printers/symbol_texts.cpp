@@ -6,8 +6,9 @@
 
 namespace quill {
 
-SymbolTexts::SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names)
-    : manager(owner), rename_prefix(renamed), logic(names) {}
+SymbolTexts::SymbolTexts(const TermManager& manager_, const std::string& rename_prefix_,
+                         const Logic& logic_)
+    : manager(manager_), rename_prefix(rename_prefix_), logic(logic_) {}
 
 const std::string& SymbolTexts::of(const Symbol* s, bool as_real) {
   Latest& last = latest[as_real];

@@ -21,7 +21,7 @@ namespace quill {
 class SymbolTexts {
  public:
   // `renamed` is the prefix for symbols that SMT-LIB cannot name. All three must outlive the texts.
-  SymbolTexts(const TermManager& owner, const std::string& renamed, const Logic& names);
+  SymbolTexts(const TermManager& manager_, const std::string& rename_prefix_, const Logic& logic_);
 
   // The text of a symbol; an integer has a point if as_real is true.
   const std::string& of(const Symbol* s, bool as_real = false);

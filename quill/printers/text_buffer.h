@@ -18,7 +18,7 @@ namespace quill {
 
 class TextBuffer {
  public:
-  explicit TextBuffer(std::ostream& target) : out(target), next(text) {}
+  explicit TextBuffer(std::ostream& out_) : out(out_), next(text) {}
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
 

@@ -71,10 +71,10 @@ bool is_absolute_value(const TermManager& manager, const Term_* t) {
 
 }  // namespace
 
-WrittenForm::WrittenForm(const TermManager& manager, const Term_* t, bool with_abs)
-    : term(t), tag(static_cast<uint8_t>(operator_tag(manager, t->symbol))) {
+WrittenForm::WrittenForm(const TermManager& manager, const Term_* term_, bool with_abs)
+    : term(term_), tag(static_cast<uint8_t>(operator_tag(manager, term_->symbol))) {
   static_assert(std::size(smtlib2_operators) <= UINT8_MAX);
-  const DataType* type = t->symbol->type;
+  const DataType* type = term_->symbol->type;
   takes_reals = asks_for_value();
   for (size_t i = type->num_components(); i-- > 1 && !takes_reals;) {
     takes_reals = type->get_component(i) == manager.get_rat_type();
@@ -107,9 +107,8 @@ bool WrittenForm::find_kind(const TermManager& manager, bool with_abs) {
   }
 }
 
-WrittenForms::WrittenForms(const TermManager& owner, bool with_absolute_values,
-                           Condition to_be_written)
-    : manager(owner), with_abs(with_absolute_values), must_be_written(std::move(to_be_written)) {}
+WrittenForms::WrittenForms(const TermManager& manager_, bool with_abs_, Condition must_be_written_)
+    : manager(manager_), with_abs(with_abs_), must_be_written(std::move(must_be_written_)) {}
 
 const WrittenForms::Entry& WrittenForms::enter(const Term_* t, size_t place) {
   WrittenForm form(manager, t, with_abs);

@@ -51,7 +51,7 @@ struct WrittenForm {
     const DataType* expected;  // the type of the place; the term's own type may be a subtype
   };
 
-  WrittenForm(const TermManager& manager, const Term_* t, bool with_abs = false);
+  WrittenForm(const TermManager& manager, const Term_* term_, bool with_abs = false);
 
   uint64_t num_operands() const {
     return kind == Application ? term->symbol->arity : kind == Subtraction ? 2 : 1;
@@ -126,8 +126,8 @@ struct WrittenForm {
   friend class WrittenForms;
 
   // An application.
-  WrittenForm(const Term_* t, uint8_t tag_of_symbol, bool some_real)
-      : term(t), tag(tag_of_symbol), takes_reals(some_real) {}
+  WrittenForm(const Term_* term_, uint8_t tag_, bool takes_reals_)
+      : term(term_), tag(tag_), takes_reals(takes_reals_) {}
 
   bool find_kind(const TermManager& manager, bool with_abs);
   Operand operand_of_other_form(uint64_t i) const;
@@ -141,8 +141,8 @@ class WrittenForms {
 
   // If there is a condition, terms that meet it must not be hidden: instead of a form that does not
   // write such a term, an application is written.
-  explicit WrittenForms(const TermManager& owner, bool with_absolute_values = false,
-                        Condition to_be_written = nullptr);
+  explicit WrittenForms(const TermManager& manager_, bool with_abs_ = false,
+                        Condition must_be_written_ = nullptr);
 
   WrittenForm of(const Term_* t) {
     const size_t place = place_of(t->symbol);

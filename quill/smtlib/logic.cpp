@@ -84,7 +84,7 @@ const char* describe(Theory theory) {
   return "";
 }
 
-Logic::Logic(std::string_view given_name) : logic_name(given_name) {
+Logic::Logic(std::string_view logic_name_) : logic_name(logic_name_) {
   std::string_view rest = logic_name;
   if (rest.substr(0, 3) == "QF_") rest.remove_prefix(3);
   uint32_t found = bit(Theory::Core);

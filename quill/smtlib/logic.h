@@ -66,7 +66,7 @@ class Logic {
  public:
   // No logic: provides everything.
   Logic() = default;
-  explicit Logic(std::string_view logic_name);
+  explicit Logic(std::string_view logic_name_);
 
   // Empty when no logic is set.
   const std::string& name() const { return logic_name; }

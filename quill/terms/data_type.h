@@ -51,7 +51,7 @@ class DataType {
  private:
   friend class TypeUniverse;
 
-  DataType(const std::string* simple_name, size_t length) : name(simple_name), count(length) {}
+  DataType(const std::string* name_, size_t count_) : name(name_), count(count_) {}
   ~DataType() = default;
 
   // The name of the application type. Its address, not its text, tells it from a user's type "->".

@@ -30,7 +30,7 @@ namespace quill {
 class Signature {
  public:
   // The universe tells function types from others; it must outlive the signature.
-  explicit Signature(TypeUniverse* types) : universe(types) {}
+  explicit Signature(TypeUniverse* universe_) : universe(universe_) {}
   ~Signature();
   Signature(const Signature&) = delete;
   Signature& operator=(const Signature&) = delete;

@@ -37,9 +37,8 @@ class Symbol {
  private:
   friend class Signature;
 
-  Symbol(const char* own_name, uint64_t num_arguments, const DataType* own_type,
-         const DataType* result)
-      : output_type(result), name(own_name), arity(num_arguments), type(own_type) {}
+  Symbol(const char* name_, uint64_t arity_, const DataType* type_, const DataType* output_type_)
+      : output_type(output_type_), name(name_), arity(arity_), type(type_) {}
   ~Symbol() = default;
 };
 

@@ -53,7 +53,7 @@ class Term_ {
  private:
   friend class TermBank;
 
-  Term_(uint64_t own_id, const Symbol* head) : id(own_id), symbol(head) {}
+  Term_(uint64_t id_, const Symbol* symbol_) : id(id_), symbol(symbol_) {}
   ~Term_() = default;
 };
 

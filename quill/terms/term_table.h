@@ -29,7 +29,7 @@ template <class Value>
 class TermTable {
  public:
   // For terms with ids below id_bound.
-  explicit TermTable(uint64_t id_bound) : bound(id_bound) {}
+  explicit TermTable(uint64_t bound_) : bound(bound_) {}
 
   // The value of a term, or null. Valid until the next insertion.
   const Value* find(const Term_* t) const {

@@ -91,8 +91,8 @@ class Hashtable {
     using reference = Item&;
 
     BasicIter() = default;
-    BasicIter(const std::vector<Bucket*>* heads, uint64_t at, Bucket* first)
-        : table(heads), bucket_count(heads->size()), index(at), node(first) {}
+    BasicIter(const std::vector<Bucket*>* table_, uint64_t index_, Bucket* node_)
+        : table(table_), bucket_count(table_->size()), index(index_), node(node_) {}
 
     // Converts an iterator that may change its element to one that may not.
     template <ConstAdded<Item> Other>
@@ -144,8 +144,8 @@ class Hashtable {
   using Iter = BasicIter<std::conditional_t<std::is_same_v<Value, Key>, const Value, Value>>;
   using ConstIter = BasicIter<const Value>;
 
-  explicit Hashtable(const Hash& hash_functor = Hash(), const Equal& equality = Equal())
-      : hasher(hash_functor), equal(equality), buckets(bucket_counts.front(), nullptr) {}
+  explicit Hashtable(const Hash& hasher_ = Hash(), const Equal& equal_ = Equal())
+      : hasher(hasher_), equal(equal_), buckets(bucket_counts.front(), nullptr) {}
 
   Hashtable(const Hashtable&) = delete;
   Hashtable& operator=(const Hashtable&) = delete;

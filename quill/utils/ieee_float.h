@@ -39,7 +39,7 @@ class IEEEFloat {
   enum rounding_mode { ROUND_EVEN = 0, ROUND_ZERO = 1, ROUND_PLUS_INF = 2, ROUND_MINUS_INF = 3 };
 
   // Positive zero.
-  IEEEFloat(format f, rounding_mode rounding) : form(f), mode(rounding) {}
+  IEEEFloat(format form_, rounding_mode mode_) : form(form_), mode(mode_) {}
 
   // The value with these bits; a NaN keeps its sign and significand. Throws Exception when `bits`
   // is not an integer from 0 up to 2^(e+m+1) - 1.

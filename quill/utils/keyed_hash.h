@@ -37,7 +37,7 @@ inline uint64_t hash_mix(uint64_t word, uint64_t key) {
 // The keyed hash of a sequence of words.
 class KeyedWordHash {
  public:
-  explicit KeyedWordHash(uint64_t hash_key) : key(hash_key), state(hash_key) {}
+  explicit KeyedWordHash(uint64_t key_) : key(key_), state(key_) {}
   KeyedWordHash& add(uint64_t word) {
     state = hash_mix(state ^ word, key);
     return *this;

@@ -13,7 +13,7 @@ namespace quill {
 template <class Action>
 class ScopeGuard {
  public:
-  explicit ScopeGuard(Action undo) : action(std::move(undo)) {}
+  explicit ScopeGuard(Action action_) : action(std::move(action_)) {}
   ScopeGuard(const ScopeGuard&) = delete;
   ScopeGuard& operator=(const ScopeGuard&) = delete;
   ~ScopeGuard() {
@@ -31,7 +31,7 @@ class ScopeGuard {
 template <class T>
 class ScopedValue {
  public:
-  ScopedValue(T& target, T value) : variable(target), found(std::move(target)) {
+  ScopedValue(T& variable_, T value) : variable(variable_), found(std::move(variable_)) {
     variable = std::move(value);
   }
   ScopedValue(const ScopedValue&) = delete;

@@ -18,7 +18,7 @@ namespace quill::smt2 {
 
 class ExpansionBudget {
  public:
-  explicit ExpansionBudget(const ReadOptions& read_options) : options(read_options) {}
+  explicit ExpansionBudget(const ReadOptions& options_) : options(options_) {}
 
   // Counts a `distinct` of this many arguments. One of two is no larger than its text.
   void spend_distinct(uint64_t num_args, Position position);

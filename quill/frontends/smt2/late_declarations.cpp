@@ -121,8 +121,9 @@ std::string symbol_key(const std::string& name) { return std::string(symbol_pref
 
 class Inserter {
  public:
-  Inserter(const TermManager& manager, const std::vector<Command>& all, const Terms& mentioned)
-      : commands(all) {
+  Inserter(const TermManager& manager, const std::vector<Command>& commands_,
+           const Terms& mentioned)
+      : commands(commands_) {
     for (const Command& command : commands) {
       if (command.symbol != nullptr) declarations[command.symbol] = &command;
       if (command.sort != nullptr) sort_declarations[command.sort] = &command;

@@ -67,8 +67,8 @@ std::string shown(std::string_view piece) {
   return "'" + text + "'";
 }
 
-Lexer::Lexer(std::istream& stream)
-    : input(stream),
+Lexer::Lexer(std::istream& input_)
+    : input(input_),
       buffer(block_bytes),
       start(buffer.data()),
       cursor(buffer.data()),

@@ -71,7 +71,7 @@ struct Token {
 class Lexer {
  public:
   // The stream must outlive the lexer. Reading starts at its current position.
-  explicit Lexer(std::istream& stream);
+  explicit Lexer(std::istream& input_);
   Lexer(const Lexer&) = delete;
   Lexer& operator=(const Lexer&) = delete;
 

@@ -41,7 +41,7 @@ class NameTable {
 
  private:
   struct Item {
-    explicit Item(std::string_view text) : name(text) {}
+    explicit Item(std::string_view name_) : name(name_) {}
     const std::string name;
     Entry entry{};
   };

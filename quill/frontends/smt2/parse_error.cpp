@@ -15,7 +15,7 @@ std::string located(Position where, const std::string& what_is_wrong) {
 
 }  // namespace
 
-ParseError::ParseError(Position where, const std::string& what_is_wrong)
-    : Exception(located(where, what_is_wrong)), position(where), message(what_is_wrong) {}
+ParseError::ParseError(Position position_, const std::string& message_)
+    : Exception(located(position_, message_)), position(position_), message(message_) {}
 
 }  // namespace quill::smt2

@@ -19,7 +19,7 @@ struct Position {
 
 class ParseError : public Exception {
  public:
-  ParseError(Position where, const std::string& what_is_wrong);
+  ParseError(Position position_, const std::string& message_);
 
   uint64_t line() const { return position.line; }
   uint64_t column() const { return position.column; }

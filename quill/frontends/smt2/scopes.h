@@ -61,7 +61,7 @@ struct SortName {
 
 class Scopes {
  public:
-  explicit Scopes(TermManager& term_manager) : manager(term_manager) {}
+  explicit Scopes(TermManager& manager_) : manager(manager_) {}
   Scopes(const Scopes&) = delete;
   Scopes& operator=(const Scopes&) = delete;
 

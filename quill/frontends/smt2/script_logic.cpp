@@ -12,7 +12,7 @@ namespace {
 // What the commands of one stretch need from a logic.
 class Survey {
  public:
-  explicit Survey(const TermManager& term_manager) : manager(term_manager) {}
+  explicit Survey(const TermManager& manager_) : manager(manager_) {}
 
   // Add names first: a named term is written in full in the terms that it is part of.
   void add_names(const Command& command) {

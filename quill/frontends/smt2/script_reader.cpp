@@ -11,17 +11,17 @@
 
 namespace quill::smt2 {
 
-ScriptReader::ScriptReader(std::istream& input, TermManager& term_manager,
+ScriptReader::ScriptReader(std::istream& input, TermManager& manager_,
                            const ReadOptions& read_options)
-    : manager(term_manager),
+    : manager(manager_),
       lexer(input),
       default_logic(read_options.default_logic.empty() ? Logic()
                                                        : Logic(read_options.default_logic)),
       logic(default_logic),
-      scopes(term_manager),
-      sorts(term_manager),
-      sort_reader(lexer, term_manager, scopes, sorts, logic),
-      builder(term_manager, scopes, sorts, logic, read_options),
+      scopes(manager_),
+      sorts(manager_),
+      sort_reader(lexer, manager_, scopes, sorts, logic),
+      builder(manager_, scopes, sorts, logic, read_options),
       term_reader(lexer, scopes, sort_reader, builder) {}
 
 Script ScriptReader::read() {

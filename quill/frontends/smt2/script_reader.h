@@ -24,7 +24,7 @@ namespace quill::smt2 {
 
 class ScriptReader {
  public:
-  ScriptReader(std::istream& input, TermManager& term_manager, const ReadOptions& read_options);
+  ScriptReader(std::istream& input, TermManager& manager_, const ReadOptions& read_options);
   ScriptReader(const ScriptReader&) = delete;
   ScriptReader& operator=(const ScriptReader&) = delete;
 

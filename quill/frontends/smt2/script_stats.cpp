@@ -19,8 +19,8 @@ uint64_t saturating_sum(uint64_t a, uint64_t b) {
 // Data about terms is kept in vectors by id. Ids are dense, so no term costs a look-up.
 class Survey {
  public:
-  explicit Survey(const TermManager& term_manager)
-      : manager(term_manager),
+  explicit Survey(const TermManager& manager_)
+      : manager(manager_),
         depths(manager.get_bank()->id_bound(), 0),
         tree_sizes(manager.get_bank()->id_bound()) {}
 

@@ -48,8 +48,7 @@ struct Mentioned {
 // Copies commands in batches, between which names may change their meanings.
 class ScriptCopier {
  public:
-  ScriptCopier(const TermManager& source, TermManager& destination)
-      : from(source), to(destination) {}
+  ScriptCopier(const TermManager& from_, TermManager& to_) : from(from_), to(to_) {}
 
   void add(const Command& command) {
     if (command.symbol != nullptr) {

@@ -47,16 +47,16 @@ bool takes_bits(const TermManager& manager, const Script& script) {
 
 class ScriptWriter {
  public:
-  ScriptWriter(std::ostream& stream, TermManager& term_manager, const Script& script,
-               Configuration::Dialect chosen_dialect)
-      : out(stream),
-        manager(term_manager),
+  ScriptWriter(std::ostream& out_, TermManager& manager_, const Script& script,
+               Configuration::Dialect dialect_)
+      : out(out_),
+        manager(manager_),
         commands(script.commands),
-        logics(written_logics(term_manager, script)),
-        dialect(chosen_dialect),
+        logics(written_logics(manager_, script)),
+        dialect(dialect_),
         needs_definitions(dialect == Configuration::Dialect::Standard &&
-                          takes_bits(term_manager, script)),
-        definitions(term_manager) {
+                          takes_bits(manager_, script)),
+        definitions(manager_) {
     if (needs_definitions) reserve_names();
   }
 

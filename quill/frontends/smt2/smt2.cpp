@@ -19,8 +19,8 @@ namespace {
 // Allows functions with Bool arguments, and restores the previous setting at the end of the scope.
 class BoolArgumentsAllowed {
  public:
-  explicit BoolArgumentsAllowed(TermManager& term_manager)
-      : manager(term_manager), found(term_manager.get_reject_bool_arguments()) {
+  explicit BoolArgumentsAllowed(TermManager& manager_)
+      : manager(manager_), found(manager_.get_reject_bool_arguments()) {
     manager.set_reject_bool_arguments(false);
   }
   BoolArgumentsAllowed(const BoolArgumentsAllowed&) = delete;

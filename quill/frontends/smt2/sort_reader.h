@@ -23,13 +23,9 @@ namespace quill::smt2 {
 
 class SortReader {
  public:
-  SortReader(Lexer& token_source, TermManager& term_manager, Scopes& all_scopes,
-             TheorySorts& sorts_of_theories, const Logic& script_logic)
-      : lexer(token_source),
-        manager(term_manager),
-        scopes(all_scopes),
-        sorts(sorts_of_theories),
-        logic(script_logic) {}
+  SortReader(Lexer& lexer_, TermManager& manager_, Scopes& scopes_, TheorySorts& sorts_,
+             const Logic& logic_)
+      : lexer(lexer_), manager(manager_), scopes(scopes_), sorts(sorts_), logic(logic_) {}
 
   // Reads one sort. On entry the current token is its first one, on return the first one after it.
   const DataType* read();

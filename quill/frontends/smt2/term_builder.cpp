@@ -8,16 +8,16 @@
 
 namespace quill::smt2 {
 
-TermBuilder::TermBuilder(TermManager& term_manager, Scopes& scopes, TheorySorts& theories,
-                         const Logic& script_logic, const ReadOptions& options)
-    : manager(term_manager),
-      sorts(theories),
-      logic(script_logic),
-      undefined_functions(term_manager, scopes),
+TermBuilder::TermBuilder(TermManager& manager_, Scopes& scopes, TheorySorts& sorts_,
+                         const Logic& logic_, const ReadOptions& options)
+    : manager(manager_),
+      sorts(sorts_),
+      logic(logic_),
+      undefined_functions(manager_, scopes),
       budget(options),
-      bool_type(term_manager.get_bool_type()),
-      int_type(term_manager.get_int_type()),
-      real_type(term_manager.get_rat_type()),
+      bool_type(manager_.get_bool_type()),
+      int_type(manager_.get_int_type()),
+      real_type(manager_.get_rat_type()),
       leq_symbols(standard("<=")),
       plus_symbols(standard("+")),
       times_symbols(standard("*")) {}

@@ -26,8 +26,8 @@ namespace quill::smt2 {
 
 class TermBuilder {
  public:
-  TermBuilder(TermManager& term_manager, Scopes& scopes, TheorySorts& theories,
-              const Logic& script_logic, const ReadOptions& options);
+  TermBuilder(TermManager& manager_, Scopes& scopes, TheorySorts& sorts_, const Logic& logic_,
+              const ReadOptions& options);
   TermBuilder(const TermBuilder&) = delete;
   TermBuilder& operator=(const TermBuilder&) = delete;
 

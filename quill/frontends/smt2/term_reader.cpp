@@ -17,13 +17,13 @@ std::string counted_arguments(size_t count) {
 
 }  // namespace
 
-TermReader::TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sorts,
-                       TermBuilder& terms)
-    : lexer(token_source),
-      scopes(all_scopes),
-      sort_reader(sorts),
-      builder(terms),
-      manager(terms.manager) {
+TermReader::TermReader(Lexer& lexer_, Scopes& scopes_, SortReader& sort_reader_,
+                       TermBuilder& builder_)
+    : lexer(lexer_),
+      scopes(scopes_),
+      sort_reader(sort_reader_),
+      builder(builder_),
+      manager(builder_.manager) {
   for (const ConstructWord& row : construct_words) {
     scopes.name(row.text).construct = row.construct;
   }

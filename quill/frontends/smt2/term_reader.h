@@ -23,7 +23,7 @@ namespace quill::smt2 {
 
 class TermReader {
  public:
-  TermReader(Lexer& token_source, Scopes& all_scopes, SortReader& sorts, TermBuilder& terms);
+  TermReader(Lexer& lexer_, Scopes& scopes_, SortReader& sort_reader_, TermBuilder& builder_);
   TermReader(const TermReader&) = delete;
   TermReader& operator=(const TermReader&) = delete;
 

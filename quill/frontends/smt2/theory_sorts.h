@@ -23,7 +23,7 @@ namespace quill::smt2 {
 
 class TheorySorts {
  public:
-  explicit TheorySorts(TermManager& term_manager) : manager(term_manager) {}
+  explicit TheorySorts(TermManager& manager_) : manager(manager_) {}
   TheorySorts(const TheorySorts&) = delete;
   TheorySorts& operator=(const TheorySorts&) = delete;
 

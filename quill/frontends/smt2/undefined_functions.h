@@ -21,8 +21,7 @@ namespace quill::smt2 {
 
 class UndefinedFunctions {
  public:
-  UndefinedFunctions(TermManager& term_manager, Scopes& all_scopes)
-      : manager(term_manager), scopes(all_scopes) {}
+  UndefinedFunctions(TermManager& manager_, Scopes& scopes_) : manager(manager_), scopes(scopes_) {}
   UndefinedFunctions(const UndefinedFunctions&) = delete;
   UndefinedFunctions& operator=(const UndefinedFunctions&) = delete;
 

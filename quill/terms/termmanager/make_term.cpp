@@ -85,8 +85,8 @@ class TermManager::Interception {
   }
 
  private:
-  Interception(TermManager& owner, const Symbol* symbol, const char* operation)
-      : manager(owner), position(owner.requests_under_way) {
+  Interception(TermManager& manager_, const Symbol* symbol, const char* operation)
+      : manager(manager_), position(manager_.requests_under_way) {
     if (manager.requests.size() == position) {
       manager.requests.push_back(std::make_unique<Request>());
     }

@@ -40,7 +40,7 @@ class Texts {
 // Collects the lines of one table and writes them in the order of their texts.
 class Table {
  public:
-  Table(std::string table_name, std::string& output) : name(std::move(table_name)), out(output) {}
+  Table(std::string name_, std::string& out_) : name(std::move(name_)), out(out_) {}
   Table(const Table&) = delete;
   Table& operator=(const Table&) = delete;
   ~Table() = default;

@@ -62,7 +62,7 @@ class TermVisitorCallback {
 //   TermVisitor<VisitForwarder> visitor(&forwarder, /*visit_once=*/true);
 class VisitForwarder {
  public:
-  explicit VisitForwarder(TermVisitorCallback* receiver) : callback(receiver) {}
+  explicit VisitForwarder(TermVisitorCallback* callback_) : callback(callback_) {}
   int visit(const Term_* t, bool preorder) { return callback->visit(t, preorder); }
 
  private:
@@ -72,8 +72,8 @@ class VisitForwarder {
 // Clears the marks of the visited terms, and the list itself, at the end of its scope.
 class CacheCleaner {
  public:
-  CacheCleaner(std::vector<bool>* marked, std::vector<const Term_*>* reached)
-      : marks(marked), visited(reached) {}
+  CacheCleaner(std::vector<bool>* marks_, std::vector<const Term_*>* visited_)
+      : marks(marks_), visited(visited_) {}
   CacheCleaner(const CacheCleaner&) = delete;
   CacheCleaner& operator=(const CacheCleaner&) = delete;
   ~CacheCleaner() {
@@ -99,8 +99,8 @@ class CacheCleaner {
 template <class C>
 class TermVisitor {
  public:
-  TermVisitor(C* receiver, bool visit_once)
-      : callback(receiver), dag_mode(visit_once), marks(&own_marks) {}
+  TermVisitor(C* callback_, bool dag_mode_)
+      : callback(callback_), dag_mode(dag_mode_), marks(&own_marks) {}
   TermVisitor(const TermVisitor&) = delete;
   TermVisitor& operator=(const TermVisitor&) = delete;
 
@@ -197,8 +197,8 @@ class TermVisitor {
   // out. What is below it belongs to the enclosing walks.
   class Frame {
    public:
-    Frame(TermVisitor* owner, bool clears_marks)
-        : begin(owner->stack.size()), visitor(owner), clears(clears_marks) {
+    Frame(TermVisitor* visitor_, bool clears_)
+        : begin(visitor_->stack.size()), visitor(visitor_), clears(clears_) {
       visitor->num_marks = visitor->marks->size();
     }
     Frame(const Frame&) = delete;

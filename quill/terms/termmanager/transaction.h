@@ -26,11 +26,11 @@ namespace quill {
 
 class TermManager::Transaction {
  public:
-  explicit Transaction(TermManager& owner)
-      : manager(owner),
-        log_before(owner.undo_log.size()),
-        types_before(owner.universe->size()),
-        symbols_before(owner.signature->size()) {
+  explicit Transaction(TermManager& manager_)
+      : manager(manager_),
+        log_before(manager_.undo_log.size()),
+        types_before(manager_.universe->size()),
+        symbols_before(manager_.signature->size()) {
     ++manager.open_transactions;
   }
   Transaction(const Transaction&) = delete;

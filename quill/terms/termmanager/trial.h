@@ -17,14 +17,14 @@ namespace quill {
 
 class TermManager::Trial {
  public:
-  Trial(TermManager& owner, TypeKeyedSymbols& symbols, const DataType* key)
-      : outer(owner.trials),
-        manager(owner),
-        table(symbols),
-        type(key),
-        depth(owner.requests_under_way),
-        types_before(owner.universe->size()),
-        symbols_before(owner.signature->size()) {
+  Trial(TermManager& manager_, TypeKeyedSymbols& table_, const DataType* type_)
+      : outer(manager_.trials),
+        manager(manager_),
+        table(table_),
+        type(type_),
+        depth(manager_.requests_under_way),
+        types_before(manager_.universe->size()),
+        symbols_before(manager_.signature->size()) {
     manager.trials = this;
   }
   Trial(const Trial&) = delete;
