@@ -53,7 +53,7 @@ const Term_* make_minus(TermManager& m, const Term_* a, const Term_* b);
 // Whether a Real is an integer: a = floor(a), over Real.
 const Term_* make_is_int(TermManager& m, const Term_* a);
 
-// a| is ite(0 <= a, a, (-1) * a), over the given type, Int or Real, or over the type of a.
+// |a| is ite(0 <= a, a, (-1) * a), over the given type, Int or Real, or over the type of a.
 const Term_* make_abs(TermManager& m, const Term_* a, const DataType* type);
 const Term_* make_abs(TermManager& m, const Term_* a);
 

@@ -59,20 +59,26 @@ bool TermManager::is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const {
                       nullptr);
 }
 
-const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t w) {
-  constexpr SymbolTag::tag tag = SymbolTag::BV_EXTRACT;
-  auto& [by_symbol, by_key] = index2_families[family_slot(tag)];
-  const BVIndex2 key{msb, lsb, w};
-  if (const Symbol* present = find_or_null(by_key, key)) return present;
-  Transaction making(*this);
-  const DataType* operand = get_bv_type(w);
-  const DataType* result = get_bv_type(msb - lsb + 1);
-  Families::set_scratch_types(*this, 1, operand, result);
-  Families::compose_name(*this, operator_family(tag).base, operator_family(tag).separated,
-                         {msb, lsb, w});
-  const Symbol* s = Families::add_symbol(*this, tag, key, by_symbol, by_key);
+// Apart from the look-up, which thereby stays small.
+[[gnu::noinline]] const Symbol* TermManager::Families::add_extract_symbol(TermManager& m,
+                                                                          const BVIndex2& key) {
+  constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);
+  const auto [msb, lsb, width] = key;
+  Transaction making(m);
+  const DataType* operand = m.get_bv_type(width);
+  const DataType* result = m.get_bv_type(msb - lsb + 1);
+  set_scratch_types(m, 1, operand, result);
+  compose_name(m, family.base, family.separated, {msb, lsb, width});
+  auto& [by_symbol, by_key] = m.index2_families[family_slot(SymbolTag::BV_EXTRACT)];
+  const Symbol* s = add_symbol(m, SymbolTag::BV_EXTRACT, key, by_symbol, by_key);
   making.commit();
   return s;
+}
+
+const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t w) {
+  const BVIndex2 key{msb, lsb, w};
+  const Symbol* present = index2_families[family_slot(SymbolTag::BV_EXTRACT)].find(key);
+  return present != nullptr ? present : Families::add_extract_symbol(*this, key);
 }
 const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);

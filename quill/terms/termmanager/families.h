@@ -98,6 +98,16 @@ class TermManager::Families {
                                           hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol,
                                           const IEEEFloat::format& key) {
     if (const Symbol* present = find_or_null(by_format, key)) return present;
+    return add_format_symbol(m, name, separated, tag, rounding, operands, bool_result, by_format,
+                             by_symbol, key);
+  }
+
+  // The same for a format that has no symbol. Apart, so that the look-up stays small.
+  template <class ByFormat>
+  [[gnu::noinline]] static const Symbol* add_format_symbol(
+      TermManager& m, const char* name, bool separated, SymbolTag::tag tag, bool rounding,
+      size_t operands, bool bool_result, ByFormat& by_format,
+      hsh::HashMap<const Symbol*, IEEEFloat::format>& by_symbol, const IEEEFloat::format& key) {
     Transaction making(m);
     const DataType* type = m.get_fp_type(key.e, key.m);
     set_scratch_types(m, operands, type, bool_result ? m.bool_type : type);
@@ -138,13 +148,21 @@ class TermManager::Families {
   static const Symbol* width_symbol_for(TermManager& m, const Term_* operand) {
     require_own(m, operand);
     const DataType* type = operand->type();
-    LatestUse& latest = m.latest_uses[family_slot(Tag)];
-    if (latest.operand == type) return latest.symbol;
+    const LatestUse& latest = m.latest_uses[family_slot(Tag)];
+    return latest.operand == type ? latest.symbol : other_width_symbol_for<Tag>(m, operand);
+  }
+
+  // The same for an operand of another width than the latest one. Apart, so that the look at the
+  // latest one stays small.
+  template <SymbolTag::tag Tag>
+  [[gnu::noinline]] static const Symbol* other_width_symbol_for(TermManager& m,
+                                                                const Term_* operand) {
+    const DataType* type = operand->type();
     if (!m.is_bv_type(type, nullptr)) reject_operand(operand, operator_family(Tag).complaint);
     const size_t* width = m.bv_widths.find_key(type->get_component(1));
     const Symbol* s = width_symbol<Tag>(m, width != nullptr ? *width : 0);
     // A type whose parameter has no width yet may get one later, so its symbol is not remembered.
-    if (width != nullptr) latest = {type, s};
+    if (width != nullptr) m.latest_uses[family_slot(Tag)] = {type, s};
     return s;
   }
 
@@ -199,6 +217,12 @@ class TermManager::Families {
   static bool is_index1_symbol(const TermManager& m, const Symbol* s, size_t* k, size_t* width) {
     return m.is_bv_symbol(s, m.index1_families[family_slot(Tag)].by_object, k, width);
   }
+
+  //--------------------------------------------------------------------------------------------
+  // Families keyed by two or three numbers, in 'bv_indexed_operators.cpp'
+
+  // Makes the symbol of an extraction that has none.
+  static const Symbol* add_extract_symbol(TermManager& m, const BVIndex2& key);
 
   //--------------------------------------------------------------------------------------------
   // Families keyed by a format
