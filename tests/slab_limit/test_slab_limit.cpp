@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
+#include "tests/support/unchanged.h"
 
 namespace quill {
 namespace {

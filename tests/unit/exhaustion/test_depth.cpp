@@ -14,7 +14,7 @@
 #include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
-#include "tests/unit/utils/small_stack.h"
+#include "tests/support/small_stack.h"
 
 namespace quill {
 namespace {

@@ -16,7 +16,8 @@
 #include <vector>
 
 #include "quill/utils/qnumber.h"
-#include "tests/unit/exhaustion/failing_memory.h"
+#include "tests/support/failing_memory.h"
+#include "tests/unit/exhaustion/failing_pools.h"
 #include "tests/unit/exhaustion/script.h"
 
 namespace quill::testing {

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/exhaustion/failing_memory.h"
-#include "tests/unit/terms/termmanager/operator_rows.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/operator_rows.h"
+#include "tests/support/unchanged.h"
 
 namespace quill::testing {
 namespace {

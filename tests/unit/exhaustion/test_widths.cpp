@@ -17,7 +17,7 @@
 #include "quill/printers/outterm.h"
 #include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/exhaustion/failing_memory.h"
+#include "tests/unit/exhaustion/failing_pools.h"
 
 namespace quill {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "quill/terms/id_pool.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -66,7 +66,7 @@ TEST(IdPool, AFailedReservationChangesNothing) {
   IdPool pool;
   for (int i = 0; i < 64; ++i) take(pool);
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     EXPECT_THROW(pool.reserve_one(), std::bad_alloc);
   }
   EXPECT_EQ(pool.bound(), 64U);
@@ -76,7 +76,7 @@ TEST(IdPool, AFailedReservationChangesNothing) {
 TEST(IdPool, FreeingAndClaimingNeedNoMemory) {
   IdPool pool;
   for (int i = 0; i < 1000; ++i) take(pool);
-  const testing::FailingAllocation none(0);
+  const testing::FailingMemory none(0);
   pool.free_all();
   for (uint64_t id = 999; id-- > 500;) pool.claim(id);
   EXPECT_EQ(pool.bound(), 999U);

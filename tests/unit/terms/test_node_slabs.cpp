@@ -12,7 +12,7 @@
 
 #include "quill/terms/node_slabs.h"
 #include "quill/utils/address_sanitizer.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -149,17 +149,17 @@ TEST(NodeSlabs, AFailedRequestChangesNothing) {
   for (const uint64_t arity : {uint64_t{0}, uint64_t{3}, largest_in_slabs, uint64_t{2000}}) {
     NodeSlabs slabs;
     const uint32_t before = allocate(slabs, 7);
-    long k = 0;
+    size_t k = 0;
     uint32_t handle = NodeSlabs::none;
     for (;; ++k) {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         handle = slabs.allocate(arity);
         break;
       } catch (const std::bad_alloc&) {
       }
     }
-    EXPECT_GT(k, 0);
+    EXPECT_GT(k, 0U);
     std::memset(slabs.address(handle), 'x', 16 + 8 * arity);
     EXPECT_EQ(live(slabs), Handles({before, handle})) << "arity " << arity;
   }
@@ -171,7 +171,7 @@ TEST(NodeSlabs, AFailedRequestLeavesThePlaceOfAFreedLargeNodeFree) {
   slabs.free(a);
   EXPECT_THROW(
       {
-        const testing::FailingAllocation none(0);
+        const testing::FailingMemory none(0);
         slabs.allocate(4000);
       },
       std::bad_alloc);

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "quill/terms/ownership_record.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {

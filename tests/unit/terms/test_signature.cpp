@@ -16,8 +16,8 @@
 #include "quill/utils/entry_count.h"
 #include "quill/utils/exception.h"
 #include "quill/utils/hash_set.h"
-#include "tests/unit/utils/colliding_names.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/colliding_names.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -215,7 +215,7 @@ TEST_F(SignatureTest, ACollectionNeedsNoMemory) {
     if (i % 7 == 0) keep.insert(s);
   }
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     signature.gc(keep);
   }
   EXPECT_EQ(signature.size(), 143U);
@@ -387,11 +387,11 @@ TEST_F(SignatureTest, HoldsAMillionNumberedNames) {
 // 32 entries fill the first index, so the failures include that of its growth.
 TEST_F(SignatureTest, AFailedRegistrationChangesNothing) {
   for (int i = 0; i < 32; ++i) signature.add_symbol(std::to_string(i).c_str(), int_type);
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     bool failed = false;
     {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         signature.add_symbol("x", int_type);
       } catch (const std::bad_alloc&) {
@@ -402,7 +402,7 @@ TEST_F(SignatureTest, AFailedRegistrationChangesNothing) {
     ASSERT_EQ(signature.size(), 32U);
     ASSERT_EQ(signature.get_symbol("x"), nullptr);
   }
-  EXPECT_GE(k, 2);  // the index and the record
+  EXPECT_GE(k, 2U);  // the index and the record
   EXPECT_EQ(signature.size(), 33U);
   EXPECT_STREQ(signature.get_symbol("x")->name, "x");
   for (int i = 0; i < 32; ++i) {
@@ -413,11 +413,11 @@ TEST_F(SignatureTest, AFailedRegistrationChangesNothing) {
 TEST_F(SignatureTest, AFailedSearchForASuffixKeepsItsPlace) {
   const std::string base = "a base name that is too long to be kept in place";
   for (int n = 0; n < 10; ++n) signature.add_symbol(unique_name(base).c_str(), int_type);
-  for (long k = 0;; ++k) {
+  for (size_t k = 0;; ++k) {
     bool failed = false;
     int32_t suffix = -1;
     {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         suffix = signature.lowest_free_suffix(base);
       } catch (const std::bad_alloc&) {
@@ -425,7 +425,7 @@ TEST_F(SignatureTest, AFailedSearchForASuffixKeepsItsPlace) {
       }
     }
     if (failed) continue;
-    EXPECT_GT(k, 0);
+    EXPECT_GT(k, 0U);
     EXPECT_EQ(suffix, 9);
     break;
   }

@@ -14,7 +14,7 @@
 #include "quill/terms/signature.h"
 #include "quill/terms/term_bank.h"
 #include "quill/terms/type_universe.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -355,10 +355,10 @@ TEST_F(TermBankTest, AFailedRequestUsesUpNoId) {
       }
       const Symbol* s = symbol("s" + std::to_string(arity), arity);
       const Terms args(arity, first);
-      for (long k = 0;; ++k) {
+      for (size_t k = 0;; ++k) {
         const Term_* t = nullptr;
         {
-          const testing::FailingAllocation after(k);
+          const testing::FailingMemory after(k);
           try {
             t = own.make_term(s, args.data());
           } catch (const std::bad_alloc&) {
@@ -387,7 +387,7 @@ TEST_F(TermBankTest, AFailedRequestKeepsFreedIds) {
   const Terms args(2000, *bank.begin());
   bool failed = false;
   try {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     bank.make_term(s, args.data());
   } catch (const std::bad_alloc&) {
     failed = true;
@@ -400,7 +400,7 @@ TEST_F(TermBankTest, RemovalNeedsNoMemory) {
   for (int i = 0; i < 1000; ++i) constant("c" + std::to_string(i));
   const std::vector<bool> seen = {true, false, true};
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     bank.remove_unseen(seen);
   }
   EXPECT_EQ(ids(), Ids({0, 2}));

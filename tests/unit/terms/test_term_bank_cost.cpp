@@ -20,7 +20,7 @@
 #include "quill/utils/entry_count.h"
 #include "quill/utils/intern_index.h"
 #include "quill/utils/keyed_hash.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {

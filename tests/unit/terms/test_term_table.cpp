@@ -11,7 +11,7 @@
 #include "quill/terms/term_bank.h"
 #include "quill/terms/term_table.h"
 #include "quill/terms/type_universe.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -87,7 +87,7 @@ TEST_F(TermTableTest, FailedGrowthChangesNothing) {
     for (size_t i = 0; i < filled; ++i) table.insert(terms[i * 7], i + 1);
     bool failed = false;
     {
-      const testing::FailingAllocation none(0);
+      const testing::FailingMemory none(0);
       try {
         table.insert(terms[999], 5);
       } catch (const std::bad_alloc&) {

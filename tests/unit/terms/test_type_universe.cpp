@@ -14,8 +14,8 @@
 #include "quill/utils/hash_set.h"
 #include "quill/utils/intern_index.h"
 #include "quill/utils/keyed_hash.h"
-#include "tests/unit/utils/colliding_names.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/colliding_names.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -240,7 +240,7 @@ TEST(TypeUniverse, ACollectionNeedsNoMemory) {
     if (i % 7 == 0) keep.insert(type);
   }
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     u.gc(keep);
   }
   EXPECT_EQ(u.size(), 144U);  // with the application type
@@ -315,10 +315,10 @@ TEST(TypeUniverse, AgreesWithMapsOverRandomOperations) {
 template <class Request>
 void expect_all_or_nothing(TypeUniverse& u, Request request) {
   const size_t before = u.size();
-  for (long k = 0;; ++k) {
+  for (size_t k = 0;; ++k) {
     bool failed = false;
     {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         request();
       } catch (const std::bad_alloc&) {
@@ -326,7 +326,7 @@ void expect_all_or_nothing(TypeUniverse& u, Request request) {
       }
     }
     if (!failed) {
-      EXPECT_GT(k, 0);
+      EXPECT_GT(k, 0U);
       EXPECT_EQ(u.size(), before + 1);
       return;
     }
@@ -350,9 +350,9 @@ TEST(TypeUniverse, AFailedRequestChangesNothing) {
 }
 
 TEST(TypeUniverse, ConstructionThatRunsOutOfMemoryLeaksNothing) {
-  for (long k = 0; k < 100; ++k) {
+  for (size_t k = 0; k < 100; ++k) {
     try {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       const TypeUniverse u;
       break;
     } catch (const std::bad_alloc&) {

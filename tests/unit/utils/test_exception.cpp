@@ -13,8 +13,8 @@
 
 #include "quill/utils/exception.h"
 #include "quill/utils/qnumber.h"
-#include "tests/unit/grouped_digits.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/grouped_digits.h"
 
 #ifdef QUILL_COUNTS_HOOK_CALLS
 
@@ -222,7 +222,7 @@ TEST(Exception, WhatNeedsNoMemory) {
   const Exception e(message);
   const char* text;
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     text = e.what();
   }
   EXPECT_EQ(text, message);
@@ -232,7 +232,7 @@ TEST(Exception, APieceThatFindsNoMemoryIsLeftOut) {
   Refusal e("one");
   const std::string long_piece(1000, 'm');
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     EXPECT_THROW(e << long_piece, std::bad_alloc);
   }
   EXPECT_STREQ(e.what(), "one");

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "quill/utils/growing_array.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -98,7 +98,7 @@ TEST(GrowingArray, IsWhatItWasAfterAFailedGrowth) {
   GrowingArray<uint32_t> a;
   for (uint32_t i = 0; i < 8; ++i) a.push_back(i);
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     EXPECT_THROW(a.push_back(8), std::bad_alloc);
   }
   EXPECT_EQ(a.size(), 8U);
@@ -125,7 +125,7 @@ TEST(GrowingArray, AnExtensionThatFailsChangesNothing) {
   EXPECT_THROW(a.extend(SIZE_MAX), std::bad_alloc);
   EXPECT_THROW(a.extend(SIZE_MAX / sizeof(uint32_t)), std::bad_alloc);
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     EXPECT_THROW(a.extend(100), std::bad_alloc);
   }
   EXPECT_EQ(a.size(), 1U);

@@ -14,7 +14,7 @@
 #include "quill/utils/hash_map.h"
 #include "quill/utils/hash_set.h"
 #include "quill/utils/name_hash.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill::hsh {
 namespace {
@@ -170,7 +170,7 @@ TEST(GuardedTable, WithoutMemoryForAnIndexChainsAreWalked) {
   for (uint64_t i = 0; i < 16; ++i) table.insert(i * 31);
   {
     // The pool takes its memory from malloc.
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     table.insert(16 * 31);
   }
   EXPECT_FALSE(table.is_indexed());
@@ -188,7 +188,7 @@ TEST(GuardedTable, AnInsertionThatCannotExtendTheIndexChangesNothing) {
   ASSERT_TRUE(table.is_indexed());
   bool failed = false;
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     try {
       table.insert(32 * stride);
     } catch (const std::bad_alloc&) {

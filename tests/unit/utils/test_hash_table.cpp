@@ -14,7 +14,7 @@
 #include "quill/utils/hash_set.h"
 #include "quill/utils/hash_table.h"
 #include "quill/utils/qnumber.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill::hsh {
 namespace {
@@ -445,7 +445,7 @@ TEST(Hashtable, AFailedGrowthLeavesTheTableAsItWas) {
   const Keys before = keys_in_order(map);
   const size_t free_nodes = number_of_free_nodes(map);
   {
-    testing::FailingAllocation failing(0);
+    testing::FailingMemory failing(0);
     EXPECT_THROW(map.insert({1000, 1}), std::bad_alloc);
     EXPECT_THROW(map[1000], std::bad_alloc);
     EXPECT_THROW(map[31], std::bad_alloc);  // a key that is there

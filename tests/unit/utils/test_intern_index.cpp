@@ -12,7 +12,7 @@
 
 #include "quill/utils/intern_index.h"
 #include "quill/utils/keyed_hash.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -178,7 +178,7 @@ TEST(InternIndex, ClearingKeepsTheRoomThatIsNeeded) {
   EXPECT_EQ(index.capacity(), 128U);
   for (uint32_t i = 0; i < 60; ++i) EXPECT_EQ(find(index, i, i), InternIndex::none);
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     for (uint32_t i = 0; i < 60; ++i) insert(index, i, i + 100);
   }
   for (uint32_t i = 0; i < 60; ++i) EXPECT_EQ(find(index, i, i + 100), i + 100);
@@ -196,7 +196,7 @@ TEST(InternIndex, ClearingGivesRoomBack) {
     EXPECT_EQ(index.size(), 0U);
     EXPECT_EQ(index.capacity(), capacity) << expected;
     {
-      const testing::FailingAllocation none(0);
+      const testing::FailingMemory none(0);
       for (uint32_t i = 0; i < expected; ++i) index.insert(i, i + 1000);
     }
     for (uint32_t i = 0; i < expected; ++i) EXPECT_EQ(find(index, i, i + 1000), i + 1000);
@@ -223,7 +223,7 @@ TEST(InternIndex, WithoutMemoryTheRoomStays) {
   InternIndex index;
   for (uint32_t i = 0; i < 500; ++i) insert(index, i, i);
   for (uint32_t i = 1; i < 500; ++i) index.erase(i, i);
-  const testing::FailingAllocation none(0);
+  const testing::FailingMemory none(0);
   index.shrink();
   EXPECT_EQ(index.capacity(), 1024U);
   EXPECT_EQ(find(index, 0, 0), 0U);
@@ -239,7 +239,7 @@ TEST(InternIndex, FailedGrowthChangesNothing) {
   for (uint32_t i = 0; i < 32; ++i) insert(index, 7 * i, i);
   bool failed = false;
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     try {
       index.reserve_one();
     } catch (const std::bad_alloc&) {
@@ -383,7 +383,7 @@ TEST(InternIndex, WithoutMemoryTheKeyStays) {
   numbers.index.reserve_one();
   numbers.held.push_back(66);
   {
-    const testing::FailingAllocation none(0);
+    const testing::FailingMemory none(0);
     numbers.index.insert(4711, 66, [](uint64_t, uint32_t) { return 0U; });
   }
   EXPECT_EQ(numbers.key_number(), 0U);

@@ -8,7 +8,7 @@
 
 #include "quill/utils/intern_index.h"
 #include "quill/utils/name_hash.h"
-#include "tests/unit/utils/colliding_names.h"
+#include "tests/support/colliding_names.h"
 
 namespace quill {
 namespace {

@@ -14,7 +14,7 @@
 #include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/qnumber.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -247,7 +247,7 @@ TEST(QNumber, AFailedAllocationLeavesTheTargetAsItWas) {
   const QNumber source = big("5", "3");
   QNumber target(1, 2);
   {
-    testing::FailingAllocation failing(0);
+    testing::FailingMemory failing(0);
     EXPECT_THROW(target = source, std::bad_alloc);
     EXPECT_THROW(QNumber copy(source), std::bad_alloc);
     EXPECT_THROW(QNumber number(min_int64), std::bad_alloc);
@@ -256,7 +256,7 @@ TEST(QNumber, AFailedAllocationLeavesTheTargetAsItWas) {
 }
 
 TEST(QNumber, SmallNumbersAllocateNothing) {
-  testing::FailingAllocation failing(0);
+  testing::FailingMemory failing(0);
   QNumber a(22, -8);
   a.normalize();
   QNumber b = a;

@@ -13,8 +13,8 @@
 
 #include "quill/frontends/smt2/script_stats.h"
 #include "quill/utils/entry_count.h"
+#include "tests/support/colliding_names.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
-#include "tests/unit/utils/colliding_names.h"
 
 namespace quill::smt2 {
 namespace {

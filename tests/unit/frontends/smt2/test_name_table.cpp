@@ -7,7 +7,7 @@
 
 #include "quill/frontends/smt2/name_table.h"
 #include "quill/utils/entry_count.h"
-#include "tests/unit/utils/colliding_names.h"
+#include "tests/support/colliding_names.h"
 
 namespace quill::smt2 {
 namespace {

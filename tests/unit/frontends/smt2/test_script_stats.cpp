@@ -6,8 +6,8 @@
 #include <string>
 
 #include "quill/frontends/smt2/script_stats.h"
+#include "tests/support/grouped_digits.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
-#include "tests/unit/grouped_digits.h"
 
 namespace quill::smt2 {
 namespace {

@@ -9,8 +9,8 @@
 
 #include "quill/frontends/smt2/numerals.h"
 #include "quill/frontends/smt2/script_writer.h"
+#include "tests/support/grouped_digits.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
-#include "tests/unit/grouped_digits.h"
 
 namespace quill::smt2 {
 namespace {

@@ -9,7 +9,7 @@
 #include "quill/terms/termmanager/array_symbols.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/hash_set.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -82,10 +82,10 @@ TEST_F(ArraySymbolsTest, InsertionIsAllOrNothing) {
       const ArraySymbols::Types added{type(98), same ? type(98) : type(99)};
       const Symbol* s = symbol(98);
       bool finished = false;
-      for (long k = 0; !finished; ++k) {
+      for (size_t k = 0; !finished; ++k) {
         ASSERT_LT(k, 10);
         try {
-          const testing::FailingAllocation after(k);
+          const testing::FailingMemory after(k);
           own.insert(added, s);
           finished = true;
         } catch (const std::bad_alloc&) {

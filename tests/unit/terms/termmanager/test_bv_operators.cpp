@@ -8,7 +8,7 @@
 #include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -264,10 +264,10 @@ TEST_F(BvOperators, GeneralMakerThatRunsOutOfMemoryFillsNeitherMap) {
     const auto make = [&] {
       return m.make_bv_symbol("mine", SymbolTag::BV_XOR, w, 2, by_symbol, by_width, nullptr);
     };
-    for (long k = 0;; ++k) {
+    for (size_t k = 0;; ++k) {
       const size_t before = m.get_signature()->size();
       try {
-        const testing::FailingAllocation after(k);
+        const testing::FailingMemory after(k);
         make();
         break;
       } catch (const std::bad_alloc&) {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -472,8 +472,8 @@ TEST_F(Copying, TheMarksOfTheManagerAreKeptFromCallToCall) {
   const Term_* t = f(g(x), y);
   const auto allocations = [&](const std::function<void()>& copy) {
     copy();
-    for (long k = 0;; ++k) {
-      const testing::FailingAllocation after(k);
+    for (size_t k = 0;; ++k) {
+      const testing::FailingMemory after(k);
       try {
         copy();
         return k;
@@ -485,7 +485,7 @@ TEST_F(Copying, TheMarksOfTheManagerAreKeptFromCallToCall) {
   Terms out;
   out.reserve(1000);
   const Terms roots = {t};
-  const long with_own_marks = allocations([&] { c.copy_terms(a, roots, out, false); });
+  const size_t with_own_marks = allocations([&] { c.copy_terms(a, roots, out, false); });
   EXPECT_EQ(allocations([&] { c.copy_terms(a, roots, out, true); }), with_own_marks - 1);
   EXPECT_EQ(allocations([&] { c.copy_term(a, t); }), with_own_marks - 1);
 }
@@ -669,12 +669,12 @@ TEST_F(Copying, AfterAFailedAllocationTheCopyCanBeRepeated) {
   TermManager unharmed;
   unharmed.copy_terms(a, roots, expected, true);
   size_t failures = 0;
-  for (long k = 0;; ++k) {
+  for (size_t k = 0;; ++k) {
     TermManager c;
     Terms out;
     bool failed = false;
     {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         c.copy_terms(a, roots, out, true);
       } catch (const std::bad_alloc&) {

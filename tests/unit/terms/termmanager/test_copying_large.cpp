@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/utils/small_stack.h"
+#include "tests/support/small_stack.h"
 
 namespace quill {
 namespace {

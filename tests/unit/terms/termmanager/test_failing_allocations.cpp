@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/unchanged.h"
 
 namespace quill {
 namespace {
@@ -227,8 +227,8 @@ void run_until(State& s, size_t end, bool padded) {
 
 // Makes call number `victim` fail at its k-th allocation and all later ones. False when it makes
 // fewer.
-bool fail(State& s, size_t victim, long k) {
-  const testing::FailingAllocation after(k);
+bool fail(State& s, size_t victim, size_t k) {
+  const testing::FailingMemory after(k);
   try {
     script()[victim].run(s);
   } catch (const std::bad_alloc&) {
@@ -278,7 +278,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, FailingAllocationsAt, ::testing::Bool(),
 
 TEST_P(FailingAllocationsAt, AFailedCallLeavesEverythingAsItWas) {
   for (size_t victim = 0; victim < script().size(); ++victim) {
-    for (long k = 0;; ++k) {
+    for (size_t k = 0;; ++k) {
       State s;
       run_until(s, victim, GetParam());
       const testing::StateBefore before(s.m);
@@ -300,7 +300,7 @@ TEST_P(FailingAllocationsAt, AfterAFailureAllCallsGiveWhatTheyGiveOnAFreshManage
     State unharmed;
     run_until(unharmed, victim, GetParam());
     const std::vector<Line> expected = finish(unharmed, victim);
-    for (long k = 0;; ++k) {
+    for (size_t k = 0;; ++k) {
       State s;
       run_until(s, victim, GetParam());
       if (!fail(s, victim, k)) break;

@@ -19,9 +19,9 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/unchanged.h"
 #include "tests/unit/terms/termmanager/family_model.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
-#include "tests/unit/utils/failing_allocation.h"
 
 namespace quill {
 namespace {
@@ -308,7 +308,7 @@ class RandomCalls {
   void run_out_of_memory(const Operator& op, const Request& request, bool has_new_name) {
     const Before before(*this);
     try {
-      const testing::FailingAllocation after(static_cast<long>(below(6)));
+      const testing::FailingMemory after(below(6));
       op.call(m, request);
     } catch (const std::bad_alloc&) {
       ++failures;

@@ -10,7 +10,7 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -316,14 +316,14 @@ TEST_F(FpNumbers, OtherSymbolsAreNoNumbers) {
 // --- Out of memory ---
 
 TEST_F(FpNumbers, FailedRequestMakesNoNumeral) {
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     TermManager fresh;
     const Term_* rounding = fresh.make_fprounding_even();
     const size_t symbols = fresh.get_signature()->size();
     const size_t terms = fresh.get_bank()->size();
     try {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       fresh.make_fp_rat_number(QNumber(1, 10), 15, 112, rounding);
       break;
     } catch (const std::bad_alloc&) {
@@ -334,7 +334,7 @@ TEST_F(FpNumbers, FailedRequestMakesNoNumeral) {
     EXPECT_STREQ(t->symbol->name, "85047745624057062624278117674093484442_15_112");
     EXPECT_TRUE(fresh.is_number(t->symbol, nullptr));
   }
-  EXPECT_GT(k, 3);
+  EXPECT_GT(k, 3U);
 }
 
 // Format (1, 1) is refused when checks are on, whether its type or the numeral is there or not.

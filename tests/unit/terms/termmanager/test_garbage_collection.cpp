@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -669,11 +669,11 @@ TEST_F(GarbageCollectionTest, ACollectionThatRunsOutOfMemoryChangesNothing) {
   const Ids before = ids();
   const size_t symbols = num_symbols();
   const size_t types = num_types();
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     bool failed = false;
     {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       try {
         m.gc(roots, {}, {});
       } catch (const std::bad_alloc&) {
@@ -689,7 +689,7 @@ TEST_F(GarbageCollectionTest, ACollectionThatRunsOutOfMemoryChangesNothing) {
     ASSERT_EQ(m.make_number(QNumber(7))->symbol, named("7"));
     ASSERT_TRUE(m.is_bv_add(named("`bvadd_8`"), nullptr));
   }
-  EXPECT_GT(k, 20);
+  EXPECT_GT(k, 20U);
   EXPECT_EQ(num_terms(), standard_terms + 300);
   EXPECT_EQ(num_symbols(), standard_symbols + 151);
   EXPECT_EQ(m.gc_generation(), 1U);

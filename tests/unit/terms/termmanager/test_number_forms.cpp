@@ -10,7 +10,7 @@
 #include "quill/derived/derived.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
+#include "tests/support/unchanged.h"
 
 namespace quill {
 namespace {

@@ -14,8 +14,8 @@
 
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/terms/termmanager/operator_rows.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/operator_rows.h"
 
 namespace quill {
 namespace {
@@ -336,8 +336,8 @@ INSTANTIATE_TEST_SUITE_P(Operators, OperatorFamilyTableDeathTest, ::testing::Val
 // Runs the request with its k-th allocation and all later ones failing. Whether it ran out of
 // memory.
 template <class Request>
-bool runs_out(long k, Request request) {
-  const testing::FailingAllocation after(k);
+bool runs_out(size_t k, Request request) {
+  const testing::FailingMemory after(k);
   try {
     request();
   } catch (const std::bad_alloc&) {
@@ -362,7 +362,7 @@ TEST_P(OperatorFamilyTable, MakerThatRanOutOfMemoryMadeNoSymbolAndWorksAgain) {
   const Row& row = GetParam();
   TermManager unharmed;
   row.make_symbol(unharmed);
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     TermManager m;
     if (!runs_out(k, [&] { row.make_symbol(m); })) break;
@@ -372,14 +372,14 @@ TEST_P(OperatorFamilyTable, MakerThatRanOutOfMemoryMadeNoSymbolAndWorksAgain) {
     expect_whole(m, row, s);
     EXPECT_EQ(sizes(m), sizes(unharmed)) << "allocation " << k;
   }
-  EXPECT_GT(k, 0);
+  EXPECT_GT(k, 0U);
 }
 
 TEST_P(OperatorFamilyTable, BuilderThatRanOutOfMemoryMadeNoTermAndWorksAgain) {
   const Row& row = GetParam();
   Bench unharmed;
   row.build(unharmed.m, unharmed.terms(row.args));
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     Bench bench;
     const Terms args = bench.terms(row.args);
@@ -396,7 +396,7 @@ TEST_P(OperatorFamilyTable, BuilderThatRanOutOfMemoryMadeNoTermAndWorksAgain) {
     expect_whole(bench.m, row, t->symbol);
     EXPECT_EQ(sizes(bench.m), sizes(unharmed.m)) << "allocation " << k;
   }
-  EXPECT_GT(k, 0);
+  EXPECT_GT(k, 0U);
 }
 
 TEST(OperatorFamilies, PairIsEnteredInBothMapsOrInNone) {
@@ -408,7 +408,7 @@ TEST(OperatorFamilies, PairIsEnteredInBothMapsOrInNone) {
   long failures = 0;
   for (size_t key = 0; key < 200; ++key) {
     const Symbol* s = m.make_symbol("s" + std::to_string(key), m.get_int_type());
-    for (long k = 0; runs_out(k, [&] { enter(key, s); }); ++k) {
+    for (size_t k = 0; runs_out(k, [&] { enter(key, s); }); ++k) {
       ++failures;
       EXPECT_EQ(family.by_object.find(s), family.by_object.end());
       EXPECT_EQ(family.by_key.find(key), family.by_key.end());

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/terms/termmanager/operator_rows.h"
+#include "tests/support/operator_rows.h"
 
 namespace quill {
 namespace {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/terms/termmanager/operator_rows.h"
-#include "tests/unit/terms/termmanager/unchanged.h"
+#include "tests/support/operator_rows.h"
+#include "tests/support/unchanged.h"
 
 namespace quill {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -206,10 +206,10 @@ TEST(AddInterpretedSymbol, AFailedRegistrationLeavesNoSymbol) {
   for (const char* name : {"a", "b", "c"}) {
     m.add_interpreted_symbol(name, m.get_int_type(), SymbolTag::BV_ADD);
   }
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
     try {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       m.add_interpreted_symbol("d", m.get_int_type(), SymbolTag::BV_SUB);
       break;
     } catch (const std::bad_alloc&) {
@@ -217,7 +217,7 @@ TEST(AddInterpretedSymbol, AFailedRegistrationLeavesNoSymbol) {
     ASSERT_EQ(m.get_signature()->size(), 22U) << "allocation " << k;
     ASSERT_EQ(m.get_signature()->get_symbol("`d`"), nullptr);
   }
-  EXPECT_GE(k, 2);  // the record and the buckets
+  EXPECT_GE(k, 2U);  // the record and the buckets
   EXPECT_EQ(m.get_tag(m.get_signature()->get_symbol("`d`")), SymbolTag::BV_SUB);
 }
 
@@ -240,16 +240,16 @@ TEST(TermManagerError, IsAnExceptionThatKeepsItsClassWhenStreamedInto) {
 // --- Exhausted memory ---
 
 TEST(Construction, ThatRunsOutOfMemoryLeaksNothing) {
-  long k = 0;
+  size_t k = 0;
   for (;; ++k) {
-    const testing::FailingAllocation after(k);
+    const testing::FailingMemory after(k);
     try {
       const TermManager m;
       break;
     } catch (const std::bad_alloc&) {
     }
   }
-  EXPECT_GT(k, 60);  // three stores, 15 types, 19 symbols and a vector of 31 buckets in each table
+  EXPECT_GT(k, 60U);  // three stores, 15 types, 19 symbols and a vector of 31 buckets in each table
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -451,14 +451,14 @@ TEST_F(SubstitutionTest, TheManagersOwnMarksServeManyCalls) {
 TEST_F(SubstitutionTest, ExhaustedMemoryLeavesMarksAndSwitchAsTheyWere) {
   const Term_* t = x;
   for (int i = 0; i < 12; ++i) t = f(t, g(t));
-  long k = 0;
+  size_t k = 0;
   for (bool finished = false; !finished; ++k) {
     ASSERT_LT(k, 1000);
     std::vector<bool> own_marks;
     TermMap subst;
     subst[x] = y;
     try {
-      const testing::FailingAllocation after(k);
+      const testing::FailingMemory after(k);
       m.substitute(t, subst, own_marks, true);
       finished = true;
     } catch (const std::bad_alloc&) {
@@ -466,7 +466,7 @@ TEST_F(SubstitutionTest, ExhaustedMemoryLeavesMarksAndSwitchAsTheyWere) {
     ASSERT_TRUE(all_clear(own_marks)) << "allocation " << k;
     ASSERT_TRUE(m.get_typecheck_enabled());
   }
-  EXPECT_GT(k, 5);
+  EXPECT_GT(k, 5U);
   const Term_* expected = y;
   for (int i = 0; i < 12; ++i) expected = f(expected, g(expected));
   EXPECT_EQ(m.substitute(t, {x}, {y}), expected);

@@ -16,7 +16,7 @@
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/scope_guard.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -324,7 +324,7 @@ TEST_F(TermVisitorTest, ExhaustedMemoryClearsTheMarks) {
   const Term_* root = a;
   for (int i = 0; i < 12; ++i) root = g.make("f", {root, root, b});
   for (const bool clean_start : {true, false}) {
-    long k = 0;
+    size_t k = 0;
     for (bool finished = false; !finished; ++k) {
       ASSERT_LT(k, 1000);
       std::vector<bool> marks;
@@ -333,14 +333,14 @@ TEST_F(TermVisitorTest, ExhaustedMemoryClearsTheMarks) {
       TermVisitor<Silent> visitor(&callback, as_dag);
       visitor.set_marks(&marks);
       try {
-        const testing::FailingAllocation after(k);
+        const testing::FailingMemory after(k);
         visitor.visit(root, true);
         finished = true;
       } catch (const std::bad_alloc&) {
       }
       ASSERT_EQ(marked(marks), 0U) << "allocation " << k;
     }
-    EXPECT_GT(k, 5);
+    EXPECT_GT(k, 5U);
   }
 }
 

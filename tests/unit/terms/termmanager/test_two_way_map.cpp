@@ -8,7 +8,7 @@
 #include "quill/terms/termmanager/two_way_map.h"
 #include "quill/terms/type_universe.h"
 #include "quill/utils/hash_set.h"
-#include "tests/unit/utils/failing_allocation.h"
+#include "tests/support/failing_memory.h"
 
 namespace quill {
 namespace {
@@ -149,12 +149,12 @@ TEST_F(TwoWayMapTest, InsertionIsAllOrNothing) {
   for (size_t i = 0; i < 23; ++i) types.push_back(type(i));
   using Map = TwoWayMap<size_t, DataType>;
   for (const auto enter : {&Map::insert, &Map::assign}) {
-    for (long k = 0; k < 2; ++k) {
+    for (size_t k = 0; k < 2; ++k) {
       Map own;
       for (size_t i = 0; i < 22; ++i) (own.*enter)(i, types[i]);
       bool failed = false;
       try {
-        const testing::FailingAllocation after(k);
+        const testing::FailingMemory after(k);
         (own.*enter)(22, types[22]);
       } catch (const std::bad_alloc&) {
         failed = true;

@@ -1,9 +1,9 @@
-// operator new, malloc and mmap with a countdown, and functions for GMP.
+// malloc and mmap that fail on demand, and functions for GMP.
 //
 // The program is linked so that the library's calls of malloc and mmap come here, and that
 // __real_malloc is the malloc of the C library or of the address sanitizer.
 
-#include "tests/unit/exhaustion/failing_memory.h"
+#include "tests/unit/exhaustion/failing_pools.h"
 
 #include <gmp.h>
 #include <sys/mman.h>
@@ -13,7 +13,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
+
+#include "tests/support/failing_memory.h"
 
 extern "C" {
 void* __real_malloc(size_t size);
@@ -24,25 +25,8 @@ void* __wrap_mmap(void* start, size_t size, int protection, int flags, int file,
 
 namespace {
 
-struct Countdown {
-  bool is_armed = false;
-  quill::testing::Failures failures = quill::testing::Failures::Once;
-  size_t successes = 0;
-  size_t asked = 0;
-};
-thread_local Countdown countdown;
-
 std::atomic<size_t> malloc_calls = 0;
 std::atomic<size_t> mmap_calls = 0;
-
-bool next_fails() {
-  if (!countdown.is_armed) return false;
-  const size_t number = countdown.asked++;
-  return countdown.failures == quill::testing::Failures::Once ? number == countdown.successes
-                                                              : number >= countdown.successes;
-}
-
-void* allocate(size_t size) { return next_fails() ? nullptr : __real_malloc(size == 0 ? 1 : size); }
 
 // A GMP block begins with its size and a word that tells it from other blocks.
 struct GmpHeader {
@@ -88,13 +72,6 @@ const bool gmp_is_set_apart = [] {
 
 namespace quill::testing {
 
-FailingMemory::FailingMemory(size_t successes, Failures failures) {
-  countdown = {true, failures, successes, 0};
-}
-FailingMemory::~FailingMemory() { countdown.is_armed = false; }
-bool FailingMemory::has_failed() const { return countdown.asked > countdown.successes; }
-size_t FailingMemory::asked() const { return countdown.asked; }
-
 size_t pool_chunks() { return malloc_calls; }
 size_t large_blocks() { return mmap_calls; }
 size_t gmp_blocks() { return gmp_blocks_held; }
@@ -104,26 +81,12 @@ size_t largest_gmp_block() { return gmp_largest; }
 
 void* __wrap_malloc(size_t size) {
   ++malloc_calls;
-  return allocate(size);
+  return quill::testing::next_allocation_fails() ? nullptr : __real_malloc(size == 0 ? 1 : size);
 }
 
 void* __wrap_mmap(void* start, size_t size, int protection, int flags, int file, off_t offset) {
   ++mmap_calls;
-  return next_fails() ? MAP_FAILED : __real_mmap(start, size, protection, flags, file, offset);
+  return quill::testing::next_allocation_fails()
+             ? MAP_FAILED
+             : __real_mmap(start, size, protection, flags, file, offset);
 }
-
-void* operator new(size_t size) {
-  void* memory = allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void* operator new(size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-void operator delete(void* memory, size_t) noexcept { std::free(memory); }
-
-// The address sanitizer otherwise ends the program when malloc is asked for more than there can be.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }

@@ -2,8 +2,8 @@
 // what its symbol and its builder must be for sample parameters, and every way in which the builder
 // refuses its arguments. Also a manager to build with.
 
-#ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
-#define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_OPERATOR_ROWS_H
+#ifndef TESTS_SUPPORT_OPERATOR_ROWS_H
+#define TESTS_SUPPORT_OPERATOR_ROWS_H
 
 #include <cstdint>
 #include <functional>

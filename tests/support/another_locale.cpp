@@ -10,7 +10,7 @@
 #include <locale>
 #include <string_view>
 
-#include "tests/unit/grouped_digits.h"
+#include "tests/support/grouped_digits.h"
 
 namespace {
 

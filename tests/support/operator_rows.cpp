@@ -1,4 +1,4 @@
-#include "tests/unit/terms/termmanager/operator_rows.h"
+#include "tests/support/operator_rows.h"
 
 #include <cstddef>
 #include <tuple>

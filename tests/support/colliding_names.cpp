@@ -1,22 +1,14 @@
-// Names that share one hash, as an attacker who has read name_hash.h would write them.
-
-#ifndef QUILL_TESTS_UNIT_UTILS_COLLIDING_NAMES_H
-#define QUILL_TESTS_UNIT_UTILS_COLLIDING_NAMES_H
+#include "tests/support/colliding_names.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "quill/utils/keyed_hash.h"
 
 namespace quill::testing {
 
-// A NameHash under the first key gives one value to all of these names. Each is 16 bytes, none of
-// them a NUL, a bar or a backslash, so that it can stand between the bars of a script.
-inline std::vector<std::string> colliding_names(size_t count) {
+std::vector<std::string> colliding_names(size_t count) {
   const uint64_t key = hash_key(0);
   const uint64_t annihilator = 0x9e3779b97f4a7c15;  // hash_mix makes 0 of it, under each key
   std::vector<std::string> names;
@@ -33,13 +25,10 @@ inline std::vector<std::string> colliding_names(size_t count) {
   return names;
 }
 
-// As many names of that length that have nothing in common.
-inline std::vector<std::string> ordinary_names(size_t count) {
+std::vector<std::string> ordinary_names(size_t count) {
   std::vector<std::string> names;
   for (size_t i = 0; i < count; ++i) names.push_back("name" + std::to_string(100000000000 + i));
   return names;
 }
 
 }  // namespace quill::testing
-
-#endif
