@@ -5,27 +5,13 @@
 
 #include "quill/derived/derived.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class Derived : public ::testing::Test {
+class Derived : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  TermManager m;
   // true and false have the ids 0 and 1.
   const Term_* const p = constant("p", m.get_bool_type());  // 2
   const Term_* const q = constant("q", m.get_bool_type());  // 3

@@ -6,31 +6,17 @@
 
 #include "quill/derived/derived_bv.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
 // --- Terms ---
 
-class DerivedBV : public ::testing::Test {
+class DerivedBV : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, size_t width) {
-    return m.make_constant(m.make_symbol(name, m.get_bv_type(width)));
-  }
-
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  TermManager m;
-  const Term_* const a = constant("a", 8);
-  const Term_* const b = constant("b", 8);
+  const Term_* const a = bv("a", 8);
+  const Term_* const b = bv("b", 8);
   const Term_* const zero = m.make_bv_number(QNumber(), 8);
 };
 
@@ -87,22 +73,22 @@ TEST_F(DerivedBV, RepeatRefusesWhatIsNoWidth) {
 
 TEST_F(DerivedBV, WideProductsDoNotWrapTheirWidth) {
   const size_t width = size_t{1} << 63;
-  const Term_* wide = constant("wide", width);
+  const Term_* wide = bv("wide", width);
   const char* text = "a bit-vector of 2 times 9223372036854775808 bits is too wide";
   EXPECT_EQ(error_of([&] { make_bv_umulo(m, wide, wide); }), text);
   EXPECT_EQ(error_of([&] { make_bv_smulo(m, wide, wide); }), text);
-  const Term_* widest = constant("widest", width - 1);
+  const Term_* widest = bv("widest", width - 1);
   EXPECT_EQ(error_of([&] { make_bv_umulo(m, widest, widest); }), "no error");
 }
 
 TEST_F(DerivedBV, OverflowOfVectorsTooWideToSpellIsBuilt) {
-  const Term_* wide = constant("wide", ~size_t{0});
+  const Term_* wide = bv("wide", ~size_t{0});
   EXPECT_EQ(error_of([&] { make_bv_sdivo(m, wide, wide); }), "no error");
   EXPECT_EQ(error_of([&] { make_bv_redand(m, wide); }), "no error");
 }
 
 TEST_F(DerivedBV, OperandsOfOtherWidthsAreRefused) {
-  const Term_* c = constant("c", 9);
+  const Term_* c = bv("c", 9);
   for (const auto make : {make_bv_nand, make_bv_nor, make_bv_xnor, make_bv_uge, make_bv_ugt,
                           make_bv_sge, make_bv_sgt, make_bv_smod, make_bv_uaddo, make_bv_saddo,
                           make_bv_usubo, make_bv_ssubo, make_bv_umulo, make_bv_smulo}) {

@@ -8,31 +8,17 @@
 
 #include "quill/derived/derived_fp.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class DerivedFp : public ::testing::Test {
+class DerivedFp : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-
   const Term_* bits(uint64_t value, size_t width) {
     return m.make_bv_number(QNumber(value), width);
   }
 
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  TermManager m;
   const Term_* const f = constant("f", m.get_fp_type(8, 23));
   const Term_* const g = constant("g", m.get_fp_type(8, 23));
   const Term_* const rm = constant("rm", m.get_fprounding_type());

@@ -14,6 +14,7 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 #include "tests/support/operator_rows.h"
 #include "tests/support/unchanged.h"
 
@@ -320,10 +321,6 @@ TEST(WholeState, AfterAFailedRequestForASymbol) {
 
 //------------------------------------------------------------------------------------------------
 // Terms
-
-const Term_* constant(TermManager& m, const char* name, const DataType* type) {
-  return m.make_constant(m.make_symbol(name, type));
-}
 
 TEST(WholeState, AfterAFailedRequestForATerm) {
   fail_everywhere("make_constant", [](TermManager& m) {

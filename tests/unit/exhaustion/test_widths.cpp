@@ -9,7 +9,6 @@
 #include <new>
 #include <sstream>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 #include "quill/derived/derived_bv.h"
@@ -17,6 +16,7 @@
 #include "quill/printers/outterm.h"
 #include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 #include "tests/unit/exhaustion/failing_pools.h"
 
 namespace quill {
@@ -34,7 +34,7 @@ const size_t edge_widths[] = {1,
                               size_t{1} << 40,
                               SIZE_MAX / 2};
 
-class Widths : public ::testing::Test {
+class Widths : public testing::ManagerTest {
  protected:
   const Term_* constant(const DataType* type) {
     return m.make_constant(m.make_unique_symbol("x", type));
@@ -44,19 +44,9 @@ class Widths : public ::testing::Test {
 
   // The message of a base Exception; the stores are as before.
   std::string refusal(const std::function<void()>& request) {
-    const size_t types = m.get_universe()->size();
-    const size_t symbols = m.get_signature()->size();
-    const size_t terms = m.get_bank()->size();
-    std::string message = "not refused";
-    try {
-      request();
-    } catch (const Exception& e) {
-      EXPECT_EQ(typeid(e), typeid(Exception));
-      message = e.what();
-    }
-    EXPECT_EQ(m.get_universe()->size(), types);
-    EXPECT_EQ(m.get_signature()->size(), symbols);
-    EXPECT_EQ(m.get_bank()->size(), terms);
+    const auto before = sizes();
+    const std::string message = base_exception_of(request);
+    EXPECT_EQ(sizes(), before);
     EXPECT_EQ(m.check_consistency(), "");
     return message;
   }
@@ -72,8 +62,6 @@ class Widths : public ::testing::Test {
     out << outterm(&m, t);
     return out.str();
   }
-
-  M m;
 };
 
 TEST_F(Widths, EveryWidthKeyedOperatorTakesEveryWidth) {

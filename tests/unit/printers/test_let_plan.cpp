@@ -9,6 +9,7 @@
 
 #include "quill/derived/derived.h"
 #include "quill/printers/let_plan.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -17,11 +18,8 @@ using Ends = std::vector<uint32_t>;
 using Bindings = std::vector<const Term_*>;
 using Operands = std::vector<LetPlan::Operand>;
 
-class LetPlanTest : public ::testing::Test {
+class LetPlanTest : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   LetPlan plan(const Term_* root) const {
     WrittenForms forms(m);
     return {m, root, forms};
@@ -43,7 +41,6 @@ class LetPlanTest : public ::testing::Test {
     return all;
   }
 
-  TermManager m;
   const Term_* const p = constant("p", m.get_bool_type());
   const Term_* const i = constant("i", m.get_int_type());
   const Term_* const j = constant("j", m.get_int_type());

@@ -7,15 +7,13 @@
 
 #include "quill/printers/outterm.h"
 #include "quill/printers/smtlib2_term_printer.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class Outterm : public ::testing::Test {
+class Outterm : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   template <class Adaptor>
   static std::string text(const Adaptor& adaptor) {
     std::ostringstream out;
@@ -23,7 +21,6 @@ class Outterm : public ::testing::Test {
     return out.str();
   }
 
-  TermManager m;
   const Term_* const p = constant("p", m.get_bool_type());
   const Term_* const q = constant("q", m.get_bool_type());
 };

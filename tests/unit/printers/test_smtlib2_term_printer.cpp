@@ -11,6 +11,7 @@
 #include "quill/derived/derived.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/name_escape.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -23,11 +24,8 @@ std::string repeat(std::string_view text, size_t times) {
   return out;
 }
 
-class SmtLib2Printer : public ::testing::Test {
+class SmtLib2Printer : public testing::ManagerTest {
  protected:
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Symbol* function(const char* name, const std::vector<const DataType*>& args,
                          const DataType* result) {
     return m.make_symbol(name, m.get_function_type(args, result));
@@ -53,7 +51,6 @@ class SmtLib2Printer : public ::testing::Test {
     return out.str();
   }
 
-  TermManager m;
   const DataType* const bool_type = m.get_bool_type();
   const DataType* const int_type = m.get_int_type();
   const DataType* const real_type = m.get_rat_type();

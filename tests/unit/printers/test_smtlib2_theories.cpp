@@ -11,6 +11,7 @@
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/operator_texts.h"
 #include "quill/smtlib/syntax.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -91,11 +92,8 @@ constexpr const char* tag_names[] = {
     "INT_TO_BV",
 };
 
-class SmtLib2Theories : public ::testing::Test {
+class SmtLib2Theories : public testing::ManagerTest {
  protected:
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   std::string text(const Term_* t,
                    Configuration::Dialect dialect = Configuration::Dialect::Extensions) {
     Configuration::Printer choices;
@@ -112,7 +110,6 @@ class SmtLib2Theories : public ::testing::Test {
   // A term for every tag but NONE, headed by a symbol of that tag.
   std::vector<const Term_*> terms_by_tag();
 
-  TermManager m;
   const DataType* const int_type = m.get_int_type();
   const DataType* const real_type = m.get_rat_type();
   const DataType* const array_type = m.get_array_type(int_type, real_type);

@@ -9,17 +9,15 @@
 #include "quill/derived/derived.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/printers/standard_encoding.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
 using Annotations = SmtLib2TermPrinter::Annotations;
 
-class Standard : public ::testing::Test {
+class Standard : public testing::ManagerTest {
  protected:
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   std::string text(const Term_* t, const Annotations* annotations = nullptr, bool share = true) {
     std::ostringstream out;
     SmtLib2TermPrinter(&m, &standard, "", "", share, annotations).print_term(out, t);
@@ -34,7 +32,6 @@ class Standard : public ::testing::Test {
     return out.str();
   }
 
-  TermManager m;
   Configuration::Printer standard{.dialect = Configuration::Dialect::Standard, .logic = ""};
   BitDefinitions definitions{m};
   const DataType* const single = m.get_fp_type(8, 23);

@@ -6,18 +6,15 @@
 
 #include "quill/derived/derived.h"
 #include "quill/printers/written_form.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class WrittenFormTest : public ::testing::Test {
+class WrittenFormTest : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   WrittenForm form(const Term_* t) const { return WrittenForm(m, t); }
 
-  TermManager m;
   const DataType* const int_type = m.get_int_type();
   const DataType* const real_type = m.get_rat_type();
   const Term_* const p = constant("p", m.get_bool_type());

@@ -13,6 +13,7 @@
 #include "quill/printers/outterm.h"
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/operator_texts.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -20,13 +21,10 @@ namespace {
 using Types = std::vector<const DataType*>;
 using Terms = std::vector<const Term_*>;
 
-class SmtLib2Operators : public ::testing::Test {
+class SmtLib2Operators : public testing::ManagerTest {
  protected:
   SmtLib2Operators() { m.set_reject_bool_arguments(false); }
 
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   std::string text(const Term_* t, Configuration::Dialect dialect, bool share = true) {
     Configuration::Printer choices;
     choices.dialect = dialect;
@@ -63,7 +61,6 @@ class SmtLib2Operators : public ::testing::Test {
   // The symbols of all operators, over the types of this test.
   std::vector<const Symbol*> operators();
 
-  TermManager m;
   const DataType* const bool_type = m.get_bool_type();
   const DataType* const int_type = m.get_int_type();
   const DataType* const real_type = m.get_rat_type();

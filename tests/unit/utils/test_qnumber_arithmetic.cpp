@@ -12,6 +12,7 @@
 #include "quill/utils/exception.h"
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/qnumber_arithmetic.h"
+#include "tests/support/error_of.h"
 
 namespace quill {
 namespace {
@@ -36,12 +37,7 @@ QNumber as_big(const QNumber& a) {
 }
 
 std::string error_of(const std::function<void()>& request) {
-  try {
-    request();
-  } catch (const Exception& error) {
-    return error.what();
-  }
-  return "no error";
+  return testing::error_of<Exception>(request);
 }
 
 TEST(QNumberArithmetic, Adds) {

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <string>
-#include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -13,41 +12,10 @@ namespace {
 using BVIndex1 = TermManager::BVIndex1;
 using BVIndex2 = TermManager::BVIndex2;
 
-class BvIndexedOperators : public ::testing::Test {
+class BvIndexedOperators : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-  const Term_* bv(const char* name, size_t width) { return constant(name, m.get_bv_type(width)); }
-
-  // The text of the request's exception, whose class must be exactly Error.
-  template <class Error, class Request>
-  static std::string text_of(Request request) {
-    try {
-      request();
-    } catch (const Exception& e) {
-      return typeid(e) == typeid(Error) ? e.what() : "another class";
-    }
-    return "no error";
-  }
-  template <class Request>
-  static std::string error_of(Request request) {
-    return text_of<TermManager::error>(request);
-  }
-  template <class Request>
-  static std::string base_exception_of(Request request) {
-    return text_of<Exception>(request);
-  }
-
   const DataType* type_of(const Term_* t) const { return t->type(); }
   std::string name_of(const Term_* t) const { return t->symbol->name; }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 // --- Extraction ---

@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <iterator>
 #include <new>
 #include <string>
-#include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -16,32 +15,8 @@ namespace {
 using BySymbol = hsh::HashMap<const Symbol*, size_t>;
 using ByWidth = hsh::HashMap<size_t, const Symbol*>;
 
-class BvOperators : public ::testing::Test {
+class BvOperators : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-  const Term_* bv(const char* name, size_t width) { return constant(name, m.get_bv_type(width)); }
-
-  // The text of the request's exception, whose class must be TermManager::error itself.
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const Exception& e) {
-      return typeid(e) == typeid(TermManager::error) ? e.what() : "another class";
-    }
-    return "no error";
-  }
-
-  const Symbol* find(const char* name) const { return m.get_signature()->get_symbol(name); }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 // --- Symbols and types ---

@@ -3,20 +3,21 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <functional>
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
+using testing::constant;
+using testing::sizes;
 using Terms = std::vector<const Term_*>;
 using Symbols = std::vector<const Symbol*>;
 using TermMap = TermManager::TermMap;
@@ -35,11 +36,6 @@ class Recording : public TermManager {
   int requests_until_failure = 1000000;
 };
 
-// The sizes of the stores: types, symbols, terms.
-std::array<size_t, 3> sizes(const TermManager& m) {
-  return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-}
-
 // The class and the text of what the request throws.
 std::string failure_of(const std::function<void()>& request) {
   try {
@@ -54,9 +50,6 @@ std::string failure_of(const std::function<void()>& request) {
 
 class Copying : public ::testing::Test {
  protected:
-  static const Term_* constant(TermManager& m, const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Term_* f(const Term_* s, const Term_* t) {
     return a.make_uninterpreted_function(binary, {s, t});
   }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -10,6 +9,7 @@
 #include "quill/derived/derived.h"
 #include "quill/terms/termmanager/term_factory.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -33,22 +33,13 @@ class Recorder : public TermFactory {
 
 using Requests = std::vector<std::string>;
 
-class Delegate : public ::testing::Test {
+class Delegate : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   void install(TermFactory* factory) {
     m.set_delegate(factory);
     m.set_delegate_enabled(true);
   }
 
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
   const Term_* const p = constant("p", m.get_bool_type());
   const Term_* const q = constant("q", m.get_bool_type());
   const Term_* const i = constant("i", m.get_int_type());
@@ -206,13 +197,7 @@ class OverridingManager : public TermManager {
   Requests requests;
 };
 
-class Overriding : public ::testing::Test {
- protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-  OverridingManager m;
-};
+using Overriding = testing::ManagerTestOf<OverridingManager>;
 
 TEST_F(Overriding, ConstructionDoesNotPassThrough) { EXPECT_EQ(m.requests, Requests{}); }
 

@@ -4,51 +4,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <sstream>
 #include <string>
-#include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class FpNumbers : public ::testing::Test {
+class FpNumbers : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-
-  // The text of the request's exception, whose class must be exactly Error.
-  template <class Error, class Request>
-  static std::string text_of(Request request) {
-    try {
-      request();
-    } catch (const Exception& e) {
-      return typeid(e) == typeid(Error) ? e.what() : "another class";
-    }
-    return "no error";
-  }
-  template <class Request>
-  static std::string error_of(Request request) {
-    return text_of<TermManager::error>(request);
-  }
-  template <class Request>
-  static std::string base_exception_of(Request request) {
-    return text_of<Exception>(request);
-  }
-
-  // The recorded value, as the pair that it is.
-  std::string value_of(const Term_* t) const {
-    QNumber value;
-    if (!m.is_number(t->symbol, &value)) return "no numeral";
-    std::ostringstream out;
-    out << value;
-    return out.str();
-  }
-
   // The pattern in format (8, 23) of a rational in each of the modes, in their order.
   std::array<std::string, 4> singles(const QNumber& value) {
     const std::array modes = {m.make_fprounding_even(), m.make_fprounding_zero(),
@@ -58,13 +25,6 @@ class FpNumbers : public ::testing::Test {
       patterns[i] = value_of(m.make_fp_rat_number(value, 8, 23, modes[i]));
     return patterns;
   }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 using Patterns = std::array<std::string, 4>;

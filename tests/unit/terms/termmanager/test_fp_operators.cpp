@@ -3,9 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <string>
-#include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -13,34 +13,8 @@ namespace {
 using ByFormat = hsh::HashMap<IEEEFloat::format, const Symbol*>;
 using BySymbol = hsh::HashMap<const Symbol*, IEEEFloat::format>;
 
-class FpOperators : public ::testing::Test {
+class FpOperators : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-  const Term_* fp(const char* name, size_t e, size_t s) {
-    return constant(name, m.get_fp_type(e, s));
-  }
-
-  // The text of the request's exception, whose class must be TermManager::error itself.
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const Exception& e) {
-      return typeid(e) == typeid(TermManager::error) ? e.what() : "another class";
-    }
-    return "no error";
-  }
-
-  const Symbol* find(const char* name) const { return m.get_signature()->get_symbol(name); }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 // --- Symbols and types ---

@@ -9,6 +9,7 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -24,18 +25,14 @@ constexpr size_t standard_symbols = 19;
 constexpr size_t standard_types =
     15;  // the application type, seven simple ones, seven of functions
 
-class GarbageCollectionTest : public ::testing::Test {
+class GarbageCollectionTest : public testing::ManagerTest {
  protected:
   void collect(const Terms& terms, const Symbols& symbols = {}, const Types& types = {}) {
     m.gc(terms, symbols, types);
     EXPECT_EQ(m.check_consistency(), "");
   }
 
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Term_* int_constant(const std::string& name) { return constant(name, m.get_int_type()); }
-  const Symbol* named(const char* name) const { return m.get_signature()->get_symbol(name); }
   size_t num_terms() const { return m.get_bank()->size(); }
   size_t num_symbols() const { return m.get_signature()->size(); }
   size_t num_types() const { return m.get_universe()->size(); }
@@ -50,8 +47,6 @@ class GarbageCollectionTest : public ::testing::Test {
     for (const Term_* t : *m.get_bank()) all.push_back(t->id);
     return all;
   }
-
-  TermManager m;
 };
 
 //------------------------------------------------------------------------------------------------
@@ -64,12 +59,12 @@ TEST_F(GarbageCollectionTest, WithNoRootsWhatEveryManagerHasSurvives) {
   const Term_* yes = m.make_true();
   const Term_* no = m.make_false();
   collect({});
-  EXPECT_EQ(named("x"), nullptr);
+  EXPECT_EQ(find("x"), nullptr);
   for (const char* name :
        {"`true`", "`false`", "`and`", "`or`", "`not`", "`iff`", "`=_rat`", "`<=_rat`", "`+_rat`",
         "`*_rat`", "`=_int`", "`<=_int`", "`+_int`", "`*_int`", "`floor`", "`fprounding_even`",
         "`fprounding_zero`", "`fprounding_plus_inf`", "`fprounding_minus_inf`"}) {
-    EXPECT_NE(named(name), nullptr) << name;
+    EXPECT_NE(find(name), nullptr) << name;
   }
   EXPECT_EQ(num_symbols(), standard_symbols);
   for (const DataType* type : basic) EXPECT_TRUE(holds_type(type));
@@ -91,12 +86,12 @@ TEST_F(GarbageCollectionTest, ANewManagerLosesNothing) {
 
 TEST_F(GarbageCollectionTest, StandardSymbolsKeepTheirMeaning) {
   collect({});
-  EXPECT_EQ(m.get_tag(named("`and`")), SymbolTag::AND);
-  EXPECT_EQ(m.get_tag(named("`=_rat`")), SymbolTag::EQUAL);
-  EXPECT_EQ(m.get_tag(named("`floor`")), SymbolTag::FLOOR);
+  EXPECT_EQ(m.get_tag(find("`and`")), SymbolTag::AND);
+  EXPECT_EQ(m.get_tag(find("`=_rat`")), SymbolTag::EQUAL);
+  EXPECT_EQ(m.get_tag(find("`floor`")), SymbolTag::FLOOR);
   EXPECT_TRUE(m.is_subtype(m.get_int_type(), m.get_rat_type()));
-  EXPECT_EQ(m.make_equality_symbol(m.get_int_type()), named("`=_int`"));
-  EXPECT_EQ(m.get_fprounding_minus_inf(), named("`fprounding_minus_inf`"));
+  EXPECT_EQ(m.make_equality_symbol(m.get_int_type()), find("`=_int`"));
+  EXPECT_EQ(m.get_fprounding_minus_inf(), find("`fprounding_minus_inf`"));
   EXPECT_EQ(num_symbols(), standard_symbols);
 }
 
@@ -115,10 +110,10 @@ TEST_F(GarbageCollectionTest, ARootKeepsTheTermsBelowTheirSymbolsAndTheirTypes) 
   collect({fxy});
   EXPECT_EQ(ids(), Ids({0, 1, x->id, y->id, fxy->id}));
   EXPECT_EQ(num_symbols(), standard_symbols + 3);
-  EXPECT_EQ(named("f"), f);
-  EXPECT_EQ(named("x"), x->symbol);
-  EXPECT_EQ(named("y"), y->symbol);
-  EXPECT_EQ(named("z"), nullptr);
+  EXPECT_EQ(find("f"), f);
+  EXPECT_EQ(find("x"), x->symbol);
+  EXPECT_EQ(find("y"), y->symbol);
+  EXPECT_EQ(find("z"), nullptr);
   EXPECT_EQ(num_types(), standard_types + 4);
   for (const DataType* kept : {a, b, ab, type}) EXPECT_TRUE(holds_type(kept));
   EXPECT_EQ(m.get_simple_type("A", /*only_existing=*/true), a);
@@ -140,11 +135,11 @@ TEST_F(GarbageCollectionTest, AnOperatorSurvivesUnderAKeptTermOrAsARootOnly) {
   EXPECT_EQ(m.get_tag(add), SymbolTag::BV_ADD);
 
   collect({x});
-  EXPECT_EQ(named("`bvadd_8`"), nullptr);
+  EXPECT_EQ(find("`bvadd_8`"), nullptr);
   EXPECT_EQ(num_symbols(), standard_symbols + 1);
   const Symbol* again = m.make_bv_add_symbol(8);
   EXPECT_EQ(num_symbols(), standard_symbols + 2);
-  EXPECT_EQ(named("`bvadd_8`"), again);
+  EXPECT_EQ(find("`bvadd_8`"), again);
   size_t width = 0;
   EXPECT_TRUE(m.is_bv_add(again, &width));
   EXPECT_EQ(width, 8U);
@@ -166,7 +161,7 @@ TEST_F(GarbageCollectionTest, ASymbolThatNoTermUsesSurvivesAsARootWithItsTypes) 
   const Symbol* f = m.make_symbol("f", m.get_function_type({s, m.get_bv_type(3)}, s));
   const size_t types = num_types();
   collect({}, {f});
-  EXPECT_EQ(named("f"), f);
+  EXPECT_EQ(find("f"), f);
   EXPECT_EQ(num_types(), types);
   EXPECT_EQ(num_terms(), standard_terms);
 }
@@ -262,7 +257,7 @@ TEST_F(GarbageCollectionTest, EveryOperatorGoesAndIsMadeAnew) {
     const size_t symbols = num_symbols();
     const size_t types = num_types();
     collect({});
-    EXPECT_EQ(named(name.c_str()), nullptr) << name;
+    EXPECT_EQ(find(name.c_str()), nullptr) << name;
     ASSERT_EQ(num_symbols(), standard_symbols) << name;
     ASSERT_EQ(num_types(), standard_types) << name;
     symbol = make(m);
@@ -284,7 +279,7 @@ TEST_F(GarbageCollectionTest, EveryOperatorSurvivesAsARootAmongAllOthers) {
     const SymbolTag::tag tag = m.get_tag(symbol);
     collect({}, {symbol});
     ASSERT_EQ(num_symbols(), standard_symbols + 1) << name;
-    EXPECT_EQ(named(name.c_str()), symbol);
+    EXPECT_EQ(find(name.c_str()), symbol);
     EXPECT_EQ(m.get_tag(symbol), tag);
     EXPECT_EQ(kept(m), symbol) << name;
     EXPECT_EQ(num_symbols(), standard_symbols + 1) << name;
@@ -295,7 +290,7 @@ TEST_F(GarbageCollectionTest, BothMapsOfModularCongruenceAreSwept) {
   const Symbol* seven = m.make_int_modular_congruence_symbol(QNumber(7));
   m.make_int_modular_congruence_symbol(QNumber(8));
   collect({}, {seven});
-  EXPECT_EQ(named("`int_mod_congr_8`"), nullptr);
+  EXPECT_EQ(find("`int_mod_congr_8`"), nullptr);
   QNumber modulus;
   EXPECT_TRUE(m.is_int_modular_congruence(seven, &modulus));
   EXPECT_EQ(modulus, QNumber(7));
@@ -397,7 +392,7 @@ TEST_F(GarbageCollectionTest, AKeptNumeralIsFoundByItsValue) {
   EXPECT_EQ(m.make_number(QNumber(5)), five);
   EXPECT_EQ(m.make_bv_number(QNumber(5), 8), bits);
   EXPECT_EQ(num_terms(), standard_terms + 4);
-  EXPECT_EQ(named("6"), nullptr);
+  EXPECT_EQ(find("6"), nullptr);
 }
 
 TEST_F(GarbageCollectionTest, TheSymbolOfANumeralSurvivesWithoutItsTerm) {
@@ -466,7 +461,7 @@ TEST_F(GarbageCollectionTest, ANamelessSymbolGoesLikeAnyOther) {
   EXPECT_EQ(num_symbols(), standard_symbols + 2);
   collect({}, {second});
   EXPECT_EQ(num_symbols(), standard_symbols + 1);
-  EXPECT_EQ(named("x"), second);
+  EXPECT_EQ(find("x"), second);
 }
 
 TEST_F(GarbageCollectionTest, ANamelessSymbolSurvivesUnderAKeptTerm) {
@@ -475,7 +470,7 @@ TEST_F(GarbageCollectionTest, ANamelessSymbolSurvivesUnderAKeptTerm) {
   int_constant("x");
   collect({x});
   EXPECT_EQ(num_symbols(), standard_symbols + 1);
-  EXPECT_EQ(named("x"), nullptr);
+  EXPECT_EQ(find("x"), nullptr);
   EXPECT_STREQ(x->symbol->name, "x");
   EXPECT_NE(int_constant("x"), x);
 }
@@ -487,11 +482,11 @@ TEST_F(GarbageCollectionTest, AnOperatorWithoutItsNameIsTakenOutOfItsTables) {
   EXPECT_EQ(m.check_consistency(), "");
   collect({});
   EXPECT_EQ(num_symbols(), standard_symbols);
-  EXPECT_EQ(named("`bvadd_8`"), nullptr);
+  EXPECT_EQ(find("`bvadd_8`"), nullptr);
   const Symbol* add = m.make_bv_add_symbol(8);
-  EXPECT_EQ(named("`bvadd_8`"), add);
+  EXPECT_EQ(find("`bvadd_8`"), add);
   const Term_* five = m.make_number(QNumber(5));
-  EXPECT_EQ(named("5"), five->symbol);
+  EXPECT_EQ(find("5"), five->symbol);
 }
 
 TEST_F(GarbageCollectionTest, AFreedTypeIsNotFreedAgain) {
@@ -504,7 +499,7 @@ TEST_F(GarbageCollectionTest, AFreedTypeIsNotFreedAgain) {
 
 TEST_F(GarbageCollectionTest, AFreedSuffixIsFoundAgain) {
   for (int i = 0; i < 5; ++i) m.make_unique_symbol("x", m.get_int_type());
-  collect({}, {named("x"), named("x_3")});
+  collect({}, {find("x"), find("x_3")});
   EXPECT_STREQ(m.make_unique_symbol("x", m.get_int_type())->name, "x_0");
   EXPECT_STREQ(m.make_unique_symbol("x", m.get_int_type())->name, "x_1");
   EXPECT_STREQ(m.make_unique_symbol("x", m.get_int_type())->name, "x_2");
@@ -515,8 +510,8 @@ TEST_F(GarbageCollectionTest, NamesOfFreshVariablesAreNotGivenAgain) {
   m.make_fresh_variable(m.get_int_type());
   const Term_* second = m.make_fresh_variable(m.get_int_type());
   collect({second});
-  EXPECT_EQ(named("'1"), nullptr);
-  EXPECT_EQ(named("'2"), second->symbol);
+  EXPECT_EQ(find("'1"), nullptr);
+  EXPECT_EQ(find("'2"), second->symbol);
   EXPECT_STREQ(m.make_fresh_variable(m.get_int_type())->symbol->name, "'3");
 }
 
@@ -618,7 +613,7 @@ TEST_F(GarbageCollectionTest, TypesAHundredThousandDeepSurviveAndGo) {
   s = m.make_symbol("deep", type);
   collect({m.make_constant(s)});
   EXPECT_EQ(num_types(), standard_types + 100000);
-  EXPECT_EQ(named("deep"), s);
+  EXPECT_EQ(find("deep"), s);
   collect({});
   EXPECT_EQ(num_types(), standard_types);
 }
@@ -686,8 +681,8 @@ TEST_F(GarbageCollectionTest, ACollectionThatRunsOutOfMemoryChangesNothing) {
     ASSERT_EQ(num_symbols(), symbols);
     ASSERT_EQ(num_types(), types);
     ASSERT_EQ(m.gc_generation(), 0U);
-    ASSERT_EQ(m.make_number(QNumber(7))->symbol, named("7"));
-    ASSERT_TRUE(m.is_bv_add(named("`bvadd_8`"), nullptr));
+    ASSERT_EQ(m.make_number(QNumber(7))->symbol, find("7"));
+    ASSERT_TRUE(m.is_bv_add(find("`bvadd_8`"), nullptr));
   }
   EXPECT_GT(k, 20U);
   EXPECT_EQ(num_terms(), standard_terms + 300);

@@ -1,42 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "quill/terms/termmanager/symbol_tag.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
 using Terms = std::vector<const Term_*>;
 
-class CoreTerms : public ::testing::Test {
+class CoreTerms : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-  const Symbol* symbol(const char* name) const { return m.get_signature()->get_symbol(name); }
-
-  // The text of the TermManager::error that the request throws.
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
   const DataType* const bool_type = m.get_bool_type();
   const DataType* const int_type = m.get_int_type();
   const DataType* const real_type = m.get_rat_type();
@@ -127,11 +105,11 @@ TEST_F(CoreTerms, ConstantsAreNotFoldedAndNestingIsKept) {
 TEST_F(CoreTerms, EqualRequestsGiveTheSameTerm) {
   EXPECT_EQ(m.make_and(p, q), m.make_and(p, q));
   EXPECT_EQ(m.make_term_ite(p, b, c), m.make_term_ite(p, b, c));
-  EXPECT_EQ(m.make_term(symbol("`and`"), {p, q}), m.make_and(p, q));
+  EXPECT_EQ(m.make_term(find("`and`"), {p, q}), m.make_and(p, q));
 }
 
 TEST_F(CoreTerms, MakeBinAppliesAnyBinarySymbol) {
-  EXPECT_EQ(m.make_bin(symbol("`or`"), p, q, "test"), m.make_or(p, q));
+  EXPECT_EQ(m.make_bin(find("`or`"), p, q, "test"), m.make_or(p, q));
 }
 
 // --- Equality symbols ---
@@ -149,7 +127,7 @@ TEST_F(CoreTerms, EqualitySymbolHasItsNameTypeAndTag) {
   EXPECT_EQ(equal->type->to_str(), "(-> (BitVec 8) (BitVec 8) Bool)");
   EXPECT_EQ(equal->arity, 2U);
   EXPECT_EQ(m.get_tag(equal), 11);
-  EXPECT_EQ(symbol("`=_(BitVec 8)`"), equal);
+  EXPECT_EQ(find("`=_(BitVec 8)`"), equal);
 }
 
 TEST_F(CoreTerms, EqualitySymbolsOfNumbersAreThereFromTheStart) {
@@ -210,7 +188,7 @@ TEST_F(CoreTerms, IfThenElseSymbolsAreRecognisedWithTheirBranchType) {
 TEST_F(CoreTerms, OtherSymbolsAreNoIfThenElse) {
   const DataType* type = bv8;
   EXPECT_FALSE(m.is_term_ite(m.make_equality_symbol(bv8), &type));
-  EXPECT_FALSE(m.is_term_ite(symbol("`and`"), &type));
+  EXPECT_FALSE(m.is_term_ite(find("`and`"), &type));
   EXPECT_FALSE(m.is_term_ite(p->symbol, nullptr));
   EXPECT_EQ(type, bv8);
 }
@@ -218,21 +196,21 @@ TEST_F(CoreTerms, OtherSymbolsAreNoIfThenElse) {
 // --- Refused requests ---
 
 TEST_F(CoreTerms, WrongNumberOfArguments) {
-  EXPECT_EQ(error_of([&] { m.make_term(symbol("`and`"), {p}); }),
+  EXPECT_EQ(error_of([&] { m.make_term(find("`and`"), {p}); }),
             "wrong arity for symbol `and`. expected 2, got 1");
-  EXPECT_EQ(error_of([&] { m.make_term(symbol("`not`"), {}); }),
+  EXPECT_EQ(error_of([&] { m.make_term(find("`not`"), {}); }),
             "wrong arity for symbol `not`. expected 1, got 0");
   EXPECT_EQ(error_of([&] {
               m.make_term(p->symbol, {p, q});
             }),
             "wrong arity for symbol p. expected 0, got 2");
-  EXPECT_EQ(error_of([&] { m.make_constant(symbol("`and`")); }),
+  EXPECT_EQ(error_of([&] { m.make_constant(find("`and`")); }),
             "wrong arity for symbol `and`. expected 2, got 0");
 }
 
 TEST_F(CoreTerms, DirectRequestIsNamedAfterItsSymbol) {
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {i, p});
+              m.make_term(find("`and`"), {i, p});
             }),
             "type error. term i has type Int, but Bool was expected. (`and`)");
 }
@@ -266,7 +244,7 @@ TEST_F(CoreTerms, BuilderIsNamedInTypeErrors) {
        "type error. term i has type Int, but Bool was expected. (make_term_ite)"},
       {error_of([&] { m.make_term_ite(p, b, x); }),
        "type error. term x has type Real, but (BitVec 8) was expected. (make_term_ite)"},
-      {error_of([&] { m.make_bin(symbol("`<=_int`"), x, i, "an operation"); }),
+      {error_of([&] { m.make_bin(find("`<=_int`"), x, i, "an operation"); }),
        "type error. term x has type Real, but Int was expected. (an operation)"},
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
@@ -302,8 +280,8 @@ TEST_F(CoreTerms, RefusedRequestsLeaveTheStoresAsTheyWere) {
   EXPECT_THROW(m.make_and(p, i), TermManager::error);
   EXPECT_THROW(m.make_plus(p, i), TermManager::error);
   EXPECT_THROW(m.make_floor(p), TermManager::error);
-  EXPECT_THROW(m.make_term(symbol("`and`"), {p}), TermManager::error);
-  EXPECT_THROW(m.make_constant(symbol("`and`")), TermManager::error);
+  EXPECT_THROW(m.make_term(find("`and`"), {p}), TermManager::error);
+  EXPECT_THROW(m.make_constant(find("`and`")), TermManager::error);
   EXPECT_EQ(sizes(), before);
 }
 
@@ -355,7 +333,7 @@ TEST_F(CoreTerms, WithoutChecksBooleanEqualityIsRefusedAllTheSame) {
 }
 
 TEST_F(CoreTerms, LastStepOfMakeTermChecksNothing) {
-  EXPECT_EQ(m.do_make_term(symbol("`and`"), {i, x})->to_str(), "(`and` i x)");
+  EXPECT_EQ(m.do_make_term(find("`and`"), {i, x})->to_str(), "(`and` i x)");
   EXPECT_EQ(m.do_make_term(p->symbol, {}), p);
 }
 
@@ -364,7 +342,7 @@ TEST_F(CoreTerms, LastStepOfMakeTermChecksNothing) {
 TEST_F(CoreTerms, SuccessfulBuilderLeavesNoNameBehind) {
   m.make_or(p, q);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (`and`)");
 }
@@ -372,31 +350,31 @@ TEST_F(CoreTerms, SuccessfulBuilderLeavesNoNameBehind) {
 TEST_F(CoreTerms, NameOfARefusedBuilderStaysForDirectRequests) {
   EXPECT_THROW(m.make_or(p, i), TermManager::error);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (make_or)");
 }
 
 TEST_F(CoreTerms, NameOfARefusedDirectRequestStaysForDirectRequests) {
-  EXPECT_THROW(m.make_term(symbol("`or`"), {p, i}), TermManager::error);
+  EXPECT_THROW(m.make_term(find("`or`"), {p, i}), TermManager::error);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (`or`)");
 }
 
 TEST_F(CoreTerms, WrongNumberOfArgumentsLeavesTheNameOfTheBuilder) {
-  EXPECT_THROW(m.make_constant(symbol("`and`")), TermManager::error);
+  EXPECT_THROW(m.make_constant(find("`and`")), TermManager::error);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (make_constant)");
 }
 
 TEST_F(CoreTerms, WrongNumberOfArgumentsOfADirectRequestLeavesNoName) {
-  EXPECT_THROW(m.make_term(symbol("`or`"), {p}), TermManager::error);
+  EXPECT_THROW(m.make_term(find("`or`"), {p}), TermManager::error);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (`and`)");
 }
@@ -409,9 +387,9 @@ TEST_F(CoreTerms, NextBuilderOverwritesTheNameLeftBehind) {
 
 TEST_F(CoreTerms, NextSuccessfulRequestClearsTheNameLeftBehind) {
   EXPECT_THROW(m.make_or(p, i), TermManager::error);
-  m.make_term(symbol("`and`"), {p, q});
+  m.make_term(find("`and`"), {p, q});
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (`and`)");
 }
@@ -421,7 +399,7 @@ TEST_F(CoreTerms, BuilderThatRanWithoutChecksLeavesItsNameBehind) {
   m.make_or(p, q);
   m.set_typecheck_enabled(true);
   EXPECT_EQ(error_of([&] {
-              m.make_term(symbol("`and`"), {p, i});
+              m.make_term(find("`and`"), {p, i});
             }),
             "type error. term i has type Int, but Bool was expected. (make_or)");
 }

@@ -18,6 +18,7 @@
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "quill/utils/address_sanitizer.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -33,19 +34,15 @@ struct Bench {
   TermManager m;
   const DataType* integers = m.get_int_type();
   const DataType* bytes = m.get_bv_type(8);
-  const Term_* p = constant("p", m.get_bool_type());
+  const Term_* p = testing::constant(m, "p", m.get_bool_type());
   const Term_* both = m.make_and(p, p);
-  const Term_* i = constant("i", integers);
+  const Term_* i = testing::constant(m, "i", integers);
   const Term_* floor = m.make_floor(i);
-  const Term_* x = constant("x", bytes);
-  const Term_* f = constant("f", m.get_fp_type(8, 23));
-  const Term_* bit = constant("bit", m.get_bv_type(1));
+  const Term_* x = testing::constant(m, "x", bytes);
+  const Term_* f = testing::constant(m, "f", m.get_fp_type(8, 23));
+  const Term_* bit = testing::constant(m, "bit", m.get_bv_type(1));
   const Term_* even = m.make_fprounding_even();
   const Symbol* function = m.make_symbol("fun", m.get_function_type({integers}, integers));
-
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
 };
 
 template <class Object>

@@ -1,44 +1,21 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <string>
-#include <typeinfo>
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class ModularCongruence : public ::testing::Test {
+class ModularCongruence : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-
-  // The text of the request's exception, whose class must be exactly Error.
-  template <class Error, class Request>
-  static std::string text_of(Request request) {
-    try {
-      request();
-    } catch (const Exception& e) {
-      return typeid(e) == typeid(Error) ? e.what() : "another class";
-    }
-    return "no error";
-  }
-
   // What the modulus is refused with; its class is the base of all exceptions.
   std::string refusal(const QNumber& modulus) {
-    return text_of<Exception>([&] { m.make_int_modular_congruence_symbol(modulus); });
+    return base_exception_of([&] { m.make_int_modular_congruence_symbol(modulus); });
   }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 TEST_F(ModularCongruence, SymbolIsNamedByTheModulusAndMadeOnce) {
@@ -72,7 +49,7 @@ TEST_F(ModularCongruence, OtherNumbersAreRefusedAlsoWithoutChecks) {
 
 TEST_F(ModularCongruence, BuilderLooksAtTheModulusFirst) {
   const Term_* r = constant("r", m.get_rat_type());
-  EXPECT_EQ(text_of<Exception>([&] { m.make_int_modular_congruence(0, r, r); }),
+  EXPECT_EQ(base_exception_of([&] { m.make_int_modular_congruence(0, r, r); }),
             "invalid modulus in make_int_modular_congruence_symbol: 0");
 }
 
@@ -124,7 +101,7 @@ TEST_F(ModularCongruence, ArgumentsAreLeftToTheTypecheck) {
   const Term_* i = constant("i", m.get_int_type());
   const Term_* r = constant("r", m.get_rat_type());
   EXPECT_EQ(
-      text_of<TermManager::error>([&] { m.make_int_modular_congruence(7, i, r); }),
+      error_of([&] { m.make_int_modular_congruence(7, i, r); }),
       "type error. term r has type Real, but Int was expected. (make_int_modular_congruence)");
   EXPECT_NE(m.get_signature()->get_symbol("`int_mod_congr_7`"), nullptr);
 }

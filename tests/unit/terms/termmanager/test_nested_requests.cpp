@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -59,12 +60,7 @@ class CallingManager : public TermManager {
 };
 
 std::string error_of(const Callback& request) {
-  try {
-    request();
-  } catch (const TermManager::error& e) {
-    return e.what();
-  }
-  return "no error";
+  return testing::error_of<TermManager::error>(request);
 }
 
 // Requests of every number of arguments, over constants of their own, each with its text.

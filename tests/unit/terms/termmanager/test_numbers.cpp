@@ -1,16 +1,15 @@
 #include <gmp.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <sstream>
 #include <string>
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/qnumber.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -33,51 +32,8 @@ QNumber big_form(const QNumber& value) {
   return number;
 }
 
-class Numbers : public ::testing::Test {
+class Numbers : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
-
-  // The text of the TermManager::error that the request throws.
-  template <class Request>
-  static std::string error_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  // The text of the Exception that the request throws, which must be no TermManager::error.
-  template <class Request>
-  static std::string base_exception_of(Request request) {
-    try {
-      request();
-    } catch (const TermManager::error&) {
-      return "an error of the manager";
-    } catch (const Exception& e) {
-      return e.what();
-    }
-    return "no exception";
-  }
-
-  // The recorded value, as the pair that it is.
-  std::string value_of(const Term_* t) const {
-    QNumber value;
-    if (!m.is_number(t->symbol, &value)) return "no numeral";
-    std::ostringstream out;
-    out << value;
-    return out.str();
-  }
-
-  // The sizes of the stores: types, symbols, terms.
-  std::array<size_t, 3> sizes() const {
-    return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-  }
-
-  TermManager m;
 };
 
 // --- Arithmetic numerals ---

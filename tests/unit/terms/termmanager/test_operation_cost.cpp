@@ -11,6 +11,7 @@
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/terms/termmanager/term_visitor.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -18,11 +19,8 @@ namespace {
 using testing::AllocationCount;
 using Terms = std::vector<const Term_*>;
 
-class OperationCost : public ::testing::Test {
+class OperationCost : public testing::ManagerTest {
  protected:
-  const Term_* constant(const std::string& name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Term_* bits(const std::string& name, size_t width = 32) {
     return constant(name, m.get_bv_type(width));
   }
@@ -36,8 +34,6 @@ class OperationCost : public ::testing::Test {
     }
     return terms.back();
   }
-
-  TermManager m;
 };
 
 // How often each term is visited.

@@ -2,19 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstddef>
 #include <iterator>
 #include <memory>
 #include <new>
 #include <string>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 #include "tests/support/operator_rows.h"
 
 namespace quill {
@@ -26,6 +25,7 @@ using testing::Names;
 using testing::not_asked;
 using testing::nothing_made;
 using testing::Row;
+using testing::sizes;
 using testing::symbol_made;
 using testing::Terms;
 using testing::untouched;
@@ -38,20 +38,9 @@ const Symbol* find(const TermManager& m, const Row& row) {
   return m.get_signature()->get_symbol(quoted(row).c_str());
 }
 
-// The sizes of the stores: types, symbols, terms.
-std::array<size_t, 3> sizes(const TermManager& m) {
-  return {m.get_universe()->size(), m.get_signature()->size(), m.get_bank()->size()};
-}
-
 // What the builder throws, its exact class checked.
 std::string refusal(Bench& bench, const Row& row, const Names& args) {
-  try {
-    row.build(bench.m, bench.terms(args));
-  } catch (const Exception& e) {
-    if (typeid(e) != typeid(TermManager::error)) return "not an error of the manager";
-    return e.what();
-  }
-  return "no error";
+  return testing::error_of<TermManager::error>([&] { row.build(bench.m, bench.terms(args)); });
 }
 
 class OperatorFamilyTable : public ::testing::TestWithParam<Row> {};

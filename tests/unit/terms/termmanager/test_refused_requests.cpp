@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 #include "tests/support/operator_rows.h"
 #include "tests/support/unchanged.h"
 
@@ -17,16 +18,13 @@ namespace quill {
 namespace {
 
 using testing::Bench;
+using testing::constant;
 using testing::Failure;
 using testing::refusal;
 using testing::Row;
 using testing::StateBefore;
 using testing::Terms;
 using Types = std::vector<const DataType*>;
-
-const Term_* constant(TermManager& m, const char* name, const DataType* type) {
-  return m.make_constant(m.make_symbol(name, type));
-}
 
 //------------------------------------------------------------------------------------------------
 // Types

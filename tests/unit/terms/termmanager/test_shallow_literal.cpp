@@ -5,21 +5,18 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
-class ShallowLiteral : public ::testing::Test {
+class ShallowLiteral : public testing::ManagerTest {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Term_* apply(const Symbol* s, const Term_* t, int times) {
     for (int n = 0; n < times; ++n) t = m.make_uninterpreted_function(s, {t});
     return t;
   }
 
-  TermManager m;
   const DataType* const int_type = m.get_int_type();
   // true and false have the ids 0 and 1.
   const Term_* const p = constant("p", m.get_bool_type());  // 2

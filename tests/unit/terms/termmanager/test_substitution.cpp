@@ -11,6 +11,7 @@
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/scope_guard.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -44,11 +45,8 @@ bool all_clear(const std::vector<bool>& marks) {
   return true;
 }
 
-class SubstitutionTest : public ::testing::Test {
+class SubstitutionTest : public testing::ManagerTestOf<Recording> {
  protected:
-  const Term_* constant(const char* name, const DataType* type) {
-    return m.make_constant(m.make_symbol(name, type));
-  }
   const Term_* f(const Term_* s, const Term_* t) {
     return m.make_uninterpreted_function(binary, {s, t});
   }
@@ -57,17 +55,11 @@ class SubstitutionTest : public ::testing::Test {
   // The text of the TermManager::error that the request throws; checks that it builds no term.
   std::string error_of(const std::function<void()>& request) {
     const size_t before = m.get_bank()->size();
-    std::string text = "no error";
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      text = e.what();
-    }
+    const std::string text = testing::error_of<TermManager::error>(request);
     EXPECT_EQ(m.get_bank()->size(), before);
     return text;
   }
 
-  Recording m;
   const DataType* int_type = m.get_int_type();
   const DataType* rat_type = m.get_rat_type();
   const Symbol* unary = m.make_symbol("g", m.get_function_type({int_type}, int_type));
@@ -355,23 +347,10 @@ class Careless : public TermManager {
   std::function<void()> meddle;
 };
 
-class CarelessSubstitution : public ::testing::Test {
+class CarelessSubstitution : public testing::ManagerTestOf<Careless> {
  protected:
-  const Term_* constant(const char* name) {
-    return m.make_constant(m.make_symbol(name, m.get_int_type()));
-  }
-  std::string error_of(const std::function<void()>& request) {
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "no error";
-  }
-
-  Careless m;
-  const Term_* const x = constant("x");
-  const Term_* const y = constant("y");
+  const Term_* const x = constant("x", m.get_int_type());
+  const Term_* const y = constant("y", m.get_int_type());
   const Term_* const sum = m.make_plus(x, y);
   const Term_* const floor = m.make_floor(sum);
   std::vector<bool> marks;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
@@ -13,26 +14,20 @@ namespace {
 using Terms = std::vector<const Term_*>;
 using namespace std::string_literals;
 
-class SymbolsTest : public ::testing::Test {
+class SymbolsTest : public testing::ManagerTest {
  protected:
   // The text of the TermManager::error that the request throws; checks that it adds no symbol and
   // no term.
   std::string error_of(const std::function<void()>& request) {
     const size_t symbols_before = m.get_signature()->size();
     const size_t terms_before = m.get_bank()->size();
-    std::string text = "no error";
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      text = e.what();
-    }
+    const std::string text = testing::error_of<TermManager::error>(request);
     EXPECT_EQ(m.get_signature()->size(), symbols_before);
     EXPECT_EQ(m.get_bank()->size(), terms_before);
     return text;
   }
   std::string unique(const std::string& name) { return m.make_unique_symbol(name, int_type)->name; }
 
-  TermManager m;
   const DataType* bool_type = m.get_bool_type();
   const DataType* int_type = m.get_int_type();
   const DataType* binary = m.get_function_type({int_type, int_type}, int_type);

@@ -6,29 +6,24 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/manager_test.h"
 
 namespace quill {
 namespace {
 
 using Types = std::vector<const DataType*>;
 
-class TypesTest : public ::testing::Test {
+class TypesTest : public testing::ManagerTest {
  protected:
   // The text of the TermManager::error that the request throws.
   std::string error_of(const std::function<void()>& request) {
     const size_t types_before = m.get_universe()->size();
-    std::string text = "no error";
-    try {
-      request();
-    } catch (const TermManager::error& e) {
-      text = e.what();
-    }
+    const std::string text = testing::error_of<TermManager::error>(request);
     EXPECT_EQ(m.get_universe()->size(), types_before);
     return text;
   }
   const DataType* simple(const char* name) { return m.get_simple_type(name, false); }
 
-  TermManager m;
   const DataType* bool_type = m.get_bool_type();
   const DataType* int_type = m.get_int_type();
   const DataType* rat_type = m.get_rat_type();
