@@ -1,6 +1,6 @@
-// Every operator that has a family of symbols, in a table that is independent of the library's:
-// what its symbol and its builder must be for sample parameters, and every way in which the builder
-// refuses its arguments. Also a manager to build with.
+// Every operator that has a family of symbols: what its symbol and its builder must be for sample
+// parameters, and every way in which the builder refuses its arguments. Also a manager to build
+// with.
 
 #ifndef TESTS_SUPPORT_OPERATOR_ROWS_H
 #define TESTS_SUPPORT_OPERATOR_ROWS_H
@@ -15,22 +15,9 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/operators.h"
 
 namespace quill::testing {
-
-using Terms = std::vector<const Term_*>;
-using Names = std::vector<std::string>;
-
-// The text for outputs of recognisers that were not requested, or not written.
-constexpr const char* untouched = "untouched";
-constexpr const char* not_asked = "not asked";
-
-// A recogniser of any signature, with its outputs as text.
-struct Recogniser {
-  size_t outputs;
-  // Bit i of the mask: whether the i-th output pointer is not null.
-  std::function<bool(const TermManager&, const Symbol*, unsigned mask, Names& texts)> ask;
-};
 
 // What a failed builder leaves: its own check comes before the symbol, the typecheck after it.
 enum Leaves { nothing_made, symbol_made };
