@@ -23,7 +23,7 @@ decltype(auto) argument(const Parameters& given, [[maybe_unused]] Arguments term
   } else if constexpr (std::is_same_v<Plain, const DataType*>) {
     return given.types[place];
   } else if constexpr (std::is_same_v<Plain, QNumber>) {
-    return (given.modulus);
+    return (given.number);
   } else {
     static_assert(std::is_same_v<Plain, size_t>);
     return given.numbers[place];

@@ -30,7 +30,7 @@ using Names = std::vector<std::string>;
 struct Parameters {
   std::array<size_t, 4> numbers{};
   std::array<const DataType*, 2> types{};
-  QNumber modulus{};
+  QNumber number{};  // of any size
 };
 
 // The text for outputs of recognisers that were not requested, or not written.

@@ -25,75 +25,82 @@ struct NameToMake {
   std::string name;
 };
 
+ModelOperator applied(SymbolTag::tag tag, Shape shape, const char* complaint) {
+  const Operator& op = operator_of(tag);
+  return {op.operation, op.stem,
+          shape,        op.arity,
+          complaint,    [&op](TermManager& m, const Request& r) { return op.build(m, r, r.t); }};
+}
+
 }  // namespace
 
-const std::vector<Operator>& operators() {
+const std::vector<ModelOperator>& model_operators() {
   // clang-format off
-  static const std::vector<Operator> all = {
-    {"make_bv_not", "bvnot_", Shape::BvSame, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_not(r.t[0]); }},
-    {"make_bv_neg", "bvneg_", Shape::BvSame, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_neg(r.t[0]); }},
-    {"make_bv_and", "bvand_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_and(r.t[0], r.t[1]); }},
-    {"make_bv_or", "bvor_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_or(r.t[0], r.t[1]); }},
-    {"make_bv_xor", "bvxor_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_xor(r.t[0], r.t[1]); }},
-    {"make_bv_ult", "bvult_", Shape::BvBool, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_ult(r.t[0], r.t[1]); }},
-    {"make_bv_slt", "bvslt_", Shape::BvBool, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_slt(r.t[0], r.t[1]); }},
-    {"make_bv_ule", "bvule_", Shape::BvBool, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_ule(r.t[0], r.t[1]); }},
-    {"make_bv_sle", "bvsle_", Shape::BvBool, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_sle(r.t[0], r.t[1]); }},
-    {"make_bv_comp", "bvcomp_", Shape::BvBit, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_comp(r.t[0], r.t[1]); }},
-    {"make_bv_add", "bvadd_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_add(r.t[0], r.t[1]); }},
-    {"make_bv_sub", "bvsub_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_sub(r.t[0], r.t[1]); }},
-    {"make_bv_mul", "bvmul_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_mul(r.t[0], r.t[1]); }},
-    {"make_bv_udiv", "bvudiv_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_udiv(r.t[0], r.t[1]); }},
-    {"make_bv_sdiv", "bvsdiv_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_sdiv(r.t[0], r.t[1]); }},
-    {"make_bv_urem", "bvurem_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_urem(r.t[0], r.t[1]); }},
-    {"make_bv_srem", "bvsrem_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_srem(r.t[0], r.t[1]); }},
-    {"make_bv_lshl", "bvlshl_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_lshl(r.t[0], r.t[1]); }},
-    {"make_bv_lshr", "bvlshr_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_lshr(r.t[0], r.t[1]); }},
-    {"make_bv_ashr", "bvashr_", Shape::BvSame, 2, binary_bv, [](TermManager& m, const Request& r) { return m.make_bv_ashr(r.t[0], r.t[1]); }},
-    {"make_int_fromubv", "ubv2int_", Shape::BvInt, 1, binary_bv, [](TermManager& m, const Request& r) { return m.make_int_from_ubv(r.t[0]); }},
-    {"make_int_fromsbv", "sbv2int_", Shape::BvInt, 1, binary_bv, [](TermManager& m, const Request& r) { return m.make_int_from_sbv(r.t[0]); }},
-    {"make_int_to_bv", "int2bv_", Shape::IntToBv, 1, "", [](TermManager& m, const Request& r) { return m.make_int_to_bv(r.n[0], r.t[0]); }},
-    {"make_bv_concat", "bvconcat_", Shape::Concat, 2, concat_bv, [](TermManager& m, const Request& r) { return m.make_bv_concat(r.t[0], r.t[1]); }},
-    {"make_bv_extract", "bvextract_", Shape::Extract, 1, extract_bv, [](TermManager& m, const Request& r) { return m.make_bv_extract(r.n[0], r.n[1], r.t[0]); }},
-    {"make_bv_rotate_left", "bvrol_", Shape::Rotate, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_rotate_left(r.n[0], r.t[0]); }},
-    {"make_bv_rotate_right", "bvror_", Shape::Rotate, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_rotate_right(r.n[0], r.t[0]); }},
-    {"make_bv_zero_extend", "bvzext_", Shape::Extend, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_zero_extend(r.n[0], r.t[0]); }},
-    {"make_bv_sign_extend", "bvsext_", Shape::Extend, 1, unary_bv, [](TermManager& m, const Request& r) { return m.make_bv_sign_extend(r.n[0], r.t[0]); }},
-    {"make_array_read", "read_", Shape::Read, 2, no_array, [](TermManager& m, const Request& r) { return m.make_array_read(r.t[0], r.t[1]); }},
-    {"make_array_write", "write_", Shape::Write, 3, no_array, [](TermManager& m, const Request& r) { return m.make_array_write(r.t[0], r.t[1], r.t[2]); }},
-    {"make_array_const", "const_", Shape::Const, 1, no_array, [](TermManager& m, const Request& r) { return m.make_array_const(r.type, r.t[0]); }},
-    {"make_fp_equal", "fpeq_", Shape::FpBool, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_equal(r.t[0], r.t[1]); }},
-    {"make_fp_lt", "fplt_", Shape::FpBool, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_lt(r.t[0], r.t[1]); }},
-    {"make_fp_le", "fple_", Shape::FpBool, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_le(r.t[0], r.t[1]); }},
-    {"make_fp_neg", "fpneg_", Shape::FpSame, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_neg(r.t[0]); }},
-    {"make_fp_abs", "fpabs_", Shape::FpSame, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_abs(r.t[0]); }},
-    {"make_fp_min", "fpmin_", Shape::FpSame, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_min(r.t[0], r.t[1]); }},
-    {"make_fp_max", "fpmax_", Shape::FpSame, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_max(r.t[0], r.t[1]); }},
-    {"make_fp_add", "fpadd_", Shape::FpRound, 3, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_add(r.t[0], r.t[1], r.t[2]); }},
-    {"make_fp_sub", "fpsub_", Shape::FpRound, 3, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_sub(r.t[0], r.t[1], r.t[2]); }},
-    {"make_fp_mul", "fpmul_", Shape::FpRound, 3, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_mul(r.t[0], r.t[1], r.t[2]); }},
-    {"make_fp_div", "fpdiv_", Shape::FpRound, 3, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_div(r.t[0], r.t[1], r.t[2]); }},
-    {"make_fp_sqrt", "fpsqrt_", Shape::FpRound, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_sqrt(r.t[0], r.t[1]); }},
-    {"make_fp_round_to_int", "fproundtoint_", Shape::FpRound, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_round_to_int(r.t[0], r.t[1]); }},
-    {"make_fp_isnan", "fpisnan_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_isnan(r.t[0]); }},
-    {"make_fp_isinf", "fpisinf_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_isinf(r.t[0]); }},
-    {"make_fp_iszero", "fpiszero_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_iszero(r.t[0]); }},
-    {"make_fp_issubnormal", "fpissubnormal_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_issubnormal(r.t[0]); }},
-    {"make_fp_isnormal", "fpisnormal_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_isnormal(r.t[0]); }},
-    {"make_fp_isneg", "fpisneg_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_isneg(r.t[0]); }},
-    {"make_fp_ispos", "fpispos_", Shape::FpBool, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_ispos(r.t[0]); }},
-    {"make_fp_cast", "fpcast__", Shape::Cast, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_cast(r.n[0], r.n[1], r.t[0], r.t[1]); }},
-    {"make_fp_from_sbv", "fpfromsbv__", Shape::FromBv, 2, no_bv, [](TermManager& m, const Request& r) { return m.make_fp_from_sbv(r.n[0], r.n[1], r.t[0], r.t[1]); }},
-    {"make_fp_from_ubv", "fpfromubv__", Shape::FromBv, 2, no_bv, [](TermManager& m, const Request& r) { return m.make_fp_from_ubv(r.n[0], r.n[1], r.t[0], r.t[1]); }},
-    {"make_fp_to_bv", "fptobv__", Shape::ToBv, 2, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_to_bv(r.n[0], r.t[0], r.t[1]); }},
-    {"make_fp_as_ieeebv", "fpasbv__", Shape::AsBits, 1, no_fp, [](TermManager& m, const Request& r) { return m.make_fp_as_ieeebv(r.t[0]); }},
-    {"make_fp_from_ieeebv", "fpfromieeebv__", Shape::FromBits, 1, wrong_bv, [](TermManager& m, const Request& r) { return m.make_fp_from_ieeebv(r.n[0], r.n[1], r.t[0]); }},
-    {"make_int_modular_congruence", "int_mod_congr_", Shape::Modulus, 2, "", [](TermManager& m, const Request& r) { return m.make_int_modular_congruence(r.number, r.t[0], r.t[1]); }},
-    {"make_equal", "=_", Shape::Equal, 2, "", [](TermManager& m, const Request& r) { return m.make_equal(r.t[0], r.t[1]); }},
-    {"make_term_ite", "ite_", Shape::Ite, 3, "", [](TermManager& m, const Request& r) { return m.make_term_ite(r.t[0], r.t[1], r.t[2]); }},
+  static const std::vector<ModelOperator> all = {
+    applied(SymbolTag::BV_NOT, Shape::BvSame, unary_bv),
+    applied(SymbolTag::BV_NEG, Shape::BvSame, unary_bv),
+    applied(SymbolTag::BV_AND, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_OR, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_XOR, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_ULT, Shape::BvBool, binary_bv),
+    applied(SymbolTag::BV_SLT, Shape::BvBool, binary_bv),
+    applied(SymbolTag::BV_ULE, Shape::BvBool, binary_bv),
+    applied(SymbolTag::BV_SLE, Shape::BvBool, binary_bv),
+    applied(SymbolTag::BV_COMP, Shape::BvBit, binary_bv),
+    applied(SymbolTag::BV_ADD, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_SUB, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_MUL, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_UDIV, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_SDIV, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_UREM, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_SREM, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_LSHL, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_LSHR, Shape::BvSame, binary_bv),
+    applied(SymbolTag::BV_ASHR, Shape::BvSame, binary_bv),
+    applied(SymbolTag::INT_FROM_UBV, Shape::BvInt, binary_bv),
+    applied(SymbolTag::INT_FROM_SBV, Shape::BvInt, binary_bv),
+    applied(SymbolTag::INT_TO_BV, Shape::IntToBv, ""),
+    applied(SymbolTag::BV_CONCAT, Shape::Concat, concat_bv),
+    applied(SymbolTag::BV_EXTRACT, Shape::Extract, extract_bv),
+    applied(SymbolTag::BV_ROTATE_LEFT, Shape::Rotate, unary_bv),
+    applied(SymbolTag::BV_ROTATE_RIGHT, Shape::Rotate, unary_bv),
+    applied(SymbolTag::BV_ZERO_EXTEND, Shape::Extend, unary_bv),
+    applied(SymbolTag::BV_SIGN_EXTEND, Shape::Extend, unary_bv),
+    applied(SymbolTag::ARRAY_READ, Shape::Read, no_array),
+    applied(SymbolTag::ARRAY_WRITE, Shape::Write, no_array),
+    applied(SymbolTag::ARRAY_CONST, Shape::Const, no_array),
+    applied(SymbolTag::FP_EQUAL, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_LT, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_LE, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_NEG, Shape::FpSame, no_fp),
+    applied(SymbolTag::FP_ABS, Shape::FpSame, no_fp),
+    applied(SymbolTag::FP_MIN, Shape::FpSame, no_fp),
+    applied(SymbolTag::FP_MAX, Shape::FpSame, no_fp),
+    applied(SymbolTag::FP_ADD, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_SUB, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_MUL, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_DIV, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_SQRT, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_ROUND_TO_INT, Shape::FpRound, no_fp),
+    applied(SymbolTag::FP_ISNAN, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISINF, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISZERO, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISSUBNORMAL, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISNORMAL, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISNEG, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_ISPOS, Shape::FpBool, no_fp),
+    applied(SymbolTag::FP_CAST, Shape::Cast, no_fp),
+    applied(SymbolTag::FP_FROM_SBV, Shape::FromBv, no_bv),
+    applied(SymbolTag::FP_FROM_UBV, Shape::FromBv, no_bv),
+    applied(SymbolTag::FP_TO_BV, Shape::ToBv, no_fp),
+    applied(SymbolTag::FP_AS_IEEEBV, Shape::AsBits, no_fp),
+    applied(SymbolTag::FP_FROM_IEEEBV, Shape::FromBits, wrong_bv),
+    applied(SymbolTag::INT_MODULAR_CONGRUENCE, Shape::Modulus, ""),
+    applied(SymbolTag::EQUAL, Shape::Equal, ""),
+    applied(SymbolTag::TERM_ITE, Shape::Ite, ""),
     {"make_number", "", Shape::Number, 0, "", [](TermManager& m, const Request& r) { return m.make_number(r.number); }},
-    {"make_bv_number", "", Shape::BvNumber, 0, "", [](TermManager& m, const Request& r) { return m.make_bv_number(r.number, r.n[0]); }},
-    {"make_fp_bits_number", "", Shape::FpNumber, 0, "", [](TermManager& m, const Request& r) { return m.make_fp_bits_number(r.number, r.n[0], r.n[1]); }},
+    {"make_bv_number", "", Shape::BvNumber, 0, "", [](TermManager& m, const Request& r) { return m.make_bv_number(r.number, r.numbers[0]); }},
+    {"make_fp_bits_number", "", Shape::FpNumber, 0, "", [](TermManager& m, const Request& r) { return m.make_fp_bits_number(r.number, r.numbers[0], r.numbers[1]); }},
   };
   // clang-format on
   return all;
@@ -145,7 +152,7 @@ void Model::forget_new_types() {
   new_types.clear();
 }
 
-const Type& Model::require(Kind kind, const ModelTerm& t, const Operator& op) const {
+const Type& Model::require(Kind kind, const ModelTerm& t, const ModelOperator& op) const {
   const Type& found = type(t.type);
   if (found.kind != kind) throw Refusal{"type error. term " + t.shallow + op.complaint, true};
   return found;
@@ -173,11 +180,12 @@ std::string Model::symbol(const std::string& name, MakeTypes make_types) {
 }
 
 // The checks of a builder's own, in their order, then its symbol.
-std::string Model::request_symbol(const Operator& op, const Request& request,
+std::string Model::request_symbol(const ModelOperator& op, const Request& request,
                                   const std::string& type_argument,
                                   const std::vector<ModelTerm>& t) {
   const std::string base = op.base;
-  const auto [n0, n1] = request.n;
+  const size_t n0 = request.numbers[0];
+  const size_t n1 = request.numbers[1];
   using Args = std::vector<std::string>;
   switch (op.shape) {
     case Shape::BvSame:
@@ -353,8 +361,9 @@ void Model::require_bits(const QNumber& value, size_t bits, const char* kind) co
   }
 }
 
-Model::Outcome Model::numeral(const Operator& op, const Request& request) {
-  const auto [n0, n1] = request.n;
+Model::Outcome Model::numeral(const ModelOperator& op, const Request& request) {
+  const size_t n0 = request.numbers[0];
+  const size_t n1 = request.numbers[1];
   std::string name = request.number.to_str();
   std::string type;
   if (op.shape == Shape::Number) {
@@ -382,7 +391,7 @@ uint64_t Model::term(uint64_t serial, const std::vector<uint64_t>& args) {
   return entry->second;
 }
 
-Model::Outcome Model::call(const Operator& op, const Request& request,
+Model::Outcome Model::call(const ModelOperator& op, const Request& request,
                            const std::string& type_argument, const std::vector<ModelTerm>& t) {
   new_types.clear();
   const uint64_t symbols_before = num_symbols;
@@ -420,7 +429,7 @@ Model::Outcome Model::call(const Operator& op, const Request& request,
   return {quoted, made.at(name).result, term(names.at(quoted).serial, ids)};
 }
 
-std::optional<std::string> Model::name_to_make(const Operator& op, const Request& request,
+std::optional<std::string> Model::name_to_make(const ModelOperator& op, const Request& request,
                                                const std::string& type_argument,
                                                const std::vector<ModelTerm>& t) {
   new_types.clear();

@@ -8,9 +8,9 @@
 #ifndef QUILL_TESTS_UNIT_TERMS_TERMMANAGER_FAMILY_MODEL_H
 #define QUILL_TESTS_UNIT_TERMS_TERMMANAGER_FAMILY_MODEL_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -20,15 +20,13 @@
 
 #include "quill/terms/termmanager/term_manager.h"
 #include "quill/utils/qnumber.h"
+#include "tests/support/operators.h"
 
 namespace quill::testing {
 
 // What a builder may be called with; each takes what it needs.
-struct Request {
-  std::array<size_t, 2> n{};
-  QNumber number;
-  const DataType* type = nullptr;
-  std::vector<const Term_*> t;
+struct Request : Parameters {
+  Terms t;
 };
 
 // How a builder comes from its arguments to its symbol.
@@ -61,16 +59,16 @@ enum class Shape {
   FpNumber,  // F(n0, n1)
 };
 
-struct Operator {
+struct ModelOperator {
   const char* operation;
   const char* base;  // of the name, with all that stands before the first number
   Shape shape;
-  size_t arity;
+  uint64_t arity;
   const char* complaint;
-  const Term_* (*call)(TermManager&, const Request&);
+  std::function<const Term_*(TermManager&, const Request&)> call;
 };
 
-const std::vector<Operator>& operators();
+const std::vector<ModelOperator>& model_operators();
 
 enum class Kind { Bool, Int, Real, Rounding, Bv, Fp, Array };
 
@@ -114,12 +112,12 @@ class Model {
     std::string type;
     uint64_t id;
   };
-  Outcome call(const Operator& op, const Request& request, const std::string& type_argument,
+  Outcome call(const ModelOperator& op, const Request& request, const std::string& type_argument,
                const std::vector<ModelTerm>& t);
 
   // The name of the symbol that the call would enter among those of its operator, whether a symbol
   // has the name or not; nothing when it enters none or is refused before.
-  std::optional<std::string> name_to_make(const Operator& op, const Request& request,
+  std::optional<std::string> name_to_make(const ModelOperator& op, const Request& request,
                                           const std::string& type_argument,
                                           const std::vector<ModelTerm>& t);
 
@@ -154,13 +152,13 @@ class Model {
   const std::string& enter(const std::string& text, const Type& type);
   void add_type(const std::string& text);
   void forget_new_types();
-  const Type& require(Kind kind, const ModelTerm& t, const Operator& op) const;
+  const Type& require(Kind kind, const ModelTerm& t, const ModelOperator& op) const;
   template <class MakeTypes>
   std::string symbol(const std::string& name, MakeTypes make_types);
-  std::string request_symbol(const Operator& op, const Request& request,
+  std::string request_symbol(const ModelOperator& op, const Request& request,
                              const std::string& type_argument, const std::vector<ModelTerm>& t);
   const Named& numeral_symbol(const std::string& name, const std::string& type);
-  Outcome numeral(const Operator& op, const Request& request);
+  Outcome numeral(const ModelOperator& op, const Request& request);
   void require_bits(const QNumber& value, size_t bits, const char* kind) const;
   uint64_t term(uint64_t serial, const std::vector<uint64_t>& args);
 

@@ -12,6 +12,8 @@
 #include <new>
 #include <optional>
 #include <random>
+#include <set>
+#include <sstream>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -28,9 +30,9 @@ namespace {
 
 using testing::Kind;
 using testing::Model;
+using testing::model_operators;
+using testing::ModelOperator;
 using testing::ModelTerm;
-using testing::Operator;
-using testing::operators;
 using testing::Refusal;
 using testing::Request;
 using testing::Shape;
@@ -80,7 +82,7 @@ class RandomCalls {
   // One call on both sides, and sometimes something else before it. False, with a failure reported,
   // when they differ.
   bool step() {
-    const Operator& op = operators()[below(operators().size())];
+    const ModelOperator& op = model_operators()[below(model_operators().size())];
     Request request;
     std::vector<ModelTerm> args;
     choose(op, request, args);
@@ -149,7 +151,7 @@ class RandomCalls {
  private:
   // Of an operator, but not of equality and if-then-else, the symbol is there before its operands
   // are checked, and stays when they are refused.
-  static bool makes_symbol_first(const Operator& op) {
+  static bool makes_symbol_first(const ModelOperator& op) {
     return op.shape != Shape::Equal && op.shape != Shape::Ite && op.arity != 0;
   }
 
@@ -212,8 +214,8 @@ class RandomCalls {
 
   // A user registers a symbol with the name of the symbol that the call would make: of another
   // type, or of the same type, in which case the call finds it.
-  void take_name_of(const Operator& op, const Request& request, const std::string& type_argument,
-                    const std::vector<ModelTerm>& args) {
+  void take_name_of(const ModelOperator& op, const Request& request,
+                    const std::string& type_argument, const std::vector<ModelTerm>& args) {
     const auto name = model.name_to_make(op, request, type_argument, args);
     if (!name.has_value() || model.is_taken(*name)) return;
     const std::string bare = name->substr(1, name->size() - 2);
@@ -236,7 +238,8 @@ class RandomCalls {
   }
 
   // The type of the call's symbol, if it follows from the operands alone.
-  const DataType* own_type(const Operator& op, const std::vector<ModelTerm>& t, std::string& text) {
+  const DataType* own_type(const ModelOperator& op, const std::vector<ModelTerm>& t,
+                           std::string& text) {
     const ModelTerm& operand = t[op.shape == Shape::FpRound ? 1 : 0];
     const DataType* operand_type = operand.real->type();
     std::pair<const DataType*, std::string> result;
@@ -305,7 +308,7 @@ class RandomCalls {
   }
 
   // When the call is repeated, it does what it does without running out of memory.
-  void run_out_of_memory(const Operator& op, const Request& request, bool has_new_name) {
+  void run_out_of_memory(const ModelOperator& op, const Request& request, bool has_new_name) {
     const Before before(*this);
     try {
       const testing::FailingMemory after(below(6));
@@ -336,8 +339,8 @@ class RandomCalls {
     return any();
   }
 
-  void choose(const Operator& op, Request& request, std::vector<ModelTerm>& args) {
-    request.n = {below(14), below(14)};
+  void choose(const ModelOperator& op, Request& request, std::vector<ModelTerm>& args) {
+    request.numbers = {below(14), below(14)};
     request.number = choose_number();
     switch (op.shape) {
       case Shape::BvSame:
@@ -368,7 +371,7 @@ class RandomCalls {
         return;
       }
       case Shape::Const: {
-        request.type = of_kind(Kind::Array).real->type();
+        request.types[0] = of_kind(Kind::Array).real->type();
         const Type type = model.type(choose_type(request));
         args.push_back(type.kind == Kind::Array ? of_type(type.element) : any());
         return;
@@ -396,8 +399,8 @@ class RandomCalls {
         args = {of_kind(Kind::Bv)};
         const size_t width = model.type(args[0].type).a;
         if (width >= 3 && below(4) != 0) {
-          request.n[0] = 1 + below(width - 2);
-          request.n[1] = width - 1 - request.n[0];
+          request.numbers[0] = 1 + below(width - 2);
+          request.numbers[1] = width - 1 - request.numbers[0];
         }
         return;
       }
@@ -421,7 +424,7 @@ class RandomCalls {
 
   // The model's text of the type argument.
   std::string choose_type(const Request& request) const {
-    return request.type != nullptr ? request.type->to_str() : "";
+    return request.types[0] != nullptr ? request.types[0]->to_str() : "";
   }
 
   // Terms are replaced at random, so that those at hand stay few and are asked for again. Widths
@@ -462,7 +465,7 @@ TEST(FamiliesRandom, CallsGiveWhatTheModelSays) {
   // The calls were worth making: each builder was refused as well as granted, and terms were
   // shared.
   size_t successes = 0;
-  for (const Operator& op : operators()) {
+  for (const ModelOperator& op : model_operators()) {
     EXPECT_GT(calls.successes[op.operation], 120U) << op.operation;
     EXPECT_GT(calls.refusals[op.operation], 50U) << op.operation;
     successes += calls.successes[op.operation];
