@@ -4,6 +4,7 @@
 #ifndef TESTS_LIFE_OPERATORS_H
 #define TESTS_LIFE_OPERATORS_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -35,11 +36,14 @@ class Request {
   const Head& head;
 };
 
+using Build =
+    std::function<const Term_*(TermManager& m, const Request& request, const Arguments& t)>;
+
 struct Operator {
   const char* name;
   const char* symbol;
   const char* type;
-  const Term_* (*build)(TermManager& m, const Request& request, const Arguments& t);
+  Build build;
   std::vector<Parameter> parameters;
   Texts operands = {};  // the types asked for, if not those that the symbol takes
 

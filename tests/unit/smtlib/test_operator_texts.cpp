@@ -14,6 +14,7 @@
 #include "quill/printers/smtlib2_term_printer.h"
 #include "quill/smtlib/operator_texts.h"
 #include "tests/support/manager_test.h"
+#include "tests/support/operators.h"
 
 namespace quill {
 namespace {
@@ -58,7 +59,9 @@ class SmtLib2Operators : public testing::ManagerTest {
   // Writes the term in every way, by itself and below operators of its type that look at their
   // operands.
   void write_everywhere(const Term_* t);
-  // The symbols of all operators, over the types of this test.
+  // What makers of such indices take, over the types of this test.
+  std::vector<testing::Parameters> indices_for(testing::Indices indices) const;
+  // The symbols of all operators, over these types.
   std::vector<const Symbol*> operators();
 
   const DataType* const bool_type = m.get_bool_type();
@@ -112,6 +115,38 @@ void SmtLib2Operators::write_everywhere(const Term_* t) {
   }
 }
 
+std::vector<testing::Parameters> SmtLib2Operators::indices_for(testing::Indices indices) const {
+  using testing::Indices;
+  switch (indices) {
+    case Indices::None:
+    case Indices::Type:
+      break;
+    case Indices::Modulus:
+      return {{{}, {}, 7}};
+    case Indices::Width:
+      return {{{1}, {}, {}}, {{8}, {}, {}}};
+    case Indices::TwoWidths:
+      return {{{1, 8}, {}, {}}};
+    case Indices::Part:
+      return {{{6, 2, 8}, {}, {}}};
+    case Indices::Amount:
+      return {{{3, 8}, {}, {}}};
+    case Indices::Array:
+      return {{{}, {int_type, real_type}, {}}};
+    case Indices::Format:
+    case Indices::FormatAndItsBits:
+    case Indices::BitsAndFormat:
+      return {{{8, 23}, {}, {}}};
+    case Indices::TwoFormats:
+      return {{{8, 23, 8, 23}, {}, {}}};
+    case Indices::WidthAndFormat:
+      return {{{1, 8, 23}, {}, {}}, {{8, 8, 23}, {}, {}}};
+    case Indices::FormatAndWidth:
+      return {{{8, 23, 1}, {}, {}}, {{8, 23, 8}, {}, {}}};
+  }
+  return {};
+}
+
 std::vector<const Symbol*> SmtLib2Operators::operators() {
   std::vector<const Symbol*> all = {m.make_true()->symbol, m.make_false()->symbol};
   const auto add = [&](const Symbol* s) { all.push_back(s); };
@@ -131,51 +166,8 @@ std::vector<const Symbol*> SmtLib2Operators::operators() {
     add(m.make_equality_symbol(type));
     add(m.make_term_ite_symbol(type));
   }
-  add(m.make_int_modular_congruence_symbol(7));
-  for (const auto make :
-       {&TermManager::make_bv_not_symbol,       &TermManager::make_bv_and_symbol,
-        &TermManager::make_bv_or_symbol,        &TermManager::make_bv_xor_symbol,
-        &TermManager::make_bv_ult_symbol,       &TermManager::make_bv_slt_symbol,
-        &TermManager::make_bv_ule_symbol,       &TermManager::make_bv_sle_symbol,
-        &TermManager::make_bv_comp_symbol,      &TermManager::make_bv_neg_symbol,
-        &TermManager::make_bv_add_symbol,       &TermManager::make_bv_sub_symbol,
-        &TermManager::make_bv_mul_symbol,       &TermManager::make_bv_udiv_symbol,
-        &TermManager::make_bv_sdiv_symbol,      &TermManager::make_bv_urem_symbol,
-        &TermManager::make_bv_srem_symbol,      &TermManager::make_bv_lshl_symbol,
-        &TermManager::make_bv_lshr_symbol,      &TermManager::make_bv_ashr_symbol,
-        &TermManager::make_int_from_ubv_symbol, &TermManager::make_int_from_sbv_symbol,
-        &TermManager::make_int_to_bv_symbol}) {
-    for (const size_t width : std::vector<size_t>{1, 8}) add((m.*make)(width));
-  }
-  for (const auto make :
-       {&TermManager::make_bv_rotate_left_symbol, &TermManager::make_bv_rotate_right_symbol,
-        &TermManager::make_bv_zero_extend_symbol, &TermManager::make_bv_sign_extend_symbol}) {
-    add((m.*make)(3, 8));
-  }
-  add(m.make_bv_concat_symbol(1, 8));
-  add(m.make_bv_extract_symbol(6, 2, 8));
-  add(m.make_array_read_symbol(int_type, real_type));
-  add(m.make_array_write_symbol(int_type, real_type));
-  add(m.make_array_const_symbol(int_type, real_type));
-  for (const auto make :
-       {&TermManager::make_fp_equal_symbol,        &TermManager::make_fp_lt_symbol,
-        &TermManager::make_fp_le_symbol,           &TermManager::make_fp_neg_symbol,
-        &TermManager::make_fp_add_symbol,          &TermManager::make_fp_sub_symbol,
-        &TermManager::make_fp_mul_symbol,          &TermManager::make_fp_div_symbol,
-        &TermManager::make_fp_sqrt_symbol,         &TermManager::make_fp_abs_symbol,
-        &TermManager::make_fp_min_symbol,          &TermManager::make_fp_max_symbol,
-        &TermManager::make_fp_round_to_int_symbol, &TermManager::make_fp_isnan_symbol,
-        &TermManager::make_fp_isinf_symbol,        &TermManager::make_fp_iszero_symbol,
-        &TermManager::make_fp_issubnormal_symbol,  &TermManager::make_fp_isnormal_symbol,
-        &TermManager::make_fp_isneg_symbol,        &TermManager::make_fp_ispos_symbol,
-        &TermManager::make_fp_as_ieeebv_symbol,    &TermManager::make_fp_from_ieeebv_symbol}) {
-    add((m.*make)(8, 23));
-  }
-  add(m.make_fp_cast_symbol(8, 23, 8, 23));
-  for (const size_t width : std::vector<size_t>{1, 8}) {
-    add(m.make_fp_from_sbv_symbol(width, 8, 23));
-    add(m.make_fp_from_ubv_symbol(width, 8, 23));
-    add(m.make_fp_to_bv_symbol(8, 23, width));
+  for (const testing::Operator& op : testing::operator_families()) {
+    for (const testing::Parameters& given : indices_for(op.indices)) add(op.make_symbol(m, given));
   }
   return all;
 }

@@ -16,11 +16,16 @@
 
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/operators.h"
 
 namespace quill {
 namespace {
 
-using Terms = std::vector<const Term_*>;
+using testing::Indices;
+using testing::Operator;
+using testing::operator_families;
+using testing::Parameters;
+using testing::Terms;
 using Symbols = std::vector<const Symbol*>;
 using Maker = std::function<const Symbol*(TermManager&)>;
 
@@ -42,152 +47,111 @@ struct Pair {
 constexpr std::array<Pair, 4> formats = {{{2, 2}, {5, 10}, {8, 23}, {15, 112}}};
 constexpr std::array<Pair, 5> indices = {{{0, 8}, {3, 8}, {8, 8}, {1, 1}, {100, 64}}};
 
-std::string number(size_t n) { return std::to_string(n); }
+using Numbers = std::vector<size_t>;
 
-Family by_width(int tag, const std::string& prefix, const Symbol* (TermManager::*make)(size_t)) {
-  Family family{tag, {}};
-  for (const size_t w : widths) {
-    family.members.push_back({prefix + number(w), [=](TermManager& m) { return (m.*make)(w); }});
-  }
-  return family;
+std::string joined(const Numbers& numbers) {
+  std::string text;
+  for (const size_t n : numbers) text += (text.empty() ? "" : "_") + std::to_string(n);
+  return text;
 }
 
-Family by_pair(int tag, const std::string& prefix,
-               const Symbol* (TermManager::*make)(size_t, size_t), const auto& pairs) {
-  Family family{tag, {}};
-  for (const auto& [a, b] : pairs) {
-    family.members.push_back({prefix + number(a) + "_" + number(b),
-                              [make, x = a, y = b](TermManager& m) { return (m.*make)(x, y); }});
-  }
-  return family;
+// The member whose maker takes these numbers, which are in its name unless others are.
+Member member_of(const Operator& op, const Numbers& taken, const Numbers& in_name = {}) {
+  Parameters given;
+  std::copy(taken.begin(), taken.end(), given.numbers.begin());
+  return {op.stem + joined(in_name.empty() ? taken : in_name),
+          [&op, given](TermManager& m) { return op.make_symbol(m, given); }};
 }
 
-Family by_three(int tag, const std::string& prefix,
-                const Symbol* (TermManager::*make)(size_t, size_t, size_t),
-                const std::vector<std::array<size_t, 3>>& keys) {
-  Family family{tag, {}};
-  for (const auto& [a, b, c] : keys) {
-    family.members.push_back(
-        {prefix + number(a) + "_" + number(b) + "_" + number(c),
-         [make, x = a, y = b, z = c](TermManager& m) { return (m.*make)(x, y, z); }});
-  }
-  return family;
-}
+using TypePair = std::array<const DataType*, 2>;
+struct ArrayIndices {
+  const char* in_name;
+  TypePair (*types)(TermManager&);
+};
+const ArrayIndices array_indices[] = {
+    {"int_rat",
+     [](TermManager& m) {
+       return TypePair{m.get_int_type(), m.get_rat_type()};
+     }},
+    {"(BitVec 8)_(FP |5:10|)",
+     [](TermManager& m) {
+       return TypePair{m.get_bv_type(8), m.get_fp_type(5, 10)};
+     }},
+    {"U_(Array V U)",
+     [](TermManager& m) {
+       const DataType* u = m.get_simple_type("U", false);
+       return TypePair{u, m.get_array_type(m.get_simple_type("V", false), u)};
+     }},
+    {"(Array Int Int)_(Array Int Int)",
+     [](TermManager& m) {
+       const DataType* inner = m.get_array_type(m.get_int_type(), m.get_int_type());
+       return TypePair{inner, inner};
+     }},
+};
 
-Family of_arrays(int tag, const std::string& prefix,
-                 const Symbol* (TermManager::*make)(const DataType*, const DataType*)) {
-  return {tag,
-          {{prefix + "int_rat",
-            [=](TermManager& m) { return (m.*make)(m.get_int_type(), m.get_rat_type()); }},
-           {prefix + "(BitVec 8)_(FP |5:10|)",
-            [=](TermManager& m) {
-              const DataType* index = m.get_bv_type(8);
-              return (m.*make)(index, m.get_fp_type(5, 10));
-            }},
-           {prefix + "U_(Array V U)",
-            [=](TermManager& m) {
-              const DataType* u = m.get_simple_type("U", false);
-              return (m.*make)(u, m.get_array_type(m.get_simple_type("V", false), u));
-            }},
-           {prefix + "(Array Int Int)_(Array Int Int)", [=](TermManager& m) {
-              const DataType* inner = m.get_array_type(m.get_int_type(), m.get_int_type());
-              return (m.*make)(inner, inner);
-            }}}};
+std::vector<Member> members_of(const Operator& op) {
+  std::vector<Member> all;
+  switch (op.indices) {
+    case Indices::None:
+    case Indices::Type:
+      break;
+    case Indices::Modulus:
+      for (const char* modulus : {"1", "7", "1000000007", "100000000000000000000"}) {
+        const Parameters given = {{}, {}, QNumber::from_string(modulus)};
+        all.push_back({std::string(op.stem) + modulus,
+                       [&op, given](TermManager& m) { return op.make_symbol(m, given); }});
+      }
+      break;
+    case Indices::Width:
+      for (const size_t w : widths) all.push_back(member_of(op, {w}));
+      break;
+    case Indices::TwoWidths:
+    case Indices::Amount:
+      for (const auto& [x, y] : indices) all.push_back(member_of(op, {x, y}));
+      break;
+    case Indices::Part:
+      for (const Numbers& part : {Numbers{7, 0, 8}, {3, 3, 8}, {63, 1, 64}, {0, 0, 1}}) {
+        all.push_back(member_of(op, part));
+      }
+      break;
+    case Indices::Array:
+      for (const ArrayIndices& of : array_indices) {
+        all.push_back({std::string(op.stem) + of.in_name, [&](TermManager& m) {
+                         return op.make_symbol(m, {{}, of.types(m), {}});
+                       }});
+      }
+      break;
+    case Indices::Format:
+      for (const auto& [e, m] : formats) all.push_back(member_of(op, {e, m}));
+      break;
+    case Indices::FormatAndItsBits:
+      for (const auto& [e, m] : formats) all.push_back(member_of(op, {e, m}, {e, m, e + m + 1}));
+      break;
+    case Indices::BitsAndFormat:
+      for (const auto& [e, m] : formats) all.push_back(member_of(op, {e, m}, {e + m + 1, e, m}));
+      break;
+    case Indices::TwoFormats:
+      for (const auto& from : formats) {
+        for (const auto& to : formats) all.push_back(member_of(op, {from.a, from.b, to.a, to.b}));
+      }
+      break;
+    case Indices::WidthAndFormat:
+      for (const Numbers& numbers : {Numbers{8, 5, 10}, {1, 2, 2}, {5, 8, 10}}) {
+        all.push_back(member_of(op, numbers));
+      }
+      break;
+    case Indices::FormatAndWidth:
+      for (const Numbers& numbers : {Numbers{5, 10, 8}, {8, 23, 1}, {8, 10, 5}}) {
+        all.push_back(member_of(op, numbers));
+      }
+      break;
+  }
+  return all;
 }
 
 std::vector<Family> all_families() {
-  using M = TermManager;
   std::vector<Family> all;
-  Family congruence{13, {}};
-  for (const char* modulus : {"1", "7", "1000000007", "100000000000000000000"}) {
-    congruence.members.push_back({std::string("int_mod_congr_") + modulus, [=](TermManager& m) {
-                                    return m.make_int_modular_congruence_symbol(
-                                        QNumber::from_string(modulus));
-                                  }});
-  }
-  all.push_back(congruence);
-  all.push_back(by_pair(14, "bvconcat_", &M::make_bv_concat_symbol, indices));
-  all.push_back(by_three(15, "bvextract_", &M::make_bv_extract_symbol,
-                         {{7, 0, 8}, {3, 3, 8}, {63, 1, 64}, {0, 0, 1}}));
-  all.push_back(by_width(16, "bvnot_", &M::make_bv_not_symbol));
-  all.push_back(by_width(17, "bvand_", &M::make_bv_and_symbol));
-  all.push_back(by_width(18, "bvor_", &M::make_bv_or_symbol));
-  all.push_back(by_width(19, "bvxor_", &M::make_bv_xor_symbol));
-  all.push_back(by_width(20, "bvult_", &M::make_bv_ult_symbol));
-  all.push_back(by_width(21, "bvslt_", &M::make_bv_slt_symbol));
-  all.push_back(by_width(22, "bvule_", &M::make_bv_ule_symbol));
-  all.push_back(by_width(23, "bvsle_", &M::make_bv_sle_symbol));
-  all.push_back(by_width(24, "bvcomp_", &M::make_bv_comp_symbol));
-  all.push_back(by_width(25, "bvneg_", &M::make_bv_neg_symbol));
-  all.push_back(by_width(26, "bvadd_", &M::make_bv_add_symbol));
-  all.push_back(by_width(27, "bvsub_", &M::make_bv_sub_symbol));
-  all.push_back(by_width(28, "bvmul_", &M::make_bv_mul_symbol));
-  all.push_back(by_width(29, "bvudiv_", &M::make_bv_udiv_symbol));
-  all.push_back(by_width(30, "bvsdiv_", &M::make_bv_sdiv_symbol));
-  all.push_back(by_width(31, "bvurem_", &M::make_bv_urem_symbol));
-  all.push_back(by_width(32, "bvsrem_", &M::make_bv_srem_symbol));
-  all.push_back(by_width(33, "bvlshl_", &M::make_bv_lshl_symbol));
-  all.push_back(by_width(34, "bvlshr_", &M::make_bv_lshr_symbol));
-  all.push_back(by_width(35, "bvashr_", &M::make_bv_ashr_symbol));
-  all.push_back(by_pair(36, "bvrol_", &M::make_bv_rotate_left_symbol, indices));
-  all.push_back(by_pair(37, "bvror_", &M::make_bv_rotate_right_symbol, indices));
-  all.push_back(by_pair(38, "bvzext_", &M::make_bv_zero_extend_symbol, indices));
-  all.push_back(by_pair(39, "bvsext_", &M::make_bv_sign_extend_symbol, indices));
-  all.push_back(of_arrays(40, "read_", &M::make_array_read_symbol));
-  all.push_back(of_arrays(41, "write_", &M::make_array_write_symbol));
-  all.push_back(of_arrays(42, "const_", &M::make_array_const_symbol));
-  all.push_back(by_pair(43, "fpeq_", &M::make_fp_equal_symbol, formats));
-  all.push_back(by_pair(44, "fplt_", &M::make_fp_lt_symbol, formats));
-  all.push_back(by_pair(45, "fple_", &M::make_fp_le_symbol, formats));
-  all.push_back(by_pair(46, "fpneg_", &M::make_fp_neg_symbol, formats));
-  all.push_back(by_pair(47, "fpadd_", &M::make_fp_add_symbol, formats));
-  all.push_back(by_pair(48, "fpsub_", &M::make_fp_sub_symbol, formats));
-  all.push_back(by_pair(49, "fpmul_", &M::make_fp_mul_symbol, formats));
-  all.push_back(by_pair(50, "fpdiv_", &M::make_fp_div_symbol, formats));
-  all.push_back(by_pair(51, "fpsqrt_", &M::make_fp_sqrt_symbol, formats));
-  all.push_back(by_pair(52, "fpabs_", &M::make_fp_abs_symbol, formats));
-  all.push_back(by_pair(53, "fpmin_", &M::make_fp_min_symbol, formats));
-  all.push_back(by_pair(54, "fpmax_", &M::make_fp_max_symbol, formats));
-  Family cast{55, {}};
-  for (const auto& from : formats) {
-    for (const auto& to : formats) {
-      cast.members.push_back(
-          {"fpcast__" + number(from.a) + "_" + number(from.b) + "_" + number(to.a) + "_" +
-               number(to.b),
-           [=](TermManager& m) { return m.make_fp_cast_symbol(from.a, from.b, to.a, to.b); }});
-    }
-  }
-  all.push_back(cast);
-  all.push_back(by_pair(56, "fproundtoint_", &M::make_fp_round_to_int_symbol, formats));
-  const std::vector<std::array<size_t, 3>> from_bv = {{8, 5, 10}, {1, 2, 2}, {5, 8, 10}};
-  all.push_back(by_three(57, "fpfromsbv__", &M::make_fp_from_sbv_symbol, from_bv));
-  all.push_back(by_three(58, "fpfromubv__", &M::make_fp_from_ubv_symbol, from_bv));
-  all.push_back(
-      by_three(59, "fptobv__", &M::make_fp_to_bv_symbol, {{5, 10, 8}, {8, 23, 1}, {8, 10, 5}}));
-  Family as_bits{60, {}};
-  Family from_bits{68, {}};
-  for (const auto& [e, m] : formats) {
-    const std::string format = number(e) + "_" + number(m);
-    const std::string width = number(e + m + 1);
-    as_bits.members.push_back({"fpasbv__" + format + "_" + width, [x = e, y = m](TermManager& t) {
-                                 return t.make_fp_as_ieeebv_symbol(x, y);
-                               }});
-    from_bits.members.push_back(
-        {"fpfromieeebv__" + width + "_" + format,
-         [x = e, y = m](TermManager& t) { return t.make_fp_from_ieeebv_symbol(x, y); }});
-  }
-  all.push_back(as_bits);
-  all.push_back(by_pair(61, "fpisnan_", &M::make_fp_isnan_symbol, formats));
-  all.push_back(by_pair(62, "fpisinf_", &M::make_fp_isinf_symbol, formats));
-  all.push_back(by_pair(63, "fpiszero_", &M::make_fp_iszero_symbol, formats));
-  all.push_back(by_pair(64, "fpissubnormal_", &M::make_fp_issubnormal_symbol, formats));
-  all.push_back(by_pair(65, "fpisnormal_", &M::make_fp_isnormal_symbol, formats));
-  all.push_back(by_pair(66, "fpisneg_", &M::make_fp_isneg_symbol, formats));
-  all.push_back(by_pair(67, "fpispos_", &M::make_fp_ispos_symbol, formats));
-  all.push_back(from_bits);
-  all.push_back(by_width(69, "ubv2int_", &M::make_int_from_ubv_symbol));
-  all.push_back(by_width(70, "sbv2int_", &M::make_int_from_sbv_symbol));
-  all.push_back(by_width(71, "int2bv_", &M::make_int_to_bv_symbol));
+  for (const Operator& op : operator_families()) all.push_back({op.tag, members_of(op)});
   return all;
 }
 

@@ -10,6 +10,7 @@
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/manager_test.h"
+#include "tests/support/operators.h"
 
 namespace quill {
 namespace {
@@ -191,54 +192,45 @@ TEST_F(GarbageCollectionTest, WhatRootsShareSurvivesOnce) {
 //------------------------------------------------------------------------------------------------
 // All operators and tables
 
-template <class... Parameters>
-using Maker = const Symbol* (TermManager::*)(Parameters...);
+// What the maker of such indices takes.
+testing::Parameters indices_for(testing::Indices indices, TermManager& m) {
+  using testing::Indices;
+  switch (indices) {
+    case Indices::None:
+      break;
+    case Indices::Type:
+      return {{}, {m.get_bv_type(4)}, {}};
+    case Indices::Modulus:
+      return {{}, {}, 7};
+    case Indices::Width:
+      return {{24}, {}, {}};
+    case Indices::TwoWidths:
+    case Indices::Amount:
+    case Indices::Format:
+    case Indices::FormatAndItsBits:
+    case Indices::BitsAndFormat:
+      return {{5, 11}, {}, {}};
+    case Indices::Part:
+      return {{7, 4, 16}, {}, {}};
+    case Indices::Array:
+      return {{}, {m.get_bv_type(4), m.get_rat_type()}, {}};
+    case Indices::TwoFormats:
+      return {{5, 11, 8, 23}, {}, {}};
+    case Indices::WidthAndFormat:
+    case Indices::FormatAndWidth:
+      return {{6, 8, 9}, {}, {}};
+  }
+  return {};
+}
 
-// One symbol of each operator.
+// A maker for each operator whose symbols are not in every manager from the start.
 std::vector<std::function<const Symbol*(TermManager&)>> operator_makers() {
   std::vector<std::function<const Symbol*(TermManager&)>> makers;
-  using M = TermManager;
-  for (const Maker<size_t> maker :
-       {&M::make_bv_not_symbol,       &M::make_bv_and_symbol,      &M::make_bv_or_symbol,
-        &M::make_bv_xor_symbol,       &M::make_bv_ult_symbol,      &M::make_bv_slt_symbol,
-        &M::make_bv_ule_symbol,       &M::make_bv_sle_symbol,      &M::make_bv_comp_symbol,
-        &M::make_bv_neg_symbol,       &M::make_bv_add_symbol,      &M::make_bv_sub_symbol,
-        &M::make_bv_mul_symbol,       &M::make_bv_udiv_symbol,     &M::make_bv_sdiv_symbol,
-        &M::make_bv_urem_symbol,      &M::make_bv_srem_symbol,     &M::make_bv_lshl_symbol,
-        &M::make_bv_lshr_symbol,      &M::make_bv_ashr_symbol,     &M::make_int_to_bv_symbol,
-        &M::make_int_from_sbv_symbol, &M::make_int_from_ubv_symbol}) {
-    makers.push_back([maker](M& m) { return (m.*maker)(24); });
+  for (const testing::Operator& op : testing::operators()) {
+    if (op.make_symbol == nullptr) continue;
+    makers.push_back(
+        [&op](TermManager& m) { return op.make_symbol(m, indices_for(op.indices, m)); });
   }
-  for (const Maker<size_t, size_t> maker :
-       {&M::make_bv_rotate_left_symbol,  &M::make_bv_rotate_right_symbol,
-        &M::make_bv_zero_extend_symbol,  &M::make_bv_sign_extend_symbol,
-        &M::make_bv_concat_symbol,       &M::make_fp_equal_symbol,
-        &M::make_fp_lt_symbol,           &M::make_fp_le_symbol,
-        &M::make_fp_neg_symbol,          &M::make_fp_add_symbol,
-        &M::make_fp_sub_symbol,          &M::make_fp_mul_symbol,
-        &M::make_fp_div_symbol,          &M::make_fp_sqrt_symbol,
-        &M::make_fp_abs_symbol,          &M::make_fp_min_symbol,
-        &M::make_fp_max_symbol,          &M::make_fp_isnan_symbol,
-        &M::make_fp_isinf_symbol,        &M::make_fp_iszero_symbol,
-        &M::make_fp_issubnormal_symbol,  &M::make_fp_isnormal_symbol,
-        &M::make_fp_isneg_symbol,        &M::make_fp_ispos_symbol,
-        &M::make_fp_round_to_int_symbol, &M::make_fp_as_ieeebv_symbol,
-        &M::make_fp_from_ieeebv_symbol}) {
-    makers.push_back([maker](M& m) { return (m.*maker)(5, 11); });
-  }
-  for (const Maker<size_t, size_t, size_t> maker :
-       {&M::make_fp_from_sbv_symbol, &M::make_fp_from_ubv_symbol, &M::make_fp_to_bv_symbol}) {
-    makers.push_back([maker](M& m) { return (m.*maker)(6, 8, 9); });
-  }
-  makers.push_back([](M& m) { return m.make_fp_cast_symbol(5, 11, 8, 23); });
-  makers.push_back([](M& m) { return m.make_bv_extract_symbol(7, 4, 16); });
-  for (const Maker<const DataType*, const DataType*> maker :
-       {&M::make_array_read_symbol, &M::make_array_write_symbol, &M::make_array_const_symbol}) {
-    makers.push_back([maker](M& m) { return (m.*maker)(m.get_bv_type(4), m.get_rat_type()); });
-  }
-  makers.push_back([](M& m) { return m.make_int_modular_congruence_symbol(QNumber(7)); });
-  makers.push_back([](M& m) { return m.make_equality_symbol(m.get_bv_type(4)); });
-  makers.push_back([](M& m) { return m.make_term_ite_symbol(m.get_bv_type(4)); });
   return makers;
 }
 
