@@ -75,20 +75,28 @@ std::string text_of(const QNumber& value) { return value.to_str(); }
 
 template <class... Outs>
 Recogniser recogniser(bool (TermManager::*member)(const Symbol*, Outs*...) const) {
-  return {
-      sizeof...(Outs),
-      [member](const TermManager& m, const Symbol* s, unsigned mask, Names& texts) {
-        return [&]<size_t... I>(std::index_sequence<I...>) {
-          std::tuple<Outs...> outs{initial_output<Outs>()...};
-          const bool answer =
-              (m.*member)(s, ((mask >> I & 1U) != 0 ? &std::get<I>(outs) : nullptr)...);
-          texts = {((mask >> I & 1U) == 0                         ? not_asked
-                    : std::get<I>(outs) == initial_output<Outs>() ? untouched
-                                                                  : text_of(std::get<I>(outs)))...};
-          return answer;
-        }
-        (std::index_sequence_for<Outs...>());
-      }};
+  Recogniser result;
+  result.outputs = sizeof...(Outs);
+  result.ask = [member](const TermManager& m, const Symbol* s, unsigned mask, Names& texts) {
+    return [&]<size_t... I>(std::index_sequence<I...>) {
+      std::tuple<Outs...> outs{initial_output<Outs>()...};
+      const bool answer = (m.*member)(s, ((mask >> I & 1U) != 0 ? &std::get<I>(outs) : nullptr)...);
+      texts = {((mask >> I & 1U) == 0                         ? not_asked
+                : std::get<I>(outs) == initial_output<Outs>() ? untouched
+                                                              : text_of(std::get<I>(outs)))...};
+      return answer;
+    }
+    (std::index_sequence_for<Outs...>());
+  };
+  if constexpr ((std::is_same_v<Outs, size_t> && ...)) {
+    result.read = [member](const TermManager& m, const Symbol* s, std::array<size_t, 4>* numbers) {
+      return [&]<size_t... I>(std::index_sequence<I...>) {
+        return (m.*member)(s, (numbers != nullptr ? &(*numbers)[I] : nullptr)...);
+      }
+      (std::index_sequence_for<Outs...>());
+    };
+  }
+  return result;
 }
 
 }  // namespace

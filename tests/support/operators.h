@@ -42,6 +42,9 @@ struct Recogniser {
   size_t outputs = 0;
   // Bit i of the mask: whether the i-th output pointer is not null.
   std::function<bool(const TermManager&, const Symbol*, unsigned mask, Names& texts)> ask = nullptr;
+  // The outputs as numbers, into an array that may be null; only if all are numbers. Nothing but
+  // the library allocates.
+  std::function<bool(const TermManager&, const Symbol*, std::array<size_t, 4>*)> read = nullptr;
 };
 
 // What the symbol's maker takes, and what its name ends with.

@@ -1,5 +1,7 @@
 #include "tests/unit/exhaustion/script.h"
 
+#include <array>
+#include <span>
 #include <utility>
 
 #include "quill/derived/derived.h"
@@ -7,6 +9,7 @@
 #include "quill/derived/derived_fp.h"
 #include "quill/printers/outterm.h"
 #include "quill/terms/termmanager/term_visitor.h"
+#include "tests/support/operators.h"
 
 namespace quill::testing {
 
@@ -53,125 +56,6 @@ namespace {
 
 using M = TermManager;
 using S = State;
-using Make1 = const Symbol* (M::*)(size_t);
-using Make2 = const Symbol* (M::*)(size_t, size_t);
-using Build1 = const Term_* (M::*)(const Term_*);
-using Build2 = const Term_* (M::*)(const Term_*, const Term_*);
-using Build3 = const Term_* (M::*)(const Term_*, const Term_*, const Term_*);
-using BuildAmount = const Term_* (M::*)(size_t, const Term_*);
-using Is1 = bool (M::*)(const Symbol*, size_t*) const;
-using Is2 = bool (M::*)(const Symbol*, size_t*, size_t*) const;
-
-struct WidthUnary {
-  const char* name;
-  Make1 make;
-  Build1 build;
-  Is1 is;
-};
-constexpr WidthUnary width_unary[] = {
-    {"bv_not", &M::make_bv_not_symbol, &M::make_bv_not, &M::is_bv_not},
-    {"bv_neg", &M::make_bv_neg_symbol, &M::make_bv_neg, &M::is_bv_neg},
-    {"int_from_ubv", &M::make_int_from_ubv_symbol, &M::make_int_from_ubv, &M::is_int_from_ubv},
-    {"int_from_sbv", &M::make_int_from_sbv_symbol, &M::make_int_from_sbv, &M::is_int_from_sbv},
-};
-
-struct WidthBinary {
-  const char* name;
-  Make1 make;
-  Build2 build;
-  Is1 is;
-};
-constexpr WidthBinary width_binary[] = {
-    {"bv_and", &M::make_bv_and_symbol, &M::make_bv_and, &M::is_bv_and},
-    {"bv_or", &M::make_bv_or_symbol, &M::make_bv_or, &M::is_bv_or},
-    {"bv_xor", &M::make_bv_xor_symbol, &M::make_bv_xor, &M::is_bv_xor},
-    {"bv_ult", &M::make_bv_ult_symbol, &M::make_bv_ult, &M::is_bv_ult},
-    {"bv_slt", &M::make_bv_slt_symbol, &M::make_bv_slt, &M::is_bv_slt},
-    {"bv_ule", &M::make_bv_ule_symbol, &M::make_bv_ule, &M::is_bv_ule},
-    {"bv_sle", &M::make_bv_sle_symbol, &M::make_bv_sle, &M::is_bv_sle},
-    {"bv_comp", &M::make_bv_comp_symbol, &M::make_bv_comp, &M::is_bv_comp},
-    {"bv_add", &M::make_bv_add_symbol, &M::make_bv_add, &M::is_bv_add},
-    {"bv_sub", &M::make_bv_sub_symbol, &M::make_bv_sub, &M::is_bv_sub},
-    {"bv_mul", &M::make_bv_mul_symbol, &M::make_bv_mul, &M::is_bv_mul},
-    {"bv_udiv", &M::make_bv_udiv_symbol, &M::make_bv_udiv, &M::is_bv_udiv},
-    {"bv_sdiv", &M::make_bv_sdiv_symbol, &M::make_bv_sdiv, &M::is_bv_sdiv},
-    {"bv_urem", &M::make_bv_urem_symbol, &M::make_bv_urem, &M::is_bv_urem},
-    {"bv_srem", &M::make_bv_srem_symbol, &M::make_bv_srem, &M::is_bv_srem},
-    {"bv_lshl", &M::make_bv_lshl_symbol, &M::make_bv_lshl, &M::is_bv_lshl},
-    {"bv_lshr", &M::make_bv_lshr_symbol, &M::make_bv_lshr, &M::is_bv_lshr},
-    {"bv_ashr", &M::make_bv_ashr_symbol, &M::make_bv_ashr, &M::is_bv_ashr},
-};
-
-struct Indexed {
-  const char* name;
-  Make2 make;
-  BuildAmount build;
-  Is2 is;
-};
-constexpr Indexed indexed[] = {
-    {"bv_rotate_left", &M::make_bv_rotate_left_symbol, &M::make_bv_rotate_left,
-     &M::is_bv_rotate_left},
-    {"bv_rotate_right", &M::make_bv_rotate_right_symbol, &M::make_bv_rotate_right,
-     &M::is_bv_rotate_right},
-    {"bv_zero_extend", &M::make_bv_zero_extend_symbol, &M::make_bv_zero_extend,
-     &M::is_bv_zero_extend},
-    {"bv_sign_extend", &M::make_bv_sign_extend_symbol, &M::make_bv_sign_extend,
-     &M::is_bv_sign_extend},
-};
-
-struct FormatUnary {
-  const char* name;
-  Make2 make;
-  Build1 build;
-  Is2 is;
-};
-constexpr FormatUnary format_unary[] = {
-    {"fp_neg", &M::make_fp_neg_symbol, &M::make_fp_neg, &M::is_fp_neg},
-    {"fp_abs", &M::make_fp_abs_symbol, &M::make_fp_abs, &M::is_fp_abs},
-    {"fp_isnan", &M::make_fp_isnan_symbol, &M::make_fp_isnan, &M::is_fp_isnan},
-    {"fp_isinf", &M::make_fp_isinf_symbol, &M::make_fp_isinf, &M::is_fp_isinf},
-    {"fp_iszero", &M::make_fp_iszero_symbol, &M::make_fp_iszero, &M::is_fp_iszero},
-    {"fp_issubnormal", &M::make_fp_issubnormal_symbol, &M::make_fp_issubnormal,
-     &M::is_fp_issubnormal},
-    {"fp_isnormal", &M::make_fp_isnormal_symbol, &M::make_fp_isnormal, &M::is_fp_isnormal},
-    {"fp_isneg", &M::make_fp_isneg_symbol, &M::make_fp_isneg, &M::is_fp_isneg},
-    {"fp_ispos", &M::make_fp_ispos_symbol, &M::make_fp_ispos, &M::is_fp_ispos},
-    {"fp_as_ieeebv", &M::make_fp_as_ieeebv_symbol, &M::make_fp_as_ieeebv, &M::is_fp_as_ieeebv},
-};
-
-struct FormatBinary {
-  const char* name;
-  Make2 make;
-  Build2 build;
-  Is2 is;
-};
-constexpr FormatBinary format_binary[] = {
-    {"fp_equal", &M::make_fp_equal_symbol, &M::make_fp_equal, &M::is_fp_equal},
-    {"fp_lt", &M::make_fp_lt_symbol, &M::make_fp_lt, &M::is_fp_lt},
-    {"fp_le", &M::make_fp_le_symbol, &M::make_fp_le, &M::is_fp_le},
-    {"fp_min", &M::make_fp_min_symbol, &M::make_fp_min, &M::is_fp_min},
-    {"fp_max", &M::make_fp_max_symbol, &M::make_fp_max, &M::is_fp_max},
-};
-// With a rounding mode before the operand.
-constexpr FormatBinary format_rounded_unary[] = {
-    {"fp_sqrt", &M::make_fp_sqrt_symbol, &M::make_fp_sqrt, &M::is_fp_sqrt},
-    {"fp_round_to_int", &M::make_fp_round_to_int_symbol, &M::make_fp_round_to_int,
-     &M::is_fp_round_to_int},
-};
-
-struct FormatRounded {
-  const char* name;
-  Make2 make;
-  Build3 build;
-  Is2 is;
-};
-constexpr FormatRounded format_rounded[] = {
-    {"fp_add", &M::make_fp_add_symbol, &M::make_fp_add, &M::is_fp_add},
-    {"fp_sub", &M::make_fp_sub_symbol, &M::make_fp_sub, &M::is_fp_sub},
-    {"fp_mul", &M::make_fp_mul_symbol, &M::make_fp_mul, &M::is_fp_mul},
-    {"fp_div", &M::make_fp_div_symbol, &M::make_fp_div, &M::is_fp_div},
-};
-
 using Derived1 = const Term_* (*)(M&, const Term_*);
 using Derived2 = const Term_* (*)(M&, const Term_*, const Term_*);
 constexpr std::pair<const char*, Derived1> derived_bv_unary[] = {
@@ -419,25 +303,16 @@ class Writer {
       });
     }
     size_t foreign = b;
-    for (const WidthUnary& op : width_unary) {
-      const size_t t = build(op.name, [=](S& x) { return (x.m.*op.build)(x.term(a)); });
-      recognise1(op.name, op.make, op.is, w, t, foreign);
-      foreign = t;
-      if (op.is == &M::is_int_from_sbv) signed_values.push_back(t);
-    }
-    for (const WidthBinary& op : width_binary) {
-      const size_t t = build(op.name, [=](S& x) { return (x.m.*op.build)(x.term(a), x.term(b)); });
-      recognise1(op.name, op.make, op.is, w, t, foreign);
-      foreign = t;
-    }
-    const size_t back = build(
-        "int_to_bv", [=, ints = ints](S& x) { return x.m.make_int_to_bv(w, x.term(ints[0])); });
-    recognise1("int_to_bv", &M::make_int_to_bv_symbol, &M::is_int_to_bv, w, back, foreign);
-    if (w == 8) to_print.push_back(back);
-    for (const Indexed& op : indexed) {
-      for (const size_t amount : {size_t{0}, size_t{3}}) {
-        const size_t t = build(op.name, [=](S& x) { return (x.m.*op.build)(amount, x.term(a)); });
-        recognise2(op.name, op.make, op.is, amount, w, t, foreign);
+    for (const Operator& op : operator_families()) {
+      if (op.indices == Indices::Width) {
+        const size_t operand = op.tag == SymbolTag::INT_TO_BV ? ints[0] : a;
+        foreign = apply(op, {{w}, {}, {}}, {operand, b}, foreign);
+        if (op.tag == SymbolTag::INT_FROM_SBV) signed_values.push_back(foreign);
+        if (op.tag == SymbolTag::INT_TO_BV && w == 8) to_print.push_back(foreign);
+      } else if (op.indices == Indices::Amount) {
+        for (const size_t amount : {size_t{0}, size_t{3}}) {
+          apply(op, {{amount, w}, {}, {}}, {a}, foreign);
+        }
       }
     }
     const size_t joined =
@@ -468,26 +343,23 @@ class Writer {
     derive("repeat", [=](S& x) { return make_bv_repeat(x.m, 5, x.term(a)); });
   }
 
-  void recognise1(const std::string& name, Make1 make, Is1 is, size_t w, size_t t, size_t foreign) {
-    add(name + " symbol", [=](S& x) { return (x.m.*make)(w); });
-    add("is " + name, [=](S& x) {
-      size_t found = 0;
-      const bool own = (x.m.*is)(x.term(t)->symbol, &found);
-      const bool other = (x.m.*is)(x.term(foreign)->symbol, nullptr);
-      return Outcome(own && !other, found);
+  // Builds with as many of the operands as the operator takes, makes the symbol, and recognises it
+  // and not that of the foreign term.
+  size_t apply(const Operator& op, const Parameters& given, const std::array<size_t, 3>& operands,
+               size_t foreign) {
+    const std::string name = op.operation;
+    const size_t t = build(name, [&op, given, operands](S& x) {
+      const Term_* const terms[] = {x.term(operands[0]), x.term(operands[1]), x.term(operands[2])};
+      return op.build(x.m, given, std::span(terms).first(op.arity));
     });
-  }
-
-  void recognise2(const std::string& name, Make2 make, Is2 is, size_t a, size_t b, size_t t,
-                  size_t foreign) {
-    add(name + " symbol", [=](S& x) { return (x.m.*make)(a, b); });
-    add("is " + name, [=](S& x) {
-      size_t first = 0;
-      size_t second = 0;
-      const bool own = (x.m.*is)(x.term(t)->symbol, &first, &second);
-      const bool other = (x.m.*is)(x.term(foreign)->symbol, nullptr, nullptr);
-      return Outcome(own && !other, first, second);
+    add(name + " symbol", [&op, given](S& x) { return op.make_symbol(x.m, given); });
+    add("is " + name, [&op, t, foreign](S& x) {
+      std::array<size_t, 4> found{};
+      const bool own = op.recognise.read(x.m, x.term(t)->symbol, &found);
+      const bool other = op.recognise.read(x.m, x.term(foreign)->symbol, nullptr);
+      return Outcome(own && !other, found[0], found[1], found[2], found[3]);
     });
+    return t;
   }
 
   void floating_point(size_t e, size_t m) {
@@ -525,29 +397,13 @@ class Writer {
     });
 
     size_t foreign = b;
-    for (const FormatUnary& op : format_unary) {
-      const size_t t = build(op.name, [=](S& x) { return (x.m.*op.build)(x.term(a)); });
-      recognise2(op.name, op.make, op.is, e, m, t, foreign);
-      foreign = t;
-      if (op.is == &M::is_fp_as_ieeebv) bits = t;
-    }
-    for (const FormatBinary& op : format_binary) {
-      const size_t t = build(op.name, [=](S& x) { return (x.m.*op.build)(x.term(a), x.term(b)); });
-      recognise2(op.name, op.make, op.is, e, m, t, foreign);
-      foreign = t;
-    }
-    for (const FormatBinary& op : format_rounded_unary) {
-      const size_t t = build(
-          op.name, [=, mode = modes[0]](S& x) { return (x.m.*op.build)(x.term(mode), x.term(a)); });
-      recognise2(op.name, op.make, op.is, e, m, t, foreign);
-      foreign = t;
-    }
-    for (const FormatRounded& op : format_rounded) {
-      const size_t t = build(op.name, [=, mode = modes[1]](S& x) {
-        return (x.m.*op.build)(x.term(mode), x.term(a), x.term(b));
-      });
-      recognise2(op.name, op.make, op.is, e, m, t, foreign);
-      foreign = t;
+    for (const Operator& op : operator_families()) {
+      if (op.indices != Indices::Format && op.indices != Indices::FormatAndItsBits) continue;
+      const bool takes_one = op.tag == SymbolTag::FP_SQRT || op.tag == SymbolTag::FP_ROUND_TO_INT;
+      foreign = takes_one       ? apply(op, {{e, m}, {}, {}}, {modes[0], a}, foreign)
+                : op.arity == 3 ? apply(op, {{e, m}, {}, {}}, {modes[1], a, b}, foreign)
+                                : apply(op, {{e, m}, {}, {}}, {a, b}, foreign);
+      if (op.tag == SymbolTag::FP_AS_IEEEBV) bits = foreign;
     }
     conversions(e, m, a, modes[2]);
     derive("geq", [=](S& x) { return make_fp_geq(x.m, x.term(a), x.term(b)); });
@@ -591,11 +447,7 @@ class Writer {
           x.m.is_fp_from_ubv(x.term(from_ubv)->symbol, nullptr, nullptr, nullptr);
       return Outcome(is_signed && is_unsigned, n[0], n[1], n[2]);
     });
-    const size_t back = build("from_ieeebv", [=, bits = bits](S& x) {
-      return x.m.make_fp_from_ieeebv(e, m, x.term(bits));
-    });
-    recognise2("from_ieeebv", &M::make_fp_from_ieeebv_symbol, &M::is_fp_from_ieeebv, e, m, back,
-               cast);
+    apply(operator_of(SymbolTag::FP_FROM_IEEEBV), {{e, m}, {}, {}}, {bits}, cast);
     const size_t sign = derive("sign", [](S& x) { return x.m.make_bv_number(1, 1); });
     const size_t exponent = derive("exponent", [=](S& x) { return x.m.make_bv_number(3, e); });
     const size_t significand =
