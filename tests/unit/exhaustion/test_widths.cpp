@@ -4,9 +4,11 @@
 #include <gmp.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -17,12 +19,13 @@
 #include "quill/smtlib/syntax.h"
 #include "quill/terms/termmanager/term_manager.h"
 #include "tests/support/manager_test.h"
+#include "tests/support/operators.h"
 #include "tests/unit/exhaustion/failing_pools.h"
 
 namespace quill {
 namespace {
 
-using M = TermManager;
+using testing::Terms;
 
 const size_t edge_widths[] = {1,
                               63,
@@ -65,50 +68,22 @@ class Widths : public testing::ManagerTest {
 };
 
 TEST_F(Widths, EveryWidthKeyedOperatorTakesEveryWidth) {
-  using Unary = const Term_* (M::*)(const Term_*);
-  using Binary = const Term_* (M::*)(const Term_*, const Term_*);
-  using Is = bool (M::*)(const Symbol*, size_t*) const;
-  struct UnaryRow {
-    Unary make;
-    Is is;
-  };
-  struct BinaryRow {
-    Binary make;
-    Is is;
-  };
-  const UnaryRow unary[] = {{&M::make_bv_not, &M::is_bv_not},
-                            {&M::make_bv_neg, &M::is_bv_neg},
-                            {&M::make_int_from_ubv, &M::is_int_from_ubv},
-                            {&M::make_int_from_sbv, &M::is_int_from_sbv}};
-  const BinaryRow binary[] = {
-      {&M::make_bv_and, &M::is_bv_and},   {&M::make_bv_or, &M::is_bv_or},
-      {&M::make_bv_xor, &M::is_bv_xor},   {&M::make_bv_ult, &M::is_bv_ult},
-      {&M::make_bv_slt, &M::is_bv_slt},   {&M::make_bv_ule, &M::is_bv_ule},
-      {&M::make_bv_sle, &M::is_bv_sle},   {&M::make_bv_comp, &M::is_bv_comp},
-      {&M::make_bv_add, &M::is_bv_add},   {&M::make_bv_sub, &M::is_bv_sub},
-      {&M::make_bv_mul, &M::is_bv_mul},   {&M::make_bv_udiv, &M::is_bv_udiv},
-      {&M::make_bv_sdiv, &M::is_bv_sdiv}, {&M::make_bv_urem, &M::is_bv_urem},
-      {&M::make_bv_srem, &M::is_bv_srem}, {&M::make_bv_lshl, &M::is_bv_lshl},
-      {&M::make_bv_lshr, &M::is_bv_lshr}, {&M::make_bv_ashr, &M::is_bv_ashr}};
   for (const size_t w : edge_widths) {
     const Term_* a = bits(w);
     const Term_* b = bits(w);
-    size_t found = 0;
-    for (const UnaryRow& row : unary) {
-      const Term_* t = (m.*row.make)(a);
-      EXPECT_TRUE((m.*row.is)(t->symbol, &found));
-      EXPECT_EQ(found, w);
-      EXPECT_EQ((m.*row.make)(a), t);
-    }
-    for (const BinaryRow& row : binary) {
-      const Term_* t = (m.*row.make)(a, b);
-      EXPECT_TRUE((m.*row.is)(t->symbol, &found));
-      EXPECT_EQ(found, w);
-      EXPECT_EQ((m.*row.make)(a, b), t);
-    }
     const Term_* i = constant(m.get_int_type());
-    EXPECT_TRUE(m.is_int_to_bv(m.make_int_to_bv(w, i)->symbol, &found));
-    EXPECT_EQ(found, w);
+    for (const testing::Operator& op : testing::operator_families()) {
+      if (op.indices != testing::Indices::Width) continue;
+      const Terms args = op.tag == SymbolTag::INT_TO_BV ? Terms{i} : Terms{a, b};
+      const auto build = [&] {
+        return op.build(m, {{w}, {}, {}}, std::span(args).first(op.arity));
+      };
+      const Term_* t = build();
+      std::array<size_t, 4> found{};
+      EXPECT_TRUE(op.recognise.read(m, t->symbol, &found));
+      EXPECT_EQ(found[0], w);
+      EXPECT_EQ(build(), t);
+    }
     EXPECT_EQ(m.get_type_from_width(w)->get_name(), std::to_string(w));
   }
   EXPECT_EQ(m.check_consistency(), "");
@@ -142,20 +117,21 @@ TEST_F(Widths, FormatsOfAnySizeHaveAllOperators) {
     const Term_* a = value(e, s);
     size_t found_e = 0;
     size_t found_s = 0;
-    for (const Term_* t :
-         {m.make_fp_neg(a), m.make_fp_abs(a), m.make_fp_min(a, a), m.make_fp_max(a, a),
-          m.make_fp_add(mode, a, a), m.make_fp_sub(mode, a, a), m.make_fp_mul(mode, a, a),
-          m.make_fp_div(mode, a, a), m.make_fp_sqrt(mode, a), m.make_fp_round_to_int(mode, a),
-          m.make_fp_bits_number(5, e, s), make_fp_plus_zero(m, e, s)}) {
-      EXPECT_TRUE(m.is_fp_type(t->type(), &found_e, &found_s));
+    size_t of_the_format = 0;
+    for (const testing::Operator& op : testing::operator_families()) {
+      if (op.indices != testing::Indices::Format) continue;
+      const DataType* first = op.make_symbol(m, {{e, s}, {}, {}})->type->get_component(1);
+      const Terms args = {first == a->type() ? a : mode, a, a};
+      const Term_* t = op.build(m, {}, std::span(args).first(op.arity));
+      if (t->type() == m.get_bool_type()) continue;
+      EXPECT_TRUE(m.is_fp_type(t->type(), &found_e, &found_s)) << op.operation;
       EXPECT_EQ(found_e, e);
       EXPECT_EQ(found_s, s);
+      ++of_the_format;
     }
-    for (const Term_* t :
-         {m.make_fp_equal(a, a), m.make_fp_lt(a, a), m.make_fp_le(a, a), m.make_fp_isnan(a),
-          m.make_fp_isinf(a), m.make_fp_iszero(a), m.make_fp_issubnormal(a), m.make_fp_isnormal(a),
-          m.make_fp_isneg(a), m.make_fp_ispos(a)}) {
-      EXPECT_EQ(t->type(), m.get_bool_type());
+    EXPECT_EQ(of_the_format, 10U);
+    for (const Term_* t : {m.make_fp_bits_number(5, e, s), make_fp_plus_zero(m, e, s)}) {
+      EXPECT_EQ(t->type(), a->type());
     }
     const Term_* pattern = m.make_fp_as_ieeebv(a);
     EXPECT_EQ(width_of(pattern), 2 * e);
@@ -295,7 +271,7 @@ TEST_F(Widths, BitPatternsOfAMillionDigitsAreMadePrintedAndFound) {
   const Term_* value = m.make_fp_bits_number(number, 1000, width);
   EXPECT_EQ(m.make_fp_bits_number(number, 1000, width), value);
   EXPECT_EQ(text(value).size(), std::string("(fp #b #b #b)").size() + 1 + 1000 + width);
-  M other;
+  TermManager other;
   EXPECT_TRUE(other.copy_term(m, value)->symbol->name == text_of_number + "_1000_" + width_text);
   m.gc({t}, {}, {});
   EXPECT_EQ(m.check_consistency(), "");
