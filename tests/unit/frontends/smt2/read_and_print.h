@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "quill/frontends/smt2/script_logic.h"
 #include "quill/frontends/smt2/smt2.h"
 
 namespace quill::smt2 {
@@ -43,6 +44,13 @@ inline std::string asserted(const std::string& text) {
   if (start == std::string::npos) return "";
   const size_t end = output.find('\n', start);
   return output.substr(start + head.size(), end - start - head.size() - 1);
+}
+
+// The logic that is written for the script.
+inline std::string logic_of(const std::string& text) {
+  TermManager manager;
+  const Script script = read_text(text, manager);
+  return written_logics(manager, script).back().name();
 }
 
 inline std::string repeated(const std::string& piece, size_t times) {

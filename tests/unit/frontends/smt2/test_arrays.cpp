@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "quill/frontends/smt2/script_logic.h"
 #include "tests/unit/frontends/smt2/read_and_print.h"
 
 namespace quill::smt2 {
@@ -34,12 +33,6 @@ std::string complaint(const std::string& term) {
   const std::string error = error_of(declarations + "\n(get-value (" + term + "))");
   const size_t colon = error.find(": ");
   return colon == std::string::npos ? error : error.substr(colon + 2);
-}
-
-std::string logic_of(const std::string& text) {
-  TermManager manager;
-  const Script script = read_text(text, manager);
-  return written_logics(manager, script).back().name();
 }
 
 // --- Operators ---

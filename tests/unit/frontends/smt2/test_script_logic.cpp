@@ -8,13 +8,6 @@
 namespace quill::smt2 {
 namespace {
 
-// The logic that is written for a script.
-std::string logic_of(const std::string& text) {
-  TermManager manager;
-  const Script script = read_text(text, manager);
-  return written_logics(manager, script).back().name();
-}
-
 const std::string i = "(declare-const i Int)";
 const std::string x = "(declare-const x Real)";
 
