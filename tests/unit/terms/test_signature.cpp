@@ -17,6 +17,7 @@
 #include "quill/utils/exception.h"
 #include "quill/utils/hash_set.h"
 #include "tests/support/colliding_names.h"
+#include "tests/support/error_of.h"
 #include "tests/support/failing_memory.h"
 
 namespace quill {
@@ -123,15 +124,8 @@ TEST_F(SignatureTest, ATakenNameOfTheSameTypeYieldsTheSymbolThatIsThere) {
 
 TEST_F(SignatureTest, ATakenNameOfAnotherTypeIsRefused) {
   const Symbol* s = signature.add_symbol("x", function({int_type}, bool_type));
-  std::string text;
-  try {
-    signature.add_symbol("x", int_type);
-  } catch (const Exception& e) {
-    text = e.what();
-    EXPECT_EQ(typeid(e), typeid(Exception));
-  }
   EXPECT_EQ(
-      text,
+      testing::error_of<Exception>([&] { signature.add_symbol("x", int_type); }),
       "the symbol x already exists with type (-> Int Bool), it can't be declared with type Int");
   EXPECT_EQ(signature.size(), 1U);
   EXPECT_EQ(signature.get_symbol("x"), s);

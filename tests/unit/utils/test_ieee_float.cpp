@@ -14,6 +14,7 @@
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
+#include "tests/support/error_of.h"
 
 namespace quill {
 namespace {
@@ -85,12 +86,7 @@ void expect_exact(int64_t n, int64_t exponent, Format f, uint64_t expected) {
 }
 
 std::string message_of_from_bits(const QNumber& bits, Format f) {
-  try {
-    IEEEFloat::from_bits(bits, f);
-  } catch (const Exception& e) {
-    return e.what();
-  }
-  return "no exception";
+  return testing::error_of<Exception>([&] { IEEEFloat::from_bits(bits, f); });
 }
 
 // --- Types ---
@@ -239,7 +235,7 @@ TEST(IEEEFloatFromBits, RefusesNegativeNumbers) {
 }
 
 TEST(IEEEFloatFromBits, RefusesWhatIsTooLong) {
-  EXPECT_EQ(message_of_from_bits(QNumber(31), {2, 2}), "no exception");
+  EXPECT_EQ(message_of_from_bits(QNumber(31), {2, 2}), "no error");
   EXPECT_EQ(message_of_from_bits(QNumber(32), {2, 2}), "the number 32 doesn't fit in 5 bits");
   EXPECT_EQ(message_of_from_bits(in_big_form(32), {2, 2}), "the number 32 doesn't fit in 5 bits");
   EXPECT_EQ(message_of_from_bits(QNumber(4294967296), binary32),
@@ -252,7 +248,7 @@ TEST(IEEEFloatFromBits, AnythingFitsTheWidestFormats) {
   constexpr uint64_t most = 18446744073709551615U;
   for (const Format f : {Format{most, most}, Format{most, 0}, Format{0, most}, Format{1, most - 1},
                          Format{uint64_t{1} << 63, uint64_t{1} << 63}}) {
-    EXPECT_EQ(message_of_from_bits(scaled(1, 1000), f), "no exception");
+    EXPECT_EQ(message_of_from_bits(scaled(1, 1000), f), "no error");
   }
 }
 
@@ -457,11 +453,11 @@ uint64_t naive_rounding(const std::vector<int64_t>& values, Format f, Mode mode,
   return negative ? result + (uint64_t{1} << (f.e + f.m)) : result;
 }
 
-std::string format_name(const testing::TestParamInfo<Format>& test) {
+std::string format_name(const ::testing::TestParamInfo<Format>& test) {
   return std::to_string(test.param.e) + "x" + std::to_string(test.param.m);
 }
 
-class SmallFormat : public testing::TestWithParam<Format> {};
+class SmallFormat : public ::testing::TestWithParam<Format> {};
 
 // Every value, the quarters between it and the next one, what lies just beside those, and numbers
 // beyond the largest value.
@@ -495,7 +491,7 @@ TEST_P(SmallFormat, RoundsAsASearchThroughAllValuesDoes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(IEEEFloatFromNumber, SmallFormat,
-                         testing::Values(Format{2, 2}, Format{3, 3}, Format{4, 3}, Format{2, 5}),
+                         ::testing::Values(Format{2, 2}, Format{3, 3}, Format{4, 3}, Format{2, 5}),
                          format_name);
 
 // --- Formats out of the ordinary ---

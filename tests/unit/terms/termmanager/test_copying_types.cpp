@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/error_of.h"
 
 namespace quill {
 namespace {
@@ -25,12 +25,7 @@ class CopyingTypes : public ::testing::Test {
 
   // The text of the error that the copy throws.
   std::string error_of_copy(const DataType* type) {
-    try {
-      copy(type);
-    } catch (const TermManager::error& e) {
-      return e.what();
-    }
-    return "none";
+    return testing::error_of<TermManager::error>([&] { copy(type); });
   }
 
   TermManager a;

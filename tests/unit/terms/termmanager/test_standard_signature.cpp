@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "quill/terms/termmanager/term_manager.h"
+#include "tests/support/error_of.h"
 #include "tests/support/failing_memory.h"
 
 namespace quill {
@@ -188,13 +189,10 @@ TEST(AddInterpretedSymbol, ASecondRegistrationOverwritesTheTag) {
 TEST(AddInterpretedSymbol, ANameOfAnotherTypeIsRefusedAndKeepsItsTag) {
   TermManager m;
   const Symbol* s = m.add_interpreted_symbol("op", m.get_int_type(), SymbolTag::BV_ADD);
-  std::string text;
-  try {
+  const auto request = [&] {
     m.add_interpreted_symbol("op", m.get_bool_type(), SymbolTag::BV_SUB);
-  } catch (const Exception& e) {
-    text = e.what();
-  }
-  EXPECT_EQ(text,
+  };
+  EXPECT_EQ(testing::error_of<Exception>(request),
             "the symbol `op` already exists with type Int, it can't be declared with type Bool");
   EXPECT_EQ(m.get_tag(s), SymbolTag::BV_ADD);
 }

@@ -78,15 +78,8 @@ TEST_F(SymbolsTest, TheSameDeclarationAgainYieldsTheSameSymbol) {
 TEST_F(SymbolsTest, ANameOfAnotherTypeIsRefused) {
   m.make_symbol("x", int_type);
   const size_t before = m.get_signature()->size();
-  std::string text;
-  try {
-    m.make_symbol("x", bool_type);
-  } catch (const TermManager::error&) {
-    text = "an error of the manager";
-  } catch (const Exception& e) {
-    text = e.what();
-  }
-  EXPECT_EQ(text, "the symbol x already exists with type Int, it can't be declared with type Bool");
+  EXPECT_EQ(base_exception_of([&] { m.make_symbol("x", bool_type); }),
+            "the symbol x already exists with type Int, it can't be declared with type Bool");
   EXPECT_EQ(m.get_signature()->size(), before);
 }
 
