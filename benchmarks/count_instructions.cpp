@@ -5,6 +5,7 @@
 // prepares the work and does it COUNT times within the function `measured`, which the counter looks
 // for.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +15,9 @@
 #include <vector>
 
 #include "benchmarks/term_shapes.h"
+#include "quill/terms/subterms.h"
 #include "quill/terms/termmanager/term_manager.h"
+#include "quill/terms/termmanager/term_visitor.h"
 
 namespace {
 
@@ -120,6 +123,52 @@ void copy_three_terms(TermManager& m, size_t count) {
   measured([&](size_t) { target.copy_term(m, three); }, count);
 }
 
+// A graph of so many terms, which has ids as they come from a program that builds several at once.
+const Term_* make_graph(TermManager& m, size_t count) {
+  Terms terms = quill::bench::make_constants(m, "x", 64, 32);
+  while (terms.size() < count) {
+    const Term_* a = terms[terms.size() - 1];
+    const Term_* b = terms[terms.size() * 7919 % 1000003 % terms.size()];
+    terms.push_back(m.make_bv_xor(a, b));
+  }
+  return terms.back();
+}
+
+struct CountingCallback {
+  size_t count = 0;
+  int visit(const Term_*, bool preorder) {
+    count += preorder ? 0 : 1;
+    return 2;
+  }
+};
+
+// One walk, by the number of terms. (The number of walks is not known to the compiler, which would
+// make a function of another name for it.)
+void walk_visitor(TermManager& m, size_t count) {
+  const Term_* root = make_graph(m, count);
+  CountingCallback callback;
+  quill::TermVisitor<CountingCallback> visitor(&callback, true);
+  measured([&](size_t) { visitor.visit(root, true); }, std::min<size_t>(count, 1));
+}
+
+void walk_postorder(TermManager& m, size_t count) {
+  const Term_* root = make_graph(m, count);
+  size_t found = 0;
+  const auto walk = [&](size_t) {
+    for (const Term_* t : quill::postorder(root)) found += t->id != 0 ? 1 : 0;
+  };
+  measured(walk, std::min<size_t>(count, 1));
+}
+
+void walk_preorder(TermManager& m, size_t count) {
+  const Term_* root = make_graph(m, count);
+  size_t found = 0;
+  const auto walk = [&](size_t) {
+    for (const Term_* t : quill::preorder(root)) found += t->id != 0 ? 1 : 0;
+  };
+  measured(walk, std::min<size_t>(count, 1));
+}
+
 // Types that nothing uses, beside others of every kind and operators on them.
 void free_types(TermManager& m, size_t before, size_t count) {
   for (size_t i = 0; i < before; ++i) {
@@ -158,6 +207,9 @@ int main(int argc, char** argv) {
       {"numbered_symbols_late",
        [](TermManager& m, size_t count) { numbered_symbols(m, 100000, count); }},
       {"copy_three_terms", copy_three_terms},
+      {"walk_visitor", walk_visitor},
+      {"walk_postorder", walk_postorder},
+      {"walk_preorder", walk_preorder},
       {"free_types_first", [](TermManager& m, size_t count) { free_types(m, 0, count); }},
       {"free_types_late", [](TermManager& m, size_t count) { free_types(m, 10000, count); }},
   };

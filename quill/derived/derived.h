@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <span>
 
 #include "quill/terms/data_type.h"
 #include "quill/terms/symbol.h"
@@ -20,8 +19,6 @@
 namespace quill {
 
 class TermManager;
-
-using TermSpan = std::span<const Term_* const>;
 
 // a => b is (not a) or b.
 const Term_* make_implies(TermManager& m, const Term_* a, const Term_* b);

@@ -57,6 +57,15 @@ class Term_ {
   ~Term_() = default;
 };
 
+// Terms in a row: a vector, an array, or the arguments of a term.
+using TermSpan = std::span<const Term_* const>;
+
+// Whether the one term is older than the other, for ordered containers. A collection may give the
+// ids of freed terms to later ones.
+struct OlderTerm {
+  bool operator()(const Term_* a, const Term_* b) const { return a->id < b->id; }
+};
+
 // Terms hash by their id, so that the order of tables keyed by terms does not depend on addresses.
 template <>
 struct Hasher<const Term_*> {

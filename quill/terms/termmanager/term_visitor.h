@@ -2,12 +2,15 @@
 //
 // The visitor calls the callback twice for each term, before its arguments and after them:
 //
-//   int visit(const Term_* t, bool preorder)
+//   Walk visit(const Term_* t, bool preorder)       // or int
 //
-//   answer    at the pre-visit                                       at the post-visit
-//   0         stop the whole walk                                    stop the whole walk
-//   1         skip the arguments; the post-visit follows             go on
-//   other     go on with the arguments                               go on
+//   answer                  at the pre-visit                              at the post-visit
+//   Walk::Stop, 0           stop the whole walk                           stop the whole walk
+//   Walk::SkipArguments, 1  skip the arguments; the post-visit follows    go on
+//   Walk::Continue, others  go on with the arguments                      go on
+//
+// Any other type does not compile: a bool would mean 0 and 1. Ranges are easier to use where one
+// visit of each term is enough (see quill/terms/subterms.h).
 //
 // In dag mode each term is visited once however many parents it has; otherwise once for every path
 // that leads to it. Arguments are finished in reverse order, each before its parents.
@@ -31,9 +34,11 @@
 // Representation: two bits per term id in a mark vector, done (2 id) and entered (2 id + 1); a bit
 // beyond the end reads as clear. The marks are cleared through the list of visited terms, which in
 // dag mode holds every term that has a mark, so the cost of a walk depends only on the part of the
-// graph that it reaches. Users can lend a mark vector, to reuse its storage from walk to walk. All
-// walks of a visitor share one array as the work stack; each walk uses the part above those of the
-// walks that enclose it.
+// graph that it reaches. Marks that are kept from walk to walk go by id: after a collection that
+// has freed marked terms, later terms with their ids would be skipped, so the next walk must begin
+// with clear marks. Users can lend a mark vector, to reuse its storage from walk to walk. All walks
+// of a visitor share one array as the work stack; each walk uses the part above those of the walks
+// that enclose it.
 
 #ifndef QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
 #define QUILL_TERMS_TERMMANAGER_TERM_VISITOR_H
@@ -42,9 +47,11 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "quill/terms/term.h"
+#include "quill/terms/walk.h"
 #include "quill/utils/growing_array.h"
 
 namespace quill {
@@ -112,6 +119,11 @@ class TermVisitor {
   // one was stopped or the callback threw. Without it, in dag mode, later walks skip the terms that
   // are done.
   void visit(const Term_* root, bool clear_marks) {
+    using Answer = decltype(callback->C::visit(root, true));
+    static_assert(
+        std::is_same_v<Answer, Walk> || std::is_same_v<Answer, int>,
+        "the visit of a callback returns quill::Walk or int: 0 stops the walk, 1 skips the "
+        "arguments, all else goes on");
     assert((root == nullptr || root->symbol != nullptr) && "a walk begins at a freed term");
     const CacheCleaner cleaner(clear_marks ? marks : nullptr, &visited);
     const Frame frame(this, clear_marks);
@@ -125,7 +137,7 @@ class TermVisitor {
       }
       // Go down from argument to argument; the one pushed last is not done.
       while (!is_open(entry) && !is_marked(entered_bit(t))) {
-        const int answer = callback->C::visit(t, true);
+        const int answer = static_cast<int>(callback->C::visit(t, true));
         visited.push_back(t);  // first, so that the list leads to every bit that is set
         mark_entered(t);
         if (answer == 0) return;
@@ -135,7 +147,7 @@ class TermVisitor {
       }
       // The entry stays on the stack during this call, so that a walk that the callback starts
       // knows that it is an inner one.
-      const int answer = callback->C::visit(t, false);
+      const int answer = static_cast<int>(callback->C::visit(t, false));
       stack.pop_back();
       if (dag_mode) {
         mark_done(t);
