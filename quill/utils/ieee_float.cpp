@@ -11,6 +11,7 @@
 #include <gmp.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <new>
 
@@ -192,6 +193,54 @@ void IEEEFloat::self_nan() {
 QNumber IEEEFloat::get_bits() const {
   // Assignment may have kept the big form of an earlier pattern.
   return pattern.is_big() ? QNumber(pattern.big_num()) : pattern;
+}
+
+std::optional<double> IEEEFloat::to_double() const {
+  const bool negative = numbers::test_bit(pattern, form.e + form.m);
+  const auto with_sign = [&](double value) { return negative ? -value : value; };
+  const QNumber top = numbers::power_of_two(form.e + form.m);
+  const QNumber magnitude = numbers::floor_remainder(pattern, top);
+  if (magnitude == QNumber(0)) return with_sign(0.0);
+
+  const QNumber hidden = numbers::power_of_two(form.m);
+  const QNumber fraction = numbers::floor_remainder(magnitude, hidden);
+  const QNumber exponent = numbers::floor_quotient(magnitude, hidden);
+  if (numbers::sum(exponent, QNumber(1)) == numbers::power_of_two(form.e)) {
+    if (fraction == QNumber(0)) return with_sign(std::numeric_limits<double>::infinity());
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+
+  // The value is integer * 2^power, with an odd integer.
+  const bool is_subnormal = exponent == QNumber(0);
+  QNumber integer = is_subnormal ? fraction : numbers::sum(fraction, hidden);
+  uint64_t zeros = 0;
+  while (!numbers::test_bit(integer, zeros)) ++zeros;
+  integer = numbers::floor_quotient(integer, numbers::power_of_two(zeros));
+  const std::optional<uint64_t> significand = numbers::to_uint64(integer);
+  if (!significand.has_value() || *significand >> 53 != 0) return std::nullopt;
+
+  const QNumber bias = numbers::difference(numbers::power_of_two(form.e - 1), QNumber(1));
+  QNumber power = numbers::difference(is_subnormal ? QNumber(1) : exponent, bias);
+  power = numbers::sum(numbers::difference(power, QNumber(form.m)), QNumber(zeros));
+  const std::optional<int64_t> exact_power = numbers::to_int64(power);
+  // The least double is 2^-1074.
+  if (!exact_power.has_value() || *exact_power < -1074 || *exact_power > 1023) return std::nullopt;
+  const double value =
+      std::ldexp(static_cast<double>(*significand), static_cast<int>(*exact_power));
+  if (!std::isfinite(value)) return std::nullopt;
+  return with_sign(value);
+}
+
+std::optional<float> IEEEFloat::to_float() const {
+  const std::optional<double> exact = to_double();
+  if (!exact.has_value()) return std::nullopt;
+  if (std::isnan(*exact)) return std::numeric_limits<float>::quiet_NaN();
+  if (std::isfinite(*exact) && std::abs(*exact) > std::numeric_limits<float>::max()) {
+    return std::nullopt;
+  }
+  const float value = static_cast<float>(*exact);
+  if (static_cast<double>(value) != *exact) return std::nullopt;
+  return value;
 }
 
 }  // namespace quill

@@ -20,6 +20,7 @@
 #define QUILL_UTILS_IEEE_FLOAT_H
 
 #include <cstdint>
+#include <optional>
 
 #include "quill/utils/hash.h"
 #include "quill/utils/keyed_hash.h"
@@ -54,6 +55,11 @@ class IEEEFloat {
 
   // The positive NaN with only the top bit of the significand set.
   void self_nan();
+
+  // The value as a number of C++, if that has exactly this value; every NaN gives the quiet NaN
+  // without a sign.
+  std::optional<double> to_double() const;
+  std::optional<float> to_float() const;
 
   // The pattern as an integer. It is small if it is below 2^63, whatever this float was made from.
   QNumber get_bits() const;

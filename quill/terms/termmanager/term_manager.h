@@ -145,7 +145,8 @@ class TermManager : public TermFactory {
 
   // The simple type, named by w in decimal, that is the width parameter of bit-vector types.
   const DataType* get_type_from_width(size_t w);
-  // The width of a type made by get_type_from_width; 0 for any other type.
+  // The width of a type made by get_type_from_width; 0 for any other type, so for (_ BitVec 8),
+  // too: its width is bv_width.
   size_t get_width_from_type(const DataType* t) const;
 
   const DataType* get_bv_type(size_t w);
@@ -591,6 +592,42 @@ class TermManager : public TermFactory {
 
   // Whether the symbol is a numeral, and its value.
   bool is_number(const Symbol* s, QNumber* value) const;
+
+  //---------------------------------------------------------------------------------------------
+  // What terms and types say, in 'inspection.cpp'
+  //
+  // For callers that know what they have: each throws error for anything else. To ask whether a
+  // term is a numeral, use is_number; for types, the recognisers.
+
+  // The value of a numeral: of a bit-vector as an unsigned number, of Int, and of Int or Real.
+  // (quill/utils/qnumber_arithmetic.h has single bits, digits and 64-bit integers of it.)
+  QNumber bv_value(const Term_* t) const;
+  QNumber int_value(const Term_* t) const;
+  QNumber real_value(const Term_* t) const;
+  // IEEEFloat::to_double and to_float give it as a number of C++.
+  IEEEFloat fp_value(const Term_* t) const;
+
+  // The bits of a bit-vector type, or of the type of a term.
+  size_t bv_width(const DataType* type) const;
+  size_t bv_width(const Term_* t) const;
+
+  // The exponent bits and the significand bits without the hidden one: (8, 23) for binary32.
+  IEEEFloat::format fp_format(const DataType* type) const;
+  IEEEFloat::format fp_format(const Term_* t) const;
+
+  struct ArraySorts {
+    const DataType* index = nullptr;
+    const DataType* element = nullptr;
+  };
+  ArraySorts array_sorts(const DataType* type) const;
+  ArraySorts array_sorts(const Term_* t) const;
+
+  struct FunctionSorts {
+    std::vector<const DataType*> arguments;
+    const DataType* result = nullptr;
+  };
+  FunctionSorts function_sorts(const DataType* type) const;
+  FunctionSorts function_sorts(const Symbol* s) const;
 
   //---------------------------------------------------------------------------------------------
   // Substitution, in 'substitution.cpp'

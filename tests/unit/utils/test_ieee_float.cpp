@@ -4,8 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <new>
+#include <optional>
+#include <random>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -14,6 +19,7 @@
 #include "quill/utils/gmp_integer.h"
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
+#include "quill/utils/qnumber_arithmetic.h"
 #include "tests/support/error_of.h"
 
 namespace quill {
@@ -579,6 +585,69 @@ TEST(IEEEFloat, OfMoreThanFourGibibitsThrowsAndKeepsTheValue) {
     EXPECT_THROW(IEEEFloat::from_number(QNumber(1, 3), f, IEEEFloat::ROUND_EVEN), std::bad_alloc);
     EXPECT_EQ(IEEEFloat::from_number(0, f, IEEEFloat::ROUND_EVEN).get_bits(), QNumber(0));
   }
+}
+
+// The doubles and floats of the processor are binary64 and binary32.
+template <class Float, class Bits>
+void expect_own_value(Bits bits, IEEEFloat::format format) {
+  const Float expected = std::bit_cast<Float>(bits);
+  const IEEEFloat value = IEEEFloat::from_bits(QNumber(bits), format);
+  const std::optional<double> found = value.to_double();
+  ASSERT_TRUE(found.has_value());
+  if (std::isnan(expected)) {
+    EXPECT_TRUE(std::isnan(*found));
+    return;
+  }
+  EXPECT_EQ(std::bit_cast<uint64_t>(*found), std::bit_cast<uint64_t>(double{expected}));
+  const std::optional<float> single = value.to_float();
+  const bool fits = static_cast<double>(static_cast<float>(expected)) == double{expected};
+  ASSERT_EQ(single.has_value(), fits) << bits;
+  if (fits) {
+    EXPECT_EQ(std::bit_cast<uint32_t>(*single),
+              std::bit_cast<uint32_t>(static_cast<float>(expected)));
+  }
+}
+
+TEST(IEEEFloatConversions, GiveTheDoublesAndFloatsOfTheProcessor) {
+  std::mt19937_64 random(20261122);
+  for (const uint64_t special :
+       {uint64_t{0}, uint64_t{1} << 63, uint64_t{1}, uint64_t{0x7ff0000000000000},
+        uint64_t{0xfff0000000000000}, uint64_t{0x7ff8000000000000}, uint64_t{0x7fefffffffffffff},
+        uint64_t{0x000fffffffffffff}, uint64_t{0x0010000000000000}, uint64_t{0x47efffffe0000000},
+        uint64_t{0x47effffff0000000}, uint64_t{0x36a0000000000000}, uint64_t{0x3690000000000000}}) {
+    expect_own_value<double>(special, {11, 52});
+  }
+  for (const uint32_t special : {0U, 0x80000000U, 1U, 0x7f800000U, 0xff800000U, 0x7fc00000U,
+                                 0x7f7fffffU, 0x007fffffU, 0x00800000U}) {
+    expect_own_value<float>(special, {8, 23});
+  }
+  for (int i = 0; i < 20'000; ++i) {
+    const uint64_t bits = random();
+    expect_own_value<double>(bits, {11, 52});
+    expect_own_value<double>(bits & ~((uint64_t{1} << 29) - 1), {11, 52});
+    expect_own_value<float>(static_cast<uint32_t>(bits), {8, 23});
+  }
+}
+
+TEST(IEEEFloatConversions, RefuseWhatDoesNotFit) {
+  const auto from = [](const QNumber& value, IEEEFloat::format format) {
+    return IEEEFloat::from_number(value, format, IEEEFloat::ROUND_EVEN);
+  };
+  // 2^-1074, the least double; half of it; 2^1023 and 2^1024.
+  EXPECT_EQ(from(numbers::reciprocal(numbers::power_of_two(1074)), {15, 112}).to_double(),
+            std::numeric_limits<double>::denorm_min());
+  EXPECT_EQ(from(numbers::reciprocal(numbers::power_of_two(1075)), {15, 112}).to_double(),
+            std::nullopt);
+  EXPECT_EQ(from(numbers::power_of_two(1023), {15, 112}).to_double(), 0x1p1023);
+  EXPECT_EQ(from(numbers::power_of_two(1024), {15, 112}).to_double(), std::nullopt);
+  // 53 bits fit, 54 do not.
+  const QNumber odd53 = numbers::sum(numbers::power_of_two(52), QNumber(1));
+  const QNumber odd54 = numbers::sum(numbers::power_of_two(53), QNumber(1));
+  EXPECT_EQ(from(odd53, {15, 112}).to_double(), 0x1.0000000000001p52);
+  EXPECT_EQ(from(odd54, {15, 112}).to_double(), std::nullopt);
+  EXPECT_EQ(from(odd53, {15, 112}).to_float(), std::nullopt);
+  EXPECT_EQ(from(QNumber(3, 4), {5, 10}).to_float(), 0.75F);
+  EXPECT_EQ(from(QNumber(-3, 4), {5, 10}).to_double(), -0.75);
 }
 
 }  // namespace

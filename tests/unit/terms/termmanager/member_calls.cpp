@@ -467,6 +467,33 @@ void add_numerals(std::vector<MemberCall>& calls) {
              const bool answer = s.m.is_number(s.m.make_number(7)->symbol, &value);
              return texts(answer, value, s.m.is_number(s.unary, nullptr));
            }},
+          {"bv_value", [](S& s) { return texts(s.m.bv_value(s.m.make_bv_number(9, 8))); }},
+          {"int_value", [](S& s) { return texts(s.m.int_value(s.m.make_number(-7))); }},
+          {"real_value",
+           [](S& s) { return texts(s.m.real_value(s.m.make_number(QNumber(1, 3)))); }},
+          {"fp_value",
+           [](S& s) {
+             return texts(s.m.fp_value(s.m.make_fp_bits_number(15360, 5, 10)).get_bits());
+           }},
+          {"bv_width", [](S& s) { return texts(uint64_t{s.m.bv_width(s.m.get_bv_type(8))}); }},
+          {"bv_width 2",
+           [](S& s) { return texts(uint64_t{s.m.bv_width(s.m.make_bv_number(9, 8))}); }},
+          {"fp_format", [](S& s) { return texts(s.m.fp_format(s.m.get_fp_type(5, 10)).m); }},
+          {"fp_format 2", [](S& s) { return texts(s.m.fp_format(s.m.make_fp_nan(5, 10)).e); }},
+          {"array_sorts",
+           [](S& s) {
+             const DataType* type = s.m.get_array_type(s.m.get_int_type(), s.m.get_rat_type());
+             return texts(s.m.array_sorts(type).index, s.m.array_sorts(type).element);
+           }},
+          {"array_sorts 2",
+           [](S& s) {
+             const DataType* type = s.m.get_array_type(s.m.get_int_type(), s.m.get_rat_type());
+             const Term_* t = s.m.make_array_const(type, s.m.make_number(QNumber(1, 3)));
+             return texts(s.m.array_sorts(t).element);
+           }},
+          {"function_sorts",
+           [](S& s) { return texts(s.m.function_sorts(s.binary->type).arguments); }},
+          {"function_sorts 2", [](S& s) { return texts(s.m.function_sorts(s.binary).result); }},
       });
 }
 
