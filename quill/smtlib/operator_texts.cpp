@@ -10,7 +10,7 @@ namespace {
 
 bool is_small(char letter) { return letter >= 'a' && letter <= 'z'; }
 
-// Whether the type is one that the letter stands for.
+// Whether the letter denotes the type.
 bool stands_for(const TermManager& manager, char letter, const DataType* type) {
   size_t width = 0;
   switch (letter) {

@@ -1,12 +1,13 @@
 #include "quill/frontends/smt2/sort_reader.h"
 
 #include <string_view>
+#include <vector>
 
 #include "quill/frontends/smt2/indices.h"
+#include "quill/frontends/smt2/sort_images.h"
 #include "quill/smtlib/lexical.h"
 #include "quill/smtlib/syntax.h"
 #include "quill/smtlib/theory_names.h"
-#include "quill/utils/hash_map.h"
 
 namespace quill::smt2 {
 
@@ -254,38 +255,16 @@ const DataType* SortReader::compound(const std::vector<const DataType*>& compone
   return manager.get_compound_type(components);
 }
 
-// Replaces the placeholders in the body of a definition. Types are shared graphs, so each distinct
-// type is rebuilt once.
+// Replaces the placeholders in the body of a definition.
 const DataType* SortReader::expand(const SortBinding& definition, const DataType* const* actual) {
-  hsh::HashMap<const DataType*, const DataType*> images;
+  SortImages images;
   for (size_t i = 0; i < definition.arity; ++i) images[placeholder(i)] = actual[i];
-  std::vector<const DataType*> pending = {definition.type};
-  std::vector<const DataType*> components;
-  while (!pending.empty()) {
-    const DataType* type = pending.back();
-    if (images.find(type) != images.end()) {
-      pending.pop_back();
-      continue;
-    }
-    const size_t pending_before = pending.size();
-    components.clear();
-    for (size_t i = 0; i < type->num_components(); ++i) {
-      const DataType* component = type->get_component(i);
-      const auto image = images.find(component);
-      if (image == images.end()) {
-        pending.push_back(component);
-      } else {
-        components.push_back(image->second);
-      }
-    }
-    if (pending.size() != pending_before) continue;
-    images[type] = type->is_simple() ? type
-                   : manager.is_array_type(type, nullptr, nullptr)
-                       ? sorts.array(components[1], components[2])
-                       : manager.get_compound_type(components);
-    pending.pop_back();
-  }
-  return images[definition.type];
+  return image_of_sort(definition.type, images,
+                       [&](const DataType* type, const std::vector<const DataType*>& components) {
+                         return manager.is_array_type(type, nullptr, nullptr)
+                                    ? sorts.array(components[1], components[2])
+                                    : manager.get_compound_type(components);
+                       });
 }
 
 }  // namespace quill::smt2

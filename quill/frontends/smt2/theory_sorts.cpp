@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace quill::smt2 {
 
@@ -60,29 +61,10 @@ const DataType* TheorySorts::held(const DataType* sort) {
   if (marker == nullptr || sort->is_simple()) return sort;
   if (const auto known = held_types.find(sort); known != held_types.end()) return known->second;
   held_types[marker] = manager.get_bv_type(1);
-  pending.assign(1, sort);
-  while (!pending.empty()) {
-    const DataType* type = pending.back();
-    if (held_types.find(type) != held_types.end()) {
-      pending.pop_back();
-      continue;
-    }
-    const size_t pending_before = pending.size();
-    components.clear();
-    for (size_t i = 0; i < type->num_components(); ++i) {
-      const DataType* component = type->get_component(i);
-      const auto image = held_types.find(component);
-      if (image == held_types.end()) {
-        pending.push_back(component);
-      } else {
-        components.push_back(image->second);
-      }
-    }
-    if (pending.size() != pending_before) continue;
-    held_types[type] = type->is_simple() ? type : manager.get_compound_type(components);
-    pending.pop_back();
-  }
-  return held_types[sort];
+  return image_of_sort(sort, held_types,
+                       [&](const DataType*, const std::vector<const DataType*>& components) {
+                         return manager.get_compound_type(components);
+                       });
 }
 
 bool TheorySorts::take_bool_arrays() { return std::exchange(bool_arrays_made, false); }

@@ -13,11 +13,10 @@
 #define QUILL_FRONTENDS_SMT2_THEORY_SORTS_H
 
 #include <cstdint>
-#include <vector>
 
 #include "quill/frontends/smt2/parse_error.h"
+#include "quill/frontends/smt2/sort_images.h"
 #include "quill/terms/termmanager/term_manager.h"
-#include "quill/utils/hash_map.h"
 
 namespace quill::smt2 {
 
@@ -53,9 +52,7 @@ class TheorySorts {
   TermManager& manager;
   const DataType* marker = nullptr;  // null until it is needed
   bool bool_arrays_made = false;
-  hsh::HashMap<const DataType*, const DataType*> held_types;
-  std::vector<const DataType*> pending;
-  std::vector<const DataType*> components;
+  SortImages held_types;
 };
 
 }  // namespace quill::smt2

@@ -296,7 +296,7 @@ TEST(NodeSlabs, MemoryThatGoesBackIsNoLongerPoisoned) {
   {
     NodeSlabs slabs;
     std::vector<bool> seen;
-    for (uint64_t id = 0; id < 200000; ++id) {  // 8 MB, in regions of huge pages but for the first
+    for (uint64_t id = 0; id < 200000; ++id) {  // 8 MB, all but the first in regions of huge pages
       const uint32_t handle = allocate_with_id(slabs, 3, id);
       nodes.push_back(slabs.address(handle));
       seen.push_back(id > 100000 && id % 2 == 0);

@@ -146,7 +146,7 @@ TEST(InternIndex, ErasingLeavesTheRestOfTheProbeRunReachable) {
 TEST(InternIndex, ErasingDoesNotMoveAnEntryBeforeItsHome) {
   InternIndex index;
   insert(index, 10, 0);
-  insert(index, 11, 1);  // at home, directly behind the entry that goes
+  insert(index, 11, 1);  // at home, directly after the entry that goes
   index.erase(10, 0);
   EXPECT_EQ(find(index, 11, 1), 1U);
 }

@@ -27,7 +27,7 @@ using Piece = std::function<std::string(size_t i)>;
 struct Kind {
   const char* name;
   const char* beginning;  // of the script
-  const char* command;    // with a $ where the piece stands
+  const char* command;    // with a $ in place of the piece
   Piece colliding;
   Piece ordinary;
 };

@@ -61,7 +61,7 @@ enum class Shape {
 
 struct ModelOperator {
   const char* operation;
-  const char* base;  // of the name, with all that stands before the first number
+  const char* base;  // of the name, with all that comes before the first number
   Shape shape;
   uint64_t arity;
   const char* complaint;

@@ -35,7 +35,7 @@ class CallSite {
 };
 
 struct MemberCall {
-  std::string member;  // its name; those of one name are told apart by a number behind the name
+  std::string member;  // its name; those of one name are told apart by a number after the name
   std::function<std::string(CallSite&)> make;  // and says what came of it
 };
 

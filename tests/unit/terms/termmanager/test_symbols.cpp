@@ -150,7 +150,7 @@ TEST_F(SymbolsTest, ManyUniqueNamesOnOneBaseAreFeasible) {
   }
 }
 
-// Going again through all names behind the freed one would take a thousand million look-ups.
+// Going again through all names after the freed one would take a thousand million look-ups.
 TEST_F(SymbolsTest, FreeingAndTakingUniqueNamesInTurnsIsFeasible) {
   for (int n = 0; n < 50001; ++n) unique("x");  // x, x_0 ... x_49999
   for (int k = 0; k < 20000; ++k) {
