@@ -45,5 +45,6 @@
 #include "quill/utils/ieee_float.h"
 #include "quill/utils/qnumber.h"
 #include "quill/utils/qnumber_arithmetic.h"
+#include "quill/version.h"
 
 #endif

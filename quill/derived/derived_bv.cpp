@@ -42,7 +42,42 @@ size_t multipliable_width(const TermManager& m, const Term_* a, size_t n) {
   return width;
 }
 
+using Builder = const Term_* (TermManager::*)(const Term_*, const Term_*);
+
+const Term_* fold(TermManager& m, TermSpan terms, Builder builder, const char* operation) {
+  require_own(m, terms);
+  if (terms.empty()) throw TermManager::error(operation) << " needs at least one term";
+  width_of(m, terms[0]);
+  const Term_* result = terms[0];
+  for (const Term_* t : terms.subspan(1)) result = (m.*builder)(result, t);
+  return result;
+}
+
 }  // namespace
+
+const Term_* make_bv_and(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_and, "make_bv_and");
+}
+
+const Term_* make_bv_or(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_or, "make_bv_or");
+}
+
+const Term_* make_bv_xor(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_xor, "make_bv_xor");
+}
+
+const Term_* make_bv_add(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_add, "make_bv_add");
+}
+
+const Term_* make_bv_mul(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_mul, "make_bv_mul");
+}
+
+const Term_* make_bv_concat(TermManager& m, TermSpan terms) {
+  return fold(m, terms, &TermManager::make_bv_concat, "make_bv_concat");
+}
 
 const Term_* make_bv_nand(TermManager& m, const Term_* a, const Term_* b) {
   require_own(m, {a, b});

@@ -9,6 +9,7 @@
 #define QUILL_DERIVED_DERIVED_BV_H
 
 #include <cstddef>
+#include <initializer_list>
 
 #include "quill/terms/term.h"
 
@@ -20,6 +21,35 @@ class TermManager;
 const Term_* make_bv_nand(TermManager& m, const Term_* a, const Term_* b);
 const Term_* make_bv_nor(TermManager& m, const Term_* a, const Term_* b);
 const Term_* make_bv_xnor(TermManager& m, const Term_* a, const Term_* b);
+
+// The binary builders over a list of at least one term, folded from the left: (a, b, c) gives ((a
+// op b) op c), and one term gives itself. Throw error for an empty list, which has no width.
+const Term_* make_bv_and(TermManager& m, TermSpan terms);
+const Term_* make_bv_or(TermManager& m, TermSpan terms);
+const Term_* make_bv_xor(TermManager& m, TermSpan terms);
+const Term_* make_bv_add(TermManager& m, TermSpan terms);
+const Term_* make_bv_mul(TermManager& m, TermSpan terms);
+const Term_* make_bv_concat(TermManager& m, TermSpan terms);
+
+// The same for lists written in place: make_bv_add(m, {a, b, c}).
+inline const Term_* make_bv_and(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_and(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_bv_or(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_or(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_bv_xor(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_xor(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_bv_add(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_add(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_bv_mul(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_mul(m, TermSpan(terms.begin(), terms.size()));
+}
+inline const Term_* make_bv_concat(TermManager& m, std::initializer_list<const Term_*> terms) {
+  return make_bv_concat(m, TermSpan(terms.begin(), terms.size()));
+}
 
 // Unsigned:  a >= b is b <= a;  a > b is b < a.  Likewise for signed numbers.
 const Term_* make_bv_uge(TermManager& m, const Term_* a, const Term_* b);

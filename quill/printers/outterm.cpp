@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "quill/printers/smtlib2_term_printer.h"
+#include "quill/utils/text_stream.h"
 
 namespace quill {
 
@@ -10,6 +11,12 @@ std::ostream& operator<<(std::ostream& os, const outterm& x) {
   SmtLib2TermPrinter printer(x.manager, nullptr, "", "", /*share_by_let=*/true, nullptr);
   printer.print_atom(os, x.term, /*with_annotations=*/true);
   return os;
+}
+
+std::string to_smtlib(const TermManager& m, const Term_* t) {
+  TextStream text;
+  text << outterm(&m, t);
+  return text.str();
 }
 
 std::ostream& operator<<(std::ostream& os, const outshallowterm& x) {

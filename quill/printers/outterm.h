@@ -15,6 +15,7 @@
 #define QUILL_PRINTERS_OUTTERM_H
 
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include "quill/terms/term.h"
@@ -24,6 +25,9 @@ namespace quill {
 
 struct outterm {
   outterm(TermManager* owner, const Term_* t) : manager(owner), term(t) {}
+  // Writing does not change the manager.
+  outterm(const TermManager* owner, const Term_* t)
+      : manager(const_cast<TermManager*>(owner)), term(t) {}
   TermManager* manager;
   const Term_* term;
 };
@@ -42,6 +46,10 @@ struct outtermlist {
 };
 
 std::ostream& operator<<(std::ostream& os, const outterm& x);
+
+// The text that outterm writes.
+std::string to_smtlib(const TermManager& m, const Term_* t);
+
 std::ostream& operator<<(std::ostream& os, const outshallowterm& x);
 std::ostream& operator<<(std::ostream& os, const outtermlist& x);
 

@@ -10,6 +10,7 @@
 
 #include <cassert>
 #include <cstddef>
+#include <iosfwd>
 #include <string>
 
 namespace quill {
@@ -68,6 +69,9 @@ class DataType {
 #pragma clang diagnostic pop
 #endif
 };
+
+// The type as to_str gives it, cut off after 200 bytes; "null" for null.
+std::ostream& operator<<(std::ostream& out, const DataType* type);
 
 }  // namespace quill
 

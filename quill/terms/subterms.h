@@ -48,7 +48,7 @@ class Subterms {
   class Iterator {
    public:
     using value_type = const Term_*;
-    using difference_type = std::ptrdiff_t;
+    using difference_type = ptrdiff_t;
     using iterator_concept = std::input_iterator_tag;
 
     Iterator() = default;
@@ -106,10 +106,11 @@ class Subterms {
       if (next != end) {
         const Term_* t = *next;
         step.next = next + 1;
-        // A term without arguments is over at once, in either order of visits.
-        if (order == SubtermOrder::Preorder || t->symbol->arity != 0) {
+        if constexpr (order == SubtermOrder::Preorder) {
           path.push_back({t, t->args});
-          if constexpr (order == SubtermOrder::Postorder) continue;
+        } else if (t->symbol->arity != 0) {
+          path.push_back({t, t->args});
+          continue;  // its turn comes after its arguments
         }
         current = t;
         return;

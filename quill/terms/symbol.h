@@ -8,6 +8,7 @@
 #define QUILL_TERMS_SYMBOL_H
 
 #include <cstdint>
+#include <iosfwd>
 
 #include "quill/terms/data_type.h"
 
@@ -41,6 +42,9 @@ class Symbol {
       : output_type(output_type_), name(name_), arity(arity_), type(type_) {}
   ~Symbol() = default;
 };
+
+// The name as it is stored, cut off after 200 bytes; "null" for null.
+std::ostream& operator<<(std::ostream& out, const Symbol* s);
 
 }  // namespace quill
 

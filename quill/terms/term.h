@@ -8,6 +8,7 @@
 #define QUILL_TERMS_TERM_H
 
 #include <cstdint>
+#include <iosfwd>
 #include <span>
 #include <string>
 
@@ -56,6 +57,9 @@ class Term_ {
   Term_(uint64_t id_, const Symbol* symbol_) : id(id_), symbol(symbol_) {}
   ~Term_() = default;
 };
+
+// One level of the term as to_shallow_str gives it, cut off after 200 bytes; "null" for null.
+std::ostream& operator<<(std::ostream& out, const Term_* t);
 
 // Terms in a row: a vector, an array, or the arguments of a term.
 using TermSpan = std::span<const Term_* const>;

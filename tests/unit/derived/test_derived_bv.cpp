@@ -26,6 +26,32 @@ TEST_F(DerivedBV, NegatedConnectives) {
   EXPECT_EQ(make_bv_xnor(m, a, b), m.make_bv_not(m.make_bv_xor(a, b)));
 }
 
+TEST_F(DerivedBV, ListsAreFoldedFromTheLeft) {
+  const Term_* c = bv("c", 8);
+  EXPECT_EQ(make_bv_and(m, {a, b, c}), m.make_bv_and(m.make_bv_and(a, b), c));
+  EXPECT_EQ(make_bv_or(m, {a, b, c}), m.make_bv_or(m.make_bv_or(a, b), c));
+  EXPECT_EQ(make_bv_xor(m, {a, b, c}), m.make_bv_xor(m.make_bv_xor(a, b), c));
+  EXPECT_EQ(make_bv_add(m, {a, b, c}), m.make_bv_add(m.make_bv_add(a, b), c));
+  EXPECT_EQ(make_bv_mul(m, {a, b, c}), m.make_bv_mul(m.make_bv_mul(a, b), c));
+  EXPECT_EQ(make_bv_concat(m, {a, b, c}), m.make_bv_concat(m.make_bv_concat(a, b), c));
+  EXPECT_EQ(make_bv_add(m, {a}), a);
+  EXPECT_EQ(make_bv_add(m, m.make_bv_add(a, b)->arguments()), m.make_bv_add(a, b));
+}
+
+TEST_F(DerivedBV, ListsNeedATermAndBitVectors) {
+  const Term_* i = constant("i", m.get_int_type());
+  const std::string before = m.describe_state();
+  EXPECT_EQ(error_of([&] { make_bv_and(m, TermSpan()); }), "make_bv_and needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_or(m, TermSpan()); }), "make_bv_or needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_xor(m, TermSpan()); }), "make_bv_xor needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_add(m, TermSpan()); }), "make_bv_add needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_mul(m, TermSpan()); }), "make_bv_mul needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_concat(m, TermSpan()); }),
+            "make_bv_concat needs at least one term");
+  EXPECT_EQ(error_of([&] { make_bv_add(m, {i}); }), "type error. term i is not a bit-vector");
+  EXPECT_EQ(m.describe_state(), before);
+}
+
 TEST_F(DerivedBV, ComparisonsExchangeTheirOperands) {
   EXPECT_EQ(make_bv_uge(m, a, b), m.make_bv_ule(b, a));
   EXPECT_EQ(make_bv_ugt(m, a, b), m.make_bv_ult(b, a));

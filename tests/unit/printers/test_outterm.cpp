@@ -119,6 +119,16 @@ TEST_F(Outterm, OutputsCanBeChained) {
   EXPECT_EQ(out.str(), "p q.");
 }
 
+TEST_F(Outterm, AConstManagerIsEnough) {
+  const TermManager& reader = m;
+  const Term_* t = m.make_and(p, q);
+  std::ostringstream out;
+  out << outterm(&reader, t);
+  EXPECT_EQ(out.str(), "(and p q)");
+  EXPECT_EQ(to_smtlib(reader, t), "(and p q)");
+  EXPECT_EQ(to_smtlib(m, m.make_number(QNumber(-1, 3))), "(- (/ 1.0 3.0))");
+}
+
 TEST_F(Outterm, FlagsOfTheStreamDoNotReachTheText) {
   std::ostringstream out;
   out << std::hex << std::showbase << outterm(&m, m.make_number(255)) << ' '
