@@ -123,6 +123,18 @@ void copy_three_terms(TermManager& m, size_t count) {
   measured([&](size_t) { target.copy_term(m, three); }, count);
 }
 
+void operator_of_fp_add(TermManager& m, size_t count) {
+  const quill::Symbol* s = m.make_fp_add_symbol(8, 23);
+  uint64_t sum = 0;
+  measured([&](size_t) { sum += m.operator_of(s).numbers[0]; }, count);
+}
+
+void operator_of_fp_cast(TermManager& m, size_t count) {
+  const quill::Symbol* s = m.make_fp_cast_symbol(8, 23, 11, 52);
+  uint64_t sum = 0;
+  measured([&](size_t) { sum += m.operator_of(s).numbers[0]; }, count);
+}
+
 // A graph of so many terms, which has ids as they come from a program that builds several at once.
 const Term_* make_graph(TermManager& m, size_t count) {
   Terms terms = quill::bench::make_constants(m, "x", 64, 32);
@@ -207,6 +219,8 @@ int main(int argc, char** argv) {
       {"numbered_symbols_late",
        [](TermManager& m, size_t count) { numbered_symbols(m, 100000, count); }},
       {"copy_three_terms", copy_three_terms},
+      {"operator_of_fp_add", operator_of_fp_add},
+      {"operator_of_fp_cast", operator_of_fp_cast},
       {"walk_visitor", walk_visitor},
       {"walk_postorder", walk_postorder},
       {"walk_preorder", walk_preorder},

@@ -29,6 +29,7 @@
 #include "quill/terms/term_measures.h"
 #include "quill/terms/term_table.h"
 #include "quill/terms/termmanager/family_keys.h"
+#include "quill/terms/termmanager/operator.h"
 #include "quill/terms/termmanager/rewrite.h"
 #include "quill/terms/termmanager/symbol_tag.h"
 #include "quill/terms/termmanager/term_factory.h"

@@ -59,6 +59,15 @@ bool TermManager::is_bv_concat(const Symbol* s, size_t* w1, size_t* w2) const {
                       nullptr);
 }
 
+[[gnu::cold]] void TermManager::Families::reject_empty_range(size_t msb, size_t lsb) {
+  throw Exception("bv extraction of an empty range: [") << msb << ":" << lsb << "]";
+}
+
+[[gnu::cold]] void TermManager::Families::reject_range(size_t msb, size_t lsb, size_t width) {
+  throw Exception("range too large in bv extraction. arg has width ")
+      << width << ", but range is [" << msb << ":" << lsb << "]";
+}
+
 // Apart from the look-up, which thereby stays small.
 [[gnu::noinline]] const Symbol* TermManager::Families::add_extract_symbol(TermManager& m,
                                                                           const BVIndex2& key) {
@@ -82,12 +91,9 @@ const Symbol* TermManager::make_bv_extract_symbol(size_t msb, size_t lsb, size_t
 }
 const Term_* TermManager::make_bv_extract(size_t msb, size_t lsb, const Term_* t) {
   constexpr OperatorFamily family = operator_family(SymbolTag::BV_EXTRACT);
-  if (lsb > msb) throw Exception("bv extraction of an empty range: [") << msb << ":" << lsb << "]";
+  Families::check_range(msb, lsb);
   const size_t w = Families::require_bv(*this, t, family.complaint);
-  if (msb >= w) {
-    throw Exception("range too large in bv extraction. arg has width ")
-        << w << ", but range is [" << msb << ":" << lsb << "]";
-  }
+  Families::check_range_within(msb, lsb, w);
   return apply(make_bv_extract_symbol(msb, lsb, w), {t}, family.operation);
 }
 bool TermManager::is_bv_extract(const Symbol* s, size_t* msb, size_t* lsb, size_t* w) const {

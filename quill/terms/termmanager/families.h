@@ -7,12 +7,15 @@
 #ifndef QUILL_TERMS_TERMMANAGER_FAMILIES_H
 #define QUILL_TERMS_TERMMANAGER_FAMILIES_H
 
+#include <array>
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "quill/terms/termmanager/misuse_checks.h"
+#include "quill/terms/termmanager/operator.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/result_widths.h"
 #include "quill/terms/termmanager/term_manager.h"
@@ -221,6 +224,16 @@ class TermManager::Families {
   //--------------------------------------------------------------------------------------------
   // Families keyed by two or three numbers, in 'bv_indexed_operators.cpp'
 
+  // Throws Exception unless the bits from lsb to msb are some, and some of `width`.
+  static void check_range(size_t msb, size_t lsb) {
+    if (lsb > msb) reject_empty_range(msb, lsb);
+  }
+  static void check_range_within(size_t msb, size_t lsb, size_t width) {
+    if (msb >= width) reject_range(msb, lsb, width);
+  }
+  [[noreturn]] static void reject_empty_range(size_t msb, size_t lsb);
+  [[noreturn]] static void reject_range(size_t msb, size_t lsb, size_t width);
+
   // Makes the symbol of an extraction that has none.
   static const Symbol* add_extract_symbol(TermManager& m, const BVIndex2& key);
 
@@ -281,12 +294,37 @@ class TermManager::Families {
     return add_symbol(m, Tag, key, by_symbol, by_key);
   }
 
+  // From bit-vectors, in 'fp_conversions.cpp'.
+  template <SymbolTag::tag Tag>
+  static const Symbol* from_bv_symbol(TermManager& m, size_t w, size_t e, size_t significand);
+  template <SymbolTag::tag Tag>
+  static const Term_* from_bv(TermManager& m, size_t e, size_t significand, const Term_* rm,
+                              const Term_* t);
+  template <SymbolTag::tag Tag>
+  static bool is_from_bv(const TermManager& m, const Symbol* s, size_t* w, size_t* e,
+                         size_t* significand);
+
   //--------------------------------------------------------------------------------------------
   // Arrays, in 'arrays.cpp'
 
   // Makes the symbol of an array family: `components` are the types after the application type.
   static const Symbol* make_array_symbol(TermManager& m, SymbolTag::tag tag, const ArrIndex& key,
                                          std::initializer_list<const DataType*> components);
+
+  //--------------------------------------------------------------------------------------------
+  // All operators, in 'generic_operators.cpp'
+
+  static const Symbol* standard_symbol(const TermManager& m, SymbolTag::tag tag,
+                                       const DataType* type);
+  static bool is_operator(const TermManager& m, const Symbol* s, SymbolTag::tag tag, Operator& op);
+  static std::array<uint64_t, 4> conversion_numbers(SymbolTag::tag tag, const FPFormatCast& key);
+  template <SymbolTag::tag Tag>
+  static const Symbol* symbol_of_row(TermManager& m, const Operator& op);
+  static const Symbol* symbol_of_family(TermManager& m, const Operator& op);
+  static void check_operands(const TermManager& m, const Operator& op, const OperatorFamily& family,
+                             const std::vector<const Term_*>& args);
+  static const Term_* make_type_keyed(TermManager& m, const Operator& op,
+                                      const std::vector<const Term_*>& args);
 
   //--------------------------------------------------------------------------------------------
 

@@ -52,54 +52,55 @@ bool TermManager::is_fp_cast(const Symbol* s, size_t* e1, size_t* m1, size_t* e2
   return true;
 }
 
-const Symbol* TermManager::make_fp_from_sbv_symbol(size_t w, size_t e, size_t m) {
-  constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_SBV;
-  const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
-  Transaction making(*this);
-  const DataType* operand = get_bv_type(w);
-  const DataType* result = get_fp_type(e, m);
-  const Symbol* s = Families::make_conversion_symbol<tag>(*this, key, operand, result, {w, e, m});
+// From a signed or unsigned bit-vector of w bits.
+template <SymbolTag::tag Tag>
+const Symbol* TermManager::Families::from_bv_symbol(TermManager& m, size_t w, size_t e,
+                                                    size_t significand) {
+  const FPFormatCast key{0, w, e, significand};
+  if (const Symbol* present = find_conversion<Tag>(m, key)) return present;
+  Transaction making(m);
+  const DataType* operand = m.get_bv_type(w);
+  const DataType* result = m.get_fp_type(e, significand);
+  const Symbol* s = make_conversion_symbol<Tag>(m, key, operand, result, {w, e, significand});
   making.commit();
   return s;
 }
-const Term_* TermManager::make_fp_from_sbv(size_t e, size_t m, const Term_* rm, const Term_* t) {
-  constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_SBV);
-  const size_t w = Families::require_bv(*this, t, family.complaint);
-  return apply(make_fp_from_sbv_symbol(w, e, m), {rm, t}, family.operation);
+template <SymbolTag::tag Tag>
+const Term_* TermManager::Families::from_bv(TermManager& m, size_t e, size_t significand,
+                                            const Term_* rm, const Term_* t) {
+  constexpr OperatorFamily family = operator_family(Tag);
+  const size_t w = require_bv(m, t, family.complaint);
+  return m.apply(from_bv_symbol<Tag>(m, w, e, significand), {rm, t}, family.operation);
 }
-bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_FROM_SBV>(*this, s);
+template <SymbolTag::tag Tag>
+bool TermManager::Families::is_from_bv(const TermManager& m, const Symbol* s, size_t* w, size_t* e,
+                                       size_t* significand) {
+  const FPFormatCast* key = find_conversion_key<Tag>(m, s);
   if (key == nullptr) return false;
   write(w, key->b);
   write(e, key->c);
-  write(m, key->d);
+  write(significand, key->d);
   return true;
 }
 
+const Symbol* TermManager::make_fp_from_sbv_symbol(size_t w, size_t e, size_t m) {
+  return Families::from_bv_symbol<SymbolTag::FP_FROM_SBV>(*this, w, e, m);
+}
+const Term_* TermManager::make_fp_from_sbv(size_t e, size_t m, const Term_* rm, const Term_* t) {
+  return Families::from_bv<SymbolTag::FP_FROM_SBV>(*this, e, m, rm, t);
+}
+bool TermManager::is_fp_from_sbv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
+  return Families::is_from_bv<SymbolTag::FP_FROM_SBV>(*this, s, w, e, m);
+}
+
 const Symbol* TermManager::make_fp_from_ubv_symbol(size_t w, size_t e, size_t m) {
-  constexpr SymbolTag::tag tag = SymbolTag::FP_FROM_UBV;
-  const FPFormatCast key{0, w, e, m};
-  if (const Symbol* present = Families::find_conversion<tag>(*this, key)) return present;
-  Transaction making(*this);
-  const DataType* operand = get_bv_type(w);
-  const DataType* result = get_fp_type(e, m);
-  const Symbol* s = Families::make_conversion_symbol<tag>(*this, key, operand, result, {w, e, m});
-  making.commit();
-  return s;
+  return Families::from_bv_symbol<SymbolTag::FP_FROM_UBV>(*this, w, e, m);
 }
 const Term_* TermManager::make_fp_from_ubv(size_t e, size_t m, const Term_* rm, const Term_* t) {
-  constexpr OperatorFamily family = operator_family(SymbolTag::FP_FROM_UBV);
-  const size_t w = Families::require_bv(*this, t, family.complaint);
-  return apply(make_fp_from_ubv_symbol(w, e, m), {rm, t}, family.operation);
+  return Families::from_bv<SymbolTag::FP_FROM_UBV>(*this, e, m, rm, t);
 }
 bool TermManager::is_fp_from_ubv(const Symbol* s, size_t* w, size_t* e, size_t* m) const {
-  const FPFormatCast* key = Families::find_conversion_key<SymbolTag::FP_FROM_UBV>(*this, s);
-  if (key == nullptr) return false;
-  write(w, key->b);
-  write(e, key->c);
-  write(m, key->d);
-  return true;
+  return Families::is_from_bv<SymbolTag::FP_FROM_UBV>(*this, s, w, e, m);
 }
 
 const Symbol* TermManager::make_fp_to_bv_symbol(size_t e, size_t m, size_t w) {

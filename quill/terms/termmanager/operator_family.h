@@ -134,6 +134,16 @@ constexpr auto family_positions = [] {
   return positions;
 }();
 
+// The position of a family among those with its kind of key, by tag.
+constexpr auto family_slots = [] {
+  std::array<size_t, SymbolTag::INT_TO_BV + 1> slots{};
+  std::array<size_t, num_family_keys> counts{};
+  for (const OperatorFamily& family : operator_families) {
+    slots[family.tag] = counts[static_cast<size_t>(family.key)]++;
+  }
+  return slots;
+}();
+
 // Whether the symbols with this tag, which may be any number, are those of a family.
 constexpr bool has_family(size_t tag) {
   return tag < family_positions.size() && family_positions[tag] != no_family;
@@ -160,12 +170,7 @@ constexpr size_t count_families(FamilyKey key) {
 }
 
 // The position of a family among those with its kind of key.
-constexpr size_t family_slot(SymbolTag::tag tag) {
-  size_t slot = 0;
-  for (size_t i = 0; i < family_positions[tag]; ++i)
-    slot += operator_families[i].key == operator_family(tag).key;
-  return slot;
-}
+constexpr size_t family_slot(SymbolTag::tag tag) { return family_slots[tag]; }
 
 static_assert(count_families(FamilyKey::Width) == 23 && count_families(FamilyKey::Index1) == 4 &&
                   count_families(FamilyKey::Index2) == 2 &&

@@ -6,6 +6,10 @@
 //   assert(bound == m.make_leq(x, m.make_number(7)));  // terms are shared
 //   std::cout << outterm(&m, bound) << '\n';           // (<= x 7)
 //
+// docs/cheat_sheet.md lists the call for each operator of SMT-LIB. Operators that have no symbol of
+// their own are free functions in quill/derived/, among them lists, implication, distinct,
+// if-then-else and equality over any type, bvuge and fp.geq.
+//
 // The manager owns everything it returns. Pointers stay valid until it is destroyed, unless
 // free_type or gc frees the object; equal requests return equal pointers. Destruction frees the
 // terms, then the symbols, then the types, and then the tables. A manager is neither copied nor
@@ -46,6 +50,7 @@
 #include "quill/terms/term_bank.h"
 #include "quill/terms/termmanager/array_symbols.h"
 #include "quill/terms/termmanager/family_keys.h"
+#include "quill/terms/termmanager/operator.h"
 #include "quill/terms/termmanager/operator_family.h"
 #include "quill/terms/termmanager/recent_numerals.h"
 #include "quill/terms/termmanager/symbol_tag.h"
@@ -252,13 +257,15 @@ class TermManager : public TermFactory {
   // The greatest integer that is at most a (SMT-LIB: to_int).
   const Term_* make_floor(const Term_* a);
 
-  // Equality has one symbol for each type except Bool; for Bool use make_iff. The type of `a`
+  // Equality has one symbol for each type except Bool; for Bool use make_iff, and where the type
+  // may be any, make_equals (quill/derived/derived.h). The type of `a`
   // decides; Int and Real are compared over Real. Throws for Bool and for unrelated types, and then
   // makes nothing.
   const Symbol* make_equality_symbol(const DataType* t);
   const Term_* make_equal(const Term_* a, const Term_* b);
 
-  // If-then-else has one symbol for each type except Bool; for Bool use the connectives. The type
+  // If-then-else has one symbol for each type except Bool; for Bool, and where the type may be any,
+  // use make_ite (quill/derived/derived.h). The type
   // of then_term decides; if one branch is Int and the other Real, it is Real.
   const Symbol* make_term_ite_symbol(const DataType* t);
   const Term_* make_term_ite(const Term_* cond, const Term_* then_term, const Term_* else_term);
@@ -592,6 +599,27 @@ class TermManager : public TermFactory {
 
   // Whether the symbol is a numeral, and its value.
   bool is_number(const Symbol* s, QNumber* value) const;
+
+  //---------------------------------------------------------------------------------------------
+  // All operators through one door, in 'generic_operators.cpp'
+
+  // What the symbol is: which operator with which parameters, or which other kind of symbol. A
+  // symbol that a caller has registered with the tag of an operator is a function, or a constant.
+  Operator operator_of(const Symbol* s) const;
+
+  // The symbol of which operator_of says this; made if it is not there. Throws what the maker of
+  // the symbol throws, and error if no operator has the tag or is over the type.
+  const Symbol* symbol_of(const Operator& op);
+
+  // The term of the operator's symbol. Throws what the builder of the operator throws, and error
+  // for another number of arguments.
+  const Term_* make_operator(const Operator& op, const std::vector<const Term_*>& args);
+  const Term_* make_operator(const Operator& op, std::initializer_list<const Term_*> args) {
+    return make_operator(op, std::vector<const Term_*>(args));
+  }
+  const Term_* make_operator(const Operator& op, TermSpan args) {
+    return make_operator(op, std::vector<const Term_*>(args.begin(), args.end()));
+  }
 
   //---------------------------------------------------------------------------------------------
   // What terms and types say, in 'inspection.cpp'

@@ -467,6 +467,30 @@ void add_numerals(std::vector<MemberCall>& calls) {
              const bool answer = s.m.is_number(s.m.make_number(7)->symbol, &value);
              return texts(answer, value, s.m.is_number(s.unary, nullptr));
            }},
+          {"operator_of",
+           [](S& s) {
+             const auto op = s.m.operator_of(s.m.make_bv_add_symbol(8));
+             return texts(static_cast<uint64_t>(op.tag), op.numbers[0],
+                          s.m.operator_of(s.unary).symbol);
+           }},
+          {"symbol_of",
+           [](S& s) { return texts(s.m.symbol_of({.tag = SymbolTag::BV_ADD, .numbers = {24}})); }},
+          {"make_operator",
+           [](S& s) {
+             const Term_* i = s.t("i");
+             return texts(s.m.make_operator(s.m.operator_of(s.unary), std::vector{i}));
+           }},
+          {"make_operator 2",
+           [](S& s) {
+             const quill::Operator plus{.tag = SymbolTag::PLUS, .types = {s.m.get_int_type()}};
+             return texts(s.m.make_operator(plus, {s.t("i"), s.t("j")}));
+           }},
+          {"make_operator 3",
+           [](S& s) {
+             const Term_* sum = s.m.make_plus(s.t("i"), s.t("j"));
+             const quill::Operator times{.tag = SymbolTag::TIMES, .types = {s.m.get_int_type()}};
+             return texts(s.m.make_operator(times, sum->arguments()));
+           }},
           {"bv_value", [](S& s) { return texts(s.m.bv_value(s.m.make_bv_number(9, 8))); }},
           {"int_value", [](S& s) { return texts(s.m.int_value(s.m.make_number(-7))); }},
           {"real_value",

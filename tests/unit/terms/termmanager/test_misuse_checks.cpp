@@ -184,6 +184,10 @@ const std::vector<TermCall> term_calls = {
     {"gc", [](Bench& b, const Term_* t) { b.m.gc({b.i, t}, {}, {}); }},
     {"to_shallow_str_literal", [](Bench& b, const Term_* t) { b.m.to_shallow_str_literal(t); }},
     {"bv_value", [](Bench& b, const Term_* t) { b.m.bv_value(t); }},
+    {"make_operator",
+     [](Bench& b, const Term_* t) {
+       b.m.make_operator({.tag = SymbolTag::NOT}, {t});
+     }},
     {"int_value", [](Bench& b, const Term_* t) { b.m.int_value(t); }},
     {"real_value", [](Bench& b, const Term_* t) { b.m.real_value(t); }},
     {"fp_value", [](Bench& b, const Term_* t) { b.m.fp_value(t); }},
@@ -240,6 +244,11 @@ const std::vector<SymbolCall> symbol_calls = {
     {"get_tag", [](Bench& b, const Symbol* s) { b.m.get_tag(s); }},
     {"is_number", [](Bench& b, const Symbol* s) { b.m.is_number(s, nullptr); }},
     {"function_sorts", [](Bench& b, const Symbol* s) { b.m.function_sorts(s); }},
+    {"operator_of", [](Bench& b, const Symbol* s) { b.m.operator_of(s); }},
+    {"symbol_of",
+     [](Bench& b, const Symbol* s) {
+       b.m.symbol_of({.kind = Operator::Kind::Function, .symbol = s});
+     }},
     {"is_term_ite", [](Bench& b, const Symbol* s) { b.m.is_term_ite(s, nullptr); }},
     {"is_fprounding_even", [](Bench& b, const Symbol* s) { b.m.is_fprounding_even(s); }},
     {"is_fprounding_zero", [](Bench& b, const Symbol* s) { b.m.is_fprounding_zero(s); }},
